@@ -39,8 +39,8 @@ struct Filled {
     bool namesValue = false;
 };
 
-/// Fills in one sentence in a single pass, so that braces in what is filled in stay as they are. Gives nothing if the
-/// sentence needs something that the message doesn't know.
+/// Fills in one sentence in a single pass, so that braces in what is filled in stay as they are. Gives
+/// nothing if the sentence needs something that the message doesn't know.
 std::optional<Filled> fill(std::string_view sentence, Message const& message) {
     Filled filled;
     while (true) {
