@@ -17,7 +17,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(QUAY_PYTHON_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/python)
 
 # Libraries find one another beside themselves, programs find them in ../lib, in the build tree and installed.
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
 set(QUAY_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")

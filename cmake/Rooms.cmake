@@ -1,8 +1,20 @@
 # Rooms: the folders that hold the sources, each with its public headers in include/ and its sources in src/.
 
+# link_present(<target> <libraries>...)
+# Links to those of the libraries that have any room yet.
+function(link_present target)
+  foreach(library IN LISTS ARGN)
+    if(TARGET ${library})
+      target_link_libraries(${target} PUBLIC ${library})
+    endif()
+  endforeach()
+endfunction()
+
+# set_up_library(<target> <libraries>...)
 # What every library here has, whatever makes it up.
 function(set_up_library target)
   target_link_libraries(${target} PRIVATE project_flags)
+  link_present(${target} ${ARGN})
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   install(TARGETS ${target} EXPORT vw_modelref_info-targets
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
@@ -21,10 +33,9 @@ function(add_room folder)
       return()
     endif()
     add_library(${arg_LIBRARY} SHARED)
-    set_up_library(${arg_LIBRARY})
+    set_up_library(${arg_LIBRARY} ${arg_DEPENDS})
   endif()
   target_sources(${arg_LIBRARY} PRIVATE ${sources})
-  target_link_libraries(${arg_LIBRARY} PUBLIC ${arg_DEPENDS})
   if(EXISTS ${directory}/include)
     target_include_directories(${arg_LIBRARY} PUBLIC $<BUILD_INTERFACE:${directory}/include>)
     install(DIRECTORY ${directory}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
