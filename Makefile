@@ -7,9 +7,12 @@ BUILD_DIR := $(if $(filter release,$(PRESET)),build,build-$(PRESET))
 
 .PHONY: all packages demo test bench lint format clean
 
-all:
-	cmake --preset $(PRESET)
+all: $(BUILD_DIR)/build.ninja
 	cmake --build --preset $(PRESET) -j $(JOBS)
+
+# Once configured, the build looks after its own configuration.
+$(BUILD_DIR)/build.ninja: CMakePresets.json
+	cmake --preset $(PRESET)
 
 packages:
 	dev/install-packages
@@ -24,14 +27,14 @@ test: packages
 
 bench: packages
 	$(MAKE) --no-print-directory all
-	for program in $(BUILD_DIR)/bin/*_bench; do $$program || exit 1; done
+	$(BUILD_DIR)/bin/bench
 
 lint:
 	dev/install-packages dev/packages.txt dev/packages-lint.txt
 	cmake --preset lint
 	cmake --build --preset lint
 	dev/check_format
-	python3 dev/check_includes.py --generated build-lint/generated
+	dev/check_includes.py --generated build-lint/generated
 	dev/check_types
 	dev/check_clang build-lint -j $(JOBS)
 
