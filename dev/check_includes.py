@@ -96,12 +96,13 @@ class House:
                 return None if granted else f"<{angle}> is of {name}, which {room}/ may not use"
         if self.is_generated(angle):
             return None if self.grants[room].generated else f"<{angle}> is generated, and {room}/ knows no schema"
+        if self.generated is None and self.grants[room].generated:
+            return None  # nothing was generated yet, so it can't be told
         return f"<{angle}> is of no room and no library that is known here"
 
     def is_generated(self, header: str) -> bool:
-        """Whether a schema package has the header. Before anything was generated, whatever is unknown may be."""
         if self.generated is None:
-            return True
+            return False
         return any((package / "include" / header).is_file() for package in self.generated.iterdir())
 
     def complaints(self) -> list[str]:
