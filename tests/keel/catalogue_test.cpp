@@ -5,13 +5,16 @@
 
 #include <atomic>
 #include <thread>
+#include <utility>
 
 namespace {
 
 using keel::Catalogue;
 using keel::Message;
 
-Message message(std::vector<std::u16string> arguments = {}) { return {"test:catalogue", "Entry", arguments}; }
+Message message(std::vector<std::u16string> arguments = {}) {
+    return {"test:catalogue", "Entry", std::move(arguments)};
+}
 
 TEST(Catalogue, TakesTheSentenceThatUsesMostOfWhatIsKnown) {
     struct Case {

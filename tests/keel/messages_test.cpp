@@ -14,8 +14,8 @@ using keel::Message;
 using keel::core::except::Error;
 using keel::core::except::Exception;
 
-/// Reports `m` and checks that what arrives is an exception of exactly its class, and an Error and a std::exception
-/// with the same text.
+/// Reports `m` and checks that what arrives is an exception of exactly its class, and an Error and a
+/// std::exception with the same text.
 template <class M>
 std::string reported(M const& m) {
     std::string text;
@@ -34,29 +34,34 @@ TEST(Messages, SayWhatWasWrong) {
     struct Case {
         std::string id;
         std::vector<std::u16string> arguments;
-        std::string plain;          // the sentence when nothing more is known
-        std::string withBoth;       // the sentence about X.p and the value 1
+        std::string plain;     // the sentence when nothing more is known
+        std::string withBoth;  // the sentence about X.p and the value 1
         std::function<std::string(bool)> report;
         Message message;
     };
     auto const make = [](std::string id, std::vector<std::u16string> arguments, std::string plain,
                          std::string withBoth, auto m) {
-        auto report = [m](bool known) mutable { return known ? reported(m.about(u"X.p").withValue(u"1")) : reported(m); };
+        auto report = [m](bool known) mutable {
+            return known ? reported(m.about(u"X.p").withValue(u"1")) : reported(m);
+        };
         return Case{std::move(id), std::move(arguments), std::move(plain), std::move(withBoth), report, m};
     };
     Case const cases[] = {
-        make("CannotModifyProxy", {}, "the element is a proxy, which isn't loaded and can't be changed; resolve it first",
-             "X.p: the element is a proxy, which isn't loaded and can't be changed; resolve it first (the value was 1)",
+        make("CannotModifyProxy", {},
+             "the element is a proxy, which isn't loaded and can't be changed; resolve it first",
+             "X.p: the element is a proxy, which isn't loaded and can't be changed; resolve it first (the "
+             "value was 1)",
              CannotModifyProxy()),
         make("NoSuchProperty", {u"colour", u"R.Port"}, "'R.Port' has no property 'colour'",
-             "X.p: 'R.Port' has no property 'colour' (the value was 1)", NoSuchProperty(u"colour", u"R.Port")),
+             "X.p: 'R.Port' has no property 'colour' (the value was 1)",
+             NoSuchProperty(u"colour", u"R.Port")),
         make("NoSuchType", {u"ZxArray"},
              "there is no type 'ZxArray' in the meta registry; load the package that declares it first",
              "X.p: there is no type 'ZxArray' in the meta registry; load the package that declares it first "
              "(the value was 1)",
              NoSuchType(u"ZxArray")),
-        make("InvalidValue", {}, "the value is missing or can't be used here", "X.p: 1 can't be used as a value here",
-             InvalidValue()),
+        make("InvalidValue", {}, "the value is missing or can't be used here",
+             "X.p: 1 can't be used as a value here", InvalidValue()),
         make("CannotCastIncompatibleTypes", {u"Real"},
              "the value is of another type or count than is asked for; the type in question is 'Real'",
              "X.p: the value is of another type or count than is asked for; the type in question is 'Real' "
@@ -66,11 +71,13 @@ TEST(Messages, SayWhatWasWrong) {
              "an element of class 'R.A' can't stand in a collection of 'R.B'",
              "X.p: an element of class 'R.A' can't stand in a collection of 'R.B' (the value was 1)",
              CannotAddIncompatibleTypes(u"R.A", u"R.B")),
-        make("CannotAddNonExistentObject", {},
-             "an element that is empty or was destroyed can't be put into a collection",
-             "X.p: an element that is empty or was destroyed can't be put into a collection (the value was 1)",
-             CannotAddNonExistentObject()),
-        make("CannotAddSecondObject", {}, "the element is in the collection already, and it can be there only once",
+        make(
+            "CannotAddNonExistentObject", {},
+            "an element that is empty or was destroyed can't be put into a collection",
+            "X.p: an element that is empty or was destroyed can't be put into a collection (the value was 1)",
+            CannotAddNonExistentObject()),
+        make("CannotAddSecondObject", {},
+             "the element is in the collection already, and it can be there only once",
              "X.p: the element is in the collection already, and it can be there only once (the value was 1)",
              CannotAddSecondObject()),
         make("CannotCreateCrossModelAssociation", {},
@@ -84,15 +91,18 @@ TEST(Messages, SayWhatWasWrong) {
         make("UniquenessConstraint", {}, "the key or id is in use; each element needs one of its own",
              "X.p: 1 is in use", UniquenessConstraint()),
         make("ModelIsFrozen", {}, "the model is frozen and can't be changed; thaw it first",
-             "X.p: the model is frozen and can't be changed; thaw it first (the value was 1)", ModelIsFrozen()),
+             "X.p: the model is frozen and can't be changed; thaw it first (the value was 1)",
+             ModelIsFrozen()),
         make("ListenerMayNotWrite", {},
              "a listener can't change the model that it listens to; do it after the listener has returned",
-             "X.p: a listener can't change the model that it listens to; do it after the listener has returned "
+             "X.p: a listener can't change the model that it listens to; do it after the listener has "
+             "returned "
              "(the value was 1)",
              ListenerMayNotWrite()),
         make("TransactionIsOpen", {},
              "undo and redo can't run inside a transaction; commit it or roll it back first",
-             "X.p: undo and redo can't run inside a transaction; commit it or roll it back first (the value was 1)",
+             "X.p: undo and redo can't run inside a transaction; commit it or roll it back first (the value "
+             "was 1)",
              TransactionIsOpen()),
     };
     for (Case const& c : cases) {
@@ -108,7 +118,8 @@ TEST(Messages, SayWhatWasWrong) {
 TEST(Messages, TheScriptLayersOwnHaveSentencesToo) {
     EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "InvalidHandle")).what(),
               std::string("ZELDRA:class:InvalidHandle: the handle is empty or its element was destroyed"));
-    EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "Unheard")).what(), std::string("ZELDRA:class:Unheard"));
+    EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "Unheard")).what(),
+              std::string("ZELDRA:class:Unheard"));
 }
 
 TEST(Exceptions, KeepTheirTypeThroughCloneAndRethrow) {
@@ -127,8 +138,8 @@ TEST(Exceptions, KeepTheirTypeThroughCloneAndRethrow) {
 TEST(Exceptions, StayReadableAfterBeingMovedFrom) {
     static_assert(std::is_nothrow_copy_constructible_v<Exception<NoSuchType>>);
     Exception<NoSuchType> first(NoSuchType(u"Integer"));
-    Exception<NoSuchType> const second(std::move(first));
-    EXPECT_STREQ(first.what(), second.what());
+    Exception<NoSuchType> const second(std::move(first));  // NOLINT(performance-move-const-arg): it copies
+    EXPECT_STREQ(first.what(), second.what());             // NOLINT(bugprone-use-after-move): so this is left
 }
 
 TEST(Exceptions, AreAlsoTheStandardExceptionAskedFor) {

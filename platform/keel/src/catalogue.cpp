@@ -11,7 +11,7 @@
 namespace keel {
 namespace {
 
-/// What a placeholder stands for, or nothing if the message doesn't know it.
+/// What a name in braces stands for, or nothing if the message doesn't know it.
 std::optional<std::u16string> lookUp(std::string_view name, Message const& message) {
     if (name == "subject") {
         return message.subject();
@@ -34,13 +34,13 @@ std::optional<std::u16string> lookUp(std::string_view name, Message const& messa
 
 struct Filled {
     std::string text;
-    int placeholders = 0;
+    int fields = 0;
     bool namesSubject = false;
     bool namesValue = false;
 };
 
-/// Fills in one sentence in a single pass, so that braces in what is filled in stay as they are. Gives nothing if the
-/// sentence needs something that the message doesn't know.
+/// Fills in one sentence in a single pass, so that braces in what is filled in stay as they are. Gives
+/// nothing if the sentence needs something that the message doesn't know.
 std::optional<Filled> fill(std::string_view sentence, Message const& message) {
     Filled filled;
     while (true) {
@@ -57,7 +57,7 @@ std::optional<Filled> fill(std::string_view sentence, Message const& message) {
         }
         filled.text += sentence.substr(0, open);
         filled.text += toUtf8(*replacement);
-        ++filled.placeholders;
+        ++filled.fields;
         filled.namesSubject = filled.namesSubject || name == "subject";
         filled.namesValue = filled.namesValue || name == "value";
         sentence.remove_prefix(close + 1);
@@ -100,7 +100,7 @@ std::string Catalogue::sentence(Message const& message) const {
         if (entry != entries_.end()) {
             for (std::string const& candidate : entry->second) {
                 auto filled = fill(candidate, message);
-                if (filled && (!best || filled->placeholders > best->placeholders)) {
+                if (filled && (!best || filled->fields > best->fields)) {
                     best = std::move(filled);
                 }
             }

@@ -1,4 +1,5 @@
-// The exceptions of the whole system: every failure is a message, thrown as an exception of that message's own type.
+// The exceptions of the whole system: every failure is a message, thrown as an exception of that message's
+// own type.
 #pragma once
 
 #include <keel/export.h>
@@ -12,8 +13,8 @@
 
 namespace keel::core::except {
 
-/// What all of the system's exceptions have in common, whatever else they derive from. A place that only passes
-/// failures on, such as a script layer, catches this.
+/// What all of the system's exceptions have in common, whatever else they derive from. A place that only
+/// passes failures on, such as a script layer, catches this.
 class QUAY_ZERO_API Error {
 public:
     virtual ~Error();
@@ -37,11 +38,11 @@ protected:
     static std::string describe(Message const& message);
 };
 
-/// The exception that carries a message of class `M`. `Base` is the standard exception that it also is; `Tag` tells
-/// apart exceptions that carry the same message. Copies share the message and the text and never throw.
+/// The exception that carries a message of class `M`. `Base` is the standard exception that it also is; `Tag`
+/// tells apart exceptions that carry the same message. Copies share the message and the text and never throw.
 ///
-/// The template isn't exported, so each library has its own virtual tables and none holds on to another through them.
-/// Catching works across libraries all the same, since exception types are compared by name.
+/// The template isn't exported, so each library has its own virtual tables and none holds on to another
+/// through them. Catching works across libraries all the same, since exception types are compared by name.
 template <class M, class Base = std::exception, class Tag = void>
 class Exception final : public Base, public Error {
 public:

@@ -11,12 +11,13 @@
 
 namespace keel {
 
-/// One message. Programs tell messages apart by catalogue and id and read the arguments; people read the sentence.
-/// The subject and the value help people alone and so are no arguments: the same failure has the same arguments
-/// whether or not the place that reports it knows them.
+/// One message. Programs tell messages apart by catalogue and id and read the arguments; people read the
+/// sentence. The subject and the value help people alone and so are no arguments: the same failure has the
+/// same arguments whether or not the place that reports it knows them.
 class QUAY_ZERO_API Message {
 public:
-    /// `catalogue` and `id` are kept by reference: pass texts that live as long as the process, such as literals.
+    /// `catalogue` and `id` are kept by reference: pass texts that live as long as the process, such as
+    /// literals.
     Message(std::string_view catalogue, std::string_view id, std::vector<std::u16string> arguments = {});
 
     std::string_view catalogue() const noexcept { return catalogue_; }
@@ -44,7 +45,8 @@ private:
     std::optional<std::u16string> value_;
 };
 
-/// Base of a message class `M`. It lets `M().about(...)` remain an `M`, so that what is thrown keeps its type.
+/// Base of a message class `M`. It lets `M().about(...)` remain an `M`, so that what is thrown keeps its
+/// type.
 template <class M>
 class MessageOf : public Message {
 public:
