@@ -97,6 +97,17 @@ void ModelImpl::giveBack(Storage* s) noexcept {
 
 Step& ModelImpl::recordStep(StepKind kind, void* subject) { return log_.steps.emplace_back(Step{kind, subject}); }
 
+void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) {
+    if (child.container_ == container && (container == nullptr || child.containmentIndex_ == index)) return;
+    if (inTransaction() && !isBornHere(child)) {
+        Step& step = recordStep(StepKind::Contained, &child);
+        step.payload = child.container_;
+        step.position = child.containmentIndex_;
+    }
+    child.container_ = container;
+    child.containmentIndex_ = index;
+}
+
 Step* ModelImpl::lastStep(StepKind kind, void const* subject) noexcept {
     if (levels_.empty() || log_.steps.size() <= levels_.back().steps) return nullptr;
     Step& step = log_.steps.back();

@@ -13,14 +13,6 @@ ModelElement::Impl::Changes::Changes(boost::uuids::uuid const& id, Model const& 
 
 ModelElement::Impl::Changes::~Changes() = default;
 
-template <class F>
-void Storage::forEach(F&& f) {
-    if (count_ > 0) f(first_);
-    if (count_ > 1) {
-        for (Entry& e : more_->entries) f(e);
-    }
-}
-
 bool Storage::has(unsigned long index) const noexcept {
     if (count_ <= 1) return count_ == 1 && first_.row->index() == index;
     return index < more_->mask.size() && more_->mask.test(index);

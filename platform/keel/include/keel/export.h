@@ -2,4 +2,4 @@
 // one. Everything else in the library is hidden.
 #pragma once
 
-#define QUAY_ZERO_API __attribute__((visibility("default")))
+#define QUAY_ZERO_API [[gnu::visibility("default")]]

@@ -62,7 +62,9 @@ private:
     /// Of a replayed log: births and deaths as `replay` found them.
     ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created, std::vector<ModelElement> destroyed);
 
-    void collect(std::uint64_t bornSince);
+    template <class IsNew>
+    void collect(IsNew const& isNew);
+    bool isChanged(AbstractOwnedCollection& collection) const;
     AbstractOwnedCollection& oldContent(AbstractOwnedCollection& collection) const;
 
     ModelImpl& model_;

@@ -120,8 +120,9 @@ public:
         Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
         return s.serial_ >= levelSerial_ && s.has(index);
     }
-    bool isBornHere(ModelElement::Impl const& e) const noexcept {
-        return (e.track_ & 1) != 0 && (e.track_ >> 1) >= levelSerial_;
+    bool isBornHere(ModelElement::Impl const& e) const noexcept { return isBornSince(e, levelSerial_); }
+    static bool isBornSince(ModelElement::Impl const& e, std::uint64_t serial) noexcept {
+        return (e.track_ & 1) != 0 && (e.track_ >> 1) >= serial;
     }
     /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
     Cell& record(ModelElement::Impl& element, PropertyRow const& row);
@@ -129,6 +130,9 @@ public:
     Step& recordStep(StepKind kind, void* subject);
     /// The last step if it may be merged with: recorded at this level, of that kind and subject; else null.
     Step* lastStep(StepKind kind, void const* subject) noexcept;
+
+    /// The child's container changes, and nothing else.
+    void setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index);
 
     /// Opens and ends a level; Transaction, Savepoint and ImplicitTransaction are made of these.
     std::uint64_t openLevel(bool system);
@@ -218,7 +222,7 @@ private:
 };
 
 /// Lifts a freeze while it lives; thawers nest.
-class QUAY_ZERO_API [[nodiscard]] Model::Thawer {
+class [[nodiscard]] QUAY_ZERO_API Model::Thawer {
 public:
     Thawer(Thawer&& other) noexcept : freezer_(std::exchange(other.freezer_, nullptr)) {}
     Thawer& operator=(Thawer&&) = delete;

@@ -155,6 +155,7 @@ public:
     /// Null passes. A dead element is CannotAddNonExistentObject, one of another model
     /// CannotCreateCrossModelAssociation, this element or one above it InvalidValue. Costs a step per container.
     void checkCompatibleModel(Impl* other, meta::Property const& property) const;
+    void checkCompatibleModel(Impl* other, unsigned long index) const;
 
     void inverseAdd(ModelElement const& child, meta::Property const& property);
     void inverseRemove(ModelElement const& child, meta::Property const& property);
@@ -184,6 +185,9 @@ public:
         if (isProxy()) refuseProxy();
     }
 
+    /// "Class.property", for messages.
+    std::u16string nameOf(unsigned long index) const;
+
     static CollectionPrivateTag collectionTag() noexcept { return {}; }
 
 protected:
@@ -202,7 +206,7 @@ protected:
 private:
     friend class ModelImpl;
     friend class UndoLog;
-    friend class Storage;
+    friend Storage;
     friend class ElementList;
     friend class IdIndex;
 

@@ -40,6 +40,8 @@ public:
     virtual void save(ModelElement::Impl const& element, Cell& old) const;
     /// Exchanges the field with the cell's value. This is rollback, undo and redo alike.
     virtual void exchange(ModelElement::Impl& element, Cell& old) const noexcept;
+    /// Makes the field a copy of the cell's value.
+    virtual void restore(ModelElement::Impl& element, Cell const& old) const;
     /// Whether the field holds the cell's value again, by the shape's inexpensive rule.
     virtual bool unchanged(ModelElement::Impl const& element, Cell const& old) const;
     virtual void discard(Cell& old) const noexcept;

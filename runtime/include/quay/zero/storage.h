@@ -75,7 +75,12 @@ private:
     };
 
     template <class F>
-    void forEach(F&& f);
+    void forEach(F&& f) {
+        if (count_ > 0) f(first_);
+        if (count_ > 1) {
+            for (Entry& e : more_->entries) f(e);
+        }
+    }
     void drop(std::size_t position) noexcept;
     void removeLast() noexcept;
     Overflow& overflow();

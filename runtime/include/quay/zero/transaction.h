@@ -14,7 +14,7 @@ class Value;
 /// An open transaction. They nest: an inner one is a savepoint whose commit joins the outer; only the outermost commit
 /// makes the work final, tells listeners and feeds the history. One that ends without commit undoes exactly its own
 /// work. Keeps its model alive.
-class QUAY_ZERO_API [[nodiscard]] Transaction {
+class [[nodiscard]] QUAY_ZERO_API Transaction {
 public:
     Transaction(Transaction&& other) noexcept;
     Transaction& operator=(Transaction&&) = delete;
