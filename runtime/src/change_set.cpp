@@ -39,8 +39,8 @@ Value ElementChange::oldValue(meta::Property const& property) const {
     if (row == nullptr) return {};
     for (Part const& part : parts_) {
         if (part.index != row->index() || part.index == 0) continue;
-        if (part.old != nullptr) return row->wrap(property, *part.old);
-        return {ValueMeta(property), static_cast<void*>(&set_->oldContent(*part.collection))};
+        if (part.old != nullptr) return row->wrap(*element_.impl(), property, *part.old);
+        return {ValueMeta(property), &set_->oldContent(*part.collection)};
     }
     return {};
 }
@@ -59,7 +59,7 @@ ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) : 
     }
     std::reverse(created_.begin(), created_.end());
     for (LifeEntry const& entry : log.lives) {
-        if (!entry.born && !isNew(*entry.first)) destroyed_.emplace_back(entry.first);
+        if (!entry.born && entry.count > 0 && !isNew(*entry.first)) destroyed_.emplace_back(entry.first);
     }
     collect(isNew);
 }

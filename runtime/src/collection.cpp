@@ -1,8 +1,10 @@
 #include <quay/zero/collection.h>
+#include <quay/zero/generic_collection.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/primitive_collection.h>
 #include <quay/zero/property_row.h>
 #include <quay/zero/report.h>
+#include <quay/zero/value.h>
 
 #include <quay0/messages.h>
 
@@ -59,6 +61,20 @@ ModelElement ReferenceCollection::peekResolveProxy(ModelElement const& e) const 
     ModelImpl const& model = owner()->model();
     if (id.hasOutsidePart(model.storeName())) return {};
     return model.findElement(id.id(), FindElementBehavior::InMemoryOnly);
+}
+
+void ReferenceCollection::assignValue(Value const& value) {
+    auto const* const other =
+        value.pointsAtCollection()
+            ? dynamic_cast<ReferenceCollection const*>(value.getCollection<AbstractOwnedCollection>())
+            : nullptr;
+    if (other == nullptr) value.reportIncompatible();
+    std::vector<ModelElement> const members = other->getAllValues();
+    for (ModelElement const& e : members) requireMemberClass(e);
+    Operation operation(*this);
+    clear();
+    for (ModelElement const& e : members) getGenericInterface()->genericAdd(e);
+    operation.commit();
 }
 
 bool ReferenceCollection::isMemberClass(ModelElement const& e) const noexcept { return conformsTo(e, memberTable()); }

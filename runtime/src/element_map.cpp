@@ -305,6 +305,11 @@ void KeyedCore<K>::resolveProxies(bool localOnly) {
 }
 
 template <class K>
+void KeyedCore<K>::resolveUnlessHeld() {
+    if (this->owner() != nullptr && this->owner()->model().resolutionHolds() < 1) resolveAll();
+}
+
+template <class K>
 void KeyedCore<K>::resolveAll() {
     resolveProxies(false);
 }
@@ -338,9 +343,7 @@ bool KeyedCore<K>::basicContainsProxyTo(ModelElement const& e) {
 
 template <class K>
 std::vector<ModelElement> KeyedCore<K>::getAllValues() const {
-    if (this->owner() == nullptr || this->owner()->model().resolutionHolds() < 1) {
-        const_cast<KeyedCore*>(this)->resolveAll();
-    }
+    const_cast<KeyedCore*>(this)->prepareForReading();
     std::vector<ModelElement> result;
     result.reserve(tree_.size());
     for (auto const& entry : tree_) result.push_back(entry.second);

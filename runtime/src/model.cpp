@@ -69,14 +69,21 @@ void ModelImpl::enter(ModelElement::Impl& element) {
         element.track_ = (levelSerial_ << 1) | 1;
     }
     element.addRef();
+    element.setFlag(kListed, true);
     elements_.append(element);
 }
 
 /// The element dies; the log takes over the model's reference.
 void ModelImpl::bury(ModelElement::Impl& element) {
-    log_.lives.push_back({false, 1, &element, &element});
-    ids_.forget(element);
-    elements_.takeOut(element, element, 1);
+    // A proxy was never entered: the model doesn't hold it, so the log counts it itself, as a run of none.
+    bool const listed = (element.flags_ & kListed) != 0;
+    log_.lives.push_back({false, listed ? 1U : 0U, &element, &element});
+    if (listed) {
+        ids_.forget(element);
+        elements_.takeOut(element, element, 1);
+    } else {
+        element.addRef();
+    }
     element.setFlag(kAlive, false);
 }
 

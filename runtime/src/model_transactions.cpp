@@ -261,15 +261,15 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
                 if (buried != nullptr) buried->emplace_back(e);
                 if (e == entry.first) break;
             }
-            elements_.takeOut(*entry.first, *entry.last, entry.count);
+            if (entry.count > 0) elements_.takeOut(*entry.first, *entry.last, entry.count);
         } else {
             for (auto* e = entry.first;; e = e->next_) {
-                if ((e->flags_ & kIndexed) == 0) ids_.startOver();
+                if ((e->flags_ & (kIndexed | kListed)) == kListed) ids_.startOver();
                 e->setFlag(kAlive, true);
                 if (revived != nullptr) revived->emplace_back(e);
                 if (e == entry.last) break;
             }
-            elements_.putBack(*entry.first, *entry.last, entry.count);
+            if (entry.count > 0) elements_.putBack(*entry.first, *entry.last, entry.count);
         }
         entry.born = !entry.born;
     };

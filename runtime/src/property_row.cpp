@@ -1,3 +1,4 @@
+#include <quay/zero/builder.h>
 #include <quay/zero/collection.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/property_row.h>
@@ -24,7 +25,7 @@ void PropertyRow::restore(ModelElement::Impl&, Cell const&) const {}
 bool PropertyRow::unchanged(ModelElement::Impl const&, Cell const&) const { return true; }
 void PropertyRow::discard(Cell&) const noexcept {}
 void PropertyRow::relocate(Cell&, Cell&) const noexcept {}
-Value PropertyRow::wrap(meta::Property const&, Cell&) const { return {}; }
+Value PropertyRow::wrap(ModelElement::Impl const&, meta::Property const&, Cell&) const { return {}; }
 
 bool PropertyRow::has(ModelElement::Impl const&) const { return false; }
 Value PropertyRow::get(ModelElement::Impl const& element, meta::Property const& property,
@@ -41,7 +42,12 @@ void PropertyRow::leave(ModelElement::Impl&, ModelElement const&) const {}
 void PropertyRow::disassociate(ModelElement::Impl&) const {}
 void PropertyRow::destroyChildren(ModelElement::Impl&, bool, bool) const {}
 AbstractOwnedCollection* PropertyRow::collection(ModelElement::Impl const&) const { return nullptr; }
-void PropertyRow::build(ModelElement::Impl&, Cell&) const {}
+void PropertyRow::give(ModelElement::Builder& builder, meta::Property const& property, Value const&) const {
+    reportException(
+        quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));
+}
+void PropertyRow::build(ModelElement::Impl&, Cell const&) const {}
+void PropertyRow::place(ModelElement::Impl&, ModelElement const&) const {}
 
 PropertyRow const* ClassTable::rowAt(unsigned long index) const noexcept {
     for (ClassTable const* level = this; level != nullptr; level = level->base()) {
@@ -52,6 +58,15 @@ PropertyRow const* ClassTable::rowAt(unsigned long index) const noexcept {
         }
     }
     return nullptr;
+}
+
+std::uint16_t ClassTable::highestIndex() const noexcept {
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        for (std::size_t i = level->rows_.size(); i-- > 0;) {
+            if (level->rows_[i]->index() != 0) return level->rows_[i]->index();
+        }
+    }
+    return 0;
 }
 
 bool ClassTable::conformsTo(ClassTable const& other) const noexcept {

@@ -58,7 +58,7 @@ Cell* Storage::find(unsigned long index) noexcept {
 Value Storage::getOldValue(meta::Property const& property, ReflectionPrivateTag const& /*tag*/) {
     PropertyRow const* const row = element_->rowOf(property);
     Cell* const old = row == nullptr ? nullptr : find(row->index());
-    return old == nullptr ? Value() : row->wrap(property, *old);
+    return old == nullptr ? Value() : row->wrap(*element_, property, *old);
 }
 
 void Storage::revertUnchanged(ModelElement::Impl* current) {

@@ -65,12 +65,12 @@ void Value::reportIncompatible() const {
                                                                                          : type->getQualifiedName()));
 }
 
-meta::Type Value::typeOf(meta::Property const& property) { return property->getType(); }
+ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
 bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
 
 Value Value::createElementValue(meta::Property const& property, ModelElement const& element) {
-    if (element.impl() == nullptr) return {property->getType(), element, ValueFlags::One};
-    return {static_cast<meta::Type const&>(element->getMetaClass()), element, ValueFlags::One};
+    ModelElement::Impl* const type = element.impl() == nullptr ? typeOf(property) : element->getMetaClass().impl();
+    return {type, element, ValueFlags::One};
 }
 
 }  // namespace quay::zero

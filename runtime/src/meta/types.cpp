@@ -18,10 +18,10 @@ public:
 };
 
 /// A sequence of values. Only its collection is ever asked for: steps restore the content.
-class TextsRow final : public PropertyRow {
+class TextsRow final : public CollectionRow {
 public:
     constexpr TextsRow(std::uint16_t index, PrimitiveSequence<std::u16string> Package::Impl::*field) noexcept
-        : PropertyRow(index, RowKind::PrimitiveCollection), field_(field) {}
+        : CollectionRow(index, RowKind::PrimitiveCollection), field_(field) {}
     AbstractOwnedCollection* collection(ModelElement::Impl const& owner) const override {
         return const_cast<PrimitiveSequence<std::u16string>*>(&(static_cast<Package::Impl const&>(owner).*field_));
     }

@@ -37,6 +37,11 @@ public:
     /// Makes the content that of another collection of the same class.
     virtual void copyContents(AbstractOwnedCollection const& other) = 0;
     virtual void clear() = 0;
+    /// Makes the content that of a value: one that points at a collection, or holds a container, of members that fit.
+    /// CannotCastIncompatibleTypes for any other.
+    virtual void assignValue(Value const& value) = 0;
+    /// Called before the collection is handed out for reading: a map resolves its proxies.
+    virtual void prepareForReading() {}
 
     /// Announces a change to the owner; to be called before it. Without an open transaction it records nothing.
     void modifying();
@@ -114,6 +119,8 @@ public:
     virtual void resolveAll() = 0;
     virtual void resolveLocal() = 0;
     virtual bool basicContainsProxyTo(ModelElement const& e) = 0;
+
+    void assignValue(Value const& value) final;
 
     // The unchecked paths: content and its record alone. Never open a transaction.
     virtual void basicAdd(ModelElement const& e) = 0;

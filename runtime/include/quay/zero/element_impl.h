@@ -42,7 +42,7 @@ protected:
     static constexpr std::uint8_t kAlive = 1;
     static constexpr std::uint8_t kProxy = 2;
     static constexpr std::uint8_t kIndexed = 4;  // the model's id index holds it
-    static constexpr std::uint8_t kLinked = 8;   // it stands in the model's list of elements
+    static constexpr std::uint8_t kListed = 8;   // it was entered in its model
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <quay/zero/collection.h>
+#include <quay/zero/collection_row.h>
 #include <quay/zero/generic_collection.h>
 #include <quay/zero/property_row.h>
 
@@ -24,10 +25,10 @@ using KeyFunction = KeyResult<K> (*)(ModelElement::Impl const&);
 
 /// The row of a keyed property: knows how to read a child's key.
 template <class K>
-class KeyedRow : public PropertyRow {
+class KeyedRow : public CollectionRow {
 public:
     constexpr KeyedRow(std::uint16_t index, KeyFunction<K> key) noexcept
-        : PropertyRow(index, RowKind::ElementCollection), key_(key) {}
+        : CollectionRow(index, RowKind::ElementCollection), key_(key) {}
 
     KeyResult<K> keyOf(ModelElement::Impl const& child) const { return key_(child); }
 
@@ -65,6 +66,10 @@ public:
     bool isTaken(KeyResult<K> key, ModelElement::Impl const* e) const;
     Tree const& tree() const noexcept { return tree_; }
     bool isUnique() const noexcept { return unique_; }
+    /// Resolves the proxies, unless that is held off, so that access by key sees them.
+    void prepareForReading() final {
+        if (proxies_ != nullptr) resolveUnlessHeld();
+    }
 
     std::vector<Value> getAllKeys() const;
 
@@ -114,6 +119,7 @@ private:
     void addProxy(ModelElement const& e);
     void removeProxy(ModelElement const& e);
     void resolveProxies(bool localOnly);
+    void resolveUnlessHeld();
 
     Tree tree_;
     std::unique_ptr<Proxies> proxies_;  // null until a first one comes

@@ -1,14 +1,13 @@
 // A property whose children stand in a collection: what sequences, sets and maps share.
 #pragma once
 
-#include <quay/zero/collection.h>
-#include <quay/zero/property_row.h>
+#include <quay/zero/collection_row.h>
 
 namespace quay::zero {
 
 /// Everything that containment and destruction ask of a collection of children. `Base` is the row's base class;
 /// `C` the collection, a member of the element.
-template <class C, class Base = PropertyRow>
+template <class C, class Base = CollectionRow>
 class OwnedCollectionRow : public Base {
 public:
     using Element = ModelElement::Impl;
@@ -20,7 +19,6 @@ public:
     C& of(Element& e) const noexcept { return e.*field_; }
     C const& of(Element const& e) const noexcept { return e.*field_; }
 
-    bool has(Element const& e) const override { return !of(e).empty(); }
     void join(Element& owner, ModelElement const& child) const override {
         owner.notifyModifying(this->index());
         Element::_basicAdd(&of(owner), child);

@@ -98,6 +98,24 @@ public:
         swapContent(std::move(values));
         operation.commit();
     }
+    void assignValue(Value const& value) final {
+        Container values;
+        if (value.pointsAtCollection()) {
+            auto const* const other =
+                dynamic_cast<AbstractPrimitiveCollection const*>(value.getCollection<AbstractOwnedCollection>());
+            if (other == nullptr) value.reportIncompatible();
+            for (Value const& v : other->getAllValues()) values.insert(values.end(), v.getValue<T>());
+        } else if (value.getType() == valueType() && value.getFlags() == ValueFlags::Sequence) {
+            auto const& from = *static_cast<std::vector<T> const*>(value.data());
+            values = Container(from.begin(), from.end());
+        } else if (value.getType() == valueType() && value.getFlags() == ValueFlags::Set) {
+            auto const& from = *static_cast<std::set<T> const*>(value.data());
+            values = Container(from.begin(), from.end());
+        } else {
+            value.reportIncompatible();
+        }
+        assign(std::move(values));
+    }
     /// The content without a record: for a collection that is being built.
     void assignUnrecorded(Container&& values) noexcept { values_.swap(values); }
 

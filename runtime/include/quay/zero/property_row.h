@@ -48,7 +48,7 @@ public:
     /// Moves the value into an empty cell.
     virtual void relocate(Cell& from, Cell& to) const noexcept;
     /// The cell's value for a reader; it may point into the cell.
-    virtual Value wrap(meta::Property const& property, Cell& old) const;
+    virtual Value wrap(ModelElement::Impl const& element, meta::Property const& property, Cell& old) const;
 
     // --- Reflection.
 
@@ -72,8 +72,12 @@ public:
 
     // --- Building.
 
-    /// Takes the value that a builder holds for this property.
-    virtual void build(ModelElement::Impl& element, Cell& given) const;
+    /// Offers a value to a builder, which keeps it, or adds it to several.
+    virtual void give(ModelElement::Builder& builder, meta::Property const& property, Value const& value) const;
+    /// Gives the new element a value that its builder keeps.
+    virtual void build(ModelElement::Impl& element, Cell const& given) const;
+    /// Puts a new child in its place, by the shape's own operation.
+    virtual void place(ModelElement::Impl& owner, ModelElement const& child) const;
 
 protected:
     ~PropertyRow() = default;
@@ -104,6 +108,8 @@ public:
 
     /// The row of an index along the chain, or null. A comparison a level.
     PropertyRow const* rowAt(unsigned long index) const noexcept;
+    /// The highest index of the chain; 0 without properties.
+    std::uint16_t highestIndex() const noexcept;
     /// Whether elements of this class are elements of `other`.
     bool conformsTo(ClassTable const& other) const noexcept;
 

@@ -25,6 +25,7 @@ class QUAY_ZERO_API ValueMeta {
 public:
     ValueMeta() noexcept = default;
     ValueMeta(meta::Type const& type, ValueFlags flags) noexcept;
+    ValueMeta(ModelElement::Impl* type, ValueFlags flags) noexcept : type_(type), flags_(flags) {}
     /// Those of a property's values.
     explicit ValueMeta(meta::Property const& property);
 
@@ -52,12 +53,18 @@ public:
     Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags), operations_(&operationsOf<T>()) {
         operations_->emplaceCopy(*this, &payload);
     }
+    /// The same for a type that is given without counting.
+    template <class T>
+    Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags), operations_(&operationsOf<T>()) {
+        operations_->emplaceCopy(*this, &payload);
+    }
     /// No payload.
     Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) {}
+    explicit Value(ValueMeta const& meta) noexcept : meta_(meta) {}
     /// Points at a collection, which must outlive the value.
-    Value(ValueMeta const& meta, void* collection) noexcept : meta_(meta) {
+    Value(ValueMeta const& meta, AbstractOwnedCollection* collection) noexcept : meta_(meta) {
         meta_.setUnmanaged();
-        storage_.pointer = collection;
+        storage_.pointer = static_cast<void*>(collection);
     }
 
     Value(Value const& other);
@@ -96,6 +103,8 @@ public:
     }
     template <class T>
     bool isCompatible() const;
+    /// Raises CannotCastIncompatibleTypes with the type that the value has.
+    [[noreturn]] void reportIncompatible() const;
     /// The payload, or T() without one. Fails as checkCompatible does.
     template <class T>
     T getValue() const {
@@ -107,10 +116,12 @@ public:
             return hasPayload() ? T(*static_cast<T const*>(data())) : T();
         }
     }
-    /// The collection that an unmanaged value points at.
+    /// Whether the value is a view of a collection, rather than a payload of its own.
+    bool pointsAtCollection() const noexcept { return operations_ == nullptr && storage_.pointer != nullptr; }
+    /// The collection that such a value points at.
     template <class C>
     C* getCollection() const {
-        return static_cast<C*>(data());
+        return static_cast<C*>(static_cast<AbstractOwnedCollection*>(data()));
     }
 
     /// A value of that property. An empty optional is InvalidValue unless the property's lower bound is 0.
@@ -152,8 +163,7 @@ private:
 
     bool equals(Value const& other) const;
     bool isElementOf(meta::Class const& metaClass) const;
-    [[noreturn]] void reportIncompatible() const;
-    static meta::Type typeOf(meta::Property const& property);
+    static ModelElement::Impl* typeOf(meta::Property const& property) noexcept;
     static bool isRequired(meta::Property const& property);
 
     ValueMeta meta_;
@@ -188,7 +198,7 @@ Value Value::createPrimitiveValue(meta::Property const& property, T const& value
     if constexpr (IsOptional<T>::value) {
         if (value) return {typeOf(property), *value, ValueFlags::One};
         if (isRequired(property)) reportException(quay0::messages::InvalidValue());
-        return {typeOf(property), ValueFlags::Optional};
+        return Value(ValueMeta(typeOf(property), ValueFlags::Optional));
     } else {
         return {typeOf(property), value, ValueFlags::One};
     }

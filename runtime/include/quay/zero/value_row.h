@@ -33,8 +33,7 @@ public:
     /// the present value is no event. If it throws, nothing was changed.
     void write(Element& e, T const& value) const {
         e.requireWritable();
-        if (isSameValue(e.*field_, value)) return;
-        replace(e, value);
+        if (!isSameValue(e.*field_, value)) replace(e, value);
     }
 
     void save(Element const& e, Cell& old) const override { old.emplace<T>(e.*field_); }
@@ -47,46 +46,53 @@ public:
 protected:
     ~ValueRow() = default;
 
+    /// Stores a value into an element that is being made.
+    void fill(Element& e, T const& value) const { e.*field_ = value; }
+
     /// Stores a value that is known to differ.
-    void replace(Element& e, T const& value) const {
+    template <class V>
+    void replace(Element& e, V&& value) const {
         ModelImpl& model = e.model();
         if (model.isQuiet()) {
-            assign(e.*field_, value);
+            assign(e.*field_, std::forward<V>(value));
         } else if (model.inTransaction()) {
-            store(model, e, value);
+            store(model, e, std::forward<V>(value));
         } else {
             ImplicitTransaction transaction(model);
-            store(model, e, value);
+            store(model, e, std::forward<V>(value));
             transaction.commit();
         }
     }
 
 private:
     /// Assigns so that the field keeps its value if it throws.
-    static void assign(T& field, T const& value) {
-        if constexpr (std::is_trivially_copyable_v<T> || std::is_same_v<T, std::string> ||
-                      std::is_same_v<T, std::u16string>) {
-            field = value;
+    template <class V>
+    static void assign(T& field, V&& value) {
+        constexpr bool allOrNothing = std::is_rvalue_reference_v<V&&> || std::is_trivially_copyable_v<T> ||
+                                      std::is_same_v<T, std::string> || std::is_same_v<T, std::u16string>;
+        if constexpr (allOrNothing) {
+            field = std::forward<V>(value);
         } else {
             T made(value);
             field = std::move(made);
         }
     }
 
-    void store(ModelImpl& model, Element& e, T const& value) const {
+    template <class V>
+    void store(ModelImpl& model, Element& e, V&& value) const {
         if (model.isRecorded(e, index())) {
-            assign(e.*field_, value);
+            assign(e.*field_, std::forward<V>(value));
             return;
         }
         // The new value is made and the record taken before anything moves: only these two can fail.
         if constexpr (Cell::kInPlace<T>) {
-            T made(value);
+            T made(std::forward<V>(value));
             Cell& old = model.record(e, *this);
             old.emplace<T>(std::move(e.*field_));
             e.*field_ = std::move(made);
         } else {
             Cell made;
-            made.emplace<T>(value);
+            made.emplace<T>(std::forward<V>(value));
             Cell* old = nullptr;
             try {
                 old = &model.record(e, *this);

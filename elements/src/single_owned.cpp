@@ -1,0 +1,86 @@
+#include <quay/zero/elements/single_owned.h>
+#include <quay/zero/model.h>
+
+namespace quay::zero::elements {
+
+ModelElement ChildRow::read(Element const& e) const {
+    ModelElement& held = const_cast<ModelElement&>(slot(e));
+    if (held.impl() == nullptr) return {};
+    if (!held) {
+        // A child that died in this model stays visible until the transaction is over; one of another model is forgotten.
+        if (&held->model() != &e.model()) held = ModelElement();
+        return held;
+    }
+    if (held->isProxy()) {
+        ModelElement const found = e.model().resolveProxy(&e, held);
+        if (found && !found->isProxy()) {
+            held = found;
+            const_cast<Element&>(e)._setContainedByThis(found.impl(), index());
+        }
+    }
+    return held;
+}
+
+void ChildRow::write(Element& e, ModelElement const& child) const {
+    e.requireWritable();
+    ModelElement const coming = child;
+    if (read(e) == coming) return;
+    e.checkCompatibleModel(coming.impl(), std::uint64_t{index()});
+    Savepoint savepoint(e.model());
+    e.notifyModifying(index());
+    ModelElement const going = slot(e);
+    if (going) e._basicSetUncontained(going.impl());
+    basicWrite(e, coming);
+    if (coming) e._setContainedByThis(coming.impl(), index());
+    savepoint.commit();
+}
+
+void ChildRow::basicWrite(Element& e, ModelElement const& child) const noexcept { slot(e) = child; }
+
+void ChildRow::save(Element const& e, Cell& old) const { old.emplace<ModelElement>(slot(e)); }
+void ChildRow::exchange(Element& e, Cell& old) const noexcept { std::swap(slot(e), old.get<ModelElement>()); }
+void ChildRow::restore(Element& e, Cell const& old) const { slot(e) = old.get<ModelElement>(); }
+bool ChildRow::unchanged(Element const& e, Cell const& old) const { return slot(e) == old.get<ModelElement>(); }
+void ChildRow::discard(Cell& old) const noexcept { old.drop<ModelElement>(); }
+void ChildRow::relocate(Cell& from, Cell& to) const noexcept { from.moveTo<ModelElement>(to); }
+
+Value ChildRow::wrap(Element const& /*e*/, meta::Property const& property, Cell& old) const {
+    return Value::createElementValue(property, old.get<ModelElement>());
+}
+
+bool ChildRow::has(Element const& e) const { return bool(slot(e)); }
+
+Value ChildRow::get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& tag) const {
+    return Value::createElementValue(property, tag.mayResolve() ? read(e) : slot(e));
+}
+
+void ChildRow::set(Element& e, meta::Property const& /*property*/, Value const& value,
+                   ReflectionPrivateTag const& tag) const {
+    ModelElement const child = unpack(value);
+    // Without leave to resolve, a proxy in the slot gives way silently, so that the write doesn't resolve it either.
+    ModelElement const& held = slot(e);
+    if (!tag.mayResolve() && child && !child->isProxy() && held && held->isProxy()) basicWrite(e, ModelElement());
+    write(e, child);
+}
+
+void ChildRow::join(Element& owner, ModelElement const& child) const {
+    owner.notifyModifying(index());
+    basicWrite(owner, child);
+}
+
+void ChildRow::leave(Element& owner, ModelElement const& /*child*/) const {
+    owner.notifyModifying(index());
+    basicWrite(owner, ModelElement());
+}
+
+void ChildRow::disassociate(Element& owner) const { basicWrite(owner, ModelElement()); }
+
+void ChildRow::destroyChildren(Element& owner, bool a, bool b) const {
+    ModelElement const child = slot(owner);
+    if (!child) return;
+    owner.notifyModifying(index());
+    child->destroyRecursively(a, false, b);
+    basicWrite(owner, ModelElement());
+}
+
+}  // namespace quay::zero::elements

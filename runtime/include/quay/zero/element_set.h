@@ -1,0 +1,140 @@
+// Unordered children without duplicates.
+#pragma once
+
+#include <quay/zero/collection.h>
+#include <quay/zero/generic_collection.h>
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace quay::zero {
+
+/// The set of whatever class. Looking up, adding and removing cost the same however large it is. Proxies have no place
+/// in the container; they stand apart until they are resolved.
+class QUAY_ZERO_API SetCore : public ReferenceCollection, public GenericCollectionInterface {
+public:
+    using Members = std::unordered_set<ModelElement>;
+
+    bool empty() const noexcept final { return members_.empty(); }
+    std::size_t size() const noexcept final { return members_.size(); }
+
+    /// An empty or dead handle, and an element that is here already, is ignored. Fails as
+    /// ModelElement::Impl::checkCompatibleModel does. Takes the element out of a former container.
+    void addElement(ModelElement const& e);
+    bool containsElement(ModelElement const& e) const;
+    void removeElement(ModelElement const& e);
+    /// Releases every member; they live on without a container.
+    void clear() final;
+
+    // ReferenceCollection
+    void copyContents(AbstractOwnedCollection const& other) final;
+    std::vector<ModelElement> getAllValues() const final;
+    std::vector<ModelElement> getAllValuesAndProxies() const final;
+    GenericCollectionInterface* getGenericInterface() const noexcept final { return const_cast<SetCore*>(this); }
+    void replaceProxy(ModelElement const& e, unsigned long index) final;
+    void resolveAll() final { resolveProxies(false); }
+    void resolveLocal() final { resolveProxies(true); }
+    bool basicContainsProxyTo(ModelElement const& e) final;
+    void basicAdd(ModelElement const& e) final;
+    void basicAddWithProxy(ModelElement const& e) final;
+    void basicRemove(ModelElement const& e) final;
+    void basicClear() final;
+    void basicCopyValues(ReferenceCollection const& other) final;
+    /// Takes a resolved element in. No change.
+    bool resolveAdd(ModelElement const& e);
+
+    // GenericCollectionInterface
+    std::size_t genericSize() const final { return size(); }
+    void genericAdd(ModelElement const& e) final;
+    void genericEnsureAt(ModelElement const& e, unsigned long /*position*/) final { genericAdd(e); }
+    void genericRemove(ModelElement const& e) final;
+    void genericClear() final { clear(); }
+    void genericBasicClear() final { basicClear(); }
+    bool genericContains(ModelElement const& e) const final;
+
+    // AbstractOwnedCollection
+    void exchange(Step& step) noexcept final;
+    void prepare(Step& /*step*/) final {}
+    void discard(Step& step) noexcept final;
+    bool sameByRule(AbstractOwnedCollection const& old) const final;
+
+protected:
+    SetCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
+    explicit SetCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
+    ~SetCore() override;
+
+    Members const& members() const noexcept { return members_; }
+    /// As members(), once the proxies that can be resolved are, unless that is held off.
+    Members const& resolvedMembers() const;
+
+private:
+    struct Taken;
+    struct Content;
+    using Proxies = std::unordered_map<ProxyId, ModelElement>;
+
+    void put(ModelElement const& e);
+    void take(ModelElement const& e);
+    void swapContent(Content&& content);
+    void resolveProxies(bool localOnly);
+
+    Members members_;
+    std::unique_ptr<Proxies> proxies_;  // null until a first one comes
+};
+
+/// The children of a "set owned" property of class T. Iterates in no particular order.
+template <class T>
+class UnorderedElementSet final : public SetCore {
+public:
+    using value_type = T;
+
+    UnorderedElementSet(ModelElement::Impl* owner, std::uint16_t index) noexcept : SetCore(owner, index) {}
+    explicit UnorderedElementSet(meta::Property const& property) noexcept : SetCore(property) {}
+
+    void add(T const& e) { addElement(e); }
+    void insert(T const& e) { addElement(e); }
+    bool contains(T const& e) const { return containsElement(e); }
+    void remove(T const& e) { removeElement(e); }
+
+    class const_iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = T;
+        using difference_type = std::ptrdiff_t;
+        using pointer = T const*;
+        using reference = T const&;
+
+        const_iterator() noexcept = default;
+        explicit const_iterator(Members::const_iterator at) noexcept : at_(at) {}
+        reference operator*() const noexcept { return asHandle<T>(*at_); }
+        pointer operator->() const noexcept { return &**this; }
+        const_iterator& operator++() noexcept {
+            ++at_;
+            return *this;
+        }
+        const_iterator operator++(int) noexcept { return const_iterator(at_++); }
+        friend bool operator==(const_iterator a, const_iterator b) noexcept { return a.at_ == b.at_; }
+
+    private:
+        Members::const_iterator at_;
+    };
+    using iterator = const_iterator;
+
+    const_iterator begin() const { return const_iterator(resolvedMembers().begin()); }
+    const_iterator end() const noexcept { return const_iterator(members().end()); }
+
+    std::unique_ptr<AbstractOwnedCollection> detachedCopy() const override {
+        auto copy = std::make_unique<UnorderedElementSet>(getCollectionProperty());
+        copy->basicCopyValues(*this);
+        return copy;
+    }
+
+protected:
+    ClassTable const& memberTable() const noexcept override { return T::classTable(); }
+    meta::Class const& memberClass() const override { return T::metaClass(); }
+};
+
+}  // namespace quay::zero

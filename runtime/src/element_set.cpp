@@ -1,0 +1,251 @@
+#include <quay/zero/element_set.h>
+
+namespace quay::zero {
+
+// How a set writes steps: `Inserted` and `Erased` have a Taken, `Swapped` a Content.
+
+/// A member that is in the set, or out of it, in `node`.
+struct SetCore::Taken {
+    ModelElement member;
+    Members::node_type node;
+};
+
+struct SetCore::Content {
+    Members members;
+    std::unique_ptr<Proxies> proxies;
+};
+
+SetCore::~SetCore() = default;
+
+// --- Content and its record -----------------------------------------------------------------------------------------
+
+void SetCore::put(ModelElement const& e) {
+    if (!recording()) {
+        members_.insert(e);
+        return;
+    }
+    auto taken = std::make_unique<Taken>();
+    taken->member = e;
+    Step& step = record(StepKind::Inserted);
+    try {
+        members_.insert(e);
+    } catch (...) {
+        step.kind = StepKind::Touched;
+        throw;
+    }
+    step.payload = taken.release();
+}
+
+void SetCore::take(ModelElement const& e) {
+    auto const position = members_.find(e);
+    if (!recording()) {
+        members_.erase(position);
+        return;
+    }
+    auto taken = std::make_unique<Taken>();
+    taken->member = e;
+    Step& step = record(StepKind::Erased);
+    taken->node = members_.extract(position);
+    step.payload = taken.release();
+}
+
+void SetCore::swapContent(Content&& content) {
+    if (recording()) {
+        auto other = std::make_unique<Content>();
+        Step& step = record(StepKind::Swapped);
+        other->members.swap(members_);
+        other->proxies.swap(proxies_);
+        step.payload = other.release();
+    }
+    members_.swap(content.members);
+    proxies_.swap(content.proxies);
+}
+
+// A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
+void SetCore::exchange(Step& step) noexcept {
+    if (step.kind == StepKind::Swapped) {
+        auto& other = *static_cast<Content*>(step.payload);
+        other.members.swap(members_);
+        other.proxies.swap(proxies_);
+        return;
+    }
+    auto& taken = *static_cast<Taken*>(step.payload);
+    if (step.kind == StepKind::Inserted) {
+        taken.node = members_.extract(members_.find(taken.member));
+        step.kind = StepKind::Erased;
+    } else {
+        members_.insert(std::move(taken.node));
+        step.kind = StepKind::Inserted;
+    }
+}
+
+void SetCore::discard(Step& step) noexcept {
+    if (step.kind == StepKind::Swapped) {
+        delete static_cast<Content*>(step.payload);
+    } else {
+        delete static_cast<Taken*>(step.payload);
+    }
+    step.payload = nullptr;
+}
+
+bool SetCore::sameByRule(AbstractOwnedCollection const& old) const {
+    Members const& before = static_cast<SetCore const&>(old).members_;
+    if (before.size() != members_.size() || before.size() > 1) return false;
+    return before.empty() || *before.begin() == *members_.begin();
+}
+
+// --- Typed operations -----------------------------------------------------------------------------------------------
+
+void SetCore::addElement(ModelElement const& element) {
+    if (!element) return;
+    ModelElement const e = element;  // it may be one of our own members
+    checkCompatibleModel(e.impl());
+    if (e->isProxy() ? proxies_ != nullptr && proxies_->contains(e->getProxyId()) : members_.contains(e)) return;
+    Operation operation(*this);
+    basicAddWithProxy(e);
+    contain(e.impl());
+    operation.commit();
+}
+
+bool SetCore::containsElement(ModelElement const& e) const { return e && !e->isProxy() && members_.contains(e); }
+
+void SetCore::removeElement(ModelElement const& element) {
+    if (element.impl() == nullptr) return;
+    ModelElement const e = element;
+    bool const here = e->isProxy() ? proxies_ != nullptr && proxies_->contains(e->getProxyId()) : members_.contains(e);
+    if (!here) return;
+    Operation operation(*this);
+    basicRemove(e);
+    release(e.impl());
+    operation.commit();
+}
+
+void SetCore::clear() {
+    Operation operation(*this);
+    modifying();
+    std::vector<ModelElement> const gone = getAllValuesAndProxies();
+    if (!gone.empty()) {
+        swapContent({});
+        for (ModelElement const& e : gone) release(e.impl());
+    }
+    operation.commit();
+}
+
+void SetCore::copyContents(AbstractOwnedCollection const& other) {
+    Operation operation(*this);
+    modifying();
+    basicCopyValues(static_cast<SetCore const&>(other));
+    operation.commit();
+}
+
+// --- The unchecked paths --------------------------------------------------------------------------------------------
+
+void SetCore::basicAdd(ModelElement const& e) {
+    if (!members_.contains(e)) put(e);
+}
+
+void SetCore::basicAddWithProxy(ModelElement const& e) {
+    if (!e->isProxy()) {
+        basicAdd(e);
+        return;
+    }
+    auto proxies = proxies_ == nullptr ? std::make_unique<Proxies>() : std::make_unique<Proxies>(*proxies_);
+    proxies->insert_or_assign(e->getProxyId(), e);
+    swapContent({members_, std::move(proxies)});
+}
+
+void SetCore::basicRemove(ModelElement const& e) {
+    if (!e->isProxy()) {
+        if (members_.contains(e)) take(e);
+        return;
+    }
+    if (proxies_ == nullptr || !proxies_->contains(e->getProxyId())) return;
+    auto proxies = std::make_unique<Proxies>(*proxies_);
+    proxies->erase(e->getProxyId());
+    swapContent({members_, proxies->empty() ? nullptr : std::move(proxies)});
+}
+
+void SetCore::basicClear() {
+    if (!members_.empty() || proxies_ != nullptr) swapContent({});
+}
+
+void SetCore::basicCopyValues(ReferenceCollection const& other) {
+    auto const& from = static_cast<SetCore const&>(other);
+    swapContent({from.members_, from.proxies_ == nullptr ? nullptr : std::make_unique<Proxies>(*from.proxies_)});
+}
+
+// --- Proxies --------------------------------------------------------------------------------------------------------
+
+bool SetCore::resolveAdd(ModelElement const& e) { return members_.insert(e).second; }
+
+void SetCore::resolveProxies(bool localOnly) {
+    if (proxies_ == nullptr || owner() == nullptr) return;
+    std::u16string const& store = owner()->model().storeName();
+    for (auto i = proxies_->begin(); i != proxies_->end();) {
+        auto const at = i++;
+        if (localOnly && at->first.hasOutsidePart(store)) continue;
+        ModelElement const found = resolveProxy(at->second);
+        if (!found || found->isProxy() || !resolveAdd(found)) continue;
+        contain(found.impl());
+        proxies_->erase(at);
+    }
+    if (proxies_->empty()) proxies_.reset();
+}
+
+SetCore::Members const& SetCore::resolvedMembers() const {
+    if (proxies_ != nullptr && owner() != nullptr && owner()->model().resolutionHolds() < 1) {
+        const_cast<SetCore*>(this)->resolveAll();
+    }
+    return members_;
+}
+
+void SetCore::replaceProxy(ModelElement const& e, unsigned long /*index*/) {
+    if (proxies_ == nullptr) return;
+    auto const found = proxies_->find(e->getPersistentProxyId(true));
+    if (found != proxies_->end() && resolveAdd(e)) {
+        contain(e.impl());
+        proxies_->erase(found);
+    }
+}
+
+bool SetCore::basicContainsProxyTo(ModelElement const& e) {
+    if (proxies_ == nullptr) return false;
+    for (auto i = proxies_->begin(); i != proxies_->end(); ++i) {
+        if (peekResolveProxy(i->second) == e && resolveAdd(e)) {
+            proxies_->erase(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<ModelElement> SetCore::getAllValues() const {
+    Members const& members = resolvedMembers();
+    return {members.begin(), members.end()};
+}
+
+std::vector<ModelElement> SetCore::getAllValuesAndProxies() const {
+    std::vector<ModelElement> result(members_.begin(), members_.end());
+    if (proxies_ != nullptr) {
+        for (auto const& entry : *proxies_) result.push_back(entry.second);
+    }
+    return result;
+}
+
+// --- The generic interface ------------------------------------------------------------------------------------------
+
+void SetCore::genericAdd(ModelElement const& e) {
+    if (!e) return;
+    requireMemberClass(e);
+    addElement(e);
+}
+
+void SetCore::genericRemove(ModelElement const& e) {
+    if (!e) return;
+    requireMemberClass(e);
+    removeElement(e);
+}
+
+bool SetCore::genericContains(ModelElement const& e) const { return e && isMemberClass(e) && containsElement(e); }
+
+}  // namespace quay::zero
