@@ -1,0 +1,118 @@
+// The array, the one kind of value that scripts know. This header has what every array has: its life, its
+// class and its shape. An array is N-dimensional, its elements are in column-major order, and it owns all
+// that is in it, other arrays included.
+//
+// Arrays are as safe as plain values: any number of threads may read one, or one may write it. Functions that
+// take a `zxArray const*` accept null only where they say so and throw std::invalid_argument elsewhere. An
+// argument that doesn't fit (an array of another class, an unknown field) is std::invalid_argument as well,
+// an index past the end std::out_of_range, and a shape that no memory could hold std::length_error. A
+// function that throws has changed nothing and has taken nothing over.
+#pragma once
+
+#include <keel/export.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string_view>
+
+struct zxArray_tag;
+using zxArray = zxArray_tag;
+
+/// What an array's elements are. The numbers are known outside; 5 isn't used.
+enum zxClassCode : unsigned {
+    zxCellClass = 1,
+    zxStructClass = 2,
+    zxLogicalClass = 3,
+    zxCharClass = 4,  ///< UTF-16 units
+    zxDoubleClass = 6,
+    zxSingleClass = 7,
+    zxInt8Class = 8,
+    zxUint8Class = 9,
+    zxInt16Class = 10,
+    zxUint16Class = 11,
+    zxInt32Class = 12,
+    zxUint32Class = 13,
+    zxInt64Class = 14,
+    zxUint64Class = 15,
+    zxObjectFlag = 16,
+    zxObjectClass = zxObjectFlag | zxStructClass,  ///< objects of a named class, `string` objects included
+};
+
+/// How zxIsEqual takes two NaNs that meet.
+enum class zxNanRule {
+    Differ,  ///< as `==` does on numbers
+    Same,    ///< as it takes two zeros: whatever the bits
+};
+
+/// Releases an array and all that is in it, whatever the depth; null is fine. The array mustn't be an element
+/// of another one.
+QUAY_ZERO_API void zxDestroyArray(zxArray* array) noexcept;
+
+/// A deep copy; null gives null. Native objects are copied by their own operation.
+QUAY_ZERO_API zxArray* zxDuplicateArray(zxArray const* array);
+
+/// Whether two arrays have the same class, shape and contents, at all depths. Structs may have their fields
+/// in different orders. Zeros of both signs are equal; objects compare as their class says. Null equals only
+/// null.
+QUAY_ZERO_API bool zxIsEqual(zxArray const* left, zxArray const* right, zxNanRule nans = zxNanRule::Differ);
+
+QUAY_ZERO_API zxClassCode zxGetClassCode(zxArray const* array);
+/// "cell", "struct", "logical", "char", "double" to "uint64", "string", or the class of an object array. The
+/// text lives as long as the array.
+QUAY_ZERO_API std::string_view zxGetClassName(zxArray const* array);
+
+/// Whether the array's class has this very name. False for null.
+QUAY_ZERO_API bool zxIsClass(zxArray const* array, std::string_view className) noexcept;
+/// The same, or its class derives from that one. False for null. An object with an underlying array is also
+/// one of that array's class; other ancestors are known through zx::setClassHierarchy.
+QUAY_ZERO_API bool zxIsA(zxArray const* array, std::string_view className);
+
+// False for null, all of these.
+QUAY_ZERO_API bool zxIsNumeric(zxArray const* array) noexcept;  ///< double to uint64
+QUAY_ZERO_API bool zxIsLogical(zxArray const* array) noexcept;
+QUAY_ZERO_API bool zxIsChar(zxArray const* array) noexcept;
+QUAY_ZERO_API bool zxIsCell(zxArray const* array) noexcept;
+QUAY_ZERO_API bool zxIsStruct(zxArray const* array) noexcept;
+QUAY_ZERO_API bool zxIsObject(zxArray const* array) noexcept;  ///< `string` objects as well
+QUAY_ZERO_API bool zxIsComplex(zxArray const* array) noexcept;
+
+/// Whether it has no element; null has none.
+QUAY_ZERO_API bool zxIsEmpty(zxArray const* array) noexcept;
+QUAY_ZERO_API std::size_t zxGetNumberOfElements(zxArray const* array) noexcept;
+
+/// At least two; the last one, if there are more, isn't 1. They are good until the shape is changed.
+QUAY_ZERO_API std::span<std::size_t const> zxGetDimensions(zxArray const* array);
+QUAY_ZERO_API std::size_t zxGetRows(zxArray const* array);
+/// The product of all dimensions but the first.
+QUAY_ZERO_API std::size_t zxGetColumns(zxArray const* array);
+/// Gives the same elements another shape, which must have as many. At least two dimensions.
+QUAY_ZERO_API void zxSetDimensions(zxArray* array, std::span<std::size_t const> dimensions);
+
+namespace zx {
+
+struct Destroy {
+    void operator()(zxArray* array) const noexcept { zxDestroyArray(array); }
+};
+/// An array that one owns. Every array that a function of the plain layer makes goes into one of these at
+/// once.
+using Array = std::unique_ptr<zxArray, Destroy>;
+
+inline Array copy(zxArray const* array) { return Array(zxDuplicateArray(array)); }
+
+/// Which state of which array this is: a number drawn afresh, never twice in a process, when an array is made
+/// and whenever anything in it is written, at whatever depth. Access for writing counts as a write at the
+/// moment it is asked for; whoever keeps the access for later asks again before writing. What a native object
+/// holds isn't seen.
+QUAY_ZERO_API std::uint64_t serialOf(zxArray const* array);
+
+/// Tells whether class `className` derives from class `ancestor`.
+using DerivesFrom = bool(std::string_view className, std::string_view ancestor);
+
+/// Lets zxIsA ask the class-object system about the classes of objects, null lets it ask nobody. Gives what
+/// was set before. A function must be taken back before its library goes.
+QUAY_ZERO_API DerivesFrom* setClassHierarchy(DerivesFrom* derivesFrom) noexcept;
+
+}  // namespace zx

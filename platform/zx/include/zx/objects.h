@@ -1,0 +1,47 @@
+// Arrays of objects: either values of a class that is based on a built-in one, such as enumerations, or
+// objects of native code behind pointers. Their class is known here by its name only.
+#pragma once
+
+#include <zx/array.h>
+
+namespace zx {
+
+/// What arrays do with the native objects that they own. Must outlive every array that refers to it, as must
+/// the functions.
+struct NativeOperations {
+    /// Gives what another array can own: a copy, or the same object with one more reference. May throw.
+    void* (*copy)(void* native);
+    void (*destroy)(void* native) noexcept;
+    /// Null: an object equals only itself.
+    bool (*equals)(void const* left, void const* right);
+};
+
+}  // namespace zx
+
+/// Objects of a class that is based on `underlying`'s, one for each of its elements; takes `underlying` over,
+/// which must be a numeric, logical or char array.
+QUAY_ZERO_API zxArray* zxCreateObjectFromUnderlying(std::string_view className, zxArray* underlying);
+
+/// No object, 0 by 0, but of a class.
+QUAY_ZERO_API zxArray* zxCreateEmptyObject(std::string_view className);
+
+/// One native object, which the array owns from now on.
+QUAY_ZERO_API zxArray* zxCreateNativeObject(std::string_view className, void* native,
+                                            zx::NativeOperations const& operations);
+
+/// Places for native objects, each null at first.
+QUAY_ZERO_API zxArray* zxCreateNativeObjectArray(std::string_view className,
+                                                 std::span<std::size_t const> dimensions,
+                                                 zx::NativeOperations const& operations);
+
+/// The array below an object array; null if there is none.
+QUAY_ZERO_API zxArray const* zxGetUnderlyingArray(zxArray const* array);
+
+/// Whether the elements are native objects.
+QUAY_ZERO_API bool zxIsNativeObject(zxArray const* array) noexcept;
+/// The native object, which stays the array's; null for an empty place.
+QUAY_ZERO_API void* zxGetNative(zxArray const* array, std::size_t index = 0);
+/// Puts a native object, or null, in place of the former one, which is destroyed.
+QUAY_ZERO_API void zxSetNative(zxArray* array, std::size_t index, void* native);
+/// What the array does with its native objects; tells native objects of different makers apart.
+QUAY_ZERO_API zx::NativeOperations const& zxGetNativeOperations(zxArray const* array);

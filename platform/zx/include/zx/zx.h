@@ -1,0 +1,7 @@
+// The arrays of the scripting environment: everything in one header.
+#pragma once
+
+#include <zx/array.h>
+#include <zx/objects.h>
+#include <zx/property_array.h>
+#include <zx/values.h>

@@ -1,0 +1,68 @@
+// What arrays other than plain ones hold. Elements that are arrays are null until they are set, and read as
+// an empty array.
+#pragma once
+
+#include <zx/array.h>
+#include <zx/objects.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zx {
+
+struct Cells {
+    explicit Cells(std::size_t count) : elements(count) {}
+
+    std::vector<Array> elements;
+};
+
+struct Structs {
+    struct Field {
+        std::string name;
+        std::vector<Array> values;  // one for each element
+    };
+
+    std::vector<Field> fields;
+};
+
+/// `string` objects.
+struct Texts {
+    explicit Texts(std::size_t count) : elements(count) {}
+
+    std::vector<std::u16string> elements;
+};
+
+/// Objects that are based on the elements of a plain array, or no objects at all.
+struct Based {
+    std::string className;
+    Array underlying;
+};
+
+/// Native objects.
+class Natives {
+public:
+    Natives(std::string_view className, NativeOperations const& operations, std::size_t count)
+        : className_(className), operations_(&operations), elements_(count) {}
+    Natives(Natives const& other);
+    Natives(Natives&&) = delete;
+    Natives& operator=(Natives const&) = delete;
+    Natives& operator=(Natives&&) = delete;
+    ~Natives() { clear(); }
+
+    std::string const& className() const { return className_; }
+    NativeOperations const& operations() const { return *operations_; }
+    void* at(std::size_t index) const { return elements_[index]; }
+    void set(std::size_t index, void* native) noexcept;
+
+    bool equals(Natives const& other) const;
+
+private:
+    void clear() noexcept;
+
+    std::string className_;
+    NativeOperations const* operations_;
+    std::vector<void*> elements_;
+};
+
+}  // namespace zx

@@ -1,0 +1,93 @@
+// Copying and releasing, without recursion: arrays can be nested as deep as memory goes.
+#include "array_data.h"
+
+#include <zx/property_array.h>
+
+#include <cassert>
+
+namespace zx {
+namespace {
+
+// A copy whose elements that are arrays are still to be set.
+Array copyWithoutElements(zxArray const& source) {
+    struct Copy {
+        Shape const& shape;
+
+        Array operator()(Plain const& plain) const { return make<Plain>(shape, plain); }
+        Array operator()(Cells const& cells) const { return make<Cells>(shape, cells.elements.size()); }
+        Array operator()(Structs const& structs) const {
+            Array copy = make<Structs>(shape);
+            for (Structs::Field const& field : structs.fields) {
+                std::get<Structs>(copy->content)
+                    .fields.push_back({field.name, std::vector<Array>(shape.count())});
+            }
+            return copy;
+        }
+        Array operator()(Texts const& texts) const { return make<Texts>(shape, texts); }
+        Array operator()(Based const& based) const {
+            Array copy = make<Based>(shape);
+            std::get<Based>(copy->content).className = based.className;
+            return copy;
+        }
+        Array operator()(Natives const& natives) const { return make<Natives>(shape, natives); }
+    };
+    return std::visit(Copy{source.shape}, source.content);
+}
+
+struct Pending {
+    zxArray const* source;
+    zxArray* owner;
+    Array* place;
+};
+
+// Notes which elements of `source` are to be copied into `copy`, which has the same structure.
+void addElements(std::vector<Pending>& pending, zxArray const& source, zxArray& copy) {
+    std::size_t const first = pending.size();
+    forEachElement(copy, [&](Array& place) { pending.push_back({nullptr, &copy, &place}); });
+    std::size_t next = first;
+    forEachElement(const_cast<zxArray&>(source),
+                   [&](Array const& element) { pending[next++].source = element.get(); });
+}
+
+}  // namespace
+}  // namespace zx
+
+zxArray* zxDuplicateArray(zxArray const* array) {
+    if (array == nullptr) {
+        return nullptr;
+    }
+    zx::Array copy = zx::copyWithoutElements(*array);
+    std::vector<zx::Pending> pending;
+    zx::addElements(pending, *array, *copy);
+    while (!pending.empty()) {
+        zx::Pending const next = pending.back();
+        pending.pop_back();
+        if (next.source != nullptr) {
+            *next.place = zx::copyWithoutElements(*next.source);
+            (*next.place)->parent = next.owner;
+            zx::addElements(pending, *next.source, **next.place);
+        }
+    }
+    return copy.release();
+}
+
+void zxDestroyArray(zxArray* array) noexcept {
+    assert(array == nullptr || array->parent == nullptr);
+    // Those still to be released are chained by their parent pointers, so that nothing is allocated.
+    zxArray* chain = array;
+    while (chain != nullptr) {
+        zxArray* const next = chain;
+        chain = std::exchange(next->parent, nullptr);
+        zx::forEachElement(*next, [&](zx::Array& element) {
+            if (element != nullptr) {
+                element->parent = chain;
+                chain = element.release();
+            }
+        });
+        delete next;
+    }
+}
+
+zxArray_tag* omCopyArrayForPropertyContainment(zxArray_tag const* array) { return zxDuplicateArray(array); }
+
+void ordo::property_array_deleter(zxArray_tag* array) noexcept { zxDestroyArray(array); }
