@@ -13,7 +13,7 @@ from compiler.mistakes import Place, Report, did_you_mean
 
 T = TypeVar("T")
 
-# Its types are a package of their own, which need not be installed; so no module of that name is imported for checking.
+# Loaded by name: its types are a package of their own, which the type checker may or may not find.
 yaml: Any = importlib.import_module("yaml")
 Node = Any
 
