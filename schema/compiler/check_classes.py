@@ -28,8 +28,8 @@ def _check_base(scope: Scope, cls: ClassType, report: Report) -> bool:
         report.add(cls.entry.place, name, f'the base "{base}" is {describe(found)}, not a class')
         return False
     ancestors = scope.ancestors(cls)
-    if scope.base_of(ancestors[-1]) is cls:
-        circle = [cls, *ancestors]
+    circle = [cls, *ancestors]
+    if scope.base_of(circle[-1]) is cls:
         # One of the circle tells it for all.
         if cls is min(circle, key=lambda one: one.entry.place):
             names = " -> ".join(one.entry.name for one in [*circle, cls])

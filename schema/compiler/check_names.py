@@ -8,8 +8,10 @@ from compiler import form
 from compiler.check_package import is_dotted
 from compiler.mistakes import Place, Report, did_you_mean
 from compiler.names import (
+    HANDLE_FUNCTIONS,
     MEMBER_FUNCTIONS,
     MEMBER_TYPES,
+    Slot,
     accessors,
     flat,
     is_identifier,
@@ -67,7 +69,7 @@ def _check_script_names(package: form.Package, report: Report) -> None:
     for entry in types(package):
         name = entry.script or f"{package.schema.script}.{entry.name}"
         other = seen.setdefault(name, entry)
-        if not is_dotted(name):
+        if entry.script and not is_dotted(name):
             report.add(entry.place, entry.name, f'the script name "{name}" must be names joined by dots')
         elif other.name != entry.name:
             report.add(entry.place, entry.name, f"the script name {name} is also that of {other.name} ({other.place})")
@@ -117,6 +119,9 @@ def _check_members(cls: ClassType, report: Report) -> None:
                     text = f"collides with {owner} ({other.place}): both would have {accessor}"
                 report.add(prop.place, subject, text)
                 break
+    for member in [*cls.properties, *cls.operations]:
+        if lower(member.name) in HANDLE_FUNCTIONS:
+            report.add(member.place, f"{name}.{member.name}", f"every handle has another member {lower(member.name)}")
     for operation in cls.operations:
         _check_once(f"{name}.{operation.name}", operation.arguments, report)
     _check_once(name, cls.operations, report)
@@ -127,11 +132,12 @@ def _check_slots(scope: Scope, report: Report) -> None:
     singleton = scope.package.singleton.rpartition("::")[2]
     schema = flat(scope.package.schema.name)
     functions = ("getInstance", "initialize", f"instantiate_{schema}", f"weave_{schema}", "instantiate", "weave", singleton)
-    seen: dict[str, tuple[str, Place]] = {}
+    seen: dict[str, Slot] = {}
     for slot in slots(scope):
         if slot.name in functions:
             report.add(slot.place, slot.subject, f"the meta package has another member {slot.name}")
-        subject, place = seen.setdefault(slot.name, (slot.subject, slot.place))
-        if subject != slot.subject:
-            text = f"collides with {subject} ({place}): both would be the meta package's member {slot.name}"
+        other = seen.setdefault(slot.name, slot)
+        # Of two entries of one kind and name it is said elsewhere.
+        if (other.subject, other.meta) != (slot.subject, slot.meta):
+            text = f"collides with {other.subject} ({other.place}): both would be the meta package's member {slot.name}"
             report.add(slot.place, slot.subject, text)

@@ -74,9 +74,9 @@ def _check_foreign(scope: Scope, report: Report) -> None:
         if uri not in imported:
             report.add(package.place, "package", f"{other.schema.name} is brought up, but its URI {uri} is not imported")
 
-    others = [other.package for other in scope.all()]
-    for index, one in enumerate(others):
-        for other in others[:index]:
+    packages = [other.package for other in scope.all()]
+    for index, one in enumerate(packages):
+        for other in packages[index + 1 :]:
             for key, mine, its in (
                 ("name", one.schema.name, other.schema.name),
                 ("namespace", one.schema.namespace, other.schema.namespace),

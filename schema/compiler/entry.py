@@ -59,12 +59,13 @@ class Entry:
             self._fault(node, f"here stands {self._describe(node)}, not a mapping of keys to values")
             raise Unreadable
         for key, value in node.value:
-            if key.value in self._nodes:
-                self._fault(key, f'the key "{key.value}" is given twice')
-            self._nodes[key.value] = (key, value)
+            self._nodes.setdefault(key.value, (key, value))
         if "name" in self._nodes and isinstance(self._nodes["name"][1], yaml.ScalarNode):
             name = self._nodes["name"][1].value
             self.subject = f"{owner}.{name}" if owner else name
+        for key, _ in node.value:
+            if self._nodes[key.value][0] is not key:
+                self._fault(key, f'the key "{key.value}" is given twice')
 
     def text(self, key: str) -> str:
         """The text of a key that must be there."""
@@ -150,9 +151,12 @@ class Entry:
     def _whole_of(self, node: Node | None, key: str) -> int | None:
         if node is None:
             return None
-        # Only the decimal form: YAML takes 010 for eight and 1:30 for ninety.
-        if _kind(node) != "int" or not re.fullmatch(r"0|-?[1-9][0-9]*", node.value):
+        if _kind(node) != "int":
             self._wrong(node, key, "a whole number")
+            return None
+        # YAML takes 010 for eight and 1:30 for ninety.
+        if not re.fullmatch(r"0|-?[1-9][0-9]*", node.value):
+            self._wrong(node, key, "one in decimal digits")
             return None
         return int(node.value)
 

@@ -51,5 +51,5 @@ def did_you_mean(word: str, candidates: Iterable[str]) -> str:
         lowered.setdefault(candidate.lower(), candidate)
         # "EventScope" should find "vwtp.mm.core.EventScope".
         lowered.setdefault(candidate.rpartition(".")[2].lower(), candidate)
-    close = difflib.get_close_matches(word.lower(), lowered, n=1, cutoff=0.7)
+    close = difflib.get_close_matches(word.lower(), lowered, n=1, cutoff=0.6)
     return f'; did you mean "{lowered[close[0]]}"?' if close else ""

@@ -35,6 +35,8 @@ MEMBER_FUNCTIONS = frozenset(
     """basicSetContainer getMetaClass getModel getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId
     hasPropertyValue setModel setOrAdd setPropertyValue""".split()
 )
+# Members of every handle, among which a property's static accessor and an operation stand.
+HANDLE_FUNCTIONS = frozenset("addRef cast classTable create impl metaClass of removeRef uuid".split())
 # First parts of the qualified names that generated code writes.
 ROOTS = frozenset({"quay", "std", "boost", "shapes", "declare"})
 

@@ -98,16 +98,12 @@ class Scope:
         for entry in package.classes:
             if entry.continued:
                 continuations.setdefault(entry.name, []).append(entry)
-        self.enumerations = _first_of_each(EnumerationType(e, self) for e in package.enumerations)
-        self.data_types = _first_of_each(DataType(d, self) for d in package.data_types)
-        self.classes = _first_of_each(
+        self.own: dict[str, OwnType] = {}
+        self.enumerations = self._enter(EnumerationType(e, self) for e in package.enumerations)
+        self.data_types = self._enter(DataType(d, self) for d in package.data_types)
+        self.classes = self._enter(
             ClassType(c, self, tuple(continuations.get(c.name, ()))) for c in package.classes if not c.continued
         )
-        self.own: dict[str, OwnType] = {
-            **self.enumerations,
-            **self.data_types,
-            **self.classes,
-        }
 
     def find(self, name: str) -> Type | None:
         """The type of that name, as a property's `type` gives it: a foreign one is qualified by its package."""
@@ -135,8 +131,15 @@ class Scope:
 
     def first_index(self, cls: ClassType) -> int:
         """The index at which a class's own properties start: the one after its superclass's last."""
-        inherited = [p.index or 0 for ancestor in self.ancestors(cls) for p in ancestor.properties]
-        return max(inherited, default=0) + 1
+        return 1 + sum(p.derives is None for ancestor in self.ancestors(cls) for p in ancestor.properties)
+
+    def _enter(self, types: Iterator[_Named]) -> dict[str, _Named]:
+        """Enters those whose name is free."""
+        free = {}
+        for one in types:
+            if self.own.setdefault(one.entry.name, one) is one:
+                free[one.entry.name] = one
+        return free
 
     def structured(self) -> list[ClassType | DataType]:
         """Classes and data types in byte order of their names."""
@@ -156,10 +159,3 @@ class Scope:
         for other in self.foreign.values():
             found += [scope for scope in other.all() if scope not in found]
         return found
-
-
-def _first_of_each(types: Iterator[_Named]) -> dict[str, _Named]:
-    found: dict[str, _Named] = {}
-    for one in types:
-        found.setdefault(one.entry.name, one)
-    return found
