@@ -1,0 +1,43 @@
+// The sentences that people read when something fails, by message identifier.
+#pragma once
+
+#include <keel/export.h>
+#include <keel/message.h>
+
+#include <map>
+#include <shared_mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace keel {
+
+/// The process's one message catalogue. Any thread may use it at any time.
+///
+/// A sentence can name what it needs: `{0}`, `{1}` and so on are the message's arguments, `{subject}` is what
+/// it is about and `{value}` the value refused. An identifier can have several sentences; the one is taken
+/// that uses most of what is known and needs nothing that isn't. A known subject that the sentence doesn't
+/// name is put before it, a known value after it.
+class QUAY_ZERO_API Catalogue {
+public:
+    static Catalogue& instance();
+
+    Catalogue(Catalogue const&) = delete;
+    Catalogue& operator=(Catalogue const&) = delete;
+
+    /// Enters the sentences of one identifier in place of any that it has. The texts are copied, so that the
+    /// library that brings them can be unloaded.
+    void add(std::string_view identifier, std::vector<std::string> sentences);
+
+    /// The sentence for `message`, as UTF-8. A message that isn't in the catalogue gives its arguments,
+    /// joined.
+    std::string sentence(Message const& message) const;
+
+private:
+    Catalogue();
+
+    mutable std::shared_mutex mutex_;
+    std::map<std::string, std::vector<std::string>, std::less<>> entries_;
+};
+
+}  // namespace keel

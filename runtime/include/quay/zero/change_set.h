@@ -1,0 +1,78 @@
+// What one outermost commit changed, as listeners are told.
+#pragma once
+
+#include <quay/zero/collection.h>
+#include <quay/zero/model.h>
+#include <quay/zero/value.h>
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace quay::zero {
+
+class ChangeSet;
+
+/// One changed element that existed before and still exists.
+class QUAY_ZERO_API ElementChange {
+public:
+    ModelElement const& element() const noexcept { return element_; }
+    /// The changed properties, by rising index.
+    std::vector<meta::Property> properties() const;
+    /// The value before; for a property that didn't change, an empty and untyped value. The old content of a
+    /// collection is put together when it is first asked for, and the value points at a copy that the change set owns.
+    Value oldValue(meta::Property const& property) const;
+    /// The value now; the value of a collection points at the collection itself.
+    Value newValue(meta::Property const& property) const;
+
+private:
+    friend class ChangeSet;
+    struct Part {
+        std::uint16_t index;
+        Cell* old;                            // of a single value; else null
+        AbstractOwnedCollection* collection;  // of several values; else null
+    };
+    ElementChange(ChangeSet const& set, ModelElement element) : set_(&set), element_(std::move(element)) {}
+
+    ChangeSet const* set_;
+    ModelElement element_;
+    std::vector<Part> parts_;
+};
+
+/// Lives for the call of the listener only: keep what you read, not the set.
+class QUAY_ZERO_API ChangeSet {
+public:
+    /// In order of creation, and in order of destruction. Elements that came and went in one transaction are in neither.
+    std::vector<ModelElement> const& created() const noexcept { return created_; }
+    std::vector<ModelElement> const& destroyed() const noexcept { return destroyed_; }
+    /// In no particular order.
+    std::vector<ElementChange> const& changed() const noexcept { return changed_; }
+    bool empty() const noexcept { return created_.empty() && destroyed_.empty() && changed_.empty(); }
+
+    ChangeSet(ChangeSet const&) = delete;
+    ChangeSet& operator=(ChangeSet const&) = delete;
+
+private:
+    friend class ModelImpl;
+    friend class ElementChange;
+
+    /// `bornSince`: elements of that birth serial or a later one are new.
+    ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince);
+    /// Of a replayed log: births and deaths as `replay` found them.
+    ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created, std::vector<ModelElement> destroyed);
+
+    template <class IsNew>
+    void collect(IsNew const& isNew);
+    bool isChanged(AbstractOwnedCollection& collection) const;
+    AbstractOwnedCollection& oldContent(AbstractOwnedCollection& collection) const;
+
+    ModelImpl& model_;
+    UndoLog& log_;
+    std::vector<ModelElement> created_;
+    std::vector<ModelElement> destroyed_;
+    std::vector<ElementChange> changed_;
+    mutable std::vector<std::pair<AbstractOwnedCollection*, std::unique_ptr<AbstractOwnedCollection>>> oldContents_;
+};
+
+}  // namespace quay::zero

@@ -1,0 +1,61 @@
+// What every counted object of the runtime has: a reference count, an identity and a few flags.
+#pragma once
+
+#include <keel/export.h>
+
+#include <atomic>
+#include <boost/uuid/uuid.hpp>
+#include <cstdint>
+
+namespace quay::zero {
+
+class AbstractOwnedCollection;
+
+/// Base of elements, meta objects and models. The count is atomic; everything else belongs to the thread that works
+/// in the model.
+class QUAY_ZERO_API ElementImpl {
+public:
+    /// Stands in the count of an object that is being deleted, so that a late addRef can be told apart.
+    static constexpr std::uint32_t REFCOUNT_DELETING = 0x8000'0000;
+
+    /// Called by ModelElement::Impl::invalidate with the element and each of its collections. A host sets it once, at
+    /// start; it is read without synchronisation.
+    using InvalidateCallback = void (*)(ElementImpl* element, AbstractOwnedCollection* collection);
+    static InvalidateCallback m_callback;
+
+    /// Draws a random (version 4) id. Any thread may call it.
+    static boost::uuids::uuid generateNewUuid();
+
+    ElementImpl(ElementImpl const&) = delete;
+    ElementImpl& operator=(ElementImpl const&) = delete;
+
+    void addRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    /// Drops a reference; the object is deleted with the last one.
+    virtual void removeRef() const noexcept;
+    /// How many references are held; for tests and tools, since another thread may change it at once.
+    std::uint32_t refCount() const noexcept { return count_.load(std::memory_order_relaxed); }
+
+    bool isAlive() const noexcept { return (flags_ & kAlive) != 0; }
+    boost::uuids::uuid const& uuid() const noexcept { return id_; }
+
+protected:
+    static constexpr std::uint8_t kAlive = 1;
+    static constexpr std::uint8_t kProxy = 2;
+    static constexpr std::uint8_t kIndexed = 4;  // the model's id index holds it
+    static constexpr std::uint8_t kLinked = 8;   // it stands in the model's list of elements
+
+    explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
+    virtual ~ElementImpl();
+
+    void setFlag(std::uint8_t flag, bool on) noexcept {
+        flags_ = static_cast<std::uint8_t>(on ? flags_ | flag : flags_ & ~flag);
+    }
+
+    // Count, flags and slot share one word, which is what keeps an element's base within 72 bytes.
+    mutable std::atomic<std::uint32_t> count_{0};
+    std::uint8_t flags_ = kAlive;
+    std::uint16_t containmentIndex_ = 0;  // ModelElement::Impl: the property of its container that owns it
+    boost::uuids::uuid id_;
+};
+
+}  // namespace quay::zero

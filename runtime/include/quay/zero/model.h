@@ -1,0 +1,249 @@
+// Models: where elements live, are found, and are written in transactions.
+#pragma once
+
+#include <quay/zero/element_list.h>
+#include <quay/zero/model_element.h>
+#include <quay/zero/proxy_id.h>
+#include <quay/zero/random_ids.h>
+#include <quay/zero/storage.h>
+#include <quay/zero/transaction.h>
+#include <quay/zero/undo_log.h>
+
+#include <boost/uuid/uuid.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quay::zero {
+
+class ChangeSet;
+class History;
+
+/// How findElement looks for an element.
+enum class FindElementBehavior : int {
+    ResolveProxies = 0,  ///< live elements, and what a proxy of that id resolves to
+    InMemoryOnly = 1     ///< only what is in memory; nothing is loaded
+};
+
+/// A handle to a model. While one is held the model lives; with the last one its elements turn dead and are released.
+class QUAY_ZERO_API Model : public CountedHandle {
+public:
+    using Impl = ModelImpl;
+    class Freezer;
+    class Thawer;
+    class ResolutionHold;
+
+    Model() noexcept = default;
+    explicit Model(ModelImpl* impl) noexcept;
+
+    static Model create();
+    static meta::Class const& metaClass();
+
+    ModelImpl* impl() const noexcept;
+    ModelImpl* operator->() const noexcept { return impl(); }
+};
+
+/// A model. One thread at a time works in it.
+class QUAY_ZERO_API ModelImpl final : public ElementImpl {
+public:
+    using Listener = std::function<void(ChangeSet const&)>;
+    using ProxyResolver = std::function<ModelElement(ProxyId const&)>;
+
+    explicit ModelImpl(boost::uuids::uuid const& id);
+    ~ModelImpl() override;
+    /// The model of all elements that have none: it has no elements and refuses every transaction.
+    static ModelImpl& closed() noexcept;
+
+    // --- Transactions and history.
+
+    /// Opens a transaction, or a savepoint in the open one. `system`: when it is the outermost, no listener is told and
+    /// nothing enters the history (and one that changed more than plain values ends what could be undone, which could
+    /// no longer be put back in order). ModelIsFrozen on a frozen model, ListenerMayNotWrite from a listener.
+    Transaction beginTransaction(bool system);
+    bool inTransaction() const noexcept { return !levels_.empty(); }
+
+    /// Keeps the last `limit` committed transactions for undo; 0, the state at the start, keeps none and forgets.
+    void enableHistory(std::size_t limit);
+    /// Takes the last kept transaction back, or does it again; listeners are told as of any transaction. Answers
+    /// whether there was one. TransactionIsOpen inside a transaction.
+    bool undo();
+    bool redo();
+    std::size_t undoDepth() const noexcept;
+    std::size_t redoDepth() const noexcept;
+
+    /// The listener is called once per outermost commit that changed something. It may not write into the model. What
+    /// it throws is dropped: the commit stands, and the other listeners are told.
+    std::uint64_t addListener(Listener listener);
+    void removeListener(std::uint64_t id);
+
+    // --- Elements.
+
+    /// Live elements in order of creation; roots are those without a container.
+    std::vector<ModelElement> getElements() const;
+    std::vector<ModelElement> getRoots() const;
+    std::size_t elementCount() const noexcept { return elements_.size(); }
+    /// The element of that id, or an empty handle. The first look-up after creations indexes them.
+    ModelElement findElement(boost::uuids::uuid const& id, FindElementBehavior behavior) const;
+    /// A fresh random id, from the model's own generator.
+    boost::uuids::uuid drawId() noexcept { return generator_.draw(); }
+    /// Calls f(ModelElement::Impl&) for each live element in order of creation. f may not create or destroy.
+    template <class F>
+    void forEachElement(F&& f) const {
+        elements_.forEach(std::forward<F>(f));
+    }
+
+    // --- Proxies.
+
+    /// The name by which other stores refer to this model; empty at the start.
+    void setStoreName(std::u16string name) { storeName_ = std::move(name); }
+    std::u16string const& storeName() const noexcept { return storeName_; }
+    /// Resolves proxies that name another store.
+    void setProxyResolver(ProxyResolver resolver) { resolver_ = std::move(resolver); }
+    /// The element that a proxy stands for, or the proxy itself while it can't be resolved. No change.
+    ModelElement resolveProxy(ModelElement::Impl const* referrer, ModelElement const& proxy);
+    /// While above 0, getters resolve nothing.
+    int resolutionHolds() const noexcept { return resolutionHolds_; }
+    ProxyId const* proxyIdOf(ModelElement::Impl const& element) const noexcept;
+    void setProxyId(ModelElement::Impl& element, ProxyId id);
+
+    // --- For element code: recording. All but the queries need an open transaction.
+
+    /// No transaction, listener or history, and not frozen: a single value may be stored without further ado.
+    bool isQuiet() const noexcept { return quiet_; }
+    /// Whether the old value of that property needs no record: the element was born, or the value kept, at this level.
+    bool isRecorded(ModelElement::Impl const& e, unsigned long index) const noexcept {
+        if ((e.track_ & 1) != 0) return (e.track_ >> 1) >= levelSerial_;
+        Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
+        return s.serial_ >= levelSerial_ && s.has(index);
+    }
+    bool isBornHere(ModelElement::Impl const& e) const noexcept { return isBornSince(e, levelSerial_); }
+    static bool isBornSince(ModelElement::Impl const& e, std::uint64_t serial) noexcept {
+        return (e.track_ & 1) != 0 && (e.track_ >> 1) >= serial;
+    }
+    /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
+    Cell& record(ModelElement::Impl& element, PropertyRow const& row);
+    /// Records a step. Only if the collection's owner (or the child) wasn't born here.
+    Step& recordStep(StepKind kind, void* subject);
+    /// The last step if it may be merged with: recorded at this level, of that kind and subject; else null.
+    Step* lastStep(StepKind kind, void const* subject) noexcept;
+
+    /// The child's container changes, and nothing else.
+    void setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index);
+
+    /// Opens and ends a level; Transaction, Savepoint and ImplicitTransaction are made of these.
+    std::uint64_t openLevel(bool system);
+    bool isOpen(std::uint64_t serial) const noexcept;
+    void commitLevel(std::uint64_t serial);
+    void rollbackLevel(std::uint64_t serial) noexcept;
+
+private:
+    friend class ModelElement::Impl;
+    friend class Model;
+    friend class UndoLog;
+    friend class ChangeSet;
+    friend class Model::Freezer;
+    friend class Model::Thawer;
+    friend class Model::ResolutionHold;
+
+    struct Level {
+        std::uint64_t serial;
+        std::size_t lives;
+        std::size_t steps;
+        Storage* storages;  // where the enclosing level's list begins
+        bool system;
+    };
+    struct NumberedListener;
+
+    void enter(ModelElement::Impl& element);
+    void bury(ModelElement::Impl& element);
+    void letGo(ModelElement::Impl& element) noexcept;
+    void releaseElements() noexcept;
+
+    void endLevel() noexcept;
+    void commitInner();
+    void mergeAt(Level const& level) noexcept;
+    void commitOutermost();
+    void finish(bool keep, bool system) noexcept;
+    void unwindTo(Level const& level) noexcept;
+    bool replay(bool redo);
+    void tell(ChangeSet const& changes) noexcept;
+    void refreshQuiet() noexcept;
+
+    static void prepareStep(Step& step);
+    static void exchangeStep(Step& step) noexcept;
+    static void exchangeSteps(UndoLog& log, std::size_t from) noexcept;
+    void exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelElement>* revived,
+                       std::vector<ModelElement>* buried) noexcept;
+    Storage* takeStorage(ModelElement::Impl& element);
+    void giveBack(Storage* storage) noexcept;
+
+    bool quiet_ = true;
+    bool frozen_ = false;
+    bool telling_ = false;
+    int resolutionHolds_ = 0;
+    std::uint64_t levelSerial_ = UINT64_MAX >> 1;  // of the innermost level; above every other while none is open
+    std::uint64_t lastSerial_ = 0;
+    std::vector<Level> levels_;
+    UndoLog log_;
+    Storage* freeStorages_ = nullptr;
+    ElementList elements_;
+    mutable IdIndex ids_;
+    RandomIds generator_;
+    std::unique_ptr<History> history_;
+    std::shared_ptr<std::vector<NumberedListener> const> listeners_;
+    std::uint64_t lastListener_ = 0;
+    std::u16string storeName_;
+    ProxyResolver resolver_;
+    std::unordered_map<ModelElement::Impl const*, ProxyId> proxies_;
+};
+
+inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
+inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }
+
+/// Keeps a model frozen, except while a Thawer of it lives. A frozen model refuses every transaction.
+class QUAY_ZERO_API Model::Freezer {
+public:
+    explicit Freezer(Model const& model);
+    ~Freezer();
+    Freezer(Freezer const&) = delete;
+    Freezer& operator=(Freezer const&) = delete;
+
+    /// Lifts the freeze until the result, and every other Thawer, is gone.
+    Thawer thaw();
+
+private:
+    friend class Thawer;
+    Model model_;
+    int thaws_ = 0;
+};
+
+/// Lifts a freeze while it lives; thawers nest.
+class [[nodiscard]] QUAY_ZERO_API Model::Thawer {
+public:
+    Thawer(Thawer&& other) noexcept : freezer_(std::exchange(other.freezer_, nullptr)) {}
+    Thawer& operator=(Thawer&&) = delete;
+    ~Thawer();
+
+private:
+    friend class Freezer;
+    explicit Thawer(Freezer& freezer) noexcept;
+    Freezer* freezer_;
+};
+
+/// While one lives, no getter of the model resolves a proxy. They nest.
+class QUAY_ZERO_API Model::ResolutionHold {
+public:
+    explicit ResolutionHold(Model const& model);
+    ~ResolutionHold();
+    ResolutionHold(ResolutionHold const&) = delete;
+    ResolutionHold& operator=(ResolutionHold const&) = delete;
+
+private:
+    Model model_;
+};
+
+}  // namespace quay::zero

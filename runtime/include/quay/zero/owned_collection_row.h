@@ -1,0 +1,49 @@
+// A property whose children stand in a collection: what sequences, sets and maps share.
+#pragma once
+
+#include <quay/zero/collection.h>
+#include <quay/zero/property_row.h>
+
+namespace quay::zero {
+
+/// Everything that containment and destruction ask of a collection of children. `Base` is the row's base class;
+/// `C` the collection, a member of the element.
+template <class C, class Base = PropertyRow>
+class OwnedCollectionRow : public Base {
+public:
+    using Element = ModelElement::Impl;
+
+    template <class X, class... Args>
+    constexpr OwnedCollectionRow(std::uint16_t index, C X::* field, Args... args) noexcept
+        : Base(index, args...), field_(static_cast<C Element::*>(field)) {}
+
+    C& of(Element& e) const noexcept { return e.*field_; }
+    C const& of(Element const& e) const noexcept { return e.*field_; }
+
+    bool has(Element const& e) const override { return !of(e).empty(); }
+    void join(Element& owner, ModelElement const& child) const override {
+        owner.notifyModifying(this->index());
+        Element::_basicAdd(&of(owner), child);
+    }
+    void leave(Element& owner, ModelElement const& child) const override { Element::_basicRemove(&of(owner), child); }
+    void disassociate(Element& owner) const override { Element::_basicClear(&of(owner)); }
+    /// The children are taken down from a snapshot, which keeps them while the collection changes. Proxies aren't
+    /// destroyed: they stand for elements elsewhere, and only leave.
+    void destroyChildren(Element& owner, bool a, bool b) const override {
+        for (ModelElement const& child : of(owner).getAllValuesAndProxies()) {
+            if (child && !child->isProxy()) child->destroyRecursively(a, false, b);
+        }
+        Element::_basicClear(&of(owner));
+    }
+    AbstractOwnedCollection* collection(Element const& owner) const override {
+        return const_cast<C*>(&of(owner));
+    }
+
+protected:
+    ~OwnedCollectionRow() = default;
+
+private:
+    C Element::* field_;
+};
+
+}  // namespace quay::zero

@@ -1,0 +1,411 @@
+// Several plain values in one property.
+#pragma once
+
+#include <quay/zero/collection.h>
+#include <quay/zero/value.h>
+
+#include <algorithm>
+#include <boost/container/vector.hpp>
+#include <cstddef>
+#include <initializer_list>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <vector>
+
+namespace quay::zero {
+
+/// The positions of a sequence of values, for scripts and generic code. Positions out of range are std::out_of_range.
+class QUAY_ZERO_API GenericPrimitiveSequenceInterface {
+public:
+    static constexpr unsigned long NONE = static_cast<unsigned long>(-1);
+
+    virtual Value genericAt(unsigned long position) const = 0;
+    virtual void genericReplace(Value const& value, unsigned long position) = 0;
+    virtual void genericInsert(Value const& value, unsigned long position) = 0;
+    virtual void genericRemoveAt(unsigned long position) = 0;
+    virtual unsigned long genericIndexOf(Value const& value) const = 0;
+
+    GenericPrimitiveSequenceInterface(GenericPrimitiveSequenceInterface const&) = delete;
+    GenericPrimitiveSequenceInterface& operator=(GenericPrimitiveSequenceInterface const&) = delete;
+
+protected:
+    GenericPrimitiveSequenceInterface() = default;
+    ~GenericPrimitiveSequenceInterface() = default;
+};
+
+/// Base of sequences and sets of values. A value of another type is CannotCastIncompatibleTypes.
+class QUAY_ZERO_API AbstractPrimitiveCollection : public AbstractOwnedCollection {
+public:
+    enum class Kind { Sequence, Set };
+
+    virtual std::vector<Value> getAllValues() const = 0;
+    virtual void genericAdd(Value const& value) = 0;
+    virtual void genericRemove(Value const& value) = 0;
+    /// The positions of a sequence; null for a set.
+    virtual GenericPrimitiveSequenceInterface* getGenericInterface() const noexcept { return nullptr; }
+    virtual Kind getKind() const noexcept = 0;
+
+protected:
+    using AbstractOwnedCollection::AbstractOwnedCollection;
+
+    /// The type of the property that the collection serves, or another one if it serves none.
+    meta::Type propertyTypeOr(meta::Type const& other) const;
+};
+
+/// The meta type of a value type.
+template <class T>
+meta::Type typeOfValue() {
+    if constexpr (PrimitiveValue<T>) {
+        return meta::StandardTypes::of<T>();
+    } else {
+        return TypeOf<T>::type();
+    }
+}
+
+/// What sequences and sets of T share: the container and the swapping of whole contents.
+template <class T, class Container, class Self>
+class PrimitiveCollection : public AbstractPrimitiveCollection {
+public:
+    using value_type = T;
+    using const_iterator = typename Container::const_iterator;
+    using iterator = const_iterator;
+
+    bool empty() const noexcept final { return values_.empty(); }
+    std::size_t size() const noexcept final { return values_.size(); }
+    const_iterator begin() const noexcept { return values_.begin(); }
+    const_iterator end() const noexcept { return values_.end(); }
+    bool contains(T const& value) const { return std::find(begin(), end(), value) != end(); }
+
+    meta::Type getCollectionType() const final { return typeOfValue<T>(); }
+    void clear() final {
+        Operation operation(*this);
+        modifying();
+        if (!values_.empty()) swapContent({});
+        operation.commit();
+    }
+    void copyContents(AbstractOwnedCollection const& other) final { copyValues(static_cast<Self const&>(other)); }
+    void copyValues(Self const& other) {
+        Operation operation(*this);
+        modifying();
+        swapContent(Container(other.values_));
+        operation.commit();
+    }
+    /// Makes the content that of a container, in one change.
+    void assign(Container&& values) {
+        Operation operation(*this);
+        modifying();
+        swapContent(std::move(values));
+        operation.commit();
+    }
+    /// The content without a record: for a collection that is being built.
+    void assignUnrecorded(Container&& values) noexcept { values_.swap(values); }
+
+    std::vector<Value> getAllValues() const final {
+        std::vector<Value> result;
+        result.reserve(values_.size());
+        meta::Type const type = valueType();
+        for (T const& value : values_) result.emplace_back(type, value, ValueFlags::One);
+        return result;
+    }
+    std::unique_ptr<AbstractOwnedCollection> detachedCopy() const final {
+        auto copy = std::make_unique<Self>(getCollectionProperty());
+        copy->values_ = values_;
+        return copy;
+    }
+    bool sameByRule(AbstractOwnedCollection const& old) const final {
+        Container const& before = static_cast<Self const&>(old).values_;
+        if (before.size() != values_.size() || before.size() > 1) return false;
+        return before.empty() || *before.begin() == *values_.begin();
+    }
+
+protected:
+    using AbstractPrimitiveCollection::AbstractPrimitiveCollection;
+
+    meta::Type valueType() const { return propertyTypeOr(typeOfValue<T>()); }
+    void swapContent(Container&& content) {
+        if (recording()) {
+            auto other = std::make_unique<Container>();
+            Step& step = record(StepKind::Swapped);
+            other->swap(values_);
+            step.payload = other.release();
+        }
+        values_.swap(content);
+    }
+    void exchangeContent(Step& step) noexcept { values_.swap(*static_cast<Container*>(step.payload)); }
+
+    Container values_;
+};
+
+/// The values of a "sequence" property: ordered, duplicates allowed unless the property is unique.
+template <class T>
+class PrimitiveSequence final
+    : public PrimitiveCollection<T, boost::container::vector<T>, PrimitiveSequence<T>>,
+      public GenericPrimitiveSequenceInterface {
+    // Boost's vector holds bool as bool, so that a position can be read by reference whatever T is.
+    using Container = boost::container::vector<T>;
+    using Base = PrimitiveCollection<T, Container, PrimitiveSequence<T>>;
+    using Operation = AbstractOwnedCollection::Operation;
+
+public:
+    using const_iterator = typename Base::const_iterator;
+
+    PrimitiveSequence(ModelElement::Impl* owner, std::uint16_t index) noexcept : Base(owner, index) {}
+    explicit PrimitiveSequence(meta::Property const& property) : Base(property) {}
+    /// A detached sequence that drops duplicates.
+    PrimitiveSequence(meta::Property const& property, bool unique) : Base(property), unique_(unique) {}
+
+    T const& operator[](std::size_t position) const noexcept { return this->values_[position]; }
+    T const& at(std::size_t position) const {
+        requirePosition(position, this->size());
+        return this->values_[position];
+    }
+    bool isUnique() const noexcept { return unique_; }
+
+    /// In a unique sequence, a value that is there already is dropped.
+    void push_back(T const& value) { insertAt(this->size(), value); }
+    const_iterator insert(const_iterator position, T const& value) {
+        return this->begin() + static_cast<std::ptrdiff_t>(insertAt(indexOfPosition(position), value));
+    }
+    const_iterator erase(const_iterator position) {
+        std::size_t const at = indexOfPosition(position);
+        eraseAt(at);
+        return this->begin() + static_cast<std::ptrdiff_t>(at);
+    }
+    /// Answers the value's position.
+    std::size_t insertAt(std::size_t position, T const& value) {
+        requirePosition(position, this->size() + 1);
+        if (unique_) {
+            std::size_t const found = indexOf(value);
+            if (found != NONE) return found;
+        }
+        T made(value);
+        Operation operation(*this);
+        put(position, std::move(made));
+        operation.commit();
+        return position;
+    }
+    void eraseAt(std::size_t position) {
+        requirePosition(position, this->size());
+        Operation operation(*this);
+        take(position);
+        operation.commit();
+    }
+    void replaceAt(std::size_t position, T const& value) {
+        requirePosition(position, this->size());
+        if (unique_ && indexOf(value) != NONE) return;
+        T made(value);
+        Operation operation(*this);
+        replace(position, std::move(made));
+        operation.commit();
+    }
+    std::size_t indexOf(T const& value) const {
+        auto const found = std::find(this->begin(), this->end(), value);
+        return found == this->end() ? NONE : indexOfPosition(found);
+    }
+
+    AbstractPrimitiveCollection::Kind getKind() const noexcept override {
+        return AbstractPrimitiveCollection::Kind::Sequence;
+    }
+    void genericAdd(Value const& value) override { push_back(value.getValue<T>()); }
+    void genericRemove(Value const& value) override {
+        std::size_t const found = indexOf(value.getValue<T>());
+        if (found != NONE) eraseAt(found);
+    }
+    GenericPrimitiveSequenceInterface* getGenericInterface() const noexcept override {
+        return const_cast<PrimitiveSequence*>(this);
+    }
+    Value genericAt(unsigned long position) const override {
+        return {this->valueType(), at(position), ValueFlags::One};
+    }
+    void genericReplace(Value const& value, unsigned long position) override {
+        replaceAt(position, value.getValue<T>());
+    }
+    void genericInsert(Value const& value, unsigned long position) override {
+        insertAt(position, value.getValue<T>());
+    }
+    void genericRemoveAt(unsigned long position) override { eraseAt(position); }
+    unsigned long genericIndexOf(Value const& value) const override { return indexOf(value.getValue<T>()); }
+
+    // How a sequence writes steps: `Inserted` and `Erased` have a position and a count, and a container with the values
+    // that are out, or room for them; `Replaced` has a container with the other value.
+    void exchange(Step& step) noexcept override {
+        auto* const out = static_cast<Container*>(step.payload);
+        auto const from = this->values_.begin() + static_cast<std::ptrdiff_t>(step.position);
+        auto const to = step.kind == StepKind::Inserted ? from + static_cast<std::ptrdiff_t>(step.count) : from;
+        switch (step.kind) {
+            case StepKind::Inserted:
+                if (out != nullptr) out->assign(std::make_move_iterator(from), std::make_move_iterator(to));
+                this->values_.erase(from, to);
+                step.kind = StepKind::Erased;
+                break;
+            case StepKind::Erased:
+                this->values_.insert(from, std::make_move_iterator(out->begin()), std::make_move_iterator(out->end()));
+                out->clear();
+                step.kind = StepKind::Inserted;
+                break;
+            case StepKind::Replaced:
+                std::swap(*from, out->front());
+                break;
+            case StepKind::Swapped:
+                this->exchangeContent(step);
+                break;
+            default:
+                break;
+        }
+    }
+    void prepare(Step& step) override {
+        if (step.payload != nullptr) return;
+        auto room = std::make_unique<Container>();
+        room->reserve(step.count);
+        step.payload = room.release();
+    }
+    void discard(Step& step) noexcept override {
+        delete static_cast<Container*>(step.payload);
+        step.payload = nullptr;
+    }
+
+private:
+    static void requirePosition(std::size_t position, std::size_t end) {
+        if (position >= end) throw std::out_of_range("position beyond the end of the sequence");
+    }
+    std::size_t indexOfPosition(const_iterator position) const noexcept {
+        return static_cast<std::size_t>(position - this->begin());
+    }
+    typename Container::iterator slot(std::size_t position) noexcept {
+        return this->values_.begin() + static_cast<std::ptrdiff_t>(position);
+    }
+
+    void put(std::size_t position, T&& value) {
+        auto& values = this->values_;
+        if (values.size() == values.capacity()) values.reserve(std::max<std::size_t>(4, values.size() * 2));
+        if (this->recording()) {
+            Step* const last = this->owner()->model().lastStep(StepKind::Inserted, this);
+            if (last != nullptr && last->position + last->count == position && last->payload == nullptr) {
+                ++last->count;
+            } else {
+                Step& step = this->record(StepKind::Inserted);
+                step.position = position;
+                step.count = 1;
+            }
+        }
+        values.insert(slot(position), std::move(value));
+    }
+    void take(std::size_t position) {
+        if (this->recording()) {
+            auto out = std::make_unique<Container>();
+            out->reserve(1);
+            Step& step = this->record(StepKind::Erased);
+            step.position = position;
+            step.count = 1;
+            out->push_back(std::move(*slot(position)));
+            step.payload = out.release();
+        }
+        this->values_.erase(slot(position));
+    }
+    void replace(std::size_t position, T&& value) {
+        if (this->recording()) {
+            auto out = std::make_unique<Container>();
+            out->reserve(1);
+            Step& step = this->record(StepKind::Replaced);
+            step.position = position;
+            out->push_back(std::move(*slot(position)));
+            step.payload = out.release();
+        }
+        *slot(position) = std::move(value);
+    }
+
+    bool unique_ = false;
+};
+
+/// The values of a "set" property: sorted by <, without duplicates. An insert of a present value announces a change
+/// and changes nothing.
+template <class T>
+class PrimitiveSet final : public PrimitiveCollection<T, std::set<T>, PrimitiveSet<T>> {
+    using Container = std::set<T>;
+    using Base = PrimitiveCollection<T, Container, PrimitiveSet<T>>;
+    using Operation = AbstractOwnedCollection::Operation;
+
+public:
+    using const_iterator = typename Base::const_iterator;
+
+    PrimitiveSet(ModelElement::Impl* owner, std::uint16_t index) noexcept : Base(owner, index) {}
+    explicit PrimitiveSet(meta::Property const& property) : Base(property) {}
+
+    bool contains(T const& value) const { return this->values_.contains(value); }
+    std::pair<const_iterator, bool> insert(T const& value) {
+        Operation operation(*this);
+        this->modifying();
+        auto const [position, fresh] = this->values_.insert(value);
+        if (fresh && this->recording()) {
+            try {
+                auto taken = std::make_unique<Taken>();
+                Step& step = this->record(StepKind::Inserted);
+                taken->position = position;
+                step.payload = taken.release();
+            } catch (...) {
+                this->values_.erase(position);
+                throw;
+            }
+        }
+        operation.commit();
+        return {position, fresh};
+    }
+    /// Answers how many values went: 0 or 1.
+    std::size_t erase(T const& value) {
+        Operation operation(*this);
+        this->modifying();
+        auto const position = this->values_.find(value);
+        bool const found = position != this->values_.end();
+        if (found && this->recording()) {
+            auto taken = std::make_unique<Taken>();
+            Step& step = this->record(StepKind::Erased);
+            taken->node = this->values_.extract(position);
+            step.payload = taken.release();
+        } else if (found) {
+            this->values_.erase(position);
+        }
+        operation.commit();
+        return found ? 1 : 0;
+    }
+
+    AbstractPrimitiveCollection::Kind getKind() const noexcept override {
+        return AbstractPrimitiveCollection::Kind::Set;
+    }
+    void genericAdd(Value const& value) override { insert(value.getValue<T>()); }
+    void genericRemove(Value const& value) override { erase(value.getValue<T>()); }
+
+    // How a set writes steps: `Inserted` and `Erased` have a Taken.
+    void exchange(Step& step) noexcept override {
+        if (step.kind == StepKind::Swapped) {
+            this->exchangeContent(step);
+            return;
+        }
+        auto& taken = *static_cast<Taken*>(step.payload);
+        if (step.kind == StepKind::Inserted) {
+            taken.node = this->values_.extract(taken.position);
+            step.kind = StepKind::Erased;
+        } else {
+            taken.position = this->values_.insert(std::move(taken.node)).position;
+            step.kind = StepKind::Inserted;
+        }
+    }
+    void prepare(Step& /*step*/) override {}
+    void discard(Step& step) noexcept override {
+        if (step.kind == StepKind::Swapped) {
+            delete static_cast<Container*>(step.payload);
+        } else {
+            delete static_cast<Taken*>(step.payload);
+        }
+        step.payload = nullptr;
+    }
+
+private:
+    /// A value that is in the set, at `position`, or out of it, in `node`.
+    struct Taken {
+        const_iterator position;
+        typename Container::node_type node;
+    };
+};
+
+}  // namespace quay::zero

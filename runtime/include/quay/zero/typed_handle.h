@@ -1,0 +1,53 @@
+// The members that every handle of a class has.
+#pragma once
+
+#include <quay/zero/model_element.h>
+
+#include <boost/uuid/uuid.hpp>
+#include <type_traits>
+
+namespace quay::zero {
+
+/// Whether the element is of the class that `table` describes, or of one derived from it.
+QUAY_ZERO_API bool conformsTo(ModelElement const& element, ClassTable const& table) noexcept;
+
+/// Base of the handle class `X`, whose elements are also `Base`s. X has a nested Impl and the static classTable().
+/// A handle adds no data, so handles convert to their bases by plain copying.
+template <class X, class Base>
+class TypedHandle : public Base {
+public:
+    TypedHandle() noexcept = default;
+
+    /// The element as an X, or an empty handle if it is empty or of another class. A comparison per class level.
+    static X cast(ModelElement const& element) noexcept {
+        X result;
+        if (element.impl() != nullptr && conformsTo(element, X::classTable())) {
+            static_cast<CountedHandle&>(result) = element;
+        }
+        return result;
+    }
+    /// A handle to an element that is known to be an X.
+    static X of(ModelElement::Impl* impl) noexcept {
+        X result;
+        static_cast<CountedHandle&>(result) = ModelElement(impl);
+        return result;
+    }
+
+    auto* impl() const noexcept { return static_cast<typename X::Impl*>(this->impl_); }
+    auto* operator->() const noexcept { return impl(); }
+
+    /// A nil id, a separate object for each class, and never written. The class's real id stands in its meta class.
+    static boost::uuids::uuid const& Uuid() noexcept {
+        static boost::uuids::uuid nil{};
+        return nil;
+    }
+};
+
+/// A member of a collection of X, which holds base handles. Sound because a handle of X is its base and nothing more.
+template <class X>
+X const& asHandle(ModelElement const& member) noexcept {
+    static_assert(sizeof(X) == sizeof(ModelElement));
+    return static_cast<X const&>(member);
+}
+
+}  // namespace quay::zero

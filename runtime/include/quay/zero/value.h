@@ -1,0 +1,262 @@
+// Any property value, with its type.
+#pragma once
+
+#include <quay/zero/meta/handles.h>
+#include <quay/zero/report.h>
+#include <quay/zero/type_traits.h>
+#include <quay/zero/value_flags.h>
+
+#include <quay0/messages.h>
+
+#include <boost/container_hash/hash.hpp>
+#include <boost/optional.hpp>
+#include <boost/uuid/uuid_hash.hpp>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace quay::zero {
+
+/// Type and count of a value.
+class QUAY_ZERO_API ValueMeta {
+public:
+    ValueMeta() noexcept = default;
+    ValueMeta(meta::Type const& type, ValueFlags flags) noexcept;
+    /// Those of a property's values.
+    explicit ValueMeta(meta::Property const& property);
+
+    meta::Type getType() const;
+    ValueFlags getFlags() const noexcept { return flags_; }
+    /// A managed value owns its payload; an unmanaged one points at it.
+    bool isManaged() const noexcept { return managed_; }
+    void setUnmanaged() noexcept { managed_ = false; }
+
+private:
+    friend class Value;
+    ModelElement::Impl* type_ = nullptr;  // a meta object: lives as long as the process
+    ValueFlags flags_ = ValueFlags::Optional;
+    bool managed_ = true;
+};
+
+/// Carries one value, managed (a copy of its own, up to 32 bytes of it in place), or points at a collection. A value
+/// may be empty: a type without a payload, which reads as the type's zero. Copying copies what it owns.
+class QUAY_ZERO_API Value {
+public:
+    /// Untyped and empty.
+    Value() noexcept = default;
+    /// Wraps a copy.
+    template <class T>
+    Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags), operations_(&operationsOf<T>()) {
+        operations_->emplaceCopy(*this, &payload);
+    }
+    /// No payload.
+    Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) {}
+    /// Points at a collection, which must outlive the value.
+    Value(ValueMeta const& meta, void* collection) noexcept : meta_(meta) {
+        meta_.setUnmanaged();
+        storage_.pointer = collection;
+    }
+
+    Value(Value const& other);
+    Value(Value&& other) noexcept;
+    Value& operator=(Value const& other) {
+        Value copy(other);
+        swap(copy);
+        return *this;
+    }
+    Value& operator=(Value&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~Value();
+    void swap(Value& other) noexcept;
+
+    meta::Type getType() const { return meta_.getType(); }
+    ValueFlags getFlags() const noexcept { return meta_.getFlags(); }
+    bool isManaged() const noexcept { return meta_.isManaged(); }
+    /// The count is the flags' number.
+    int getCount() const noexcept { return static_cast<int>(meta_.getFlags()); }
+    void setUnmanaged() noexcept { meta_.setUnmanaged(); }
+
+    /// The payload, or null. What it points at is told by the type and the flags.
+    void* data() const noexcept;
+    bool hasPayload() const noexcept { return data() != nullptr; }
+    /// The payload's hash, 0 without one.
+    std::size_t hash() const;
+    /// Same type, count and payload.
+    friend bool operator==(Value const& a, Value const& b) { return a.equals(b); }
+
+    /// Fails with CannotCastIncompatibleTypes, which names the type that the value has, unless it holds a T.
+    template <class T>
+    void checkCompatible() const {
+        if (!isCompatible<T>()) reportIncompatible();
+    }
+    template <class T>
+    bool isCompatible() const;
+    /// The payload, or T() without one. Fails as checkCompatible does.
+    template <class T>
+    T getValue() const {
+        checkCompatible<T>();
+        if constexpr (IsOptional<T>::value) {
+            using U = typename T::value_type;
+            return hasPayload() ? T(*static_cast<U const*>(data())) : T();
+        } else {
+            return hasPayload() ? T(*static_cast<T const*>(data())) : T();
+        }
+    }
+    /// The collection that an unmanaged value points at.
+    template <class C>
+    C* getCollection() const {
+        return static_cast<C*>(data());
+    }
+
+    /// A value of that property. An empty optional is InvalidValue unless the property's lower bound is 0.
+    template <class T>
+    static Value createPrimitiveValue(meta::Property const& property, T const& value);
+    /// A value that holds a handle; its type is the element's class, or the property's type for an empty handle.
+    static Value createElementValue(meta::Property const& property, ModelElement const& element);
+
+    // What a managed value can do with its payload without knowing its type.
+    template <class T>
+    static void* genericCloner(void* source) {
+        return source == nullptr ? nullptr : new T(*static_cast<T const*>(source));
+    }
+    template <class T>
+    static void genericDeleter(void* payload) {
+        delete static_cast<T*>(payload);
+    }
+    template <class T>
+    static std::size_t genericHasher(void* payload);
+    template <class T>
+    static bool genericComparator(void* a, void* b) {
+        if (a == nullptr || b == nullptr) return a == b;
+        return *static_cast<T const*>(a) == *static_cast<T const*>(b);
+    }
+
+private:
+    static constexpr std::size_t kInPlace = 32;
+    /// One constant per payload type and library. Never compared: types are told apart by their meta objects.
+    struct Operations {
+        bool inPlace;
+        void (*emplaceCopy)(Value& target, void const* source);
+        void (*relocate)(Value& target, Value& source);
+        void (*destroy)(Value& value);
+        std::size_t (*hash)(void*);
+        bool (*equal)(void*, void*);
+    };
+    template <class T>
+    static Operations const& operationsOf() noexcept;
+
+    bool equals(Value const& other) const;
+    bool isElementOf(meta::Class const& metaClass) const;
+    [[noreturn]] void reportIncompatible() const;
+    static meta::Type typeOf(meta::Property const& property);
+    static bool isRequired(meta::Property const& property);
+
+    ValueMeta meta_;
+    Operations const* operations_ = nullptr;  // null: no payload, or not ours
+    union {
+        alignas(void*) unsigned char bytes[kInPlace];
+        void* pointer;
+    } storage_{.pointer = nullptr};
+};
+
+template <class T>
+bool Value::isCompatible() const {
+    if constexpr (IsOptional<T>::value) {
+        using U = typename T::value_type;
+        if (getCount() == 0) {
+            Value one(*this);
+            one.meta_.flags_ = ValueFlags::One;
+            return one.isCompatible<U>();
+        }
+        return isCompatible<U>();
+    } else if constexpr (ElementHandle<T>) {
+        return getCount() < 2 && isElementOf(T::metaClass());
+    } else if constexpr (PrimitiveValue<T>) {
+        return getCount() == 1 && meta_.type_ == meta::StandardTypes::of<T>().ModelElement::impl();
+    } else {
+        return getCount() == 1 && meta_.type_ == TypeOf<T>::type().ModelElement::impl();
+    }
+}
+
+template <class T>
+Value Value::createPrimitiveValue(meta::Property const& property, T const& value) {
+    if constexpr (IsOptional<T>::value) {
+        if (value) return {typeOf(property), *value, ValueFlags::One};
+        if (isRequired(property)) reportException(quay0::messages::InvalidValue());
+        return {typeOf(property), ValueFlags::Optional};
+    } else {
+        return {typeOf(property), value, ValueFlags::One};
+    }
+}
+
+template <class T>
+std::size_t Value::genericHasher(void* payload) {
+    if (payload == nullptr) return 0;
+    T const& value = *static_cast<T const*>(payload);
+    if constexpr (std::is_enum_v<T>) {
+        return static_cast<std::size_t>(static_cast<std::underlying_type_t<T>>(value));
+    } else if constexpr (ElementHandle<T>) {
+        return value.impl() == nullptr ? 0 : boost::uuids::hash_value(value.impl()->uuid());
+    } else if constexpr (IsContainer<T>::value) {
+        std::size_t seed = 0;
+        for (typename T::value_type member : value) {
+            boost::hash_combine(seed, genericHasher<typename T::value_type>(&member));
+        }
+        return seed;
+    } else {
+        return std::hash<T>()(value);
+    }
+}
+
+template <class T>
+Value::Operations const& Value::operationsOf() noexcept {
+    constexpr bool inPlace =
+        sizeof(T) <= kInPlace && alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+    static constexpr Operations operations{
+        inPlace,
+        [](Value& target, void const* source) {
+            T const& from = *static_cast<T const*>(source);
+            if constexpr (inPlace) {
+                ::new (static_cast<void*>(target.storage_.bytes)) T(from);
+            } else {
+                target.storage_.pointer = new T(from);
+            }
+        },
+        [](Value& target, Value& source) {
+            if constexpr (inPlace) {
+                T& from = *static_cast<T*>(source.data());
+                ::new (static_cast<void*>(target.storage_.bytes)) T(std::move(from));
+                from.~T();
+            } else {
+                target.storage_.pointer = source.storage_.pointer;
+            }
+        },
+        [](Value& value) {
+            if constexpr (inPlace) {
+                static_cast<T*>(value.data())->~T();
+            } else {
+                delete static_cast<T*>(value.storage_.pointer);
+            }
+        },
+        &genericHasher<T>,
+        &genericComparator<T>,
+    };
+    return operations;
+}
+
+/// Splits a value that holds a container into values of its members' type.
+template <class Container>
+std::vector<Value> typeMapperBasedExtractor(Value const& value) {
+    std::vector<Value> result;
+    if (auto const* container = static_cast<Container const*>(value.data())) {
+        for (auto const& member : *container) result.emplace_back(value.getType(), member, ValueFlags::One);
+    }
+    return result;
+}
+
+}  // namespace quay::zero

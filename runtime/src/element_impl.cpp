@@ -1,0 +1,20 @@
+#include <quay/zero/element_impl.h>
+
+#include <quay/zero/random_ids.h>
+
+namespace quay::zero {
+
+ElementImpl::InvalidateCallback ElementImpl::m_callback = nullptr;
+
+ElementImpl::~ElementImpl() { count_.store(REFCOUNT_DELETING, std::memory_order_seq_cst); }
+
+void ElementImpl::removeRef() const noexcept {
+    if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+}
+
+boost::uuids::uuid ElementImpl::generateNewUuid() {
+    thread_local RandomIds ids;
+    return ids.draw();
+}
+
+}  // namespace quay::zero

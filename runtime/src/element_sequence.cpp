@@ -1,0 +1,308 @@
+#include <quay/zero/element_sequence.h>
+#include <quay/zero/report.h>
+
+#include <quay0/messages.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace quay::zero {
+
+// How a sequence writes steps: `Inserted` and `Erased` have a position and a count; the payload is a vector with the
+// members that are out, or, for `Inserted`, room for them (null until it is prepared). `Replaced` has the other
+// member, counted; `Swapped` a vector with the other content.
+
+SequenceCore::~SequenceCore() = default;
+
+void SequenceCore::requirePosition(std::size_t position, std::size_t end) const {
+    if (position >= end) throw std::out_of_range("position beyond the end of the sequence");
+}
+
+// --- Content and its record -----------------------------------------------------------------------------------------
+
+void SequenceCore::put(std::size_t position, ModelElement const& e) {
+    // The handle may be one of our own members, so it is copied before the members move.
+    ModelElement member = e;
+    if (members_.size() == members_.capacity()) members_.reserve(std::max<std::size_t>(4, members_.size() * 2));
+    if (recording()) {
+        Step* const last = owner()->model().lastStep(StepKind::Inserted, this);
+        if (last != nullptr && last->position + last->count == position && last->payload == nullptr) {
+            ++last->count;
+        } else {
+            Step& step = record(StepKind::Inserted);
+            step.position = position;
+            step.count = 1;
+        }
+    }
+    members_.insert(members_.begin() + static_cast<std::ptrdiff_t>(position), std::move(member));
+}
+
+void SequenceCore::take(std::size_t position) {
+    if (recording()) {
+        auto out = std::make_unique<Members>();
+        out->reserve(1);
+        Step& step = record(StepKind::Erased);
+        step.position = position;
+        step.count = 1;
+        out->push_back(std::move(members_[position]));
+        step.payload = out.release();
+    }
+    members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
+void SequenceCore::swapContent(Members content) {
+    if (recording()) {
+        auto out = std::make_unique<Members>();
+        Step& step = record(StepKind::Swapped);
+        step.payload = out.release();
+        static_cast<Members*>(step.payload)->swap(members_);
+    }
+    members_.swap(content);
+}
+
+void SequenceCore::exchange(Step& step) noexcept {
+    auto* const out = static_cast<Members*>(step.payload);
+    auto const from = members_.begin() + static_cast<std::ptrdiff_t>(step.position);
+    switch (step.kind) {
+        case StepKind::Inserted: {
+            auto const to = from + static_cast<std::ptrdiff_t>(step.count);
+            if (out != nullptr) out->assign(std::make_move_iterator(from), std::make_move_iterator(to));
+            members_.erase(from, to);
+            step.kind = StepKind::Erased;
+            break;
+        }
+        case StepKind::Erased:
+            members_.insert(from, std::make_move_iterator(out->begin()), std::make_move_iterator(out->end()));
+            out->clear();
+            step.kind = StepKind::Inserted;
+            break;
+        case StepKind::Replaced: {
+            ModelElement other(static_cast<ModelElement::Impl*>(step.payload));
+            if (step.payload != nullptr) other.removeRef();  // the step's reference is now the handle's
+            std::swap(*from, other);
+            step.payload = other.impl();
+            other.addRef();
+            break;
+        }
+        case StepKind::Swapped:
+            members_.swap(*out);
+            break;
+        default:
+            break;
+    }
+}
+
+void SequenceCore::prepare(Step& step) {
+    if (step.payload != nullptr) return;
+    auto room = std::make_unique<Members>();
+    room->reserve(step.count);
+    step.payload = room.release();
+}
+
+void SequenceCore::discard(Step& step) noexcept {
+    if (step.kind == StepKind::Replaced) {
+        static_cast<ModelElement::Impl*>(step.payload)->removeRef();
+    } else {
+        delete static_cast<Members*>(step.payload);
+    }
+    step.payload = nullptr;
+}
+
+bool SequenceCore::sameByRule(AbstractOwnedCollection const& old) const {
+    Members const& before = static_cast<SequenceCore const&>(old).members_;
+    if (before.size() != members_.size() || before.size() > 1) return false;
+    return before.empty() || resolveProxy(before.front()) == members_.front();
+}
+
+// --- Typed operations -----------------------------------------------------------------------------------------------
+
+void SequenceCore::insertElement(std::size_t position, ModelElement const& e) {
+    if (!e) return;
+    requirePosition(position, members_.size() + 1);
+    checkCompatibleModel(e.impl());
+    ModelElement::Impl* const member = e.impl();
+    Operation operation(*this);
+    put(position, e);
+    contain(member);
+    operation.commit();
+}
+
+bool SequenceCore::containsElement(ModelElement const& e) const {
+    return e && !e->isProxy() && indexOf(e) != NONE;
+}
+
+std::size_t SequenceCore::indexOf(ModelElement const& e) const noexcept {
+    auto const found = std::find(members_.begin(), members_.end(), e);
+    return found == members_.end() ? NONE : static_cast<std::size_t>(found - members_.begin());
+}
+
+void SequenceCore::removeElement(ModelElement const& e) {
+    std::size_t const position = e.impl() == nullptr ? NONE : indexOf(e);
+    if (position != NONE) eraseAt(position);
+}
+
+void SequenceCore::eraseAt(std::size_t position) {
+    requirePosition(position, members_.size());
+    Operation operation(*this);
+    ModelElement const gone = members_[position];
+    take(position);
+    if (indexOf(gone) == NONE) release(gone.impl());
+    operation.commit();
+}
+
+void SequenceCore::replaceAt(std::size_t position, ModelElement const& e) {
+    requirePosition(position, members_.size());
+    if (members_[position]->isProxy()) resolveSlot(position);
+    if (members_[position] == e) return;
+    if (!e) reportException(quay0::messages::CannotAddNonExistentObject());
+    checkCompatibleModel(e.impl());
+    Operation operation(*this);
+    ModelElement const coming = e;
+    ModelElement const gone = members_[position];
+    if (recording()) {
+        Step& step = record(StepKind::Replaced);
+        step.position = position;
+        gone.addRef();
+        step.payload = gone.impl();
+    }
+    members_[position] = coming;
+    contain(coming.impl());
+    if (indexOf(gone) == NONE) release(gone.impl());
+    operation.commit();
+}
+
+void SequenceCore::clear() {
+    Operation operation(*this);
+    modifying();
+    if (!members_.empty()) {
+        Members const gone = members_;
+        swapContent({});
+        for (ModelElement const& e : gone) release(e.impl());
+    }
+    operation.commit();
+}
+
+ModelElement const& SequenceCore::at(std::size_t position) const {
+    requirePosition(position, members_.size());
+    if (members_[position]->isProxy()) resolveSlot(position);
+    return members_[position];
+}
+
+void SequenceCore::copyContents(AbstractOwnedCollection const& other) {
+    Operation operation(*this);
+    modifying();
+    basicCopyValues(static_cast<SequenceCore const&>(other));
+    operation.commit();
+}
+
+// --- The unchecked paths --------------------------------------------------------------------------------------------
+
+void SequenceCore::basicAdd(ModelElement const& e) { put(members_.size(), e); }
+
+void SequenceCore::basicRemove(ModelElement const& e) {
+    for (std::size_t i = members_.size(); i-- > 0;) {
+        if (members_[i] == e) take(i);
+    }
+}
+
+void SequenceCore::basicClear() {
+    if (!members_.empty()) swapContent({});
+}
+
+void SequenceCore::basicCopyValues(ReferenceCollection const& other) {
+    swapContent(static_cast<SequenceCore const&>(other).members_);
+}
+
+// --- Proxies: resolving one is no change ----------------------------------------------------------------------------
+
+void SequenceCore::resolveSlot(std::size_t position) const {
+    ModelElement const found = resolveProxy(members_[position]);
+    if (!found || found->isProxy()) return;
+    members_[position] = found;
+    contain(found.impl());
+}
+
+void SequenceCore::resolveAll() {
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        if (members_[i]->isProxy()) resolveSlot(i);
+    }
+}
+
+void SequenceCore::resolveLocal() {
+    if (owner() == nullptr) return;
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        ModelElement const& e = members_[i];
+        if (e->isProxy() && !e->getProxyId().hasOutsidePart(owner()->model().storeName())) resolveSlot(i);
+    }
+}
+
+std::vector<ModelElement> SequenceCore::getAllValues() const {
+    std::vector<ModelElement> result;
+    result.reserve(members_.size());
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        if (members_[i]->isProxy()) resolveSlot(i);
+        if (!members_[i]->isProxy()) result.push_back(members_[i]);
+    }
+    return result;
+}
+
+bool SequenceCore::basicContainsProxyTo(ModelElement const& e) {
+    if (owner() == nullptr) return false;
+    for (ModelElement& member : members_) {
+        if (!member->isProxy()) continue;
+        ModelElement const found = peekResolveProxy(member);
+        if (found && !found->isProxy() && isMemberClass(found) && found == e) {
+            member = e;
+            return true;
+        }
+    }
+    return false;
+}
+
+void SequenceCore::replaceProxy(ModelElement const& e, unsigned long index) {
+    requirePosition(index, members_.size());
+    members_[index] = e;
+    contain(e.impl());
+}
+
+// --- The generic interface ------------------------------------------------------------------------------------------
+
+void SequenceCore::genericAdd(ModelElement const& e) {
+    if (!e) return;
+    requireMemberClass(e);
+    addElement(e);
+}
+
+void SequenceCore::genericEnsureAt(ModelElement const& e, unsigned long position) {
+    if (!e) return;
+    requireMemberClass(e);
+    insertElement(std::min<std::size_t>(position, members_.size()), e);
+}
+
+void SequenceCore::genericRemove(ModelElement const& e) {
+    if (!e) return;
+    requireMemberClass(e);
+    removeElement(e);
+}
+
+bool SequenceCore::genericContains(ModelElement const& e) const {
+    return e && isMemberClass(e) && containsElement(e);
+}
+
+void SequenceCore::genericInsertAt(ModelElement const& e, unsigned long position) {
+    if (!e) return;
+    requireMemberClass(e);
+    insertElement(position, e);
+}
+
+void SequenceCore::genericSetAt(ModelElement const& e, unsigned long position) {
+    requirePosition(position, members_.size());
+    if (e) requireMemberClass(e);
+    replaceAt(position, e);
+}
+
+unsigned long SequenceCore::genericIndexOf(ModelElement const& e) const {
+    return e && isMemberClass(e) ? indexOf(e) : NONE;
+}
+
+}  // namespace quay::zero

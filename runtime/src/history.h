@@ -1,0 +1,84 @@
+// The committed transactions that a model can take back.
+#pragma once
+
+#include <quay/zero/undo_log.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace quay::zero {
+
+/// A ring of logs, oldest first: those that are done, then those that were undone and can be redone. A log that falls
+/// out hands its memory to the next one that comes in.
+class History {
+public:
+    explicit History(std::size_t limit) noexcept : limit_(limit) {}
+    ~History() { clear(); }
+    History(History const&) = delete;
+    History& operator=(History const&) = delete;
+
+    std::size_t doneCount() const noexcept { return done_; }
+    std::size_t undoneCount() const noexcept { return undone_; }
+
+    /// Makes room for one more log, so that `push` can't fail.
+    void reserve() {
+        if (slots_.size() < limit_ && done_ == slots_.size()) slots_.emplace_back();
+    }
+    /// Keeps the log, and leaves an empty one in its place. What could be redone is dropped, and the oldest if need be.
+    void push(UndoLog& log) noexcept {
+        dropUndone();
+        if (done_ == slots_.size()) {
+            at(0).discard();
+            first_ = (first_ + 1) % slots_.size();
+            --done_;
+        }
+        at(done_).swap(log);
+        ++done_;
+    }
+
+    /// Takes the latest done logs of another history, as many as fit.
+    void takeOver(History& other) {
+        for (std::size_t i = other.done_ - std::min(other.done_, limit_); i < other.done_; ++i) {
+            reserve();
+            push(other.at(i));
+        }
+    }
+
+    /// The log to undo or redo next; null if there is none. `step` then moves on.
+    UndoLog* next(bool redo) noexcept {
+        if (redo) return undone_ == 0 ? nullptr : &at(done_);
+        return done_ == 0 ? nullptr : &at(done_ - 1);
+    }
+    void step(bool redo) noexcept {
+        if (redo) {
+            ++done_;
+            --undone_;
+        } else {
+            --done_;
+            ++undone_;
+        }
+    }
+
+    /// What was destroyed by a log is in use by those before it, and what was born in one by those after it; so logs
+    /// go oldest first, undone ones latest first.
+    void clear() noexcept {
+        dropUndone();
+        for (std::size_t i = 0; i < done_; ++i) at(i).discard();
+        done_ = 0;
+    }
+    void dropUndone() noexcept {
+        while (undone_ > 0) at(done_ + --undone_).discard();
+    }
+
+private:
+    UndoLog& at(std::size_t i) noexcept { return slots_[(first_ + i) % slots_.size()]; }
+
+    std::size_t limit_;
+    std::vector<UndoLog> slots_;
+    std::size_t first_ = 0;  // not 0 only once the ring is full
+    std::size_t done_ = 0;
+    std::size_t undone_ = 0;
+};
+
+}  // namespace quay::zero

@@ -1,0 +1,220 @@
+#include <quay/zero/change_set.h>
+#include <quay/zero/meta/registry.h>
+#include <quay/zero/model.h>
+#include <quay/zero/report.h>
+
+#include <quay0/messages.h>
+
+#include "history.h"
+
+namespace quay::zero {
+
+struct ModelImpl::NumberedListener {
+    std::uint64_t id;
+    Listener call;
+};
+
+Model Model::create() { return Model(new ModelImpl(ElementImpl::generateNewUuid())); }
+
+ModelImpl::ModelImpl(boost::uuids::uuid const& id) : ElementImpl(id) {}
+
+ModelImpl::~ModelImpl() {
+    history_.reset();
+    releaseElements();
+    while (freeStorages_ != nullptr) delete std::exchange(freeStorages_, freeStorages_->next_);
+}
+
+ModelImpl& ModelImpl::closed() noexcept {
+    static ModelImpl& model = [] () -> ModelImpl& {
+        auto& made = *new ModelImpl(boost::uuids::uuid{});
+        made.addRef();
+        made.setFlag(kAlive, false);
+        made.frozen_ = true;
+        made.quiet_ = false;
+        return made;
+    }();
+    return model;
+}
+
+/// The model ends: its elements turn dead before the first of them is released, so that none sees half a model.
+void ModelImpl::releaseElements() noexcept {
+    ModelElement::Impl* const first = elements_.first();
+    elements_ = ElementList();
+    ids_.clear();
+    proxies_.clear();
+    for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
+        e->setFlag(kAlive, false);
+        e->model_ = &closed();
+    }
+    for (auto* e = first; e != nullptr;) {
+        auto* const next = ElementList::next(*e);
+        e->removeRef();
+        e = next;
+    }
+}
+
+// --- Elements -------------------------------------------------------------------------------------------------------
+
+/// The element becomes part of the model.
+void ModelImpl::enter(ModelElement::Impl& element) {
+    if (inTransaction()) {
+        bool const joins = log_.lives.size() > levels_.back().lives && log_.lives.back().born &&
+                           log_.lives.back().last == elements_.last();
+        if (joins) {
+            log_.lives.back().last = &element;
+            ++log_.lives.back().count;
+        } else {
+            log_.lives.push_back({true, 1, &element, &element});
+        }
+        element.track_ = (levelSerial_ << 1) | 1;
+    }
+    element.addRef();
+    elements_.append(element);
+}
+
+/// The element dies; the log takes over the model's reference.
+void ModelImpl::bury(ModelElement::Impl& element) {
+    log_.lives.push_back({false, 1, &element, &element});
+    ids_.forget(element);
+    elements_.takeOut(element, element, 1);
+    element.setFlag(kAlive, false);
+}
+
+/// An element that no log can bring back leaves for good.
+void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
+    ids_.remove(element);
+    if (!proxies_.empty()) proxies_.erase(&element);
+    element.model_ = &closed();
+    element.track_ = 1;
+    element.removeRef();
+}
+
+std::vector<ModelElement> ModelImpl::getElements() const {
+    std::vector<ModelElement> result;
+    result.reserve(elements_.size());
+    elements_.forEach([&](ModelElement::Impl& e) { result.emplace_back(&e); });
+    return result;
+}
+
+std::vector<ModelElement> ModelImpl::getRoots() const {
+    std::vector<ModelElement> result;
+    elements_.forEach([&](ModelElement::Impl& e) {
+        if (e.containerImpl() == nullptr) result.emplace_back(&e);
+    });
+    return result;
+}
+
+ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior /*behavior*/) const {
+    ids_.catchUp(elements_);
+    return ModelElement(ids_.find(id));
+}
+
+// --- Proxies --------------------------------------------------------------------------------------------------------
+
+ProxyId const* ModelImpl::proxyIdOf(ModelElement::Impl const& element) const noexcept {
+    auto const found = proxies_.find(&element);
+    return found == proxies_.end() ? nullptr : &found->second;
+}
+
+void ModelImpl::setProxyId(ModelElement::Impl& element, ProxyId id) {
+    proxies_.insert_or_assign(&element, std::move(id));
+    element.setFlag(kProxy, true);
+}
+
+ModelElement ModelImpl::resolveProxy(ModelElement::Impl const* /*referrer*/, ModelElement const& proxy) {
+    ProxyId const* const id = proxy && proxy->isProxy() ? proxyIdOf(*proxy.impl()) : nullptr;
+    if (id == nullptr || resolutionHolds_ > 0) return proxy;
+    ModelElement found;
+    if (id->hasOutsidePart(storeName_)) {
+        if (resolver_) found = resolver_(*id);
+        if (found && &found->model() != this) found = ModelElement();
+    } else {
+        found = findElement(id->id(), FindElementBehavior::InMemoryOnly);
+    }
+    bool const fits = found && !found->isProxy() && found->classTable().conformsTo(proxy->classTable());
+    return fits ? found : proxy;
+}
+
+// --- Listeners and history ------------------------------------------------------------------------------------------
+
+std::uint64_t ModelImpl::addListener(Listener listener) {
+    // Whoever is being told right now goes on with the list that it has.
+    auto next = std::make_shared<std::vector<NumberedListener>>();
+    if (listeners_) *next = *listeners_;
+    next->push_back({lastListener_ + 1, std::move(listener)});
+    listeners_ = std::move(next);
+    refreshQuiet();
+    return ++lastListener_;
+}
+
+void ModelImpl::removeListener(std::uint64_t id) {
+    if (!listeners_) return;
+    auto next = std::make_shared<std::vector<NumberedListener>>(*listeners_);
+    std::erase_if(*next, [&](NumberedListener const& l) { return l.id == id; });
+    listeners_ = next->empty() ? nullptr : std::move(next);
+    refreshQuiet();
+}
+
+void ModelImpl::tell(ChangeSet const& changes) noexcept {
+    auto const listeners = listeners_;
+    telling_ = true;
+    quiet_ = false;
+    for (NumberedListener const& listener : *listeners) {
+        try {
+            listener.call(changes);
+        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are to hear of it
+        }
+    }
+    telling_ = false;
+    refreshQuiet();
+}
+
+void ModelImpl::enableHistory(std::size_t limit) {
+    auto history = limit == 0 ? nullptr : std::make_unique<History>(limit);
+    if (history && history_) history->takeOver(*history_);
+    history_ = std::move(history);
+    refreshQuiet();
+}
+
+std::size_t ModelImpl::undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
+std::size_t ModelImpl::redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }
+
+bool ModelImpl::undo() { return replay(false); }
+bool ModelImpl::redo() { return replay(true); }
+
+// --- Freezing and holding -------------------------------------------------------------------------------------------
+
+void ModelImpl::refreshQuiet() noexcept {
+    quiet_ = levels_.empty() && !listeners_ && !history_ && !frozen_ && !telling_;
+}
+
+Model::Freezer::Freezer(Model const& model) : model_(model) {
+    model_->frozen_ = true;
+    model_->refreshQuiet();
+}
+
+Model::Freezer::~Freezer() {
+    model_->frozen_ = false;
+    model_->refreshQuiet();
+}
+
+Model::Thawer Model::Freezer::thaw() { return Thawer(*this); }
+
+Model::Thawer::Thawer(Freezer& freezer) noexcept : freezer_(&freezer) {
+    if (freezer_->thaws_++ == 0) {
+        freezer_->model_->frozen_ = false;
+        freezer_->model_->refreshQuiet();
+    }
+}
+
+Model::Thawer::~Thawer() {
+    if (freezer_ != nullptr && --freezer_->thaws_ == 0) {
+        freezer_->model_->frozen_ = true;
+        freezer_->model_->refreshQuiet();
+    }
+}
+
+Model::ResolutionHold::ResolutionHold(Model const& model) : model_(model) { ++model_->resolutionHolds_; }
+Model::ResolutionHold::~ResolutionHold() { --model_->resolutionHolds_; }
+
+}  // namespace quay::zero

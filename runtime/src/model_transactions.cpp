@@ -1,0 +1,311 @@
+// How a model's transactions begin, nest, end and are replayed.
+#include <quay/zero/change_set.h>
+#include <quay/zero/collection.h>
+#include <quay/zero/model.h>
+#include <quay/zero/property_row.h>
+#include <quay/zero/report.h>
+
+#include <quay0/messages.h>
+
+#include "history.h"
+
+#include <algorithm>
+
+namespace quay::zero {
+
+namespace {
+
+constexpr std::uint64_t kNoLevel = UINT64_MAX >> 1;
+
+/// A birth serial or a Storage, as an element's track word tells.
+bool isBirth(std::uintptr_t track) noexcept { return (track & 1) != 0; }
+std::uint64_t birthOf(std::uintptr_t track) noexcept { return track >> 1; }
+Storage* storageOf(std::uintptr_t track) noexcept { return reinterpret_cast<Storage*>(track); }
+
+}  // namespace
+
+// --- Levels ---------------------------------------------------------------------------------------------------------
+
+Transaction ModelImpl::beginTransaction(bool system) { return {*this, openLevel(system)}; }
+
+std::uint64_t ModelImpl::openLevel(bool system) {
+    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
+    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
+    levels_.push_back({lastSerial_ + 1, log_.lives.size(), log_.steps.size(), log_.storages, system});
+    levelSerial_ = ++lastSerial_;
+    quiet_ = false;
+    return levelSerial_;
+}
+
+bool ModelImpl::isOpen(std::uint64_t serial) const noexcept {
+    return std::any_of(levels_.begin(), levels_.end(), [&](Level const& l) { return l.serial == serial; });
+}
+
+void ModelImpl::commitLevel(std::uint64_t serial) {
+    while (serial != 0 && levels_.back().serial != serial) {
+        unwindTo(levels_.back());
+        endLevel();
+    }
+    levels_.size() == 1 ? commitOutermost() : commitInner();
+}
+
+void ModelImpl::rollbackLevel(std::uint64_t serial) noexcept {
+    if (serial != 0 && !isOpen(serial)) return;
+    bool last = false;
+    while (!last) {
+        last = serial == 0 || levels_.back().serial == serial;
+        unwindTo(levels_.back());
+        endLevel();
+    }
+}
+
+void ModelImpl::endLevel() noexcept {
+    levels_.pop_back();
+    levelSerial_ = levels_.empty() ? kNoLevel : levels_.back().serial;
+    if (levels_.empty()) refreshQuiet();
+}
+
+// --- Recording ------------------------------------------------------------------------------------------------------
+
+Cell& ModelImpl::record(ModelElement::Impl& element, PropertyRow const& row) {
+    if (!isBirth(element.track_)) {
+        Storage& present = *storageOf(element.track_);
+        if (present.serial_ >= levelSerial_) return present.add(row);
+    }
+    Storage* const s = takeStorage(element);
+    Cell& cell = s->add(row);
+    s->serial_ = levelSerial_;
+    s->outerTrack_ = element.track_;
+    s->next_ = log_.storages;
+    log_.storages = s;
+    element.track_ = reinterpret_cast<std::uintptr_t>(s);
+    return cell;
+}
+
+Storage* ModelImpl::takeStorage(ModelElement::Impl& element) {
+    if (freeStorages_ == nullptr) return new Storage(element);
+    Storage* const s = std::exchange(freeStorages_, freeStorages_->next_);
+    s->element_ = &element;
+    return s;
+}
+
+void ModelImpl::giveBack(Storage* s) noexcept {
+    s->clear();
+    s->next_ = freeStorages_;
+    freeStorages_ = s;
+}
+
+Step& ModelImpl::recordStep(StepKind kind, void* subject) { return log_.steps.emplace_back(Step{kind, subject}); }
+
+void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) {
+    if (child.container_ == container && (container == nullptr || child.containmentIndex_ == index)) return;
+    if (inTransaction() && !isBornHere(child)) {
+        Step& step = recordStep(StepKind::Contained, &child);
+        step.payload = child.container_;
+        step.position = child.containmentIndex_;
+    }
+    child.container_ = container;
+    child.containmentIndex_ = index;
+}
+
+Step* ModelImpl::lastStep(StepKind kind, void const* subject) noexcept {
+    if (levels_.empty() || log_.steps.size() <= levels_.back().steps) return nullptr;
+    Step& step = log_.steps.back();
+    return step.kind == kind && step.subject == subject ? &step : nullptr;
+}
+
+// --- Commit ---------------------------------------------------------------------------------------------------------
+
+/// The innermost level's work joins the level around it.
+void ModelImpl::commitInner() {
+    Level const level = levels_.back();
+    std::uint64_t const parent = levels_[levels_.size() - 2].serial;
+
+    // Only this level's own storages are looked at. One whose element the outer level has no need to restore goes; one
+    // whose element the outer level keeps values of hands over what is missing there; any other is simply adopted.
+    Storage** link = &log_.storages;
+    while (*link != level.storages) {
+        Storage* const s = *link;
+        bool const bornOutside = isBirth(s->outerTrack_) && birthOf(s->outerTrack_) >= parent;
+        bool const keptOutside = !isBirth(s->outerTrack_) && storageOf(s->outerTrack_)->serial_ >= parent;
+        if (bornOutside || (keptOutside && storageOf(s->outerTrack_)->absorb(*s))) {
+            s->element_->track_ = s->outerTrack_;
+            *link = s->next_;
+            giveBack(s);
+        } else {
+            s->serial_ = parent;
+            link = &s->next_;
+        }
+    }
+    endLevel();
+    mergeAt(level);
+}
+
+/// Runs that continue what the outer level did last become one with it.
+void ModelImpl::mergeAt(Level const& level) noexcept {
+    auto& lives = log_.lives;
+    Level const& outer = levels_.back();
+    if (lives.size() == level.lives + 1 && level.lives > outer.lives) {
+        LifeEntry& before = lives[level.lives - 1];
+        LifeEntry const& after = lives[level.lives];
+        if (before.born && after.born && after.first->previous_ == before.last) {
+            before.last = after.last;
+            before.count += after.count;
+            lives.pop_back();
+        }
+    }
+    auto& steps = log_.steps;
+    if (steps.size() == level.steps + 1 && level.steps > outer.steps) {
+        Step& before = steps[level.steps - 1];
+        Step const& after = steps[level.steps];
+        bool const run = before.kind == StepKind::Inserted && after.kind == StepKind::Inserted &&
+                         before.subject == after.subject && before.payload == nullptr && after.payload == nullptr &&
+                         before.position + before.count == after.position;
+        if (run) {
+            before.count += after.count;
+            steps.pop_back();
+        }
+    }
+}
+
+void ModelImpl::commitOutermost() {
+    bool const system = levels_.front().system;
+    bool const heard = !system && (history_ || listeners_) && !log_.empty();
+    std::uint64_t const bornSince = levels_.front().serial;
+
+    std::unique_ptr<ChangeSet> changes;
+    bool keep = false;
+    if (heard) {
+        // All that can fail comes before anything is final.
+        changes.reset(new ChangeSet(*this, log_, bornSince));
+        keep = history_ && !changes->empty();
+        if (keep) {
+            for (Step& step : log_.steps) prepareStep(step);
+            history_->reserve();
+        }
+    }
+
+    for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
+    endLevel();
+    if (heard && listeners_ && !changes->empty()) {
+        Model const alive(this);  // a listener may drop the last handle
+        tell(*changes);
+        finish(keep, system);
+        changes.reset();
+        return;
+    }
+    changes.reset();
+    finish(keep, system);
+}
+
+/// The log of a finished transaction goes into the history or away.
+void ModelImpl::finish(bool keep, bool system) noexcept {
+    if (keep && history_) {
+        history_->push(log_);
+    } else {
+        if (system && history_ && (!log_.lives.empty() || !log_.steps.empty())) history_->clear();
+        log_.discard();
+    }
+}
+
+// --- Rollback, undo and redo ----------------------------------------------------------------------------------------
+
+/// Undoes everything since the level began, and lets go of it.
+void ModelImpl::unwindTo(Level const& level) noexcept {
+    while (log_.storages != level.storages) {
+        Storage* const s = log_.storages;
+        s->exchange();
+        s->element_->track_ = s->outerTrack_;
+        log_.storages = s->next_;
+        giveBack(s);
+    }
+    exchangeSteps(log_, level.steps);
+    exchangeLives(log_, level.lives, nullptr, nullptr);
+    log_.discardFrom(level.steps, level.lives);
+}
+
+/// Reverses the steps from a mark on, each into its opposite.
+void ModelImpl::exchangeSteps(UndoLog& log, std::size_t from) noexcept {
+    if (log.done) {
+        for (std::size_t i = log.steps.size(); i-- > from;) exchangeStep(log.steps[i]);
+    } else {
+        for (Step& step : log.steps) exchangeStep(step);
+    }
+}
+
+void ModelImpl::exchangeStep(Step& step) noexcept {
+    if (step.kind == StepKind::Contained) {
+        auto& child = *static_cast<ModelElement::Impl*>(step.subject);
+        auto* const other = static_cast<ModelElement::Impl*>(step.payload);
+        auto const index = static_cast<std::uint16_t>(step.position);
+        step.payload = child.container_;
+        step.position = child.containmentIndex_;
+        child.container_ = other;
+        child.containmentIndex_ = index;
+    } else if (step.kind != StepKind::Touched) {
+        static_cast<AbstractOwnedCollection*>(step.subject)->exchange(step);
+    }
+}
+
+void ModelImpl::prepareStep(Step& step) {
+    if (step.kind == StepKind::Inserted) static_cast<AbstractOwnedCollection*>(step.subject)->prepare(step);
+}
+
+void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelElement>* revived,
+                              std::vector<ModelElement>* buried) noexcept {
+    auto const exchange = [&](LifeEntry& entry) {
+        if (entry.born) {
+            for (auto* e = entry.last;; e = e->previous_) {
+                ids_.forget(*e);
+                e->setFlag(kAlive, false);
+                if (buried != nullptr) buried->emplace_back(e);
+                if (e == entry.first) break;
+            }
+            elements_.takeOut(*entry.first, *entry.last, entry.count);
+        } else {
+            for (auto* e = entry.first;; e = e->next_) {
+                if ((e->flags_ & kIndexed) == 0) ids_.startOver();
+                e->setFlag(kAlive, true);
+                if (revived != nullptr) revived->emplace_back(e);
+                if (e == entry.last) break;
+            }
+            elements_.putBack(*entry.first, *entry.last, entry.count);
+        }
+        entry.born = !entry.born;
+    };
+    if (log.done) {
+        for (std::size_t i = log.lives.size(); i-- > from;) exchange(log.lives[i]);
+    } else {
+        std::for_each(log.lives.begin(), log.lives.end(), exchange);
+    }
+}
+
+bool ModelImpl::replay(bool redo) {
+    if (inTransaction()) reportException(quay0::messages::TransactionIsOpen());
+    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
+    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
+    UndoLog* const log = history_ ? history_->next(redo) : nullptr;
+    if (log == nullptr) return false;
+
+    std::vector<ModelElement> revived;
+    std::vector<ModelElement> buried;
+    if (listeners_) {
+        std::size_t const most = log->lifeCount();
+        revived.reserve(most);
+        buried.reserve(most);
+    }
+    for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
+    exchangeSteps(*log, 0);
+    exchangeLives(*log, 0, listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
+    log->done = !log->done;
+    history_->step(redo);
+
+    if (listeners_) {
+        Model const alive(this);
+        ChangeSet const changes(*this, *log, std::move(revived), std::move(buried));
+        if (!changes.empty()) tell(changes);
+    }
+    return true;
+}
+
+}  // namespace quay::zero

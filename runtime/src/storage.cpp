@@ -1,0 +1,137 @@
+#include <quay/zero/changes.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/model.h>
+#include <quay/zero/property_row.h>
+#include <quay/zero/storage.h>
+#include <quay/zero/value.h>
+
+namespace quay::zero {
+
+ModelElement::Impl::Changes::Changes(boost::uuids::uuid const& id, Model const& model, meta::Class const& metaClass,
+                                     unsigned long bits)
+    : id_(id), model_(model), metaClass_(metaClass), changed_(bits + 1) {}
+
+ModelElement::Impl::Changes::~Changes() = default;
+
+bool Storage::has(unsigned long index) const noexcept {
+    if (count_ <= 1) return count_ == 1 && first_.row->index() == index;
+    return index < more_->mask.size() && more_->mask.test(index);
+}
+
+std::vector<unsigned long> Storage::indices() const {
+    std::vector<unsigned long> result;
+    const_cast<Storage*>(this)->forEach([&](Entry const& e) { result.push_back(e.row->index()); });
+    return result;
+}
+
+Storage::Overflow& Storage::overflow() {
+    if (more_ == nullptr) more_ = std::make_unique<Overflow>();
+    return *more_;
+}
+
+Cell& Storage::add(PropertyRow const& row) {
+    if (count_ == 0) {
+        first_.row = &row;
+        count_ = 1;
+        return first_.old;
+    }
+    Overflow& more = overflow();
+    std::size_t const wanted = std::max<std::size_t>(row.index(), first_.row->index()) + 1;
+    if (more.mask.size() < wanted) more.mask.resize(std::max<std::size_t>(64, wanted));
+    more.entries.emplace_back(&row);
+    more.mask.set(first_.row->index());
+    more.mask.set(row.index());
+    ++count_;
+    return more.entries.back().old;
+}
+
+Cell* Storage::find(unsigned long index) noexcept {
+    Cell* found = nullptr;
+    if (has(index)) {
+        forEach([&](Entry& e) {
+            if (e.row->index() == index) found = &e.old;
+        });
+    }
+    return found;
+}
+
+Value Storage::getOldValue(meta::Property const& property, ReflectionPrivateTag const& /*tag*/) {
+    PropertyRow const* const row = element_->rowOf(property);
+    Cell* const old = row == nullptr ? nullptr : find(row->index());
+    return old == nullptr ? Value() : row->wrap(property, *old);
+}
+
+void Storage::revertUnchanged(ModelElement::Impl* current) {
+    for (std::size_t i = count_; i-- > 0;) {
+        Entry& e = i == 0 ? first_ : more_->entries[i - 1];
+        if (e.row->unchanged(*current, e.old)) drop(i);
+    }
+}
+
+/// Ends one entry's life; the order of the others stays.
+void Storage::drop(std::size_t position) noexcept {
+    Entry& gone = position == 0 ? first_ : more_->entries[position - 1];
+    if (more_ != nullptr) more_->mask.reset(gone.row->index());
+    gone.row->discard(gone.old);
+    for (std::size_t i = position; i + 1 < count_; ++i) {
+        Entry& to = i == 0 ? first_ : more_->entries[i - 1];
+        Entry& from = more_->entries[i];
+        from.row->relocate(from.old, to.old);
+        to.row = from.row;
+    }
+    if (count_ > 1) more_->entries.pop_back();
+    --count_;
+}
+
+bool Storage::absorb(Storage& inner) noexcept {
+    while (inner.count_ > 0) {
+        Entry& e = inner.count_ == 1 ? inner.first_ : inner.more_->entries.back();
+        if (has(e.row->index())) {
+            inner.drop(inner.count_ - 1);
+            continue;
+        }
+        try {
+            e.row->relocate(e.old, add(*e.row));
+        } catch (std::bad_alloc const&) {
+            return false;
+        }
+        inner.removeLast();
+    }
+    return true;
+}
+
+/// Forgets the last entry, whose cell is empty by now.
+void Storage::removeLast() noexcept {
+    if (count_ > 1) {
+        more_->mask.reset(more_->entries.back().row->index());
+        more_->entries.pop_back();
+    }
+    --count_;
+}
+
+void Storage::setContainer(ModelElement const& container, meta::Property const& feature) {
+    overflow().container = container;
+    overflow().containmentFeature = feature;
+}
+
+ModelElement const& Storage::oldContainer() const noexcept {
+    static ModelElement const none;
+    return more_ == nullptr ? none : more_->container;
+}
+
+void Storage::exchange() noexcept {
+    forEach([&](Entry& e) { e.row->exchange(*element_, e.old); });
+}
+
+void Storage::clear() noexcept {
+    forEach([](Entry& e) { e.row->discard(e.old); });
+    count_ = 0;
+    if (more_ != nullptr) {
+        more_->mask.reset();
+        more_->entries.clear();
+        more_->container = ModelElement();
+        more_->containmentFeature = meta::Property();
+    }
+}
+
+}  // namespace quay::zero

@@ -1,0 +1,46 @@
+#include <quay/zero/collection.h>
+#include <quay/zero/model.h>
+#include <quay/zero/undo_log.h>
+
+namespace quay::zero {
+
+// Storages and steps go first: they point at elements that the last births and deaths may let go.
+void UndoLog::discard() noexcept {
+    while (storages != nullptr) {
+        Storage* const s = storages;
+        storages = s->next_;
+        s->element().model().giveBack(s);
+    }
+    discardFrom(0, 0);
+    done = true;
+}
+
+void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
+    for (std::size_t i = steps.size(); i-- > step;) {
+        Step& s = steps[i];
+        if (s.payload == nullptr || s.kind == StepKind::Contained || s.kind == StepKind::Touched) continue;
+        static_cast<AbstractOwnedCollection*>(s.subject)->discard(s);
+    }
+    steps.resize(step);
+    for (std::size_t i = lives.size(); i-- > life;) {
+        LifeEntry const entry = lives[i];
+        lives.pop_back();
+        if (entry.born) continue;
+        for (auto* e = entry.first;;) {
+            bool const last = e == entry.last;
+            auto* const next = e->next_;
+            e->model().letGo(*e);
+            if (last) break;
+            e = next;
+        }
+    }
+    lives.resize(life);
+}
+
+std::size_t UndoLog::lifeCount() const noexcept {
+    std::size_t count = 0;
+    for (LifeEntry const& entry : lives) count += entry.count;
+    return count;
+}
+
+}  // namespace quay::zero
