@@ -9,8 +9,8 @@ from compiler.check_package import is_dotted
 from compiler.mistakes import Place, Report, did_you_mean
 from compiler.names import (
     HANDLE_FUNCTIONS,
+    HIDING,
     MEMBER_FUNCTIONS,
-    MEMBER_TYPES,
     Slot,
     accessors,
     flat,
@@ -45,7 +45,7 @@ def check(scope: Scope, report: Report) -> None:
 
 
 def _check_types(scope: Scope, report: Report) -> None:
-    reserved = MEMBER_TYPES | roots(scope) | set(PRIMITIVES)
+    reserved = HIDING | roots(scope) | set(PRIMITIVES)
     seen: dict[str, form.Described] = {}
     files = {header: what for header, what in header_names(scope.package)}
     for entry in types(scope.package):
@@ -123,8 +123,18 @@ def _check_members(cls: ClassType, report: Report) -> None:
         if lower(member.name) in HANDLE_FUNCTIONS:
             report.add(member.place, f"{name}.{member.name}", f"every handle has another member {lower(member.name)}")
     for operation in cls.operations:
-        _check_once(f"{name}.{operation.name}", operation.arguments, report)
+        _check_operation(cls.scope, name, operation, report)
     _check_once(name, cls.operations, report)
+
+
+def _check_operation(scope: Scope, owner: str, operation: form.Operation, report: Report) -> None:
+    """An operation hides a type of its name from the class, and a parameter from the parameters that follow."""
+    subject = f"{owner}.{operation.name}"
+    _check_once(subject, operation.arguments, report)
+    named = [(subject, operation), *((f"{subject}.{argument.name}", argument) for argument in operation.arguments)]
+    for hider, entry in named:
+        if entry.name in scope.own or entry.name in roots(scope):
+            report.add(entry.place, hider, f"{entry.name} is the name of a type or namespace")
 
 
 def _check_slots(scope: Scope, report: Report) -> None:

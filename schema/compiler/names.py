@@ -25,10 +25,10 @@ KEYWORDS = frozenset(
 # Macros of the standard headers and of the compilers.
 MACROS = frozenset("NULL EOF NAN INFINITY HUGE_VAL assert errno offsetof stdin stdout stderr linux unix".split())
 
-# Types that a generated class would find in its own scope, or beside it, instead of a schema type of that name.
-MEMBER_TYPES = frozenset(
-    """ModelElement ElementImpl Impl Builder BuilderWrapper BuilderBase BuilderImpl Changes Constrainables Handle Level
-    Orchestrator ReflectionPrivateTag Rows Storage shapes""".split()
+# What generated code would find in its own scope, or beside it, instead of a schema type of that name.
+HIDING = frozenset(
+    """B R ModelElement ElementImpl Impl Builder BuilderWrapper BuilderBase BuilderImpl Changes Constrainables Handle Level
+    Orchestrator ReflectionPrivateTag Rows Storage builder child id model rows shapes table value values""".split()
 )
 # Operations of every element and builder that an accessor of the same name would hide.
 MEMBER_FUNCTIONS = frozenset(

@@ -182,6 +182,13 @@ NAMES: dict[str, Case] = {
         ["Tree.ground: collides with Tree.ground (...): both would be the meta package's member Tree_ground"],
     ),
     "argument twice": (TREES, "name: where", "name: table", ["Tree.plant.table: the name is given twice (first ...)"]),
+    "argument of a type's name": (
+        TREES,
+        "name: where",
+        "name: harvest",
+        ["Tree.plant.harvest: harvest is the name of a type or namespace"],
+    ),
+    "operation of a type's name": (TREES, "name: count", "name: Bench", ["Tree.Bench: Bench is the name of a type or namespace"]),
     "script name twice": (
         TREES,
         "  - name: Bench\n",
