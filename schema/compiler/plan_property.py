@@ -1,0 +1,159 @@
+"""Decides all about a property: types, accessors, initial value, its row and its line in the declaration."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass
+
+from compiler import cpp, form
+from compiler.names import lower, row, slot, upper
+from compiler.scope import ClassType, Scope, Type
+
+
+@dataclass(frozen=True)
+class Shape:
+    """What follows from a property's shape: its template, its classes in the runtime, its word in the declaration."""
+
+    template: str
+    row: str
+    meta: str
+    collection: str = ""
+
+
+_SHAPES = {
+    "single": Shape("value", "Single", "Single"),
+    "optional": Shape("optional", "Optional", "Optional"),
+    "sequence": Shape("values", "Sequence", "Sequence", "PrimitiveSequence"),
+    "set": Shape("values", "Set", "Set", "PrimitiveSet"),
+    "single owned": Shape("child", "SingleOwned", "SingleOwned"),
+    "sequence owned": Shape("children", "SequenceOwned", "SequenceOwned", "ElementSequence"),
+    "set owned": Shape("children", "SetOwned", "SetOwned", "UnorderedElementSet"),
+    "map owned": Shape("keyed_children", "MapOwned", "MapOwned", "ElementMap"),
+    "multimap owned": Shape("keyed_children", "MultimapOwned", "MultimapOwned", "ElementMultimap"),
+}
+_ARRAY = Shape("array", "SingleArray", "Single")
+_KEY = Shape("key", "SingleKey", "Single")
+_DERIVED = Shape("derived", "Derived", "Single")
+
+
+@dataclass(frozen=True)
+class KeyedMap:
+    """A map whose entries a property keys: the class that has it, its index there, whether it has one entry a key."""
+
+    owner: str
+    index: int
+    unique: bool
+
+
+@dataclass(frozen=True)
+class MetaProperty:
+    """A property's line in the declaration of the meta-model. Texts are C++ literals, or nullptr."""
+
+    name: str
+    shape: str
+    type: str
+    index: int
+    default: str
+    key: str
+    id: str
+    slot: str
+
+
+@dataclass(frozen=True)
+class PlannedProperty:
+    """A class's property. `upper` names its accessors, `field` its field, `row` its member of Rows."""
+
+    name: str
+    doc: str
+    index: int
+    upper: str
+    field: str
+    row: str
+    shape: Shape
+    # The value's type, or the handle of the child, and how a function takes it.
+    type: str
+    passed: str
+    # The value, as a builder's setter hands on its parameter.
+    given: str
+    # The initial value of a plain field with what goes before it; empty for none.
+    initial: str
+    # Of a map: the type of its key and the child's getter of it. Of a key: its maps, and the array that lists them.
+    key_type: str
+    key_getter: str
+    maps: tuple[KeyedMap, ...]
+    maps_name: str
+    owned: bool
+    # Whether the whole value can be set, other than member by member.
+    has_setter: bool
+    # Whether a child can be made without a builder.
+    makes_child: bool
+    meta: MetaProperty
+
+
+def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tuple[KeyedMap, ...]) -> PlannedProperty:
+    """Plans a class's property; `maps` are those that it keys."""
+    found = scope.find(prop.type)
+    assert found is not None
+    member = row(prop.name, scope)
+    initial = cpp.value(found, prop.default, scope) if prop.shape == "single" else ""
+    key = _key(scope, found, prop)
+    key_type = scope.find(key.type) if key else None
+    return PlannedProperty(
+        name=prop.name,
+        doc=prop.doc or "",
+        index=prop.index or 0,
+        upper=upper(prop.name),
+        field=f"{lower(prop.name)}_",
+        row=member,
+        shape=_shape(prop, maps),
+        type=cpp.type_name(found, scope),
+        passed=cpp.passed(found, scope),
+        given="value" if cpp.is_scalar(found) else "std::move(value)",
+        initial=f" = {initial}" if initial else "",
+        key_type=cpp.type_name(key_type, scope) if key_type else "",
+        key_getter=f"get{upper(key.name)}" if key else "",
+        maps=maps,
+        maps_name=_free_name(f"{member}Maps", owner),
+        owned=isinstance(found, ClassType),
+        has_setter=prop.shape in ("single", "optional", "single owned"),
+        makes_child=isinstance(found, ClassType) and not found.entry.abstract,
+        meta=plan_meta(owner.entry.name, prop),
+    )
+
+
+def plan_meta(owner: str, prop: form.Property) -> MetaProperty:
+    """Plans the declaration of a class's property or a data type's field."""
+    return MetaProperty(
+        name=cpp.text16(prop.name),
+        shape=_SHAPES[prop.shape].meta,
+        type=cpp.text16(prop.type),
+        index=prop.index or 0,
+        default="nullptr" if prop.default is None else cpp.text16(prop.default),
+        key="nullptr" if prop.key is None else cpp.text16(prop.key),
+        id=cpp.text(prop.id or ""),
+        slot=slot(owner, prop.name),
+    )
+
+
+def _shape(prop: form.Property, maps: tuple[KeyedMap, ...]) -> Shape:
+    if prop.derives is not None:
+        return _DERIVED
+    if prop.type == "ZxArray":
+        return _ARRAY
+    return _KEY if maps else _SHAPES[prop.shape]
+
+
+def _key(scope: Scope, child: Type, prop: form.Property) -> form.Property | None:
+    """The property of the child by which a map is keyed."""
+    if prop.key is None or not isinstance(child, ClassType):
+        return None
+    chain = [child, *scope.ancestors(child)]
+    return next(p for cls in chain for p in cls.properties if p.name == prop.key)
+
+
+def _free_name(name: str, owner: ClassType) -> str:
+    """The name, made different from the class's rows."""
+    taken = {row(p.name, owner.scope) for p in owner.properties}
+    while name in taken:
+        name += "_"
+    return name
+

@@ -1,0 +1,145 @@
+// Generated from garden.yaml. Changes belong there.
+#pragma once
+
+#include <quay/zero/elements/pattern.h>
+
+#include "Garden/Enumerations.h"
+#include "Garden/Handles.h"
+
+namespace Garden {
+
+/// A bed of the garden.
+class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero::ModelElement> {
+ public:
+  using Level::Level;
+  template <class B>
+  class BuilderBase;
+
+  /// Text on the bed's sign.
+  std::u16string const& getLabel() const { return label_; }
+  void setLabel(std::u16string const& value);
+
+  /// What the bed is filled with.
+  Soil getSoil() const { return soil_; }
+  void setSoil(Soil value);
+
+  /// Width in metres.
+  double getWidth() const { return width_; }
+  void setWidth(double value);
+
+  /// Width in feet.
+  double getWidthInFeet() const;
+  void setWidthInFeet(double value);
+
+  /// Drawing of the bed; null for none.
+  zxArray_tag const* getPlan() const { return plan_.get(); }
+  void setPlan(zxArray_tag const* value);
+
+  /// Waterings a day; unset when the weather decides.
+  boost::optional<int> const& getWaterings() const { return waterings_; }
+  void setWaterings(boost::optional<int> const& value);
+  bool hasWaterings() const { return waterings_.has_value(); }
+
+  /// Moisture readings, oldest first.
+  quay::zero::PrimitiveSequence<double> const* getReadings() const { return &readings_; }
+  quay::zero::PrimitiveSequence<double>* getReadingsMutable() { return &readings_; }
+  bool hasReadings() const { return !readings_.empty(); }
+
+  /// Words by which the bed is found.
+  quay::zero::PrimitiveSet<std::string> const* getTags() const { return &tags_; }
+  quay::zero::PrimitiveSet<std::string>* getTagsMutable() { return &tags_; }
+  bool hasTags() const { return !tags_.empty(); }
+
+  /// The cold frame over the bed.
+  Frame getFrame() const;
+  void setFrame(Frame const& value);
+  bool hasFrame() const { return bool(frame_); }
+  void basicSetFrame(Frame const& value);
+  Frame createIntoFrame();
+  Frame createIntoFrame(Frame::BuilderWrapper builder);
+  Frame createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id);
+
+  /// Lanes from north to south.
+  quay::zero::ElementSequence<Lane> const* getLanes() const { return readable(lanes_); }
+  quay::zero::ElementSequence<Lane>* getLanesMutable() { return readable(lanes_); }
+  bool hasLanes() const { return !lanes_.empty(); }
+  Lane createIntoLanes();
+  Lane createIntoLanes(Lane::BuilderWrapper builder);
+  Lane createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id);
+
+  /// What plants climb on.
+  quay::zero::UnorderedElementSet<Support> const* getSupports() const { return readable(supports_); }
+  quay::zero::UnorderedElementSet<Support>* getSupportsMutable() { return readable(supports_); }
+  bool hasSupports() const { return !supports_.empty(); }
+  Support createIntoSupports(Support::BuilderWrapper builder);
+  Support createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id);
+
+  /// Single plants, by name.
+  quay::zero::ElementMap<std::u16string, Plant> const* getPlants() const { return readable(plants_); }
+  quay::zero::ElementMap<std::u16string, Plant>* getPlantsMutable() { return readable(plants_); }
+  bool hasPlants() const { return !plants_.empty(); }
+  Plant createIntoPlants();
+  Plant createIntoPlants(Plant::BuilderWrapper builder);
+  Plant createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id);
+
+  /// Who came to see the bed, by week.
+  quay::zero::ElementMultimap<int, Visitor> const* getVisitors() const { return readable(visitors_); }
+  quay::zero::ElementMultimap<int, Visitor>* getVisitorsMutable() { return readable(visitors_); }
+  bool hasVisitors() const { return !visitors_.empty(); }
+  Visitor createIntoVisitors();
+  Visitor createIntoVisitors(Visitor::BuilderWrapper builder);
+  Visitor createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id);
+
+ private:
+  struct Rows;
+  friend class Bed;
+
+  std::u16string label_;
+  Soil soil_ = Soil::Loam;
+  double width_ = 1.2;
+  quay::zero::ArrayHolder plan_;
+  boost::optional<int> waterings_;
+  quay::zero::PrimitiveSequence<double> readings_{this, 6};
+  quay::zero::PrimitiveSet<std::string> tags_{this, 7};
+  Frame frame_;
+  quay::zero::ElementSequence<Lane> lanes_{this, 9};
+  quay::zero::UnorderedElementSet<Support> supports_{this, 10};
+  quay::zero::ElementMap<std::u16string, Plant> plants_{this, 11};
+  quay::zero::ElementMultimap<int, Visitor> visitors_{this, 12};
+};
+
+/// Fills a new Bed before it exists; every setter returns the builder.
+template <class B>
+class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay::zero::ModelElement> {
+ public:
+  using quay::zero::elements::BuilderBase<B, quay::zero::ModelElement>::BuilderBase;
+
+  B& setLabel(std::u16string value) { return this->give(1, std::move(value)); }
+  B& setSoil(Soil value) { return this->give(2, value); }
+  B& setWidth(double value) { return this->give(3, value); }
+  B& setPlan(zxArray_tag const* value) { return this->give(4, quay::zero::ArrayHolder(value)); }
+  B& setWaterings(boost::optional<int> value) { return this->give(5, std::move(value)); }
+  B& addReadings(double value) { return this->append(6, value); }
+  B& addReadings(std::initializer_list<double> values) { return this->append(6, values); }
+  B& clearReadings() { return this->template dropValues<double>(6); }
+  B& addTags(std::string value) { return this->append(7, std::move(value)); }
+  B& addTags(std::initializer_list<std::string> values) { return this->append(7, values); }
+  B& clearTags() { return this->template dropValues<std::string>(7); }
+  B& setFrame(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->giveChild(8, std::move(child)); }
+  B& addLanes(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(9, std::move(child)); }
+  B& clearLanes() { return this->dropChildren(9); }
+  B& addSupports(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(10, std::move(child)); }
+  B& clearSupports() { return this->dropChildren(10); }
+  B& addPlants(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(11, std::move(child)); }
+  B& clearPlants() { return this->dropChildren(11); }
+  B& addVisitors(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(12, std::move(child)); }
+  B& clearVisitors() { return this->dropChildren(12); }
+};
+
+/// Makes a new Bed with its values and everything that it owns, in one transaction.
+class GARDEN_API Bed::Builder final : public Bed::Impl::BuilderBase<Bed::Builder> {
+ public:
+  using BuilderBase::BuilderBase;
+};
+
+}  // namespace Garden

@@ -1,0 +1,113 @@
+// Generated from package.yaml and the files that it lists. Changes belong there.
+#pragma once
+
+#include <quay/zero/elements/handle.h>
+
+#include "Garden/export.h"
+
+namespace Garden {
+
+class Bed;
+class Frame;
+class Lane;
+class Plant;
+class RaisedBed;
+class Stake;
+class Support;
+class Visitor;
+
+/// A bed of the garden.
+class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// A glazed cover.
+class GARDEN_API Frame : public quay::zero::elements::Handle<Frame, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Frame create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// A row of one crop.
+class GARDEN_API Lane : public quay::zero::elements::Handle<Lane, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Lane create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// One plant.
+class GARDEN_API Plant : public quay::zero::elements::Handle<Plant, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Plant create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// A bed above the ground.
+class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static RaisedBed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// Something to climb on.
+class GARDEN_API Support : public quay::zero::elements::Handle<Support, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+};
+
+/// A single pole.
+class GARDEN_API Stake : public quay::zero::elements::Handle<Stake, Support> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Stake create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+/// Somebody who came to see a bed.
+class GARDEN_API Visitor : public quay::zero::elements::Handle<Visitor, quay::zero::ModelElement> {
+ public:
+  class Impl;
+  class Builder;
+  using Handle::Handle;
+
+  static quay::zero::meta::Class const& metaClass();
+  static quay::zero::ClassTable const& classTable();
+  static Visitor create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+};
+
+}  // namespace Garden

@@ -1,0 +1,37 @@
+// Generated from garden.yaml. Changes belong there.
+#pragma once
+
+#include <quay/zero/elements/pattern.h>
+
+#include "Garden/Handles.h"
+
+namespace Garden {
+
+/// Something to climb on.
+class GARDEN_API Support::Impl : public quay::zero::elements::Level<Support, quay::zero::ModelElement> {
+ public:
+  using Level::Level;
+  template <class B>
+  class BuilderBase;
+
+  /// Height in metres.
+  double getHeight() const { return height_; }
+  void setHeight(double value);
+
+ private:
+  struct Rows;
+  friend class Support;
+
+  double height_ = 0.0;
+};
+
+/// Fills a new Support before it exists; every setter returns the builder.
+template <class B>
+class Support::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay::zero::ModelElement> {
+ public:
+  using quay::zero::elements::BuilderBase<B, quay::zero::ModelElement>::BuilderBase;
+
+  B& setHeight(double value) { return this->give(1, value); }
+};
+
+}  // namespace Garden

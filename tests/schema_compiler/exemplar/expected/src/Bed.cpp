@@ -1,0 +1,75 @@
+// Generated from garden.yaml. Changes belong there.
+#include "Garden/Bed.h"
+
+#include <quay/zero/elements/shapes.h>
+
+#include "Garden/Frame.h"
+#include "Garden/Lane.h"
+#include "Garden/MetaPackageGarden.h"
+#include "Garden/Plant.h"
+#include "Garden/Support.h"
+#include "Garden/Visitor.h"
+
+namespace Garden {
+
+namespace shapes = quay::zero::elements;
+
+struct Bed::Impl::Rows {
+  static constexpr shapes::Single<std::u16string> label{1, &Impl::label_};
+  static constexpr shapes::Single<Soil> soil{2, &Impl::soil_};
+  static constexpr shapes::Single<double> width{3, &Impl::width_};
+  static constexpr shapes::SingleArray plan{4, &Impl::plan_};
+  static constexpr shapes::Optional<int> waterings{5, &Impl::waterings_};
+  static constexpr shapes::Sequence<double> readings{6, &Impl::readings_};
+  static constexpr shapes::Set<std::string> tags{7, &Impl::tags_};
+  static constexpr shapes::SingleOwned<Frame> frame{8, &Impl::frame_};
+  static constexpr shapes::SequenceOwned<Lane> lanes{9, &Impl::lanes_};
+  static constexpr shapes::SetOwned<Support> supports{10, &Impl::supports_};
+  static constexpr shapes::MapOwned<std::u16string, Plant> plants{11, &Impl::plants_, shapes::key<&Plant::Impl::getName>};
+  static constexpr shapes::MultimapOwned<int, Visitor> visitors{12, &Impl::visitors_, shapes::key<&Visitor::Impl::getWeek>};
+  static constexpr shapes::Derived<double> widthInFeet{&Impl::getWidthInFeet, &Impl::setWidthInFeet};
+};
+
+quay::zero::meta::Class const& Bed::metaClass() { return MetaPackageGarden::getInstance()->Bed; }
+
+quay::zero::ClassTable const& Bed::classTable() {
+  using R = Impl::Rows;
+  static constexpr quay::zero::PropertyRow const* rows[] = {
+      &R::label, &R::soil, &R::width, &R::plan, &R::waterings, &R::readings, &R::tags, &R::frame, &R::lanes,
+      &R::supports, &R::plants, &R::visitors, &R::widthInFeet,
+  };
+  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, rows, &shapes::makeCollection<Bed>, &shapes::makeBuilder<Bed>};
+  return table;
+}
+
+Bed Bed::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Bed>(model, id); }
+
+void Bed::Impl::setLabel(std::u16string const& value) { Rows::label.set(*this, value); }
+void Bed::Impl::setSoil(Soil value) { Rows::soil.set(*this, value); }
+void Bed::Impl::setWidth(double value) { Rows::width.set(*this, value); }
+void Bed::Impl::setPlan(zxArray_tag const* value) { Rows::plan.set(*this, value); }
+void Bed::Impl::setWaterings(boost::optional<int> const& value) { Rows::waterings.set(*this, value); }
+
+Frame Bed::Impl::getFrame() const { return Rows::frame.get(*this); }
+void Bed::Impl::setFrame(Frame const& value) { Rows::frame.set(*this, value); }
+void Bed::Impl::basicSetFrame(Frame const& value) { Rows::frame.basicSet(*this, value); }
+Frame Bed::Impl::createIntoFrame() { return Rows::frame.createInto(*this); }
+Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder) { return Rows::frame.createInto(*this, builder); }
+Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::frame.createInto(*this, builder, id); }
+
+Lane Bed::Impl::createIntoLanes() { return Rows::lanes.createInto(*this); }
+Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder) { return Rows::lanes.createInto(*this, builder); }
+Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::lanes.createInto(*this, builder, id); }
+
+Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder) { return Rows::supports.createInto(*this, builder); }
+Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::supports.createInto(*this, builder, id); }
+
+Plant Bed::Impl::createIntoPlants() { return Rows::plants.createInto(*this); }
+Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder) { return Rows::plants.createInto(*this, builder); }
+Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::plants.createInto(*this, builder, id); }
+
+Visitor Bed::Impl::createIntoVisitors() { return Rows::visitors.createInto(*this); }
+Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder) { return Rows::visitors.createInto(*this, builder); }
+Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::visitors.createInto(*this, builder, id); }
+
+}  // namespace Garden

@@ -1,0 +1,34 @@
+// Generated from garden.yaml. Changes belong there.
+#include "Garden/Plant.h"
+
+#include <quay/zero/elements/shapes.h>
+
+#include "Garden/MetaPackageGarden.h"
+
+namespace Garden {
+
+namespace shapes = quay::zero::elements;
+
+struct Plant::Impl::Rows {
+  static constexpr shapes::KeyedMap nameMaps[] = {{&Bed::classTable, 11, true}};
+  static constexpr shapes::SingleKey<std::u16string> name{1, &Impl::name_, nameMaps};
+  static constexpr shapes::Single<double> height{2, &Impl::height_};
+};
+
+quay::zero::meta::Class const& Plant::metaClass() { return MetaPackageGarden::getInstance()->Plant; }
+
+quay::zero::ClassTable const& Plant::classTable() {
+  using R = Impl::Rows;
+  static constexpr quay::zero::PropertyRow const* rows[] = {
+      &R::name, &R::height,
+  };
+  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, rows, &shapes::makeCollection<Plant>, &shapes::makeBuilder<Plant>};
+  return table;
+}
+
+Plant Plant::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Plant>(model, id); }
+
+void Plant::Impl::setName(std::u16string const& value) { Rows::name.set(*this, value); }
+void Plant::Impl::setHeight(double value) { Rows::height.set(*this, value); }
+
+}  // namespace Garden

@@ -1,0 +1,21 @@
+// Generated from garden.yaml. Changes belong there.
+#include "Garden/Stake.h"
+
+#include <quay/zero/elements/shapes.h>
+
+#include "Garden/MetaPackageGarden.h"
+
+namespace Garden {
+
+namespace shapes = quay::zero::elements;
+
+quay::zero::meta::Class const& Stake::metaClass() { return MetaPackageGarden::getInstance()->Stake; }
+
+quay::zero::ClassTable const& Stake::classTable() {
+  static constinit quay::zero::ClassTable table{&Support::classTable, 2, {}, &shapes::makeCollection<Stake>, &shapes::makeBuilder<Stake>};
+  return table;
+}
+
+Stake Stake::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Stake>(model, id); }
+
+}  // namespace Garden
