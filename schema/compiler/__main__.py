@@ -19,7 +19,7 @@ def main(arguments: list[str] | None = None) -> int:
     parser = argparse.ArgumentParser(prog="compiler", description="Turns a schema told as YAML into C++.")
     parser.add_argument("--package", type=Path, required=True, help="the package.yaml to compile")
     parser.add_argument("--out", type=Path, help="folder that gets include/ and src/")
-    parser.add_argument("--list", action="store_true", help="print the files that --out would get, relative to it; write none")
+    parser.add_argument("--list", action="store_true", help="print the files that --out would get, and write none")
     parser.add_argument("--check-only", action="store_true", help="look for mistakes and write nothing")
     options = parser.parse_args(arguments)
     if not (options.out or options.list or options.check_only):

@@ -20,7 +20,7 @@ from compiler.names import (
     roots,
     slots,
 )
-from compiler.plan_files import header_names
+from compiler.files import header_names
 from compiler.scope import PRIMITIVES, ClassType, Scope
 from compiler.walk import described, types
 
@@ -57,7 +57,8 @@ def _check_types(scope: Scope, report: Report) -> None:
         if other.name == entry.name and other is not entry:
             report.add(entry.place, entry.name, f"the name is already that of another type ({other.place})")
         elif other is not entry:
-            report.add(entry.place, entry.name, f"differs from {other.name} ({other.place}) only in its first letter's case")
+            text = f"differs from {other.name} ({other.place}) only in its first letter's case"
+            report.add(entry.place, entry.name, text)
     for cls in scope.package.classes:
         if cls.continued and cls.name not in scope.classes:
             hint = did_you_mean(cls.name, scope.classes)
@@ -141,7 +142,8 @@ def _check_slots(scope: Scope, report: Report) -> None:
     """The meta package has all meta objects as members of one class, with names that are put together."""
     singleton = scope.package.singleton.rpartition("::")[2]
     schema = flat(scope.package.schema.name)
-    functions = ("getInstance", "initialize", f"instantiate_{schema}", f"weave_{schema}", "instantiate", "weave", singleton)
+    phases = ("instantiate", "weave", f"instantiate_{schema}", f"weave_{schema}")
+    functions = ("getInstance", "initialize", "declareInRegistry", *phases, singleton)
     seen: dict[str, Slot] = {}
     for slot in slots(scope):
         if slot.name in functions:

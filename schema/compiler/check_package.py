@@ -29,7 +29,8 @@ def check(scope: Scope, report: Report) -> None:
             if part in roots(scope) | {schema.namespace.split("::")[0]}:
                 fault(place, f'the {key} "{name}" hides the namespace {part} that generated code needs')
     if not is_identifier(package.library):
-        fault(package.place, f'the library "{package.library}" must be a name of letters, digits and single underscores')
+        text = f'the library "{package.library}" must be a name of letters, digits and single underscores'
+        fault(package.place, text)
     for key, name in (("name", schema.name), ("script", schema.script)):
         if not is_dotted(name):
             fault(schema.place, f'the {key} "{name}" must be names joined by dots')
@@ -72,7 +73,8 @@ def _check_foreign(scope: Scope, report: Report) -> None:
         imported.add(word.text)
     for uri, other in known.items():
         if uri not in imported:
-            report.add(package.place, "package", f"{other.schema.name} is brought up, but its URI {uri} is not imported")
+            text = f"{other.schema.name} is brought up, but its URI {uri} is not imported"
+            report.add(package.place, "package", text)
 
     packages = [other.package for other in scope.all()]
     for index, one in enumerate(packages):

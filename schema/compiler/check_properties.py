@@ -131,5 +131,5 @@ class _Judge:
             what = f"{'derived' if key.derives is not None else key.shape} {key.type}"
             self._fault(f'the key "{prop.key}" is {what}, but must be a single {", ".join(_KEY_TYPES[:-1])} or Real')
         elif holder.scope is not self._scope:
-            owner = holder.scope.package.schema.name
-            self._fault(f'the key "{prop.key}" belongs to {owner}.{holder.entry.name}, whose setter knows no map of this package')
+            owner = f"{holder.scope.package.schema.name}.{holder.entry.name}"
+            self._fault(f'the key "{prop.key}" belongs to {owner}, whose setter knows no map of this package')

@@ -5,8 +5,8 @@ from __future__ import annotations
 from dataclasses import dataclass
 
 from compiler import defaults, form
-from compiler.plan_files import folder
-from compiler.scope import ClassType, DataType, EnumerationType, PrimitiveType, Scope, Type
+from compiler.files import folder
+from compiler.scope import ClassType, EnumerationType, PrimitiveType, Scope, Type
 
 _PRIMITIVES = {
     "Boolean": "bool",

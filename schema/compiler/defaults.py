@@ -40,7 +40,7 @@ def parse(found: Type, text: str) -> Value:
             raise ValueError(f'default "{text}" is no literal of {found.entry.name}{hint}')
         return text
     if isinstance(found, DataType):
-        raise ValueError(f'a property of the data type {found.entry.name} takes no default; the type has one of its own')
+        raise ValueError(f"a property of the data type {found.entry.name} takes no default; the type has its own")
     if not isinstance(found, PrimitiveType):
         raise ValueError("an owned property takes no default")
     return _primitive(found.name, text)

@@ -100,7 +100,7 @@ class Entry:
         return Entry(node, self._file, self.subject, self._report)
 
     def children(self, key: str, read: Callable[[Entry], T]) -> tuple[T, ...]:
-        """The mappings of a list, each read and closed; none when the key isn't there. Leaves out those with a fault."""
+        """The mappings of a list, each read and closed, but for those with a fault; none when the key isn't there."""
         results: list[T] = []
         for node in self._list(key):
             try:

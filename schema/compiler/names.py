@@ -27,8 +27,9 @@ MACROS = frozenset("NULL EOF NAN INFINITY HUGE_VAL assert errno offsetof stdin s
 
 # What generated code would find in its own scope, or beside it, instead of a schema type of that name.
 HIDING = frozenset(
-    """B R ModelElement ElementImpl Impl Builder BuilderWrapper BuilderBase BuilderImpl Changes Constrainables Handle Level
-    Orchestrator ReflectionPrivateTag Rows Storage builder child id model rows shapes table value values""".split()
+    """B Builder BuilderBase BuilderImpl BuilderWrapper Changes Children CollectionPrivateTag ConcreteBuilder
+    Constrainables Element ElementImpl Given Handle Impl InvalidateCallback Level ModelElement Orchestrator R
+    ReflectionPrivateTag Rows Setters Storage builder child id model rows shapes table value values""".split()
 )
 # Operations of every element and builder that an accessor of the same name would hide.
 MEMBER_FUNCTIONS = frozenset(

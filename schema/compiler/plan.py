@@ -7,7 +7,7 @@ from dataclasses import dataclass
 from compiler import cpp, form
 from compiler.names import flat, lower, slot, slots
 from compiler.plan_class import Maps, PlannedClass, bases_first, keyed_maps, native_declarations, plan_class
-from compiler.plan_files import all_header
+from compiler.files import all_header
 from compiler.plan_property import MetaProperty, plan_meta
 from compiler.scope import Scope
 
@@ -246,7 +246,8 @@ def _meta_includes(scope: Scope) -> tuple[str, ...]:
 
 
 def _all_includes(scope: Scope, meta_header: str) -> tuple[str, ...]:
-    found = {meta_header} | {cpp.header_path(scope.package, name) for name in scope.own if name not in scope.enumerations}
+    names = [*scope.classes, *scope.data_types]
+    found = {meta_header, *(cpp.header_path(scope.package, name) for name in names)}
     return tuple(sorted(found | {cpp.header(one) or "" for one in scope.own.values()}))
 
 

@@ -1,4 +1,4 @@
-"""What a name means: the types of a package, with the parts of each class put together, and those of the packages it brings up."""
+"""What a name means: the types of a package and of those that it brings up, with the parts of each class together."""
 
 from __future__ import annotations
 
@@ -53,7 +53,7 @@ class ClassType:
 
     @property
     def properties(self) -> list[form.Property]:
-        """The own properties of all parts by index, a derived one right after its source; those without a place last."""
+        """The own properties of all parts by index, a derived one right after its source; misplaced ones last."""
         found = [p for part in self.parts for p in part.properties]
         indices = {p.name: p.index for p in found}
 
@@ -115,7 +115,7 @@ class Scope:
         return self.foreign[package].own.get(last) if package in self.foreign else None
 
     def base_of(self, cls: ClassType) -> ClassType | None:
-        """The superclass among the classes of any schema. None for a plain element and for a base that isn't a class."""
+        """The superclass. None for a plain element, and for a base that isn't there or isn't a class."""
         base = cls.entry.base
         found = None if base is None else cls.scope.find(base)
         return found if isinstance(found, ClassType) else None

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import difflib
 import os
+import re
 import uuid
 from pathlib import Path
 from typing import TYPE_CHECKING
@@ -26,41 +27,52 @@ def test_reproduces_the_exemplar_byte_for_byte(workshop: Workshop) -> None:
         assert got == want, "\n".join(difflib.unified_diff(want.splitlines(), got.splitlines(), name, "written", n=1))
 
 
+BENCH = "include/orchard/trees/Bench.h"
+HANDLES = "include/orchard/trees/Handles.h"
+TREE = "include/orchard/trees/Tree.h"
+
 # What the exemplar has no case of: file, and a line that it must have.
 LINES = [
     # A base, a child and an enumeration of another package, with their headers.
-    ("include/orchard/trees/Bench.h", '#include "Garden/RaisedBed.h"'),
-    ("include/orchard/trees/Bench.h", "class ORCHARD_API Bench::Impl : public quay::zero::elements::Level<Bench, Garden::RaisedBed> {"),
-    ("include/orchard/trees/Bench.h", "class Bench::Impl::BuilderBase : public Garden::RaisedBed::Impl::BuilderBase<B> {"),
-    ("include/orchard/trees/Handles.h", '#include "Garden/Handles.h"'),
-    ("include/orchard/trees/Handles.h", "class ORCHARD_API Bench : public quay::zero::elements::Handle<Bench, Garden::RaisedBed> {"),
+    (BENCH, '#include "Garden/RaisedBed.h"'),
+    (
+        BENCH,
+        "class ORCHARD_API Bench::Impl : public quay::zero::elements::Level<Bench, Garden::RaisedBed> {",
+    ),
+    (BENCH, "class Bench::Impl::BuilderBase : public Garden::RaisedBed::Impl::BuilderBase<B> {"),
+    (HANDLES, '#include "Garden/Handles.h"'),
+    (
+        HANDLES,
+        "class ORCHARD_API Bench : public quay::zero::elements::Handle<Bench, Garden::RaisedBed> {",
+    ),
     ("include/orchard/trees/Orchard.h", "  quay::zero::ElementSequence<Garden::Bed> beds_{this, 2};"),
     ("src/Orchard.cpp", '#include "Garden/Bed.h"'),
-    ("include/orchard/trees/Tree.h", '#include "Garden/Enumerations.h"'),
-    ("include/orchard/trees/Tree.h", "  Garden::Soil ground_ = Garden::Soil::Loam;"),
+    (TREE, '#include "Garden/Enumerations.h"'),
+    (TREE, "  Garden::Soil ground_ = Garden::Soil::Loam;"),
     ("src/MetaPackageOrchard.cpp", "        MetaPackageGarden::getInstance();"),
     ("src/MetaPackageOrchard.cpp", '#include "Garden/MetaPackageGarden.h"'),
     # Values: a data type by reference, the lowest int, text with quotes and umlauts, names that C++ has for itself.
-    ("include/orchard/trees/Tree.h", '#include "orchard/trees/Position.h"'),
-    ("include/orchard/trees/Tree.h", "  Position const& getPosition() const { return position_; }"),
-    ("include/orchard/trees/Tree.h", "  Position position_;"),
-    ("include/orchard/trees/Tree.h", "  int number_ = -2147483647 - 1;"),
-    ("include/orchard/trees/Tree.h", '  std::u16string default_ = u"a \\"b\\" \\u00e4";'),
-    ("include/orchard/trees/Bench.h", "  unsigned long seats_ = 2ul;"),
+    (TREE, '#include "orchard/trees/Position.h"'),
+    (TREE, "  Position const& getPosition() const { return position_; }"),
+    (TREE, "  Position position_;"),
+    (TREE, "  int number_ = -2147483647 - 1;"),
+    (TREE, '  std::u16string default_ = u"a \\"b\\" \\u00e4";'),
+    (BENCH, "  unsigned long seats_ = 2ul;"),
     ("src/Tree.cpp", "  static constexpr shapes::Single<std::u16string> default_{5, &Impl::default_};"),
     ("src/Tree.cpp", "  static constexpr shapes::Single<harvest> harvest_{3, &Impl::harvest_};"),
     # One key of two maps, one of which has it by inheritance and takes equal keys.
     (
         "src/Tree.cpp",
-        "  static constexpr shapes::KeyedMap numberMaps[] = {{&Nursery::classTable, 1, false}, {&Orchard::classTable, 1, true}};",
+        "  static constexpr shapes::KeyedMap numberMaps[] = "
+        "{{&Nursery::classTable, 1, false}, {&Orchard::classTable, 1, true}};",
     ),
     # Operations, with the environment's types declared.
-    ("include/orchard/trees/Handles.h", "namespace VWTypeSys { class DataTypeTable; }"),
+    (HANDLES, "namespace VWTypeSys { class DataTypeTable; }"),
     (
-        "include/orchard/trees/Handles.h",
+        HANDLES,
         "  static Tree plant(quay::zero::Model const& model, VWTypeSys::DataTypeTable* table, Position const& where);",
     ),
-    ("include/orchard/trees/Handles.h", "  static int count(VWBlock* block);"),
+    (HANDLES, "  static int count(VWBlock* block);"),
     # The namespaces of types and meta package, and the order of the meta package's table.
     ("include/orchard/trees/MetaPackageOrchard.h", "namespace orchard {"),
     ("include/orchard/trees/MetaPackageOrchard.h", "  quay::zero::meta::Package orchard_trees;"),
@@ -74,13 +86,13 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
     missing = [(file, line) for file, line in LINES if line not in written[file].splitlines()]
     assert missing == []
 
-    slots = [line.split()[1] for line in written["include/orchard/trees/MetaPackageOrchard.h"].splitlines() if line.startswith("  quay::")]
-    start = slots.index("Tree;")
-    assert slots[start:] == [
-        *("Tree;", "Tree_number;", "Tree_position;", "Tree_harvest;", "Tree_ground;", "Tree_Default;"),
-        *("Tree_plant;", "Tree_plant_model;", "Tree_plant_table;", "Tree_plant_where;", "Tree_count;", "Tree_count_block;"),
-        *("harvest;", "harvest_Early;", "harvest_Late;"),
-    ]
+    header = written["include/orchard/trees/MetaPackageOrchard.h"]
+    slots = re.findall(r"^  quay::zero::meta::\w+ (\w+);$", header, re.MULTILINE)
+    tree = ["Tree", "Tree_number", "Tree_position", "Tree_harvest", "Tree_ground", "Tree_Default"]
+    plant = ["Tree_plant", "Tree_plant_model", "Tree_plant_table", "Tree_plant_where"]
+    count = ["Tree_count", "Tree_count_block"]
+    assert slots[slots.index("Tree") :] == [*tree, *plant, *count, "harvest", "harvest_Early", "harvest_Late"]
+
     declaration = written["src/MetaPackageOrchard.cpp"]
     assert '{u"seats", declare::Shape::Single, u"UInteger64", 14, u"2", nullptr, ' in declaration
     assert '{u"trees", declare::Shape::MapOwned, u"Tree", 1, nullptr, u"number", ' in declaration
@@ -90,8 +102,9 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
 
 def test_puts_bases_before_derived_handles(workshop: Workshop) -> None:
     assert workshop.run().code == 0
-    text = workshop.files()["include/orchard/trees/Handles.h"]
-    assert text.index("\nclass Apple;") < text.index("\nclass Tree;") < text.index("API Tree :") < text.index("API Apple :")
+    text = workshop.files()[HANDLES]
+    places = [text.index(words) for words in ("\nclass Apple;", "\nclass Tree;", "API Tree :", "API Apple :")]
+    assert places == sorted(places)
 
 
 @pytest.mark.parametrize("package", ["exemplar", "orchard"])
@@ -120,8 +133,9 @@ def test_rewrites_only_what_changed_and_removes_what_is_gone(workshop: Workshop)
     assert workshop.run().code == 0
 
     written = {name for name in workshop.files() if (workshop.out / name).stat().st_mtime != old}
-    headers = {f"include/orchard/trees/{name}.h" for name in ("Bench", "Handles", "MetaPackageOrchard", "Nursery", "Pear", "trees")}
-    assert written == headers | {f"src/{name}.cpp" for name in ("MetaPackageOrchard", "Nursery", "Pear")}
+    headers = ("Bench", "Handles", "MetaPackageOrchard", "Nursery", "Pear", "trees")
+    sources = ("MetaPackageOrchard", "Nursery", "Pear")
+    assert written == {f"include/orchard/trees/{n}.h" for n in headers} | {f"src/{n}.cpp" for n in sources}
     left = set(workshop.files())
     assert "src/plant.cpp" in left
     assert not {"src/Apple.cpp", "include/orchard/trees/Apple.h"} & left

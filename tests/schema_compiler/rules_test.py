@@ -28,7 +28,12 @@ TYPES: dict[str, Case] = {
         "type: Soil",
         ['Tree.ground: unknown type "Soil"; did you mean "Garden.Soil"?'],
     ),
-    "of a package that isn't brought up": (TREES, "type: Garden.Soil", "type: Park.Way", ['Tree.ground: unknown type "Park.Way"']),
+    "of a package that isn't brought up": (
+        TREES,
+        "type: Garden.Soil",
+        "type: Park.Way",
+        ['Tree.ground: unknown type "Park.Way"'],
+    ),
     "unknown shape": (
         GARDEN,
         "shape: optional",
@@ -125,7 +130,10 @@ TYPES: dict[str, Case] = {
 NAMES: dict[str, Case] = {
     "class twice": one_more_class("Frame", "Frame: the name is already that of another type (...)"),
     "class of an enumeration's name": one_more_class("Soil", "Soil: the name is already that of another type (...)"),
-    "types that differ in case": one_more_class("frame", "frame: differs from Frame (...) only in its first letter's case"),
+    "types that differ in case": one_more_class(
+        "frame",
+        "frame: differs from Frame (...) only in its first letter's case",
+    ),
     "keyword": one_more_class("union", 'union: "union" can\'t be used as a name in C++'),
     "primitive type": one_more_class("String", "String: String is the name of something that generated code needs"),
     "member type": one_more_class("Builder", "Builder: Builder is the name of something that generated code needs"),
@@ -134,7 +142,10 @@ NAMES: dict[str, Case] = {
         "Bed_label",
         "Bed_label: collides with Bed.label (...): both would be the meta package's member Bed_label",
     ),
-    "function of the meta package": one_more_class("initialize", "initialize: the meta package has another member initialize"),
+    "function of the meta package": one_more_class(
+        "initialize",
+        "initialize: the meta package has another member initialize",
+    ),
     "literal twice": (GARDEN, "name: Sand", "name: Loam", ["Soil.Loam: the name is given twice (first ...)"]),
     "macro": (GARDEN, "name: Sand", "name: NAN", ['Soil.NAN: "NAN" can\'t be used as a name in C++']),
     "property twice": (
@@ -173,8 +184,18 @@ NAMES: dict[str, Case] = {
         "name: model",
         ["RaisedBed.model: its accessor getModel would hide one that every element has"],
     ),
-    "member of every handle": (GARDEN, "name: legs", "name: Cast", ["RaisedBed.Cast: every handle has another member cast"]),
-    "two underscores": (GARDEN, "name: legs", "name: le__gs", ['RaisedBed.le__gs: "le__gs" can\'t be used as a name in C++']),
+    "member of every handle": (
+        GARDEN,
+        "name: legs",
+        "name: Cast",
+        ["RaisedBed.Cast: every handle has another member cast"],
+    ),
+    "two underscores": (
+        GARDEN,
+        "name: legs",
+        "name: le__gs",
+        ['RaisedBed.le__gs: "le__gs" can\'t be used as a name in C++'],
+    ),
     "operation of a property's name": (
         TREES,
         "name: count",
@@ -188,7 +209,12 @@ NAMES: dict[str, Case] = {
         "name: harvest",
         ["Tree.plant.harvest: harvest is the name of a type or namespace"],
     ),
-    "operation of a type's name": (TREES, "name: count", "name: Bench", ["Tree.Bench: Bench is the name of a type or namespace"]),
+    "operation of a type's name": (
+        TREES,
+        "name: count",
+        "name: Bench",
+        ["Tree.Bench: Bench is the name of a type or namespace"],
+    ),
     "script name twice": (
         TREES,
         "  - name: Bench\n",
@@ -321,7 +347,10 @@ INDICES: dict[str, Case] = {
         GARDEN,
         "derives: width",
         "derives: widthInFeet",
-        ['Bed.widthInFeet: derives from "widthInFeet", which is no indexed property of the class; did you mean "width"?'],
+        [
+            'Bed.widthInFeet: derives from "widthInFeet", which is no indexed property of the class; '
+            'did you mean "width"?'
+        ],
     ),
     "derived sequence": (
         GARDEN,
@@ -350,7 +379,12 @@ KEYS: dict[str, Case] = {
         "type: Lane, shape: sequence owned, key: crop,",
         ['Bed.lanes: only a map has a key, and this has the shape "sequence owned"'],
     ),
-    "unknown": (GARDEN, "key: name", "key: nam", ['Bed.plants: the key "nam" is no property of Plant; did you mean "name"?']),
+    "unknown": (
+        GARDEN,
+        "key: name",
+        "key: nam",
+        ['Bed.plants: the key "nam" is no property of Plant; did you mean "name"?'],
+    ),
     "that isn't single": (
         TREES,
         "type: Tree, shape: map owned, key: number",
@@ -404,7 +438,7 @@ DEFAULTS = [
     ("harvest", "Lat", 'default "Lat" is no literal of harvest; did you mean "Late"?'),
     ("Garden.Soil", "Clay", 'default "Clay" is no literal of Soil'),
     ("ZxArray", "", "a ZxArray takes no default; it starts as a null array"),
-    ("Position", "", "a property of the data type Position takes no default; the type has one of its own"),
+    ("Position", "", "a property of the data type Position takes no default; the type has its own"),
 ]
 
 
@@ -445,7 +479,12 @@ def test_tells_every_mistake_of_all_packages_in_one_run_by_place(workshop: Works
         (GARDEN, "type: Lane", "type: Lain", 'Bed.lanes: unknown type "Lain"; did you mean "Lane"?'),
         (GARDEN, "doc: Drains quickly.", 'doc: ""', "Soil.Sand: the doc is missing; say in one line what it is"),
         (GARDEN, 'default: "1.2"', 'default: "wide"', 'Bed.width: default "wide" is not a decimal number'),
-        (TREES, "key: number, id: c", "key: nummer, id: c", 'Orchard.trees: the key "nummer" is no property of Tree; did you mean "number"?'),
+        (
+            TREES,
+            "key: number, id: c",
+            "key: nummer, id: c",
+            'Orchard.trees: the key "nummer" is no property of Tree; did you mean "number"?',
+        ),
     ]
     lines = [(file, workshop.replace(file, old, new), text) for file, old, new, text in changes]
     outcome = workshop.run()

@@ -131,3 +131,5 @@ void MetaPackageGarden::weave_Garden(quay::zero::meta::MetaRegistry* registry,
     quay::zero::meta::PropertySerializerRegistry* serializers) {
   weave(registry, serializers);
 }
+
+quay::zero::meta::Type const& quay::zero::TypeOf<Garden::Soil>::type() { return MetaPackageGarden::getInstance()->Soil; }

@@ -137,9 +137,9 @@ class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay:
 };
 
 /// Makes a new Bed with its values and everything that it owns, in one transaction.
-class GARDEN_API Bed::Builder final : public Bed::Impl::BuilderBase<Bed::Builder> {
+class GARDEN_API Bed::Builder final : public quay::zero::elements::ConcreteBuilder<Bed> {
  public:
-  using BuilderBase::BuilderBase;
+  using ConcreteBuilder::ConcreteBuilder;
 };
 
 }  // namespace Garden

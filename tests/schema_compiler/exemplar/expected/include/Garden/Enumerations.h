@@ -1,6 +1,10 @@
 // Generated from package.yaml and the files that it lists. Changes belong there.
 #pragma once
 
+#include <quay/zero/type_traits.h>
+
+#include "Garden/export.h"
+
 namespace Garden {
 
 /// What a bed is filled with.
@@ -12,3 +16,8 @@ enum class Soil : int {
 };
 
 }  // namespace Garden
+
+template <>
+struct GARDEN_API quay::zero::TypeOf<Garden::Soil> {
+  static quay::zero::meta::Type const& type();
+};

@@ -36,9 +36,9 @@ class RaisedBed::Impl::BuilderBase : public Bed::Impl::BuilderBase<B> {
 };
 
 /// Makes a new RaisedBed with its values and everything that it owns, in one transaction.
-class GARDEN_API RaisedBed::Builder final : public RaisedBed::Impl::BuilderBase<RaisedBed::Builder> {
+class GARDEN_API RaisedBed::Builder final : public quay::zero::elements::ConcreteBuilder<RaisedBed> {
  public:
-  using BuilderBase::BuilderBase;
+  using ConcreteBuilder::ConcreteBuilder;
 };
 
 }  // namespace Garden
