@@ -105,11 +105,11 @@ public:
 
     void add(T const& e) { addElement(e); }
     void insert(std::size_t position, T const& e) { insertElement(position, e); }
-    void insert(const_iterator position, T const& e) { insertElement(position.position_, e); }
+    void insert(const_iterator position, T const& e);
     bool contains(T const& e) const { return containsElement(e); }
     void remove(T const& e) { removeElement(e); }
     void erase(std::size_t position) { eraseAt(position); }
-    void erase(const_iterator position) { eraseAt(position.position_); }
+    void erase(const_iterator position);
     void set(std::size_t position, T const& e) { replaceAt(position, e); }
 
     /// No check of the position.
@@ -170,5 +170,15 @@ private:
     ElementSequence const* sequence_ = nullptr;
     std::size_t position_ = 0;
 };
+
+template <class T>
+void ElementSequence<T>::insert(const_iterator position, T const& e) {
+    insertElement(position.position_, e);
+}
+
+template <class T>
+void ElementSequence<T>::erase(const_iterator position) {
+    eraseAt(position.position_);
+}
 
 }  // namespace quay::zero

@@ -1,6 +1,7 @@
 // A derived property: computed by accessors of its own, without a field, an index or a default.
 #pragma once
 
+#include <quay/zero/elements/key.h>
 #include <quay/zero/model_element.h>
 #include <quay/zero/property_row.h>
 #include <quay/zero/value.h>
@@ -10,30 +11,24 @@
 namespace quay::zero::elements {
 
 /// Always present. Writing it writes what it derives from, and that is the change which is recorded.
-template <class T>
+template <auto Getter, auto Setter>
 class Derived final : public PropertyRow {
+    using X = typename detail::GetterOf<decltype(Getter)>::Class;
+    using T = std::decay_t<typename detail::GetterOf<decltype(Getter)>::Key>;
+
 public:
     using Element = ModelElement::Impl;
-    using Parameter = std::conditional_t<std::is_scalar_v<T>, T, T const&>;
 
-    template <class X>
-    constexpr Derived(T (X::*getter)() const, void (X::*setter)(Parameter)) noexcept
-        : PropertyRow(0, RowKind::Derived),
-          getter_(static_cast<T (Element::*)() const>(getter)),
-          setter_(static_cast<void (Element::*)(Parameter)>(setter)) {}
+    constexpr Derived() noexcept : PropertyRow(0, RowKind::Derived) {}
 
     bool has(Element const& /*e*/) const override { return true; }
     Value get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& /*tag*/) const override {
-        return Value::createPrimitiveValue(property, (e.*getter_)());
+        return Value::createPrimitiveValue(property, (static_cast<X const&>(e).*Getter)());
     }
     void set(Element& e, meta::Property const& /*property*/, Value const& value,
              ReflectionPrivateTag const& /*tag*/) const override {
-        (e.*setter_)(value.getValue<T>());
+        (static_cast<X&>(e).*Setter)(value.getValue<T>());
     }
-
-private:
-    T (Element::*getter_)() const;
-    void (Element::*setter_)(Parameter);
 };
 
 }  // namespace quay::zero::elements

@@ -11,6 +11,8 @@ namespace quay::zero::elements {
 template <class X, class Base>
 class Level : public Base::Impl {
 public:
+    Level(Model const& model, boost::uuids::uuid const& id) : Base::Impl(model, id) {}
+
     meta::Class const& getMetaClass() const override { return X::metaClass(); }
     ClassTable const& classTable() const override { return X::classTable(); }
 
@@ -20,8 +22,6 @@ public:
     }
 
 protected:
-    Level(Model const& model, boost::uuids::uuid const& id) : Base::Impl(model, id) {}
-
     /// A collection of children as it is handed out: never that of a proxy, and a map's proxies are resolved first.
     template <class C>
     C const* readable(C const& collection) const {

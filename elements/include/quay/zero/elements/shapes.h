@@ -1,10 +1,11 @@
-// Every shape of property.
+// Every shape of property: what the source of a generated class needs.
 #pragma once
 
 #include <quay/zero/elements/derived.h>
 #include <quay/zero/elements/map_owned.h>
 #include <quay/zero/elements/multimap_owned.h>
 #include <quay/zero/elements/optional.h>
+#include <quay/zero/elements/pattern.h>
 #include <quay/zero/elements/sequence.h>
 #include <quay/zero/elements/sequence_owned.h>
 #include <quay/zero/elements/set.h>
