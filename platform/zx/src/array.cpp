@@ -129,6 +129,10 @@ void zxSetDimensions(zxArray* array, std::span<std::size_t const> dimensions) {
     if (shape.count() != written.shape.count()) {
         throw std::invalid_argument("another shape must have as many elements");
     }
+    auto* const based = std::get_if<zx::Based>(&written.content);
+    if (based != nullptr && based->underlying != nullptr) {
+        zxSetDimensions(based->underlying.get(), dimensions);
+    }
     zx::touch(written);
     written.shape = std::move(shape);
 }
