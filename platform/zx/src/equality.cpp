@@ -68,7 +68,8 @@ bool equalButForElements(zxArray const& left, zxArray const& right, zxNanRule na
     }
     if (left.content.index() != right.content.index()) {
         // No objects of a class are no objects of it, whatever they would be made of.
-        return left.shape.count() == 0 && zxIsObject(&left) && zxIsClass(&right, zxGetClassName(&left));
+        return left.shape.count() == 0 && zxIsObject(&left) && zxIsObject(&right) &&
+               zxIsClass(&right, zxGetClassName(&left));
     }
     return std::visit(Compare{right, nans, pending}, left.content);
 }
