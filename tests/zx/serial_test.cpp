@@ -60,13 +60,16 @@ TEST(Serial, ChangesWithEveryWriteAtAnyDepth) {
     for (Case const& c : cases) {
         SCOPED_TRACE(c.name);
         zx::Array const former = zx::copy(c.array.get());
-        quay::zero::ArrayHolder const holder(c.array.get());
-        std::uint64_t const serial = zx::serialOf(c.array.get());
-        ASSERT_TRUE(holder.isSameAs(c.array.get()));
-        c.write(c.array.get());
-        EXPECT_NE(zx::serialOf(c.array.get()), serial);
-        EXPECT_FALSE(holder.isSameAs(c.array.get()));
-        EXPECT_TRUE(zxIsEqual(holder.get(), former.get()));
+        zx::Array const copied = zx::copy(c.array.get());
+        for (zxArray* const array : {c.array.get(), copied.get()}) {
+            quay::zero::ArrayHolder const holder(array);
+            std::uint64_t const serial = zx::serialOf(array);
+            ASSERT_TRUE(holder.isSameAs(array));
+            c.write(array);
+            EXPECT_NE(zx::serialOf(array), serial);
+            EXPECT_FALSE(holder.isSameAs(array));
+            EXPECT_TRUE(zxIsEqual(holder.get(), former.get()));
+        }
     }
 }
 
