@@ -52,6 +52,10 @@ struct ClassNameOf {
     std::string_view operator()(zx::Natives const& natives) const { return natives.className(); }
 };
 
+zx::Plain const* plainOf(zxArray const* array) {
+    return array != nullptr ? std::get_if<zx::Plain>(&array->content) : nullptr;
+}
+
 std::atomic<zx::DerivesFrom*> classHierarchy{nullptr};
 
 }  // namespace
@@ -86,15 +90,18 @@ zx::DerivesFrom* zx::setClassHierarchy(DerivesFrom* derivesFrom) noexcept {
 }
 
 bool zxIsNumeric(zxArray const* array) noexcept {
-    return zx::holds<zx::Plain>(array) && zx::isNumberClass(std::get<zx::Plain>(array->content).classCode());
+    zx::Plain const* const plain = plainOf(array);
+    return plain != nullptr && zx::isNumberClass(plain->classCode());
 }
 
 bool zxIsLogical(zxArray const* array) noexcept {
-    return zx::holds<zx::Plain>(array) && std::get<zx::Plain>(array->content).classCode() == zxLogicalClass;
+    zx::Plain const* const plain = plainOf(array);
+    return plain != nullptr && plain->classCode() == zxLogicalClass;
 }
 
 bool zxIsChar(zxArray const* array) noexcept {
-    return zx::holds<zx::Plain>(array) && std::get<zx::Plain>(array->content).classCode() == zxCharClass;
+    zx::Plain const* const plain = plainOf(array);
+    return plain != nullptr && plain->classCode() == zxCharClass;
 }
 
 bool zxIsCell(zxArray const* array) noexcept { return zx::holds<zx::Cells>(array); }
@@ -102,11 +109,12 @@ bool zxIsCell(zxArray const* array) noexcept { return zx::holds<zx::Cells>(array
 bool zxIsStruct(zxArray const* array) noexcept { return zx::holds<zx::Structs>(array); }
 
 bool zxIsObject(zxArray const* array) noexcept {
-    return array != nullptr && (std::visit(ClassOf(), array->content) & zxObjectFlag) != 0;
+    return zx::holds<zx::Texts>(array) || zx::holds<zx::Based>(array) || zx::holds<zx::Natives>(array);
 }
 
 bool zxIsComplex(zxArray const* array) noexcept {
-    return zx::holds<zx::Plain>(array) && std::get<zx::Plain>(array->content).isComplex();
+    zx::Plain const* const plain = plainOf(array);
+    return plain != nullptr && plain->isComplex();
 }
 
 bool zxIsEmpty(zxArray const* array) noexcept { return zxGetNumberOfElements(array) == 0; }
@@ -128,6 +136,10 @@ void zxSetDimensions(zxArray* array, std::span<std::size_t const> dimensions) {
     zx::Shape shape(dimensions);
     if (shape.count() != written.shape.count()) {
         throw std::invalid_argument("another shape must have as many elements");
+    }
+    auto* const based = std::get_if<zx::Based>(&written.content);
+    if (based != nullptr && based->underlying != nullptr) {
+        zxSetDimensions(based->underlying.get(), dimensions);
     }
     zx::touch(written);
     written.shape = std::move(shape);

@@ -63,9 +63,14 @@ void forEachElement(zxArray& array, Visit visit) {
 /// Notes that `array` is written, which every array does too that it stands in.
 void touch(zxArray& array) noexcept;
 
-/// Puts `value`, which may be null, in the place of `element` in `owner`. Throws std::invalid_argument if it
-/// stands in an array already, or has `owner` in itself.
+/// Throws std::invalid_argument if `value`, which may be null, stands in an array already or has `owner` in
+/// itself.
+void checkPut(zxArray const& owner, zxArray const* value);
+/// Puts `value`, which must pass checkPut, in the place of `element` in `owner`.
 void put(zxArray& owner, Array& element, zxArray* value);
+
+/// The element itself; if it wasn't set, it is an array of its own from now on.
+zxArray& getForWriting(zxArray& owner, Array& element);
 
 /// Takes an element out of the array that it stands in, to be released.
 void drop(Array& element) noexcept;

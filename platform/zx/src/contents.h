@@ -5,6 +5,7 @@
 #include <zx/array.h>
 #include <zx/objects.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,8 @@ struct Structs {
         std::vector<Array> values;  // one for each element
     };
 
+    std::optional<std::size_t> find(std::string_view name) const;
+
     std::vector<Field> fields;
 };
 
@@ -33,8 +36,10 @@ struct Texts {
     std::vector<std::u16string> elements;
 };
 
-/// Objects that are based on the elements of a plain array, or no objects at all.
+/// Objects that are based on the elements of a plain array of the same shape, or no objects at all.
 struct Based {
+    explicit Based(std::string name) : className(std::move(name)) {}
+
     std::string className;
     Array underlying;
 };

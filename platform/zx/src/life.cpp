@@ -24,11 +24,7 @@ Array copyWithoutElements(zxArray const& source) {
             return copy;
         }
         Array operator()(Texts const& texts) const { return make<Texts>(shape, texts); }
-        Array operator()(Based const& based) const {
-            Array copy = make<Based>(shape);
-            std::get<Based>(copy->content).className = based.className;
-            return copy;
-        }
+        Array operator()(Based const& based) const { return make<Based>(shape, based.className); }
         Array operator()(Natives const& natives) const { return make<Natives>(shape, natives); }
     };
     return std::visit(Copy{source.shape}, source.content);

@@ -13,7 +13,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -53,6 +52,9 @@ QUAY_ZERO_API void zxDestroyArray(zxArray* array) noexcept;
 
 /// A deep copy; null gives null. Native objects are copied by their own operation.
 QUAY_ZERO_API zxArray* zxDuplicateArray(zxArray const* array);
+
+/// A 1 by 1 array of the same class with a deep copy of one element.
+QUAY_ZERO_API zxArray* zxDuplicateElement(zxArray const* array, std::size_t index);
 
 /// Whether two arrays have the same class, shape and contents, at all depths. Structs may have their fields
 /// in different orders. Zeros of both signs are equal; objects compare as their class says. Null equals only

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <zx/array.h>
+#include <zx/containers.h>
+#include <zx/error.h>
 #include <zx/objects.h>
 #include <zx/property_array.h>
+#include <zx/text.h>
 #include <zx/values.h>
