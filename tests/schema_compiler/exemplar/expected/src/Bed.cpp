@@ -27,7 +27,7 @@ struct Bed::Impl::Rows {
   static constexpr shapes::SetOwned<Support> supports{10, &Impl::supports_};
   static constexpr shapes::MapOwned<std::u16string, Plant> plants{11, &Impl::plants_, shapes::key<&Plant::Impl::getName>};
   static constexpr shapes::MultimapOwned<int, Visitor> visitors{12, &Impl::visitors_, shapes::key<&Visitor::Impl::getWeek>};
-  static constexpr shapes::Derived<&Impl::getWidthInFeet, &Impl::setWidthInFeet> widthInFeet;
+  static constexpr shapes::Derived<&Impl::getWidthInFeet, &Impl::setWidthInFeet> widthInFeet{};
 };
 
 quay::zero::meta::Class const& Bed::metaClass() { return MetaPackageGarden::getInstance()->Bed; }
