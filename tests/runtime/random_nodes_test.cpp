@@ -22,7 +22,7 @@ enum class Kind : std::uint8_t {
     SetText, SetNumber, SetCount, SetRank, SetBox, SetNote,
     PushNumber, InsertNumber, EraseNumber, ReplaceNumber, AssignNumbers, ClearNumbers, InsertTag, EraseTag, ClearTags,
     AddChild, InsertChild, ReplaceChild, EraseChild, RemoveChild, ClearChildren,
-    InsertKeyed, RemoveKeyed, ClearKeyed,
+    InsertKeyed, RemoveKeyed, ClearKeyed, PutBack,
     Begin, BeginSystem, Commit, Rollback, CommitOuter, RollbackOuter, Undo, Redo, Limit, Find, Hold, LetGo
 };
 
@@ -40,7 +40,7 @@ std::ostream& operator<<(std::ostream& out, Operation const& o) {
         "PushNumber", "InsertNumber", "EraseNumber", "ReplaceNumber", "AssignNumbers", "ClearNumbers", "InsertTag",
         "EraseTag", "ClearTags",
         "AddChild", "InsertChild", "ReplaceChild", "EraseChild", "RemoveChild", "ClearChildren",
-        "InsertKeyed", "RemoveKeyed", "ClearKeyed",
+        "InsertKeyed", "RemoveKeyed", "ClearKeyed", "PutBack",
         "Begin", "BeginSystem", "Commit", "Rollback", "CommitOuter", "RollbackOuter", "Undo", "Redo", "Limit", "Find",
         "Hold", "LetGo"};
     return out << names[static_cast<int>(o.kind)] << "(" << int{o.a} << ", " << int{o.b} << ", " << int{o.c} << ")";
@@ -112,17 +112,18 @@ private:
     void hear(ChangeSet const& changes) {
         std::map<int, std::string> created, destroyed;
         std::map<std::pair<int, int>, std::string> changed;
+        // An id may have gone to a new element within the transaction.
+        for (auto const& e : changes.destroyed()) {
+            int const n = numberOfDead(e);
+            destroyed[n] = " " + names_.of(e->uuid());
+            good_ = good_ && !e && shadow_.erase(e->uuid()) == 1;
+        }
         for (auto const& e : changes.created()) {
             nameDrawn(e);
             int const n = numberOf(e->uuid());
             created[n] = " " + names_.of(e->uuid());
             good_ = good_ && bool(e) && !shadow_.contains(e->uuid());
             shadow_[e->uuid()] = textsOf(*e.impl());
-        }
-        for (auto const& e : changes.destroyed()) {
-            int const n = numberOfDead(e);
-            destroyed[n] = " " + names_.of(e->uuid());
-            good_ = good_ && !e && shadow_.erase(e->uuid()) == 1;
         }
         for (auto const& change : changes.changed()) {
             auto const& e = change.element();
@@ -136,8 +137,9 @@ private:
                 // Members that died meanwhile are marked in the old value as it is told.
                 std::string unmarked = before;
                 std::erase(unmarked, '+');
+                if (unmarked == "-0") unmarked = "0";
                 good_ = good_ && shadow_[e->uuid()][index] == unmarked;
-                shadow_[e->uuid()][index] = after;
+                shadow_[e->uuid()][index] = after == "-0" ? "0" : after;
             }
         }
         std::string text = "created";
@@ -153,6 +155,7 @@ private:
         bool const special = e.classTable().conformsTo(Special::classTable());
         Texts texts;
         for (int i = 1; i <= (special ? kParts : kByNumber); ++i) texts[i] = show(e, static_cast<std::size_t>(i), names_);
+        if (texts[kNumber] == "-0") texts[kNumber] = "0";  // equal, so going from one to the other isn't told
         return texts;
     }
     Shadow allTexts() const {
@@ -336,6 +339,7 @@ private:
                 if (!reference_.at(n).special) return;
                 reference_.set(n, kNote, &Reference::Node::note, std::to_string(small));
                 return Special::cast(node(n))->setNote(std::to_string(small));
+            case Kind::PutBack: return putBack(o, n);
             case Kind::AddChild:
             case Kind::InsertChild:
             case Kind::ReplaceChild:
@@ -375,6 +379,27 @@ private:
             case Kind::RemoveChild: reference_.removeChild(n, index, other); return s.remove(node(other));
             default: reference_.clearMembers(n, index); return s.clear();
         }
+    }
+
+    /// What a node is in, it leaves and enters again in one transaction; or a tag does.
+    void putBack(Operation const& o, int n) {
+        int const owner = reference_.at(n).container;
+        reference_.begin(false);
+        Transaction transaction = model_->beginTransaction(false);
+        if (owner < 0) {
+            stepOnValues({Kind::EraseTag, o.a, o.b, o.c}, n);
+            stepOnValues({Kind::InsertTag, o.a, o.b, o.c}, n);
+        } else {
+            auto const index = static_cast<Index>(reference_.at(n).property);
+            auto const there = std::find(reference_.order().begin(), reference_.order().end(), n);
+            auto const other = static_cast<std::uint8_t>(there - reference_.order().begin());
+            bool const sequence = index == kChildren || index == kParts;
+            auto const c = static_cast<std::uint8_t>(sequence ? index == kParts : index - kByName);
+            stepOnNode({sequence ? Kind::RemoveChild : Kind::RemoveKeyed, o.a, other, c}, owner);
+            stepOnNode({sequence ? Kind::AddChild : Kind::InsertKeyed, o.a, other, c}, owner);
+        }
+        reference_.commit();
+        transaction.commit(boost::none);
     }
 
     template <class M>
@@ -476,7 +501,7 @@ struct Arbitrary<Operation> {
                                               {3, K::InsertTag}, {2, K::EraseTag}, {1, K::ClearTags},
                                               {8, K::AddChild}, {4, K::InsertChild}, {4, K::ReplaceChild},
                                               {3, K::EraseChild}, {3, K::RemoveChild}, {2, K::ClearChildren},
-                                              {10, K::InsertKeyed}, {4, K::RemoveKeyed}, {2, K::ClearKeyed},
+                                              {10, K::InsertKeyed}, {4, K::RemoveKeyed}, {2, K::ClearKeyed}, {4, K::PutBack},
                                               {10, K::Begin}, {1, K::BeginSystem}, {6, K::Commit}, {3, K::Rollback},
                                               {1, K::CommitOuter}, {1, K::RollbackOuter}, {6, K::Undo}, {4, K::Redo},
                                               {1, K::Limit}, {4, K::Find}, {2, K::Hold}, {1, K::LetGo}})),
