@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace quay::zero {
 
@@ -67,12 +68,12 @@ ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) : 
 ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created,
                      std::vector<ModelElement> destroyed)
     : model_(model), log_(log), created_(std::move(created)), destroyed_(std::move(destroyed)) {
-    // What came and went within the transaction is in both lists.
+    // What came and went within the transaction is dead and in both lists.
+    std::unordered_set<ModelElement::Impl const*> revived;
+    for (ModelElement const& e : created_) revived.insert(e.impl());
     std::erase_if(created_, [](ModelElement const& e) { return !e; });
-    std::erase_if(destroyed_, [](ModelElement const& e) { return bool(e); });
-    collect([&](ModelElement::Impl const& e) {
-        return std::any_of(created_.begin(), created_.end(), [&](ModelElement const& c) { return c.impl() == &e; });
-    });
+    std::erase_if(destroyed_, [&](ModelElement const& e) { return revived.contains(e.impl()); });
+    collect([&](ModelElement::Impl const& e) { return revived.contains(&e); });
 }
 
 template <class IsNew>

@@ -177,6 +177,7 @@ void ModelImpl::tell(ChangeSet const& changes) noexcept {
 }
 
 void ModelImpl::enableHistory(std::size_t limit) {
+    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());  // what is being told may lie in it
     auto history = limit == 0 ? nullptr : std::make_unique<History>(limit);
     if (history && history_) history->takeOver(*history_);
     history_ = std::move(history);

@@ -194,6 +194,9 @@ void ModelImpl::commitOutermost() {
         changes.reset();
         return;
     }
+    // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
+    // left and came again has another one: so the former ones come back.
+    if (heard && history_ && changes->empty()) exchangeSteps(log_, 0);
     changes.reset();
     finish(keep, system);
 }

@@ -126,10 +126,10 @@ private:
     bool unique_;
 };
 
-extern template class KeyedCore<std::u16string>;
-extern template class KeyedCore<std::string>;
-extern template class KeyedCore<int>;
-extern template class KeyedCore<double>;
+extern template class QUAY_ZERO_API KeyedCore<std::u16string>;
+extern template class QUAY_ZERO_API KeyedCore<std::string>;
+extern template class QUAY_ZERO_API KeyedCore<int>;
+extern template class QUAY_ZERO_API KeyedCore<double>;
 
 /// Visits the elements of a map in key order.
 template <class K, class T>

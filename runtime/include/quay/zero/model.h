@@ -66,7 +66,8 @@ public:
     Transaction beginTransaction(bool system);
     bool inTransaction() const noexcept { return !levels_.empty(); }
 
-    /// Keeps the last `limit` committed transactions for undo; 0, the state at the start, keeps none and forgets.
+    /// Keeps the last `limit` committed transactions for undo; 0, the state at the start, keeps none and forgets. What
+    /// could be redone is dropped. ListenerMayNotWrite from a listener.
     void enableHistory(std::size_t limit);
     /// Takes the last kept transaction back, or does it again; listeners are told as of any transaction. Answers
     /// whether there was one. TransactionIsOpen inside a transaction.

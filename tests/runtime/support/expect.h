@@ -1,0 +1,34 @@
+// Expectations that several tests share.
+#pragma once
+
+#include <keel/exception.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+/// Whether `f` fails with exactly the message M.
+template <class M, class F>
+testing::AssertionResult failsWith(F&& f) {
+    try {
+        f();
+        return testing::AssertionFailure() << "nothing was thrown";
+    } catch (keel::core::except::Exception<M, std::exception, void> const&) {
+        return testing::AssertionSuccess();
+    } catch (std::exception const& e) {
+        return testing::AssertionFailure() << "thrown was: " << e.what();
+    }
+}
+
+/// Whether `f` throws an E.
+template <class E, class F>
+testing::AssertionResult throws(F&& f) {
+    try {
+        f();
+        return testing::AssertionFailure() << "nothing was thrown";
+    } catch (E const&) {
+        return testing::AssertionSuccess();
+    } catch (std::exception const& e) {
+        return testing::AssertionFailure() << "thrown was: " << e.what();
+    }
+}

@@ -1,0 +1,225 @@
+#include "node.h"
+
+#include <quay/zero/meta/registry.h>
+#include <quay/zero/owned_collection_row.h>
+#include <quay/zero/value_row.h>
+
+#include <mutex>
+
+namespace nodes {
+
+using namespace quay::zero;
+
+namespace {
+
+Value pointingAt(meta::Property const& property, AbstractOwnedCollection const& collection) {
+    return {ValueMeta(property), static_cast<void*>(const_cast<AbstractOwnedCollection*>(&collection))};
+}
+
+template <class T>
+class PlainRow final : public ValueRow<T> {
+public:
+    using ValueRow<T>::ValueRow;
+
+    Value wrap(meta::Property const& property, Cell& old) const override {
+        return Value::createPrimitiveValue<T>(property, old.get<T>());
+    }
+    bool has(ModelElement::Impl const& /*e*/) const override { return true; }
+    Value get(ModelElement::Impl const& e, meta::Property const& property,
+              ReflectionPrivateTag const& /*tag*/) const override {
+        return Value::createPrimitiveValue<T>(property, this->read(e));
+    }
+    void set(ModelElement::Impl& e, meta::Property const& /*property*/, Value const& value,
+             ReflectionPrivateTag const& /*tag*/) const override {
+        this->write(e, value.getValue<T>());
+    }
+};
+
+template <class C>
+class ValuesRow final : public PropertyRow {
+public:
+    template <class X>
+    constexpr ValuesRow(std::uint16_t index, C X::*field) noexcept
+        : PropertyRow(index, RowKind::PrimitiveCollection),
+          field_(static_cast<C ModelElement::Impl::*>(field)) {}
+
+    bool has(ModelElement::Impl const& e) const override { return !(e.*field_).empty(); }
+    Value get(ModelElement::Impl const& e, meta::Property const& property,
+              ReflectionPrivateTag const& /*tag*/) const override {
+        return pointingAt(property, e.*field_);
+    }
+    AbstractOwnedCollection* collection(ModelElement::Impl const& e) const override {
+        return const_cast<C*>(&(e.*field_));
+    }
+
+private:
+    C ModelElement::Impl::*field_;
+};
+
+/// Children in any collection; `Base` is KeyedRow for those with keys.
+template <class C, class Base = PropertyRow>
+class ChildrenRow final : public OwnedCollectionRow<C, Base> {
+public:
+    using OwnedCollectionRow<C, Base>::OwnedCollectionRow;
+
+    Value get(ModelElement::Impl const& e, meta::Property const& property,
+              ReflectionPrivateTag const& /*tag*/) const override {
+        return pointingAt(property, this->of(e));
+    }
+};
+
+std::u16string const& textKey(ModelElement::Impl const& e) { return static_cast<Node::Impl const&>(e).text(); }
+int rankKey(ModelElement::Impl const& e) { return static_cast<Node::Impl const&>(e).rank(); }
+double numberKey(ModelElement::Impl const& e) { return static_cast<Node::Impl const&>(e).number(); }
+
+}  // namespace
+
+struct NodeRows {
+    using Children = ChildrenRow<ElementSequence<Node>>;
+    using ByName = ChildrenRow<ElementMap<std::u16string, Node>, KeyedRow<std::u16string>>;
+    using ByRank = ChildrenRow<ElementMultimap<int, Node>, KeyedRow<int>>;
+    using ByNumber = ChildrenRow<ElementMap<double, Node>, KeyedRow<double>>;
+
+    static constexpr PlainRow<std::u16string> text{kText, &Node::Impl::text_};
+    static constexpr PlainRow<double> number{kNumber, &Node::Impl::number_};
+    static constexpr PlainRow<boost::optional<int>> count{kCount, &Node::Impl::count_};
+    static constexpr PlainRow<int> rank{kRank, &Node::Impl::rank_};
+    static constexpr PlainRow<Box> box{kBox, &Node::Impl::box_};
+    static constexpr ValuesRow<PrimitiveSequence<int>> numbers{kNumbers, &Node::Impl::numbers_};
+    static constexpr ValuesRow<PrimitiveSet<std::u16string>> tags{kTags, &Node::Impl::tags_};
+    static constexpr Children children{kChildren, &Node::Impl::children_, RowKind::ElementCollection};
+    static constexpr ByName byName{kByName, &Node::Impl::byName_, &textKey};
+    static constexpr ByRank byRank{kByRank, &Node::Impl::byRank_, &rankKey};
+    static constexpr ByNumber byNumber{kByNumber, &Node::Impl::byNumber_, &numberKey};
+    static constexpr PropertyRow const* node[] = {&text, &number,   &count,  &rank,   &box,     &numbers,
+                                                  &tags, &children, &byName, &byRank, &byNumber};
+
+    static constexpr PlainRow<std::string> note{kNote, &Special::Impl::note_};
+    static constexpr Children parts{kParts, &Special::Impl::parts_, RowKind::ElementCollection};
+    static constexpr PropertyRow const* special[] = {&note, &parts};
+};
+
+ClassTable const& Node::classTable() {
+    static constexpr ClassTable table{&ModelElement::classTable, kText, NodeRows::node, nullptr, nullptr};
+    return table;
+}
+ClassTable const& Special::classTable() {
+    static constexpr ClassTable table{&Node::classTable, kNote, NodeRows::special, nullptr, nullptr};
+    return table;
+}
+
+meta::Class const& Node::metaClass() { return nodeMeta().node; }
+meta::Class const& Special::metaClass() { return nodeMeta().special; }
+
+// --- Nodes ----------------------------------------------------------------------------------------------------------
+
+std::atomic<int> Node::Impl::living = 0;
+void (*Node::Impl::whenCreated)(Impl&) = nullptr;
+void (*Node::Impl::whenDestroying)(Impl&) = nullptr;
+
+Node::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : ModelElement::Impl(model, id) { ++living; }
+Node::Impl::~Impl() { --living; }
+
+void Node::Impl::aboutToDestroy() {
+    if (whenDestroying != nullptr) whenDestroying(*this);
+}
+void Node::Impl::didCreate() {
+    if (whenCreated != nullptr) whenCreated(*this);
+}
+
+void Node::Impl::setText(std::u16string const& text) { NodeRows::text.write(*this, text); }
+void Node::Impl::setNumber(double number) { NodeRows::number.write(*this, number); }
+void Node::Impl::setCount(boost::optional<int> const& count) { NodeRows::count.write(*this, count); }
+void Node::Impl::setRank(int rank) { NodeRows::rank.write(*this, rank); }
+void Node::Impl::setBox(Box const& box) { NodeRows::box.write(*this, box); }
+void Special::Impl::setNote(std::string const& note) { NodeRows::note.write(*this, note); }
+
+namespace {
+
+template <class X>
+X make(Model const& model, boost::uuids::uuid const& id) {
+    Savepoint savepoint(*model.impl());
+    X const made = X::of(new typename X::Impl(model, id));
+    made->notifyCreated();
+    savepoint.commit();
+    return made;
+}
+
+}  // namespace
+
+Node Node::create(Model const& model, boost::uuids::uuid const& id) { return make<Node>(model, id); }
+Special Special::create(Model const& model, boost::uuids::uuid const& id) { return make<Special>(model, id); }
+
+boost::uuids::uuid idOf(unsigned number) {
+    boost::uuids::uuid id{};
+    for (int i = 0; i < 4; ++i) id.data[15 - i] = static_cast<std::uint8_t>(number >> (8 * i));
+    return id;
+}
+
+// --- Meta objects ---------------------------------------------------------------------------------------------------
+
+namespace {
+
+NodeMeta declareNodes() {
+    using meta::StandardTypes;
+    auto* const registry = meta::MetaRegistry::getInstance();
+    std::lock_guard const lock(registry->mutex());
+    Model::Thawer const thawer = registry->freezer().thaw();
+    Model const& model = registry->model();
+    Transaction transaction = model->beginTransaction(true);
+
+    NodeMeta made;
+    made.package = meta::Package::create(model, {});
+    made.package->setName(u"nodes");
+    auto const addType = [&](auto type, char16_t const* name) {
+        type->setName(name);
+        type->setOwningPackage(made.package);
+        return type;
+    };
+    made.node = addType(meta::Class::create(model, {}), u"Node");
+    made.node->setSuperclass(ModelElement::metaClass());
+    made.special = addType(meta::Class::create(model, {}), u"Special");
+    made.special->setSuperclass(made.node);
+    made.box = addType(meta::DataType::create(model, {}), u"Box");
+
+    made.properties.emplace_back();
+    auto const add = [&](meta::Class const& owner, char16_t const* name, ValueFlags flags, meta::Type const& type) {
+        auto const property = meta::Property::create(model, {});
+        auto const index = static_cast<std::uint16_t>(made.properties.size());
+        property->setName(name);
+        property->setFlags(flags);
+        property->setIsComposite(meta::Class::cast(type).impl() != nullptr);
+        property->setOwningType(owner);
+        property->setType(type);
+        property->setIndex(index);
+        property->setRow((owner == made.node ? Node::classTable() : Special::classTable()).rowAt(index));
+        made.properties.push_back(property);
+    };
+    add(made.node, u"text", ValueFlags::One, StandardTypes::stringMeta);
+    add(made.node, u"number", ValueFlags::One, StandardTypes::realMeta);
+    add(made.node, u"count", ValueFlags::Optional, StandardTypes::integerMeta);
+    add(made.node, u"rank", ValueFlags::One, StandardTypes::integerMeta);
+    add(made.node, u"box", ValueFlags::One, made.box);
+    add(made.node, u"numbers", ValueFlags::Sequence, StandardTypes::integerMeta);
+    add(made.node, u"tags", ValueFlags::Set, StandardTypes::stringMeta);
+    add(made.node, u"children", ValueFlags::Sequence, made.node);
+    add(made.node, u"byName", ValueFlags::Map, made.node);
+    add(made.node, u"byRank", ValueFlags::Multimap, made.node);
+    add(made.node, u"byNumber", ValueFlags::Map, made.node);
+    add(made.special, u"note", ValueFlags::One, StandardTypes::stdstringMeta);
+    add(made.special, u"parts", ValueFlags::Sequence, made.node);
+    made.properties[kByName]->setQualifiedBy(made.properties[kText]);
+    made.properties[kByRank]->setQualifiedBy(made.properties[kRank]);
+    made.properties[kByNumber]->setQualifiedBy(made.properties[kNumber]);
+    transaction.commit(boost::none);
+    return made;
+}
+
+}  // namespace
+
+NodeMeta const& nodeMeta() {
+    static NodeMeta const meta = declareNodes();
+    return meta;
+}
+
+}  // namespace nodes
