@@ -14,6 +14,7 @@ endfunction()
 # What every library here has, whatever makes it up.
 function(set_up_library target)
   target_link_libraries(${target} PRIVATE project_flags)
+  target_compile_features(${target} PUBLIC cxx_std_20)
   link_present(${target} ${ARGN})
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   install(TARGETS ${target} EXPORT vw_modelref_info-targets

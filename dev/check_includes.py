@@ -110,7 +110,8 @@ class House:
         found = []
         for room in sorted(self.grants):
             for file in sorted((self.root / room).rglob("*")):
-                if file.suffix not in (".h", ".cpp"):
+                # What a generator is expected to write isn't written by hand.
+                if file.suffix not in (".h", ".cpp") or "expected" in file.parts:
                     continue
                 text = file.read_text(encoding="utf-8")
                 for match in INCLUDE.finditer(text):

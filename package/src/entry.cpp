@@ -1,7 +1,7 @@
 // How the library comes up when it is loaded, and its entry points.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 
-#include "ModelRefInfoRepo/export.h"
+#include <ModelRefInfoRepo/export.h>
 
 #include <exception>
 

@@ -12,16 +12,12 @@ using namespace quay::zero;
 
 namespace {
 
-Value pointingAt(meta::Property const& property, AbstractOwnedCollection const& collection) {
-    return {ValueMeta(property), static_cast<void*>(const_cast<AbstractOwnedCollection*>(&collection))};
-}
-
 template <class T>
 class PlainRow final : public ValueRow<T> {
 public:
     using ValueRow<T>::ValueRow;
 
-    Value wrap(meta::Property const& property, Cell& old) const override {
+    Value wrap(ModelElement::Impl const& /*e*/, meta::Property const& property, Cell& old) const override {
         return Value::createPrimitiveValue<T>(property, old.get<T>());
     }
     bool has(ModelElement::Impl const& /*e*/) const override { return true; }
@@ -36,18 +32,12 @@ public:
 };
 
 template <class C>
-class ValuesRow final : public PropertyRow {
+class ValuesRow final : public CollectionRow {
 public:
     template <class X>
     constexpr ValuesRow(std::uint16_t index, C X::*field) noexcept
-        : PropertyRow(index, RowKind::PrimitiveCollection),
-          field_(static_cast<C ModelElement::Impl::*>(field)) {}
+        : CollectionRow(index, RowKind::PrimitiveCollection), field_(static_cast<C ModelElement::Impl::*>(field)) {}
 
-    bool has(ModelElement::Impl const& e) const override { return !(e.*field_).empty(); }
-    Value get(ModelElement::Impl const& e, meta::Property const& property,
-              ReflectionPrivateTag const& /*tag*/) const override {
-        return pointingAt(property, e.*field_);
-    }
     AbstractOwnedCollection* collection(ModelElement::Impl const& e) const override {
         return const_cast<C*>(&(e.*field_));
     }
@@ -57,15 +47,10 @@ private:
 };
 
 /// Children in any collection; `Base` is KeyedRow for those with keys.
-template <class C, class Base = PropertyRow>
+template <class C, class Base = CollectionRow>
 class ChildrenRow final : public OwnedCollectionRow<C, Base> {
 public:
     using OwnedCollectionRow<C, Base>::OwnedCollectionRow;
-
-    Value get(ModelElement::Impl const& e, meta::Property const& property,
-              ReflectionPrivateTag const& /*tag*/) const override {
-        return pointingAt(property, this->of(e));
-    }
 };
 
 std::u16string const& textKey(ModelElement::Impl const& e) { return static_cast<Node::Impl const&>(e).text(); }

@@ -3,7 +3,7 @@
 
 #include <quay/zero/structured_value.h>
 
-#include "ModelRefInfoRepo/export.h"
+#include <ModelRefInfoRepo/export.h>
 
 #include <string>
 #include <tuple>

@@ -3,7 +3,7 @@
 
 #include <quay/zero/structured_value.h>
 
-#include "vwexec/mm/sto/export.h"
+#include <vwexec/mm/sto/export.h>
 
 #include <string>
 #include <tuple>
