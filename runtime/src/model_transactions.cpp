@@ -173,30 +173,31 @@ void ModelImpl::commitOutermost() {
     bool const heard = !system && (history_ || listeners_) && !log_.empty();
     std::uint64_t const bornSince = levels_.front().serial;
 
+    // All that can fail comes before anything is final.
     std::unique_ptr<ChangeSet> changes;
-    bool keep = false;
+    bool nothingLeft = true;
     if (heard) {
-        // All that can fail comes before anything is final.
-        changes.reset(new ChangeSet(*this, log_, bornSince));
-        keep = history_ && !changes->empty();
-        if (keep) {
-            for (Step& step : log_.steps) prepareStep(step);
-            history_->reserve();
-        }
+        if (listeners_) changes.reset(new ChangeSet(*this, log_, bornSince));
+        nothingLeft = changes != nullptr ? changes->empty() : ChangeSet::isNothingLeft(*this, log_, bornSince);
+    }
+    bool const keep = history_ && !nothingLeft;
+    if (keep) {
+        for (Step& step : log_.steps) prepareStep(step);
+        history_->reserve();
     }
 
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
     endLevel();
-    if (heard && listeners_ && !changes->empty()) {
+    if (changes != nullptr && !nothingLeft) {
         Model const alive(this);  // a listener may drop the last handle
         tell(*changes);
-        finish(keep, system);
         changes.reset();
+        finish(keep, system);
         return;
     }
     // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
     // left and came again has another one: so the former ones come back.
-    if (heard && history_ && changes->empty()) exchangeSteps(log_, 0);
+    if (heard && history_ && nothingLeft) exchangeSteps(log_, 0);
     changes.reset();
     finish(keep, system);
 }
