@@ -161,12 +161,7 @@ meta::Property ModelElement::Impl::getPropertyByIndex(unsigned long index) const
 }
 
 PropertyRow const* ModelElement::Impl::rowOf(meta::Property const& property) const noexcept {
-    if (property.impl() == nullptr) return nullptr;
-    auto const* const declaring = property->declaringClass();
-    for (auto const* level = getMetaClass().impl(); level != nullptr; level = level->superclass()) {
-        if (level == declaring) return property->row();
-    }
-    return nullptr;
+    return classTable().rowOf(property);
 }
 
 namespace {
