@@ -85,8 +85,11 @@ void ModelElement::Impl::doDestroy(bool a, bool b) {
 void ModelElement::Impl::invalidate() {
     if (m_callback == nullptr) return;
     for (ClassTable const* level = &classTable(); level != nullptr; level = level->base()) {
-        for (PropertyRow const* row : level->rows()) {
-            if (AbstractOwnedCollection* const collection = row->collection(*this)) m_callback(this, collection);
+        // In the order of the fields: collections of values come before those of children.
+        for (RowKind const kind : {RowKind::PrimitiveCollection, RowKind::ElementCollection}) {
+            for (PropertyRow const* row : level->rows()) {
+                if (row->kind() == kind) m_callback(this, row->collection(*this));
+            }
         }
     }
 }
