@@ -297,17 +297,26 @@ bool ModelImpl::replay(bool redo) {
         revived.reserve(most);
         buried.reserve(most);
     }
-    for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
-    exchangeSteps(*log, 0);
-    exchangeLives(*log, 0, listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
-    log->done = !log->done;
-    history_->step(redo);
+    auto const turn = [&](std::vector<ModelElement>* in, std::vector<ModelElement>* out) noexcept {
+        for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
+        exchangeSteps(*log, 0);
+        exchangeLives(*log, 0, in, out);
+        log->done = !log->done;
+    };
+    turn(listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
 
+    Model const alive(this);  // a listener may drop the last handle
+    std::unique_ptr<ChangeSet> changes;
     if (listeners_) {
-        Model const alive(this);
-        ChangeSet const changes(*this, *log, std::move(revived), std::move(buried));
-        if (!changes.empty()) tell(changes);
+        try {
+            changes.reset(new ChangeSet(*this, *log, std::move(revived), std::move(buried)));
+        } catch (...) {
+            turn(nullptr, nullptr);
+            throw;
+        }
     }
+    history_->step(redo);
+    if (changes != nullptr && !changes->empty()) tell(*changes);
     return true;
 }
 
