@@ -298,7 +298,14 @@ bool ModelImpl::replay(bool redo) {
         buried.reserve(most);
     }
     auto const turn = [&](std::vector<ModelElement>* in, std::vector<ModelElement>* out) noexcept {
-        for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
+        // Where an element has two storages, their order matters, so the list turns round as well.
+        Storage* turned = nullptr;
+        while (Storage* const s = log->storages) {
+            s->exchange();
+            log->storages = std::exchange(s->next_, turned);
+            turned = s;
+        }
+        log->storages = turned;
         exchangeSteps(*log, 0);
         exchangeLives(*log, 0, in, out);
         log->done = !log->done;
