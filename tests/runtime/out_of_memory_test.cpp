@@ -250,4 +250,53 @@ TEST(OutOfMemory, UndoesAndRedoesAllOrNothing) {
     EXPECT_GT(failures, 10);
 }
 
+TEST(OutOfMemory, KeepsWhatAnInnerCommitCannotMerge) {
+    Sample s;
+    std::string told;
+    s.model->enableHistory(2);
+    s.model->addListener([&](ChangeSet const& changes) {
+        told.clear();
+        for (auto const& e : changes.changed()) {
+            for (auto const& p : e.properties()) told += show(e.oldValue(p)) + "->" + show(e.newValue(p)) + " ";
+        }
+    });
+    auto const now = [&] {
+        return show(s.root->text()) + show(s.root->count().value_or(0)) + show(s.root->rank()) +
+               show(s.root->box().sides[0]) + show(s.root->number());
+    };
+    std::string const before = now();
+    bool ranOut = false;
+    {
+        Transaction outer = s.model->beginTransaction(false);
+        s.root->setText(u"outer");
+        Transaction inner = s.model->beginTransaction(false);
+        for (int i = 2; i < 4; ++i) {
+            s.root->setText(u"inner");
+            s.root->setCount(i);
+            s.root->setRank(i);
+            s.root->setBox({{1.0 * i}});
+            s.root->setNumber(i);
+        }
+        {
+            MemoryRunsOut const memory(0);
+            inner.commit(boost::none);
+            ranOut = memory.happened();
+        }
+        ASSERT_TRUE(ranOut);
+        s.root->setText(u"later");
+        s.root->setNumber(5);
+        outer.commit(boost::none);
+    }
+    std::string const after = now();
+    EXPECT_EQ(told, "\"\"->\"later\" 0->5 none->3 0->3 0->3 ");
+    for (int i = 0; i < 2; ++i) {
+        s.model->undo();
+        EXPECT_EQ(now(), before);
+        EXPECT_EQ(told, "\"later\"->\"\" 5->0 3->none 3->0 3->0 ");
+        s.model->redo();
+        EXPECT_EQ(now(), after);
+        EXPECT_EQ(told, "\"\"->\"later\" 0->5 none->3 0->3 0->3 ");
+    }
+}
+
 }  // namespace
