@@ -86,7 +86,7 @@ void ModelElement::Impl::invalidate() {
     if (m_callback == nullptr) return;
     for (ClassTable const* level = &classTable(); level != nullptr; level = level->base()) {
         for (PropertyRow const* row : level->rows()) {
-            if (AbstractOwnedCollection* const collection = row->collection(*this)) m_callback(this, collection);
+            if (row->kind() == RowKind::ElementCollection) m_callback(this, row->collection(*this));
         }
     }
 }
