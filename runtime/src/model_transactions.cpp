@@ -298,17 +298,33 @@ bool ModelImpl::replay(bool redo) {
         revived.reserve(most);
         buried.reserve(most);
     }
-    for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
-    exchangeSteps(*log, 0);
-    exchangeLives(*log, 0, listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
-    log->done = !log->done;
-    history_->step(redo);
+    auto const turn = [&](std::vector<ModelElement>* in, std::vector<ModelElement>* out) noexcept {
+        // Where an element has two storages, their order matters, so the list turns round as well.
+        Storage* turned = nullptr;
+        while (Storage* const s = log->storages) {
+            s->exchange();
+            log->storages = std::exchange(s->next_, turned);
+            turned = s;
+        }
+        log->storages = turned;
+        exchangeSteps(*log, 0);
+        exchangeLives(*log, 0, in, out);
+        log->done = !log->done;
+    };
+    turn(listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
 
+    Model const alive(this);  // a listener may drop the last handle
+    std::unique_ptr<ChangeSet> changes;
     if (listeners_) {
-        Model const alive(this);
-        ChangeSet const changes(*this, *log, std::move(revived), std::move(buried));
-        if (!changes.empty()) tell(changes);
+        try {
+            changes.reset(new ChangeSet(*this, *log, std::move(revived), std::move(buried)));
+        } catch (...) {
+            turn(nullptr, nullptr);
+            throw;
+        }
     }
+    history_->step(redo);
+    if (changes != nullptr && !changes->empty()) tell(*changes);
     return true;
 }
 
