@@ -46,13 +46,23 @@ std::vector<std::unique_ptr<ModelElement::Builder>>& ModelElement::Builder::chil
     return place->builders;
 }
 
+void ModelElement::Builder::requireFit(std::uint16_t index, Builder const* child) const {
+    if (child == nullptr) return;
+    auto const wanted = meta::Class::cast(getMetaClass()->getPropertyByIndex(index)->getType());
+    if (child->getMetaClass()->conformsTo(wanted)) return;
+    reportException(quay0::messages::CannotAddIncompatibleTypes(child->getMetaClass()->getQualifiedName(),
+                                                                wanted->getQualifiedName()));
+}
+
 void ModelElement::Builder::giveOneChild(std::uint16_t index, std::unique_ptr<Builder> child) {
+    requireFit(index, child.get());
     auto& builders = childrenAt(index);
     builders.clear();
     if (child != nullptr) builders.push_back(std::move(child));
 }
 
 void ModelElement::Builder::appendOneChild(std::uint16_t index, std::unique_ptr<Builder> child) {
+    requireFit(index, child.get());
     auto& builders = childrenAt(index);
     if (child != nullptr) builders.push_back(std::move(child));
 }

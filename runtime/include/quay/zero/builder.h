@@ -65,6 +65,7 @@ public:
     void dropAllValues(std::uint16_t index) {
         valueAt<std::vector<T>>(index).value.template get<std::vector<T>>().clear();
     }
+    /// CannotAddIncompatibleTypes unless the child is of the property's class; what was given before then stays.
     void giveOneChild(std::uint16_t index, std::unique_ptr<Builder> child);
     void appendOneChild(std::uint16_t index, std::unique_ptr<Builder> child);
     void dropAllChildren(std::uint16_t index);
@@ -94,13 +95,19 @@ private:
         Given& made = values_.back();
         made.drop = nullptr;
         made.index = index;
-        made.value.emplace<T>();
+        try {
+            made.value.emplace<T>();
+        } catch (...) {
+            values_.pop_back();
+            throw;
+        }
         made.drop = [](Cell& cell) { cell.drop<T>(); };
         given_.set(index);
         return made;
     }
     Given* findValue(std::uint16_t index) noexcept;
     std::vector<std::unique_ptr<Builder>>& childrenAt(std::uint16_t index);
+    void requireFit(std::uint16_t index, Builder const* child) const;
     ModelElement doCreate(bool suppressCascade, boost::uuids::uuid const& id);
     ModelElement make(bool suppressCascade, boost::uuids::uuid const& id);
     void cascadeCreation(ModelElement::Impl& element);

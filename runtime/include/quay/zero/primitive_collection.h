@@ -106,11 +106,9 @@ public:
             if (other == nullptr) value.reportIncompatible();
             for (Value const& v : other->getAllValues()) values.insert(values.end(), v.getValue<T>());
         } else if (value.getType() == valueType() && value.getFlags() == ValueFlags::Sequence) {
-            auto const& from = *static_cast<std::vector<T> const*>(value.data());
-            values = Container(from.begin(), from.end());
+            values = contentOf<std::vector<T>>(value);
         } else if (value.getType() == valueType() && value.getFlags() == ValueFlags::Set) {
-            auto const& from = *static_cast<std::set<T> const*>(value.data());
-            values = Container(from.begin(), from.end());
+            values = contentOf<std::set<T>>(value);
         } else {
             value.reportIncompatible();
         }
@@ -141,6 +139,12 @@ protected:
     using AbstractPrimitiveCollection::AbstractPrimitiveCollection;
 
     meta::Type valueType() const { return propertyTypeOr(typeOfValue<T>()); }
+    /// What a value's container holds; nothing if the value has no payload.
+    template <class From>
+    static Container contentOf(Value const& value) {
+        auto const* const from = static_cast<From const*>(value.data());
+        return from == nullptr ? Container() : Container(from->begin(), from->end());
+    }
     void swapContent(Container&& content) {
         if (recording()) {
             auto other = std::make_unique<Container>();
