@@ -214,8 +214,10 @@ TEST(Containment, ServesTheHelpersOfElementCode) {
     ElementImpl::m_callback = [](ElementImpl*, AbstractOwnedCollection* c) { seen.push_back(c); };
     f.root->invalidate();
     ElementImpl::m_callback = nullptr;
-    EXPECT_EQ(seen.size(), 5U) << "every collection of elements, the subclass's own first";
-    EXPECT_EQ(seen.front(), &f.root->parts());
+    ASSERT_EQ(seen.size(), 7U) << "every collection, the subclass's own first, those of values before those of children";
+    EXPECT_EQ(seen[0], &f.root->parts());
+    EXPECT_EQ(seen[1], &f.root->numbers());
+    EXPECT_EQ(seen[3], &f.root->children());
 }
 
 }  // namespace
