@@ -18,9 +18,8 @@ public:
     /// Stands in the count of an object that is being deleted, so that a late addRef can be told apart.
     static constexpr std::uint32_t REFCOUNT_DELETING = 0x8000'0000;
 
-    /// Called by ModelElement::Impl::invalidate with the element and each of its collections of
-    /// elements. A host sets it once, at
-    /// start; it is read without synchronisation.
+    /// Called by ModelElement::Impl::invalidate with the element and each of its collections of elements. A host sets
+    /// it once, at start; it is read without synchronisation.
     using InvalidateCallback = void (*)(ElementImpl* element, AbstractOwnedCollection* collection);
     static InvalidateCallback m_callback;
 
