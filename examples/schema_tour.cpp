@@ -1,5 +1,5 @@
-// Walks through the schema as the meta registry knows it, without any of its generated headers: what a tool
-// sees that works on whatever schemas are loaded.
+// Walks through the schema as the meta registry knows it, by reflection alone: what a tool sees that works on
+// whatever schemas are loaded.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <keel/text.h>
 #include <quay/zero/meta/registry.h>
@@ -15,6 +15,13 @@ namespace {
 using namespace quay::zero::meta;
 
 std::string utf8(std::u16string const& text) { return keel::toUtf8(text); }
+
+/// "1 class", "2 classes", in columns.
+std::string several(int number, std::string const& one, std::string const& more) {
+    std::string const digits = std::to_string(number);
+    return std::string(digits.size() < 4 ? 4 - digits.size() : 0, ' ') + digits + " " +
+           (number == 1 ? one : more);
+}
 
 struct Counts {
     int classes = 0, abstract = 0, dataTypes = 0, enums = 0, literals = 0, properties = 0, operations = 0;
@@ -63,9 +70,9 @@ void showPackages() {
             Counts const n = count(package);
             if (n.classes + n.enums == 0)
                 continue;
-            std::cout << "    " << std::left << std::setw(18) << utf8(package->getName()) << std::right
-                      << std::setw(4) << n.classes << " classes," << std::setw(4) << n.properties
-                      << " properties\n";
+            std::cout << "    " << std::left << std::setw(18) << utf8(package->getName())
+                      << several(n.classes, "class,  ", "classes,")
+                      << several(n.properties, "property", "properties") << '\n';
         }
     }
 }
@@ -87,7 +94,7 @@ void showSchema(Package const& schema) {
               << n.dataTypes << " value types, " << n.enums << " enumerations with " << n.literals
               << " literals, " << n.operations << " operations, " << n.properties << " properties\n";
     for (auto const& [shape, number] : shapes)
-        std::cout << std::setw(6) << number << "  " << shape << '\n';
+        std::cout << std::right << std::setw(6) << number << "  " << shape << '\n';
     std::cout << "\nClasses that extend another\n";
     for (auto const& [base, names] : families)
         std::cout << "  " << base << " <-" << names << '\n';
@@ -96,9 +103,10 @@ void showSchema(Package const& schema) {
 void showType(Type const& type) {
     MetaRegistry::TypeNames const names = MetaRegistry::getInstance()->getTypeNames(type);
     std::cout << "\n"
-              << utf8(type->getName()) << " (C++ " << names.native << ", scripts " << names.script << ")\n";
+              << utf8(type->getName()) << "\n  in C++ " << names.native << "\n  in scripts " << names.script
+              << '\n';
     for (Property const& p : type->getProperties()) {
-        std::cout << std::right << std::setw(4) << p->getIndex() << "  " << std::left << std::setw(26)
+        std::cout << std::right << std::setw(4) << p->getIndex() << "  " << std::left << std::setw(31)
                   << utf8(p->getName()) << std::setw(20) << utf8(p->getType()->getName()) << shapeOf(p);
         if (Property const key = p->getQualifiedBy())
             std::cout << " by " << utf8(key->getName());
@@ -127,8 +135,7 @@ int main() {
     MetaPackageVw_modelref_info const& package = *MetaPackageVw_modelref_info::getInstance();
     showPackages();
     showSchema(package.ModelRefInfoRepo);
-    showType(package.MessageElementInfo);
-    showType(package.GlobalDSMRateSpecInfo);
     showType(package.VwtpEventData);
+    showType(package.CompDataType);
     showEnumeration(package.QueueType);
 }
