@@ -81,9 +81,9 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
         transaction.commit(boost::none);
         registerRootPackage(root);
     } catch (...) {
+        for (auto const& [name, type] : types_) registry->unregisterType(type);
         clearSlots();
         types_.clear();
-        registry->forgetDeadTypes();
         throw;
     }
     types_.clear();
