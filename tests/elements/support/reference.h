@@ -1,0 +1,155 @@
+// What a model of records ought to do, done the plain and slow way: one list of items per property whatever
+// its shape, and all state copied whole wherever it may be wanted again. Random tests compare the object
+// model with it.
+#pragma once
+
+#include <quay/zero/meta/types.h>
+#include <quay/zero/value.h>
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace records {
+
+/// A property of a class that the random tests use.
+struct Slot {
+    enum class Shape { Single, Optional, Array, Child, Sequence, Set, Children, ChildSet, Map, Multimap };
+    std::string name;
+    quay::zero::meta::Property property;
+    Shape shape;
+    int childKind = -1;  // of shapes that own
+    int keySlot = -1;    // of maps: the slot of the child's key
+    bool owns() const { return childKind >= 0; }
+    bool keyed() const { return shape == Shape::Map || shape == Shape::Multimap; }
+};
+
+/// A class and its slots.
+struct ElementKind {
+    std::string name;
+    quay::zero::meta::Class type;
+    std::vector<int> slots;
+};
+
+/// The classes and properties of the random tests; they cover every shape.
+struct Plan {
+    std::vector<ElementKind> kinds;
+    std::vector<Slot> slots;
+    int kind(std::string const& name) const;
+    int slot(std::string const& kind, std::string const& name) const;
+};
+Plan const& plan();
+
+/// One value, child or entry. Values compare by number and text; `shown` is how a dump writes the value, or
+/// the key.
+struct Item {
+    double number = 0;
+    std::u16string text;
+    std::string shown;
+    int child = -1;
+    int serial = 0;  // of an array: told apart by the write that brought it
+};
+Item itemOf(quay::zero::Value const& value);
+
+/// Elements are known by number, in order of creation. Operations that fail return the message's name or, out
+/// of range, "out_of_range", and change nothing; all others return an empty text. Each is a transaction of
+/// its own when none is open.
+class Reference {
+public:
+    struct Element {
+        int kind = 0;
+        bool alive = true;
+        int container = -1;
+        int slot = -1;
+        std::map<int, std::vector<Item>> content;  // by slot
+    };
+    using Report = std::set<std::string>;
+
+    std::vector<int> const& order() const { return now_.order; }
+    Element const& at(int n) const { return now_.elements.at(n); }
+    std::vector<Item> const& items(int n, int slot) const;
+    bool isAlive(int n) const { return now_.elements.contains(n) && at(n).alive; }
+    std::size_t depth() const { return levels_.size(); }
+    std::string const& name(int n) const { return names_.at(static_cast<std::size_t>(n)); }
+    std::string dump() const;
+    Report takeReport() { return std::exchange(report_, {}); }
+
+    void begin() { levels_.push_back(now_); }
+    void commit();
+    void rollback();
+    std::string undo(bool& did) { return step(did, done_, undone_); }
+    std::string redo(bool& did) { return step(did, undone_, done_); }
+    void setLimit(std::size_t limit) { limit_ = limit; }
+
+    /// A new element with its defaults; answers its number.
+    int create(int kind, std::string name);
+    void destroy(int n);
+    /// Writes a single value, an optional (an empty one by nothing) or an array; a key moves its entry.
+    std::string write(int n, int slot, std::optional<Item> const& value);
+    std::string writeChild(int n, int slot, int child);  // -1 for none
+    std::string insert(int n, int slot, std::size_t position, Item const& item);
+    std::string erase(int n, int slot, std::size_t position);
+    std::string replace(int n, int slot, std::size_t position, Item const& item);
+    /// Takes out the first equal value, or child.
+    void remove(int n, int slot, Item const& item);
+    void clear(int n, int slot);
+    /// Adds a child to a set or a map.
+    std::string add(int n, int slot, int child);
+    /// Several operations as one.
+    template <class F>
+    void together(F&& f) {
+        run(f);
+    }
+    void touch(int n, int slot) { now_.touched.insert({n, slot}); }
+
+private:
+    using Touched = std::set<std::pair<int, int>>;
+    struct State {
+        std::map<int, Element> elements;  // the dead ones too
+        std::vector<int> order;
+        Touched touched;
+    };
+    struct Entry {
+        State other;
+        Touched touched;
+    };
+
+    template <class F>
+    void run(F&& f) {
+        bool const own = levels_.empty();
+        if (own)
+            begin();
+        f();
+        if (own)
+            commit();
+    }
+    std::vector<Item>& content(int n, int slot) { return now_.elements.at(n).content[slot]; }
+    bool isAbove(int n, int below) const;
+    void leave(int child);
+    void contain(int owner, int slot, int child);
+    void release(int owner, int slot, int child);
+    void place(int owner, int slot, int child);
+    Item entryOf(int slot, int child) const;
+    bool isTaken(int owner, int slot, Item const& key, int child) const;
+    void kill(int n);
+    std::string show(State const& values, State const& lives, int n, int slot) const;
+    static bool isSame(State const& a, State const& b, int n, int slot);
+    Report reportOf(State const& before, Touched const& touched) const;
+    std::string step(bool& did, std::deque<Entry>& from, std::deque<Entry>& to);
+
+    State now_;
+    std::vector<State> levels_;
+    std::vector<std::string> names_;
+    std::size_t limit_ = 0;
+    std::deque<Entry> done_;
+    std::deque<Entry> undone_;
+    Report report_;
+    int lastSerial_ = 0;
+};
+
+}  // namespace records
