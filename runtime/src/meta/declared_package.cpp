@@ -78,12 +78,12 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
         imports->assign(std::move(uris));
         instantiate(registry);
         weave(registry, serializers);
+        registerRootPackage(root);  // last of what can fail
         transaction.commit(boost::none);
-        registerRootPackage(root);
     } catch (...) {
         clearSlots();
         types_.clear();
-        registry->forgetDeadTypes();
+        registry->forgetDead();
         throw;
     }
     types_.clear();

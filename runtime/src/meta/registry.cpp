@@ -231,7 +231,7 @@ void MetaRegistry::unregisterRootPackage(std::u16string const& uri) {
     std::erase(rootPackages_, package);
 }
 
-void MetaRegistry::forgetDeadTypes() {
+void MetaRegistry::forgetDead() {
     std::lock_guard const lock(mutex_);
     std::erase_if(types_, [&](auto const& entry) {
         if (entry.first->isAlive()) return false;
@@ -240,6 +240,7 @@ void MetaRegistry::forgetDeadTypes() {
     });
     std::erase_if(byName_, [](auto const& entry) { return !entry.second->isAlive(); });
     std::erase_if(byScriptName_, [](auto const& entry) { return !entry.second->isAlive(); });
+    std::erase_if(rootPackages_, [](Package const& package) { return !package; });
 }
 
 void MetaRegistry::keep(void const* object) {

@@ -64,8 +64,8 @@ public:
     /// Forgets the package, and types, names, factories and serializers below it. Calls nothing of them: the library
     /// that they came from may be gone.
     void unregisterRootPackage(std::u16string const& uri);
-    /// Forgets registrations of types that are no longer alive, as a failed declaration leaves them.
-    void forgetDeadTypes();
+    /// Forgets types and packages that are no longer alive, as a failed declaration leaves them.
+    void forgetDead();
 
     // --- For the runtime.
 
