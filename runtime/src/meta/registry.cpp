@@ -243,6 +243,11 @@ void MetaRegistry::unregisterType(Type const& type) {
     forgetTypes([&](ModelElement::Impl const* registered) { return registered == type.impl(); });
 }
 
+void MetaRegistry::withdrawRootPackage(Package const& package) noexcept {
+    std::lock_guard const lock(mutex_);
+    std::erase(rootPackages_, package);
+}
+
 void MetaRegistry::keep(void const* object) {
     std::lock_guard const lock(mutex_);
     kept_.push_back(object);

@@ -66,6 +66,8 @@ public:
     void unregisterRootPackage(std::u16string const& uri);
     /// Forgets one type in the same way, as a failed declaration leaves it.
     void unregisterType(Type const& type);
+    /// Forgets a root package and nothing below it, as a failed declaration leaves it.
+    void withdrawRootPackage(Package const& package) noexcept;
 
     // --- For the runtime.
 
