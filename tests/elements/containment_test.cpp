@@ -151,31 +151,6 @@ TEST(Slots, LetTheFormerChildLiveAndTakeTheNewOneFromWhereItWas) {
     EXPECT_EQ(root->getVarTsUIDMap().impl(), nullptr);
 }
 
-TEST(Elements, NeverGoBelowThemselves) {
-    Model const model = Model::create();
-    VarlowFunctions const functions = VarlowFunctions::create(model, {});
-    // Structures nest, so one could be put into its own part.
-    StructureParameter const outer = StructureParameter::create(model, {});
-    for (auto const& p : StructureParameter::metaClass()->getProperties()) {
-        if (meta::Class::cast(p->getType()).impl() == nullptr ||
-            !outer->getMetaClass()->conformsTo(meta::Class::cast(p->getType())))
-            continue;
-        Value const view = outer->getPropertyValue(p, kPublic);
-        auto& parts = *dynamic_cast<ReferenceCollection&>(*view.getCollection<AbstractOwnedCollection>())
-                           .getGenericInterface();
-        StructureParameter const inner = StructureParameter::create(model, {});
-        parts.genericAdd(inner);
-        std::string const before = dump(model);
-        Value const within = inner->getPropertyValue(p, kPublic);
-        auto& innerParts =
-            *dynamic_cast<ReferenceCollection&>(*within.getCollection<AbstractOwnedCollection>())
-                 .getGenericInterface();
-        EXPECT_TRUE(failsWith<InvalidValue>([&] { innerParts.genericAdd(outer); }));
-        EXPECT_TRUE(failsWith<InvalidValue>([&] { innerParts.genericAdd(inner); }));
-        EXPECT_EQ(dump(model), before);
-    }
-}
-
 TEST(Destroying, TakesChildrenFirstAndOnceEach) {
     Model const model = Model::create();
     model->enableHistory(10);
