@@ -69,14 +69,6 @@ void ModelElement::Builder::appendOneChild(std::uint16_t index, std::unique_ptr<
 
 void ModelElement::Builder::dropAllChildren(std::uint16_t index) { childrenAt(index).clear(); }
 
-PropertyRow const* ModelElement::Builder::rowOf(meta::Property const& property) const noexcept {
-    if (property.impl() == nullptr) return nullptr;
-    for (auto const* level = getMetaClass().impl(); level != nullptr; level = level->superclass()) {
-        if (level == property->declaringClass()) return property->row();
-    }
-    return nullptr;
-}
-
 namespace {
 
 [[noreturn]] void reportNoSuchProperty(ModelElement::Builder const& builder, meta::Property const& property) {
@@ -87,13 +79,13 @@ namespace {
 }  // namespace
 
 void ModelElement::Builder::setOrAdd(meta::Property const& property, Value const& value) {
-    PropertyRow const* const row = rowOf(property);
+    PropertyRow const* const row = classTable().rowOf(property);
     if (row == nullptr) reportNoSuchProperty(*this, property);
     row->give(*this, property, value);
 }
 
 void ModelElement::Builder::setOrAdd(meta::Property const& property, std::unique_ptr<Builder>& child) {
-    PropertyRow const* const row = rowOf(property);
+    PropertyRow const* const row = classTable().rowOf(property);
     bool const fits = row != nullptr && row->ownsElements() && child != nullptr &&
                       child->getMetaClass()->conformsTo(meta::Class::cast(property->getType()));
     if (!fits) reportNoSuchProperty(*this, property);

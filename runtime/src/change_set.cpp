@@ -12,18 +12,6 @@ namespace {
 
 bool changesCollection(Step const& step) noexcept { return step.kind != StepKind::Contained; }
 
-/// A collection's steps in a log, in the order in which undoing them goes.
-std::vector<Step*> stepsOf(UndoLog& log, AbstractOwnedCollection const& collection) {
-    std::vector<Step*> result;
-    for (Step& step : log.steps) {
-        if (changesCollection(step) && step.kind != StepKind::Touched && step.subject == &collection) {
-            result.push_back(&step);
-        }
-    }
-    if (log.done) std::reverse(result.begin(), result.end());
-    return result;
-}
-
 }  // namespace
 
 // --- ElementChange --------------------------------------------------------------------------------------------------
@@ -97,13 +85,13 @@ void ChangeSet::collect(IsNew const& isNew) {
         });
     }
 
-    std::vector<AbstractOwnedCollection*> touched;
-    for (Step const& step : log_.steps) {
-        if (changesCollection(step)) touched.push_back(static_cast<AbstractOwnedCollection*>(step.subject));
+    for (Step& step : log_.steps) {
+        if (!changesCollection(step)) continue;
+        Touched& touched = touched_[static_cast<AbstractOwnedCollection*>(step.subject)];
+        if (step.kind != StepKind::Touched) touched.steps.push_back(&step);
     }
-    std::sort(touched.begin(), touched.end());
-    touched.erase(std::unique(touched.begin(), touched.end()), touched.end());
-    for (AbstractOwnedCollection* collection : touched) {
+    for (auto& [collection, touched] : touched_) {
+        if (log_.done) std::reverse(touched.steps.begin(), touched.steps.end());
         ModelElement::Impl& owner = *collection->owner();
         if (!owner.isAlive() || isNew(owner)) continue;
         if (isChanged(*collection)) partsOf(owner).push_back({collection->index(), nullptr, collection});
@@ -124,27 +112,49 @@ bool ChangeSet::isChanged(AbstractOwnedCollection& collection) const {
 
 /// The collection itself goes back to its old content for a moment, is copied, and comes forward again.
 AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collection) const {
-    for (auto const& [of, content] : oldContents_) {
-        if (of == &collection) return *content;
-    }
-    std::vector<Step*> const steps = stepsOf(log_, collection);
-    for (Step* step : steps) {
+    Touched& touched = touched_.at(&collection);
+    if (touched.oldContent != nullptr) return *touched.oldContent;
+    for (Step* step : touched.steps) {
         if (step->kind == StepKind::Inserted) collection.prepare(*step);
     }
-    oldContents_.reserve(oldContents_.size() + 1);
-    for (Step* step : steps) collection.exchange(*step);
-    std::unique_ptr<AbstractOwnedCollection> copy;
+    for (Step* step : touched.steps) collection.exchange(*step);
     auto const forward = [&] {
-        for (auto step = steps.rbegin(); step != steps.rend(); ++step) collection.exchange(**step);
+        for (auto step = touched.steps.rbegin(); step != touched.steps.rend(); ++step) collection.exchange(**step);
     };
     try {
-        copy = collection.detachedCopy();
+        touched.oldContent = collection.detachedCopy();
     } catch (...) {
         forward();
         throw;
     }
     forward();
-    return *oldContents_.emplace_back(&collection, std::move(copy)).second;
+    return *touched.oldContent;
+}
+
+/// The usual commit is answered by looking at one change; only where collections of at most one member are all that
+/// changed is the set put together.
+bool ChangeSet::isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) {
+    auto const isNew = [&](ModelElement::Impl const& e) { return ModelImpl::isBornSince(e, bornSince); };
+    for (Storage* s = log.storages; s != nullptr; s = s->next_) {
+        bool changed = false;
+        if (s->element().isAlive() && !isNew(s->element())) {
+            s->forEach([&](Storage::Entry& e) { changed = changed || !e.row->unchanged(s->element(), e.old); });
+        }
+        if (changed) return false;
+    }
+    if (model.elements_.last() != nullptr && isNew(*model.elements_.last())) return false;
+    for (LifeEntry const& entry : log.lives) {
+        if (!entry.born && entry.count > 0 && !isNew(*entry.first)) return false;
+    }
+    bool unsure = false;
+    for (Step const& step : log.steps) {
+        if (!changesCollection(step)) continue;
+        auto const& collection = *static_cast<AbstractOwnedCollection const*>(step.subject);
+        if (!collection.owner()->isAlive() || isNew(*collection.owner())) continue;
+        if (collection.size() > 1) return false;
+        unsure = true;
+    }
+    return !unsure || ChangeSet(model, log, bornSince).empty();
 }
 
 }  // namespace quay::zero

@@ -47,7 +47,9 @@ meta::Type AbstractPrimitiveCollection::propertyTypeOr(meta::Type const& other) 
 meta::Type ReferenceCollection::getCollectionType() const { return memberClass(); }
 
 void ReferenceCollection::checkCompatibleModel(ModelElement::Impl* e) const {
-    if (owner() != nullptr) owner()->checkCompatibleModel(e, std::uint64_t{index()});
+    if (owner() == nullptr) return;
+    owner()->requireWritable();
+    owner()->checkCompatibleModel(e, std::uint64_t{index()});
 }
 
 ModelElement ReferenceCollection::resolveProxy(ModelElement const& e) const {

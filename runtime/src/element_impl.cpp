@@ -9,7 +9,7 @@ ElementImpl::InvalidateCallback ElementImpl::m_callback = nullptr;
 ElementImpl::~ElementImpl() { count_.store(REFCOUNT_DELETING, std::memory_order_seq_cst); }
 
 void ElementImpl::removeRef() const noexcept {
-    if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+    if (changeCount(static_cast<std::uint32_t>(-1)) == 1) delete this;
 }
 
 boost::uuids::uuid ElementImpl::generateNewUuid() {

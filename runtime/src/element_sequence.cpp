@@ -8,9 +8,30 @@
 
 namespace quay::zero {
 
-// How a sequence writes steps: `Inserted` and `Erased` have a position and a count; the payload is a vector with the
-// members that are out, or, for `Inserted`, room for them (null until it is prepared). `Replaced` has the other
+// How a sequence writes steps: `Inserted` and `Erased` have a position and a count. One member that is out is the payload
+// itself, counted; several are in a vector, for which `Inserted` has room once it is prepared. `Replaced` has the other
 // member, counted; `Swapped` a vector with the other content.
+
+namespace {
+
+/// The member that a step counts, as a handle; the step no longer has it.
+ModelElement takeFrom(Step& step) noexcept {
+    ModelElement member(static_cast<ModelElement::Impl*>(step.payload));
+    member.removeRef();  // the step's reference is now the handle's
+    step.payload = nullptr;
+    return member;
+}
+
+void giveTo(Step& step, ModelElement const& member) noexcept {
+    member.addRef();
+    step.payload = member.impl();
+}
+
+bool countsOne(Step const& step) noexcept {
+    return step.kind == StepKind::Replaced || (step.kind == StepKind::Erased && step.count == 1);
+}
+
+}  // namespace
 
 SequenceCore::~SequenceCore() = default;
 
@@ -39,13 +60,10 @@ void SequenceCore::put(std::size_t position, ModelElement const& e) {
 
 void SequenceCore::take(std::size_t position) {
     if (recording()) {
-        auto out = std::make_unique<Members>();
-        out->reserve(1);
         Step& step = record(StepKind::Erased);
         step.position = position;
         step.count = 1;
-        out->push_back(std::move(members_[position]));
-        step.payload = out.release();
+        giveTo(step, members_[position]);
     }
     members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(position));
 }
@@ -61,31 +79,35 @@ void SequenceCore::swapContent(Members content) {
 }
 
 void SequenceCore::exchange(Step& step) noexcept {
-    auto* const out = static_cast<Members*>(step.payload);
     auto const from = members_.begin() + static_cast<std::ptrdiff_t>(step.position);
+    auto* const several = countsOne(step) ? nullptr : static_cast<Members*>(step.payload);
     switch (step.kind) {
         case StepKind::Inserted: {
             auto const to = from + static_cast<std::ptrdiff_t>(step.count);
-            if (out != nullptr) out->assign(std::make_move_iterator(from), std::make_move_iterator(to));
+            if (step.count == 1) giveTo(step, *from);
+            if (several != nullptr) several->assign(std::make_move_iterator(from), std::make_move_iterator(to));
             members_.erase(from, to);
             step.kind = StepKind::Erased;
             break;
         }
         case StepKind::Erased:
-            members_.insert(from, std::make_move_iterator(out->begin()), std::make_move_iterator(out->end()));
-            out->clear();
+            if (several == nullptr) {
+                members_.insert(from, takeFrom(step));
+            } else {
+                members_.insert(from, std::make_move_iterator(several->begin()),
+                                std::make_move_iterator(several->end()));
+                several->clear();
+            }
             step.kind = StepKind::Inserted;
             break;
         case StepKind::Replaced: {
-            ModelElement other(static_cast<ModelElement::Impl*>(step.payload));
-            if (step.payload != nullptr) other.removeRef();  // the step's reference is now the handle's
+            ModelElement other = takeFrom(step);
             std::swap(*from, other);
-            step.payload = other.impl();
-            other.addRef();
+            giveTo(step, other);
             break;
         }
         case StepKind::Swapped:
-            members_.swap(*out);
+            members_.swap(*several);
             break;
         default:
             break;
@@ -93,15 +115,15 @@ void SequenceCore::exchange(Step& step) noexcept {
 }
 
 void SequenceCore::prepare(Step& step) {
-    if (step.payload != nullptr) return;
+    if (step.count == 1 || step.payload != nullptr) return;
     auto room = std::make_unique<Members>();
     room->reserve(step.count);
     step.payload = room.release();
 }
 
 void SequenceCore::discard(Step& step) noexcept {
-    if (step.kind == StepKind::Replaced) {
-        static_cast<ModelElement::Impl*>(step.payload)->removeRef();
+    if (countsOne(step)) {
+        takeFrom(step);
     } else {
         delete static_cast<Members*>(step.payload);
     }
@@ -162,8 +184,7 @@ void SequenceCore::replaceAt(std::size_t position, ModelElement const& e) {
     if (recording()) {
         Step& step = record(StepKind::Replaced);
         step.position = position;
-        gone.addRef();
-        step.payload = gone.impl();
+        giveTo(step, gone);
     }
     members_[position] = coming;
     contain(coming.impl());

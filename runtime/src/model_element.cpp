@@ -85,8 +85,11 @@ void ModelElement::Impl::doDestroy(bool a, bool b) {
 void ModelElement::Impl::invalidate() {
     if (m_callback == nullptr) return;
     for (ClassTable const* level = &classTable(); level != nullptr; level = level->base()) {
-        for (PropertyRow const* row : level->rows()) {
-            if (AbstractOwnedCollection* const collection = row->collection(*this)) m_callback(this, collection);
+        // In the order of the fields: collections of values come before those of children.
+        for (RowKind const kind : {RowKind::PrimitiveCollection, RowKind::ElementCollection}) {
+            for (PropertyRow const* row : level->rows()) {
+                if (row->kind() == kind) m_callback(this, row->collection(*this));
+            }
         }
     }
 }
@@ -161,12 +164,7 @@ meta::Property ModelElement::Impl::getPropertyByIndex(unsigned long index) const
 }
 
 PropertyRow const* ModelElement::Impl::rowOf(meta::Property const& property) const noexcept {
-    if (property.impl() == nullptr) return nullptr;
-    auto const* const declaring = property->declaringClass();
-    for (auto const* level = getMetaClass().impl(); level != nullptr; level = level->superclass()) {
-        if (level == declaring) return property->row();
-    }
-    return nullptr;
+    return classTable().rowOf(property);
 }
 
 namespace {

@@ -173,30 +173,31 @@ void ModelImpl::commitOutermost() {
     bool const heard = !system && (history_ || listeners_) && !log_.empty();
     std::uint64_t const bornSince = levels_.front().serial;
 
+    // All that can fail comes before anything is final.
     std::unique_ptr<ChangeSet> changes;
-    bool keep = false;
+    bool nothingLeft = true;
     if (heard) {
-        // All that can fail comes before anything is final.
-        changes.reset(new ChangeSet(*this, log_, bornSince));
-        keep = history_ && !changes->empty();
-        if (keep) {
-            for (Step& step : log_.steps) prepareStep(step);
-            history_->reserve();
-        }
+        if (listeners_) changes.reset(new ChangeSet(*this, log_, bornSince));
+        nothingLeft = changes != nullptr ? changes->empty() : ChangeSet::isNothingLeft(*this, log_, bornSince);
+    }
+    bool const keep = history_ && !nothingLeft;
+    if (keep) {
+        for (Step& step : log_.steps) prepareStep(step);
+        history_->reserve();
     }
 
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
     endLevel();
-    if (heard && listeners_ && !changes->empty()) {
+    if (changes != nullptr && !nothingLeft) {
         Model const alive(this);  // a listener may drop the last handle
         tell(*changes);
-        finish(keep, system);
         changes.reset();
+        finish(keep, system);
         return;
     }
     // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
     // left and came again has another one: so the former ones come back.
-    if (heard && history_ && changes->empty()) exchangeSteps(log_, 0);
+    if (heard && history_ && nothingLeft) exchangeSteps(log_, 0);
     changes.reset();
     finish(keep, system);
 }
@@ -297,17 +298,33 @@ bool ModelImpl::replay(bool redo) {
         revived.reserve(most);
         buried.reserve(most);
     }
-    for (Storage* s = log->storages; s != nullptr; s = s->next_) s->exchange();
-    exchangeSteps(*log, 0);
-    exchangeLives(*log, 0, listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
-    log->done = !log->done;
-    history_->step(redo);
+    auto const turn = [&](std::vector<ModelElement>* in, std::vector<ModelElement>* out) noexcept {
+        // Where an element has two storages, their order matters, so the list turns round as well.
+        Storage* turned = nullptr;
+        while (Storage* const s = log->storages) {
+            s->exchange();
+            log->storages = std::exchange(s->next_, turned);
+            turned = s;
+        }
+        log->storages = turned;
+        exchangeSteps(*log, 0);
+        exchangeLives(*log, 0, in, out);
+        log->done = !log->done;
+    };
+    turn(listeners_ ? &revived : nullptr, listeners_ ? &buried : nullptr);
 
+    Model const alive(this);  // a listener may drop the last handle
+    std::unique_ptr<ChangeSet> changes;
     if (listeners_) {
-        Model const alive(this);
-        ChangeSet const changes(*this, *log, std::move(revived), std::move(buried));
-        if (!changes.empty()) tell(changes);
+        try {
+            changes.reset(new ChangeSet(*this, *log, std::move(revived), std::move(buried)));
+        } catch (...) {
+            turn(nullptr, nullptr);
+            throw;
+        }
     }
+    history_->step(redo);
+    if (changes != nullptr && !changes->empty()) tell(*changes);
     return true;
 }
 

@@ -60,6 +60,14 @@ PropertyRow const* ClassTable::rowAt(unsigned long index) const noexcept {
     return nullptr;
 }
 
+PropertyRow const* ClassTable::rowOf(meta::Property const& property) const noexcept {
+    if (property.impl() == nullptr || !property) return nullptr;
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        if (level == property->declaringTable()) return property->row();
+    }
+    return nullptr;
+}
+
 std::uint16_t ClassTable::highestIndex() const noexcept {
     for (ClassTable const* level = this; level != nullptr; level = level->base()) {
         for (std::size_t i = level->rows_.size(); i-- > 0;) {

@@ -31,10 +31,6 @@ Value::Value(Value&& other) noexcept
     other.storage_.pointer = nullptr;
 }
 
-Value::~Value() {
-    if (operations_ != nullptr) operations_->destroy(*this);
-}
-
 void Value::swap(Value& other) noexcept {
     Value mine(std::move(*this));
     ::new (static_cast<void*>(this)) Value(std::move(other));

@@ -1,5 +1,6 @@
 // Random sequences of operations on nodes, step by step against the reference.
 #include "support/dump.h"
+#include "support/memory.h"
 #include "support/node.h"
 #include "support/random.h"
 #include "support/reference.h"
@@ -256,7 +257,10 @@ private:
             open_[level]->commit(boost::none);
             open_[level]->commit(boost::none);  // a second one does nothing
         }
+        AllocationCount const allocations;
         open_[level].reset();
+        long const allocated = allocations.soFar();
+        RC_ASSERT(allocated == 0);
         open_.resize(level);
         if (unheard) lookAnew();
     }
@@ -286,8 +290,13 @@ private:
                 bool did = false;
                 bool const undo = o.kind == Kind::Undo;
                 check(undo ? reference_.undo(expected) : reference_.redo(expected),
-                      [&] { did = undo ? model_->undo() : model_->redo(); });
+                      [&] {
+                          AllocationCount const allocations;
+                          did = undo ? model_->undo() : model_->redo();
+                          good_ = good_ && (listening_ || allocations.soFar() == 0);
+                      });
                 RC_ASSERT(did == expected);
+                RC_ASSERT(good_);
                 return;
             }
             case Kind::Limit: return setLimit(o.a % 4);

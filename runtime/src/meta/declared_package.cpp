@@ -242,7 +242,7 @@ void DeclaredPackage::weaveClass(MetaRegistry* registry, declare::Class const& c
     auto nextDerived = derived();
     for (declare::Property const& p : c.properties) {
         weaveProperty(registry, type, p);
-        (this->*p.slot)->setRow(p.index == 0 ? *nextDerived++ : table.rowAt(p.index));
+        (this->*p.slot)->setRow(table, p.index == 0 ? *nextDerived++ : table.rowAt(p.index));
     }
     for (declare::Operation const& o : c.operations) weaveOperation(registry, type, o);
 }

@@ -221,7 +221,7 @@ MetaElement::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : Mode
     addRef();  // the process's own reference, never dropped
 }
 
-void MetaElement::Impl::removeRef() const noexcept { count_.fetch_sub(1, std::memory_order_relaxed); }
+void MetaElement::Impl::removeRef() const noexcept { changeCount(static_cast<std::uint32_t>(-1)); }
 
 std::u16string MetaElement::Impl::identifier() const { return name_; }
 

@@ -177,7 +177,8 @@ NodeMeta declareNodes() {
         property->setOwningType(owner);
         property->setType(type);
         property->setIndex(index);
-        property->setRow((owner == made.node ? Node::classTable() : Special::classTable()).rowAt(index));
+        ClassTable const& table = owner == made.node ? Node::classTable() : Special::classTable();
+        property->setRow(table, table.rowAt(index));
         made.properties.push_back(property);
     };
     add(made.node, u"text", ValueFlags::One, StandardTypes::stringMeta);

@@ -111,7 +111,6 @@ private:
     ModelElement doCreate(bool suppressCascade, boost::uuids::uuid const& id);
     ModelElement make(bool suppressCascade, boost::uuids::uuid const& id);
     void cascadeCreation(ModelElement::Impl& element);
-    PropertyRow const* rowOf(meta::Property const& property) const noexcept;
 
     Model model_;
     boost::dynamic_bitset<unsigned long> given_;

@@ -7,7 +7,7 @@
 
 #include <cstddef>
 #include <memory>
-#include <span>
+#include <unordered_map>
 #include <vector>
 
 namespace quay::zero {
@@ -66,13 +66,21 @@ private:
     void collect(IsNew const& isNew);
     bool isChanged(AbstractOwnedCollection& collection) const;
     AbstractOwnedCollection& oldContent(AbstractOwnedCollection& collection) const;
+    /// Whether the set of such a transaction would be empty; cheap where the answer is no.
+    static bool isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t bornSince);
+
+    /// A collection with steps in the log, in the order in which they are taken back.
+    struct Touched {
+        std::vector<Step*> steps;
+        std::unique_ptr<AbstractOwnedCollection> oldContent;  // once somebody asked
+    };
 
     ModelImpl& model_;
     UndoLog& log_;
     std::vector<ModelElement> created_;
     std::vector<ModelElement> destroyed_;
     std::vector<ElementChange> changed_;
-    mutable std::vector<std::pair<AbstractOwnedCollection*, std::unique_ptr<AbstractOwnedCollection>>> oldContents_;
+    mutable std::unordered_map<AbstractOwnedCollection*, Touched> touched_;
 };
 
 }  // namespace quay::zero

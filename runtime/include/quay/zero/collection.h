@@ -130,7 +130,8 @@ public:
     virtual void basicClear() = 0;
     virtual void basicCopyValues(ReferenceCollection const& other) = 0;
 
-    /// Fails unless the element may enter: see ModelElement::Impl::checkCompatibleModel.
+    /// Fails unless the owner may be written and the element may enter: see ModelElement::Impl::requireWritable and
+    /// checkCompatibleModel.
     void checkCompatibleModel(ModelElement::Impl* e) const;
     ModelElement resolveProxy(ModelElement const& e) const;
     /// What a proxy resolves to without loading anything.

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
+#include <sys/single_threaded.h>
 
 namespace quay::zero {
 
@@ -29,7 +30,7 @@ public:
     ElementImpl(ElementImpl const&) = delete;
     ElementImpl& operator=(ElementImpl const&) = delete;
 
-    void addRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void addRef() const noexcept { changeCount(1); }
     /// Drops a reference; the object is deleted with the last one.
     virtual void removeRef() const noexcept;
     /// How many references are held; for tests and tools, since another thread may change it at once.
@@ -46,6 +47,17 @@ protected:
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();
+
+    /// Changes the count and answers what it was. While the process has one thread, no other can come between, and the
+    /// count needs no locked instruction.
+    std::uint32_t changeCount(std::uint32_t by) const noexcept {
+        if (__libc_single_threaded) {
+            std::uint32_t const before = count_.load(std::memory_order_relaxed);
+            count_.store(before + by, std::memory_order_relaxed);
+            return before;
+        }
+        return count_.fetch_add(by, std::memory_order_acq_rel);
+    }
 
     void setFlag(std::uint8_t flag, bool on) noexcept {
         flags_ = static_cast<std::uint8_t>(on ? flags_ | flag : flags_ & ~flag);

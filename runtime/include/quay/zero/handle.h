@@ -16,14 +16,15 @@ public:
     explicit CountedHandle(ElementImpl* impl) noexcept : impl_(impl) { addRef(); }
     CountedHandle(CountedHandle const& other) noexcept : impl_(other.impl_) { addRef(); }
     CountedHandle(CountedHandle&& other) noexcept : impl_(std::exchange(other.impl_, nullptr)) {}
+    // The handle has its new object before the old one goes, which may take `other` with it.
     CountedHandle& operator=(CountedHandle const& other) noexcept {
-        if (other.impl_ != nullptr) other.impl_->addRef();
-        removeRef();
-        impl_ = other.impl_;
+        CountedHandle copy(other);
+        std::swap(impl_, copy.impl_);
         return *this;
     }
     CountedHandle& operator=(CountedHandle&& other) noexcept {
-        std::swap(impl_, other.impl_);
+        CountedHandle taken(std::move(other));
+        std::swap(impl_, taken.impl_);
         return *this;
     }
     ~CountedHandle() { removeRef(); }

@@ -106,7 +106,7 @@ public:
     void destroy();
     /// Destroys the element and what it owns. `detach`: also leave the container, which is told. Inside a transaction.
     void destroyRecursively(bool a, bool detach, bool b);
-    /// Calls the host's hook for every collection of the element.
+    /// Calls the host's hook for every collection of the element, of values and of children.
     virtual void invalidate();
 
     // --- Change tracking.

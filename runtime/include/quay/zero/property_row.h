@@ -108,6 +108,8 @@ public:
 
     /// The row of an index along the chain, or null. A comparison a level.
     PropertyRow const* rowAt(unsigned long index) const noexcept;
+    /// The row of a property that this class or one above it declares, or null.
+    PropertyRow const* rowOf(meta::Property const& property) const noexcept;
     /// The highest index of the chain; 0 without properties.
     std::uint16_t highestIndex() const noexcept;
     /// Whether elements of this class are elements of `other`.

@@ -72,7 +72,7 @@ public:
 
     std::vector<LifeEntry> lives;
     std::vector<Step> steps;
-    Storage* storages = nullptr;  // linked, the latest first
+    Storage* storages = nullptr;  // linked, the latest first; once undone, the latest last
     bool done = true;             // what is recorded stands; false once it was undone and may be redone
 };
 

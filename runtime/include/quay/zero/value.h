@@ -13,6 +13,7 @@
 #include <boost/uuid/uuid_hash.hpp>
 #include <cstddef>
 #include <functional>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -50,13 +51,13 @@ public:
     Value() noexcept = default;
     /// Wraps a copy.
     template <class T>
-    Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags), operations_(&operationsOf<T>()) {
-        operations_->emplaceCopy(*this, &payload);
+    Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags) {
+        emplace(payload);
     }
     /// The same for a type that is given without counting.
     template <class T>
-    Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags), operations_(&operationsOf<T>()) {
-        operations_->emplaceCopy(*this, &payload);
+    Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags) {
+        emplace(payload);
     }
     /// No payload.
     Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) {}
@@ -78,7 +79,9 @@ public:
         swap(other);
         return *this;
     }
-    ~Value();
+    ~Value() {
+        if (operations_ != nullptr && !operations_->trivial) operations_->destroy(*this);
+    }
     void swap(Value& other) noexcept;
 
     meta::Type getType() const { return meta_.getType(); }
@@ -111,9 +114,9 @@ public:
         checkCompatible<T>();
         if constexpr (IsOptional<T>::value) {
             using U = typename T::value_type;
-            return hasPayload() ? T(*static_cast<U const*>(data())) : T();
+            return operations_ != nullptr ? T(payload<U>()) : T();
         } else {
-            return hasPayload() ? T(*static_cast<T const*>(data())) : T();
+            return operations_ != nullptr ? T(payload<T>()) : T();
         }
     }
     /// Whether the value is a view of a collection, rather than a payload of its own.
@@ -152,6 +155,7 @@ private:
     /// One constant per payload type and library. Never compared: types are told apart by their meta objects.
     struct Operations {
         bool inPlace;
+        bool trivial;  // copied as bytes, and nothing to destroy
         void (*emplaceCopy)(Value& target, void const* source);
         void (*relocate)(Value& target, Value& source);
         void (*destroy)(Value& value);
@@ -160,6 +164,28 @@ private:
     };
     template <class T>
     static Operations const& operationsOf() noexcept;
+    template <class T>
+    static constexpr bool kFits =
+        sizeof(T) <= kInPlace && alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+
+    template <class T>
+    void emplace(T const& payload) {
+        if constexpr (kFits<T>) {
+            ::new (static_cast<void*>(storage_.bytes)) T(payload);
+        } else {
+            storage_.pointer = new T(payload);
+        }
+        operations_ = &operationsOf<T>();
+    }
+    /// The payload, known to be a T.
+    template <class T>
+    T const& payload() const noexcept {
+        if constexpr (kFits<T>) {
+            return *std::launder(reinterpret_cast<T const*>(storage_.bytes));
+        } else {
+            return *static_cast<T const*>(storage_.pointer);
+        }
+    }
 
     bool equals(Value const& other) const;
     bool isElementOf(meta::Class const& metaClass) const;
@@ -225,10 +251,10 @@ std::size_t Value::genericHasher(void* payload) {
 
 template <class T>
 Value::Operations const& Value::operationsOf() noexcept {
-    constexpr bool inPlace =
-        sizeof(T) <= kInPlace && alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+    constexpr bool inPlace = kFits<T>;
     static constexpr Operations operations{
         inPlace,
+        inPlace && std::is_trivially_copyable_v<T>,
         [](Value& target, void const* source) {
             T const& from = *static_cast<T const*>(source);
             if constexpr (inPlace) {

@@ -233,15 +233,18 @@ public:
     Type getOwningType() const;
     void setOwningType(Type const& owner);
 
-    /// The declaring class without counting, or null.
-    ModelElement::Impl const* declaringClass() const noexcept { return containerImpl(); }
-    /// How elements of the declaring class hold the property; null for fields of data types.
+    /// How elements of the declaring class hold the property, and that class's table; null for fields of data types.
     PropertyRow const* row() const noexcept { return row_; }
-    void setRow(PropertyRow const* row) noexcept { row_ = row; }
+    ClassTable const* declaringTable() const noexcept { return declaringTable_; }
+    void setRow(ClassTable const& table, PropertyRow const* row) noexcept {
+        declaringTable_ = &table;
+        row_ = row;
+    }
 
 private:
     friend struct MetaRows;
     PropertyRow const* row_ = nullptr;
+    ClassTable const* declaringTable_ = nullptr;
     ModelElement::Impl* qualifiedBy_ = nullptr;
     boost::optional<std::u16string> defaultValue_;
     int flags_ = static_cast<int>(ValueFlags::One);

@@ -1,0 +1,302 @@
+// What fails half-way for want of memory leaves no trace, wherever it fails.
+#include "support/dump.h"
+#include "support/memory.h"
+#include "support/node.h"
+
+#include <quay/zero/change_set.h>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+
+/// A model with something in every property.
+struct Sample {
+    Model model = Model::create();
+    Special root = Special::create(model, idOf(1));
+    std::vector<Node> n;
+
+    Sample() {
+        n.resize(12);
+        for (unsigned i = 2; i < 12; ++i) {
+            n[i] = Node::create(model, i % 2 == 0 ? idOf(i) : boost::uuids::uuid{});
+            n[i]->setText(std::u16string(i, u'n'));
+            n[i]->setNumber(i);
+            n[i]->setRank(static_cast<int>(i % 3));
+        }
+        free()->setText(n[4]->text());
+        for (unsigned i : {2, 3, 2}) root->children().add(n[i]);
+        for (unsigned i : {4, 5}) root->byName().insert(n[i]);
+        for (unsigned i : {6, 7}) root->byRank().insert(n[i]);
+        root->byNumber().insert(n[8]);
+        n[10]->children().add(n[11]);
+        root->parts().add(n[10]);
+        for (int i : {1, 2, 3}) root->numbers().push_back(i);
+        for (char16_t const* tag : {u"x", u"y"}) root->tags().insert(tag);
+    }
+    Node const& free() const { return n[9]; }
+};
+
+struct Case {
+    char const* name;
+    void (*run)(Sample&);
+};
+
+Case const kCases[] = {
+    {"write a short text", [](Sample& s) { s.root->setText(u"t"); }},
+    {"write a long text", [](Sample& s) { s.free()->setText(std::u16string(100, u't')); }},
+    {"write a large value", [](Sample& s) { s.root->setBox({{1}}); }},
+    {"write an optional", [](Sample& s) { s.root->setCount(1); }},
+    {"write in a subclass", [](Sample& s) { s.root->setNote(std::string(40, 'n')); }},
+    {"create", [](Sample& s) { Node::create(s.model); }},
+    {"create under an id", [](Sample& s) { Special::create(s.model, idOf(100)); }},
+    {"find", [](Sample& s) { s.model->findElement(idOf(4), FindElementBehavior::InMemoryOnly); }},
+    {"add a child", [](Sample& s) { s.root->children().add(s.free()); }},
+    {"move a child in", [](Sample& s) { s.root->children().insert(0, s.n[11]); }},
+    {"move a child from a map", [](Sample& s) { s.n[10]->children().add(s.n[4]); }},
+    {"replace a child", [](Sample& s) { s.root->children().set(1, s.n[11]); }},
+    {"erase a child", [](Sample& s) { s.root->children().erase(std::size_t{1}); }},
+    {"remove a child", [](Sample& s) { s.root->children().remove(s.n[2]); }},
+    {"clear children", [](Sample& s) { s.root->children().clear(); }},
+    {"insert by name", [](Sample& s) { s.root->byName().insert(s.n[8]); }},
+    {"replace by name", [](Sample& s) { s.root->byName().insert(s.free(), InsertPolicy::Replace); }},
+    {"insert by rank", [](Sample& s) { s.root->byRank().insert(s.n[4]); }},
+    {"insert by number", [](Sample& s) { s.root->byNumber().insert(s.n[3]); }},
+    {"remove from a map", [](Sample& s) { s.root->byName().remove(s.n[4]); }},
+    {"clear a map", [](Sample& s) { s.root->byName().clear(); }},
+    {"clear a multimap", [](Sample& s) { s.root->byRank().clear(); }},
+    {"push a number", [](Sample& s) { s.root->numbers().push_back(4); }},
+    {"insert a number", [](Sample& s) { s.root->numbers().insert(s.root->numbers().begin(), 0); }},
+    {"erase a number", [](Sample& s) { s.root->numbers().erase(s.root->numbers().begin()); }},
+    {"replace a number", [](Sample& s) { s.root->numbers().replaceAt(1, 9); }},
+    {"clear numbers", [](Sample& s) { s.root->numbers().clear(); }},
+    {"copy numbers", [](Sample& s) { s.free()->numbers().copyValues(s.root->numbers()); }},
+    {"insert a tag", [](Sample& s) { s.root->tags().insert(std::u16string(50, u'z')); }},
+    {"erase a tag", [](Sample& s) { s.root->tags().erase(u"x"); }},
+    {"clear tags", [](Sample& s) { s.root->tags().clear(); }},
+    {"destroy a leaf", [](Sample& s) { s.n[6]->destroy(); }},
+    {"destroy a tree", [](Sample& s) { s.root->destroy(); }},
+};
+
+/// How the model stands when the operation comes.
+struct Mode {
+    char const* name;
+    bool history;
+    bool listener;
+    int levels;
+    bool writtenBefore;
+};
+
+Mode const kModes[] = {
+    {"quiet", false, false, 0, false},           {"with a listener", false, true, 0, false},
+    {"with a history", true, true, 0, false},    {"in a transaction", false, false, 1, false},
+    {"written before", true, false, 1, true},    {"in an inner transaction", false, false, 2, false},
+    {"inside, written before", true, true, 2, true},
+};
+
+/// A sample in a mode.
+struct Scene : Sample {
+    explicit Scene(Mode const& mode) {
+        if (mode.history) model->enableHistory(2);
+        if (mode.listener) model->addListener([](ChangeSet const&) {});
+        untouched = dump(model, {.referenceCounts = true});
+        for (int i = 0; i < mode.levels; ++i) open.emplace_back(model->beginTransaction(false));
+        if (mode.writtenBefore) {
+            root->setCount(7);
+            root->numbers().push_back(7);
+            n[11]->setNumber(70);
+        }
+    }
+    std::string now() const { return dump(model, {.referenceCounts = true}); }
+    void leave() {
+        while (!open.empty()) open.pop_back();
+    }
+
+    std::string untouched;
+    std::vector<Transaction> open;
+};
+
+/// Runs it with less memory than it wants until it has enough. Answers how often it failed.
+int starve(Case const& c, Mode const& mode) {
+    SCOPED_TRACE(std::string(c.name) + ", " + mode.name);
+    for (int granted = 0;; ++granted) {
+        Scene scene(mode);
+        std::string const before = scene.now();
+        bool enough = false;
+        bool failed = false;
+        {
+            MemoryRunsOut const memory(granted);
+            try {
+                c.run(scene);
+            } catch (std::bad_alloc const&) {
+                failed = true;
+            }
+            enough = !memory.happened();
+        }
+        if (failed) {
+            EXPECT_EQ(scene.now(), before) << "after " << granted;
+            c.run(scene);
+        }
+        if (mode.levels > 0) {
+            scene.leave();
+            EXPECT_EQ(scene.now(), scene.untouched) << "rolled back after " << granted;
+        }
+        if (enough || testing::Test::HasFailure()) return granted;
+    }
+}
+
+TEST(OutOfMemory, LeavesNoTrace) {
+    int const living = Node::Impl::living;
+    for (Case const& c : kCases) {
+        int failures = 0;
+        for (Mode const& mode : kModes) failures += starve(c, mode);
+        EXPECT_GT(failures, 0) << c.name << " never asks for memory";
+    }
+    EXPECT_EQ(Node::Impl::living, living);
+}
+
+/// A transaction with something of everything, which is not over.
+Transaction busy(Sample& s) {
+    Transaction transaction = s.model->beginTransaction(false);
+    for (Case const& c : kCases) {
+        std::string_view const name = c.name;
+        if (name != "destroy a tree" && name != "create under an id") c.run(s);
+    }
+    s.n[10]->destroy();
+    return transaction;
+}
+
+TEST(OutOfMemory, LeavesATransactionOpenThatCannotCommit) {
+    int failures = 0;
+    for (bool enough = false; !enough; ++failures) {
+        Sample s;
+        int told = 0;
+        s.model->enableHistory(2);
+        s.model->addListener([&](ChangeSet const&) { ++told; });
+        std::string const before = dump(s.model, {.referenceCounts = true});
+        {
+            Transaction transaction = busy(s);
+            std::string const busily = dump(s.model, {.referenceCounts = true});
+            bool failed = false;
+            {
+                MemoryRunsOut const memory(failures);
+                try {
+                    transaction.commit(boost::none);
+                } catch (std::bad_alloc const&) {
+                    failed = true;
+                }
+                enough = !memory.happened();
+            }
+            ASSERT_EQ(failed, !enough);
+            ASSERT_EQ(told, failed ? 0 : 1);
+            if (failed) {
+                ASSERT_TRUE(transaction.isOpen());
+                ASSERT_EQ(dump(s.model, {.referenceCounts = true}), busily);
+            }
+            if (failures % 2 == 1) {
+                transaction.commit(boost::none);
+                ASSERT_EQ(told, 1);
+                continue;
+            }
+        }
+        if (!enough) {
+            ASSERT_EQ(dump(s.model, {.referenceCounts = true}), before);
+        }
+    }
+    EXPECT_GT(failures, 10);
+}
+
+TEST(OutOfMemory, UndoesAndRedoesAllOrNothing) {
+    int failures = 0;
+    for (bool enough = false; !enough; ++failures) {
+        Sample s;
+        int told = 0;
+        s.model->enableHistory(2);
+        s.model->addListener([&](ChangeSet const&) { ++told; });
+        std::string const before = dump(s.model);
+        busy(s).commit(boost::none);
+        std::string const after = dump(s.model);
+        told = 0;
+        enough = true;
+        for (bool const redo : {false, true}) {
+            int const toldBefore = told;
+            std::string const now = dump(s.model);
+            bool failed = false;
+            {
+                MemoryRunsOut const memory(failures);
+                try {
+                    redo ? s.model->redo() : s.model->undo();
+                } catch (std::bad_alloc const&) {
+                    failed = true;
+                }
+                enough = enough && !memory.happened();
+            }
+            if (failed) {
+                ASSERT_EQ(told, toldBefore);
+                ASSERT_EQ(dump(s.model), now) << (redo ? "redo" : "undo") << " after " << failures;
+                redo ? s.model->redo() : s.model->undo();
+            }
+            ASSERT_EQ(told, toldBefore + 1);
+        }
+        ASSERT_EQ(dump(s.model), after);
+        s.model->undo();
+        std::string undone = dump(s.model);
+        ASSERT_EQ(undone.substr(0, undone.rfind("closed")), before.substr(0, before.rfind("closed")));
+    }
+    EXPECT_GT(failures, 10);
+}
+
+TEST(OutOfMemory, KeepsWhatAnInnerCommitCannotMerge) {
+    Sample s;
+    std::string told;
+    s.model->enableHistory(2);
+    s.model->addListener([&](ChangeSet const& changes) {
+        told.clear();
+        for (auto const& e : changes.changed()) {
+            for (auto const& p : e.properties()) told += show(e.oldValue(p)) + "->" + show(e.newValue(p)) + " ";
+        }
+    });
+    auto const now = [&] {
+        return show(s.root->text()) + show(s.root->count().value_or(0)) + show(s.root->rank()) +
+               show(s.root->box().sides[0]) + show(s.root->number());
+    };
+    std::string const before = now();
+    bool ranOut = false;
+    {
+        Transaction outer = s.model->beginTransaction(false);
+        s.root->setText(u"outer");
+        Transaction inner = s.model->beginTransaction(false);
+        for (int i = 2; i < 4; ++i) {
+            s.root->setText(u"inner");
+            s.root->setCount(i);
+            s.root->setRank(i);
+            s.root->setBox({{1.0 * i}});
+            s.root->setNumber(i);
+        }
+        {
+            MemoryRunsOut const memory(0);
+            inner.commit(boost::none);
+            ranOut = memory.happened();
+        }
+        ASSERT_TRUE(ranOut);
+        s.root->setText(u"later");
+        s.root->setNumber(5);
+        outer.commit(boost::none);
+    }
+    std::string const after = now();
+    EXPECT_EQ(told, "\"\"->\"later\" 0->5 none->3 0->3 0->3 ");
+    for (int i = 0; i < 2; ++i) {
+        s.model->undo();
+        EXPECT_EQ(now(), before);
+        EXPECT_EQ(told, "\"later\"->\"\" 5->0 3->none 3->0 3->0 ");
+        s.model->redo();
+        EXPECT_EQ(now(), after);
+        EXPECT_EQ(told, "\"\"->\"later\" 0->5 none->3 0->3 0->3 ");
+    }
+}
+
+}  // namespace

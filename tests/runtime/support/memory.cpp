@@ -1,0 +1,36 @@
+#include "memory.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local long allocations = 0;
+thread_local long granted = -1;  // below 0: as many as are wanted
+
+void* allocate(std::size_t size) {
+    ++allocations;
+    if (granted >= 0 && granted-- == 0) throw std::bad_alloc();
+    if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+
+namespace nodes {
+
+AllocationCount::AllocationCount() : before_(allocations) {}
+long AllocationCount::soFar() const { return allocations - before_; }
+
+MemoryRunsOut::MemoryRunsOut(long count) { granted = count; }
+MemoryRunsOut::~MemoryRunsOut() { granted = -1; }
+bool MemoryRunsOut::happened() const { return granted < 0; }
+
+}  // namespace nodes

@@ -1,0 +1,261 @@
+// Levels of transactions: what commits and rollbacks leave, whom they tell, and who may open one.
+#include "support/dump.h"
+#include "support/expect.h"
+#include "support/node.h"
+
+#include <quay/zero/change_set.h>
+#include <quay0/messages.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+namespace msg = quay0::messages;
+
+/// "old->new" of every changed property that listeners are told of, one after the other.
+class Told {
+public:
+    explicit Told(Model const& model) {
+        model->addListener([this](ChangeSet const& changes) {
+            ++times;
+            for (auto const& e : changes.changed()) {
+                for (auto const& p : e.properties()) {
+                    text += (text.empty() ? "" : " ") + show(e.oldValue(p)) + "->" + show(e.newValue(p));
+                }
+            }
+        });
+    }
+    int times = 0;
+    std::string text;
+};
+
+/// A property that can hold a digit, in each kind of record: a value in place, one on the heap, steps.
+struct Holder {
+    char const* name;
+    void (*write)(Node const&, int);
+    std::function<std::string(int)> shown;
+};
+
+Holder const kHolders[] = {
+    {"in place", [](Node const& e, int v) { e->setRank(v); }, [](int v) { return show(v); }},
+    {"a text", [](Node const& e, int v) { e->setText(std::u16string(v == 0 ? 0 : 20, char16_t(u'0' + v))); },
+     [](int v) { return show(std::string(v == 0 ? 0 : 20, char('0' + v))); }},
+    {"on the heap", [](Node const& e, int v) { e->setBox({{double(v)}}); }, [](int v) { return show(double(v)); }},
+    {"by steps",
+     [](Node const& e, int v) {
+         if (v == 0) {
+             e->numbers().clear();
+         } else if (e->numbers().empty()) {
+             e->numbers().push_back(v);
+         } else {
+             e->numbers().replaceAt(0, v);
+         }
+     },
+     [](int v) { return v == 0 ? "[]" : "[" + show(v) + "]"; }},
+};
+
+TEST(Transactions, Nest) {
+    // A digit is written, a parenthesis opens or commits a transaction, an exclamation mark rolls one back.
+    struct Case {
+        char const* script;
+        int left;
+        std::vector<std::pair<int, int>> told;
+    };
+    Case const cases[] = {
+        {"1", 1, {{0, 1}}},
+        {"(1)", 1, {{0, 1}}},
+        {"(1!", 0, {}},
+        {"(12)", 2, {{0, 2}}},
+        {"(1)(2)", 2, {{0, 1}, {1, 2}}},
+        {"(10)", 0, {}},
+        {"(1(2)3)", 3, {{0, 3}}},
+        {"(1(2!3)", 3, {{0, 3}}},
+        {"(1(2!)", 1, {{0, 1}}},
+        {"(1(2!!", 0, {}},
+        {"(1(2)!", 0, {}},
+        {"(1(2)(3!)", 2, {{0, 2}}},
+        {"((1)(2!)", 1, {{0, 1}}},
+        {"((1!(2))", 2, {{0, 2}}},
+        {"((1)0)", 0, {}},
+        {"(1(0))", 0, {}},
+        {"(1(2(3!!)", 1, {{0, 1}}},
+        {"(1(2(3)!)", 1, {{0, 1}}},
+        {"(1(2(3))!", 0, {}},
+        {"(1(2(3)4)5)", 5, {{0, 5}}},
+        {"(1((2)(3!(4))(5!)", 4, {{0, 4}}},
+        {"(((1)))(((2!)3)", 3, {{0, 1}, {1, 3}}},
+        {"()", 0, {}},
+    };
+    for (Holder const& holder : kHolders) {
+        for (Case const& c : cases) {
+            SCOPED_TRACE(std::string(c.script) + " " + holder.name);
+            Model const model = Model::create();
+            Node const e = Node::create(model);
+            Told const told(model);
+            std::vector<Transaction> open;
+            for (char const* s = c.script; *s != 0; ++s) {
+                if (*s == '(') open.push_back(model->beginTransaction(false));
+                if (*s == ')') open.back().commit(boost::none);
+                if (*s == ')' || *s == '!') open.pop_back();
+                if (*s >= '0' && *s <= '9') holder.write(e, *s - '0');
+            }
+            std::string expected;
+            for (auto const& [from, to] : c.told) {
+                expected += (expected.empty() ? "" : " ") + holder.shown(from) + "->" + holder.shown(to);
+            }
+            EXPECT_EQ(told.text, expected);
+            EXPECT_EQ(told.times, static_cast<int>(c.told.size()));
+            Node const twin = Node::create(model);
+            holder.write(twin, c.left);
+            for (std::size_t i : {kText, kRank, kBox, kNumbers}) {
+                EXPECT_EQ(show(*e.impl(), i), show(*twin.impl(), i)) << i;
+            }
+        }
+    }
+}
+
+TEST(Transactions, EndOnceAndWithTheOneAround) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    Told const told(model);
+    {
+        Transaction outer = model->beginTransaction(false);
+        Transaction inner = model->beginTransaction(false);
+        e->setRank(1);
+        Transaction moved(std::move(inner));
+        EXPECT_FALSE(inner.isOpen());
+        EXPECT_TRUE(moved.isOpen());
+        inner.commit(boost::none);
+        EXPECT_TRUE(moved.isOpen());
+
+        outer.commit(boost::none);  // the inner one was never committed
+        EXPECT_FALSE(moved.isOpen());
+        EXPECT_EQ(e->rank(), 0);
+        EXPECT_FALSE(model->inTransaction());
+        moved.commit(boost::none);
+
+        Transaction next = model->beginTransaction(false);
+        e->setRank(2);
+        outer.commit(boost::none);
+        moved.commit(boost::none);
+        EXPECT_TRUE(next.isOpen());
+        next.commit(boost::none);
+        next.commit(boost::none);
+    }
+    EXPECT_EQ(told.text, "0->2");
+    EXPECT_EQ(e->rank(), 2);
+}
+
+TEST(Transactions, OfTheSystemTellNobodyAndAreNotKept) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    Told const told(model);
+    model->enableHistory(10);
+    auto const run = [&](bool outer, bool inner, auto&& f) {
+        Transaction around = model->beginTransaction(outer);
+        Transaction within = model->beginTransaction(inner);
+        f();
+        within.commit(boost::none);
+        around.commit(boost::none);
+    };
+    run(false, true, [&] { e->setRank(1); });  // only the outermost one counts
+    EXPECT_EQ(told.text, "0->1");
+    EXPECT_EQ(model->undoDepth(), 1U);
+
+    run(true, false, [&] { e->setNumber(2); });
+    EXPECT_EQ(told.times, 1);
+    EXPECT_EQ(model->undoDepth(), 1U) << "plain values leave the history alone";
+    EXPECT_TRUE(model->undo());
+    EXPECT_EQ(e->rank(), 0);
+    EXPECT_EQ(e->number(), 2);
+    EXPECT_EQ(model->redoDepth(), 1U);
+
+    run(true, false, [&] { e->children().add(Node::create(model)); });
+    EXPECT_EQ(model->undoDepth() + model->redoDepth(), 0U) << "what changed places can't be put back in order";
+    EXPECT_EQ(e->children().size(), 1U);
+    {
+        Transaction undone = model->beginTransaction(true);
+        e->children()[0]->destroy();
+    }
+    EXPECT_EQ(e->children().size(), 1U);
+}
+
+TEST(Transactions, AreRefusedByAFrozenModel) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    Node const child = Node::create(model);
+    e->children().add(child);
+    model->enableHistory(5);
+    e->setRank(1);
+    std::string const before = dump(model);
+    {
+        Model::Freezer freezer(model);
+        std::function<void()> const writes[] = {
+            [&] { (void)model->beginTransaction(false); },
+            [&] { (void)model->beginTransaction(true); },
+            [&] { e->setRank(2); },
+            [&] { e->setText(u"t"); },
+            [&] { e->children().add(child); },
+            [&] { e->children().clear(); },
+            [&] { e->byRank().insert(child); },
+            [&] { e->numbers().push_back(1); },
+            [&] { e->tags().insert(u"t"); },
+            [&] { e->destroy(); },
+            [&] { Node::create(model); },
+            [&] { model->undo(); },
+            [&] { model->redo(); },
+        };
+        int i = 0;
+        for (auto const& write : writes) {
+            EXPECT_TRUE(failsWith<msg::ModelIsFrozen>(write)) << "write " << i++;
+            EXPECT_EQ(dump(model), before);
+        }
+        e->setRank(1);  // the present value: no event
+        EXPECT_EQ(Node::Impl::living, 2);
+        {
+            Model::Thawer const first = freezer.thaw();
+            Model::Thawer second = freezer.thaw();
+            { Model::Thawer const third(std::move(second)); }
+            e->setRank(3);
+        }
+        EXPECT_TRUE(failsWith<msg::ModelIsFrozen>([&] { e->setRank(4); }));
+    }
+    e->setRank(5);
+    EXPECT_EQ(e->rank(), 5);
+}
+
+TEST(Transactions, KeepTheirModel) {
+    Node e;
+    {
+        Model model = Model::create();
+        e = Node::create(model);
+        Transaction transaction = model->beginTransaction(false);
+        model = Model();
+        EXPECT_TRUE(e);
+        e->setRank(1);
+        transaction.commit(boost::none);
+        EXPECT_EQ(e->rank(), 1);
+    }
+    EXPECT_FALSE(e);
+}
+
+TEST(Transactions, ReportNaNOverNaNAndNotMinusZeroOverZero) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    e->setNumber(std::numeric_limits<double>::quiet_NaN());
+    Told const told(model);
+    e->setNumber(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(told.times, 1);
+    EXPECT_EQ(told.text, "nan->nan");
+    e->setNumber(0.0);
+    e->setNumber(-0.0);
+    EXPECT_EQ(told.times, 2);
+    EXPECT_FALSE(std::signbit(e->number()));
+}
+
+}  // namespace
