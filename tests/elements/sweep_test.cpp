@@ -396,9 +396,6 @@ private:
         } else {
             refuses<CannotAddIncompatibleTypes>([&] { giveAny(stranger); });
         }
-        if (class_->conformsTo(meta::Class::cast(type))) {
-            refuses<InvalidValue>([&] { give(element_); });
-        }
     }
 
     // --- Several children
