@@ -191,6 +191,7 @@ TEST(Registry, ForgetsWhatAFailedDeclarationLeft) {
     std::lock_guard const lock(registry->mutex());
     Model::Thawer const thawer = registry->freezer().thaw();
     meta::Enum type;
+    meta::Package root;
     {
         Transaction const rolledBack = registry->model()->beginTransaction(true);
         type = meta::Enum::create(registry->model(), {});
@@ -198,7 +199,7 @@ TEST(Registry, ForgetsWhatAFailedDeclarationLeft) {
         registry->registerType(type, nullptr, nullptr);
         registry->registerTypeNames(type, "", "Rolled.Back", "");
         serializers->registerPropertySerializer(type, std::make_unique<Unloaded>(), "");
-        auto const root = meta::Package::create(registry->model(), {});
+        root = meta::Package::create(registry->model(), {});
         root->setUri(u"/tests/rolled-back");
         registry->registerRootPackage(root);
     }
@@ -206,7 +207,8 @@ TEST(Registry, ForgetsWhatAFailedDeclarationLeft) {
     EXPECT_FALSE(type);
     EXPECT_FALSE(registry->findRootPackage(u"/tests/rolled-back"));
     EXPECT_TRUE(failsWith<msg::NoSuchType>([&] { (void)registry->getType(u"RolledBack"); }));
-    registry->forgetDead();
+    registry->unregisterType(type);
+    registry->withdrawRootPackage(root);
     EXPECT_EQ(serializers->getPropertySerializer(type), nullptr);
     EXPECT_FALSE(registry->findTypeByScriptName("Rolled.Back"));
     EXPECT_EQ(registry->getRootPackages().size(), roots - 1);
