@@ -133,6 +133,7 @@ public:
     /// Fails unless the owner may be written and the element may enter: see ModelElement::Impl::requireWritable and
     /// checkCompatibleModel.
     void checkCompatibleModel(ModelElement::Impl* e) const;
+    /// The element that may take the proxy's place here, or the proxy itself.
     ModelElement resolveProxy(ModelElement const& e) const;
     /// What a proxy resolves to without loading anything.
     ModelElement peekResolveProxy(ModelElement const& e) const;
@@ -150,6 +151,9 @@ protected:
     /// The new member gets the owner as its container, leaving a former one; a released one has none.
     void contain(ModelElement::Impl* e) const;
     void release(ModelElement::Impl* e) const;
+
+private:
+    bool mayTakePlace(ModelElement::Impl const& found) const noexcept;
 };
 
 }  // namespace quay::zero

@@ -1,0 +1,242 @@
+// Proxies: elements that aren't loaded, alone and in collections.
+#include "support/dump.h"
+#include "support/expect.h"
+#include "support/node.h"
+
+#include <quay/zero/proxy_id.h>
+#include <quay0/messages.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <unordered_set>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+namespace msg = quay0::messages;
+
+struct Sample {
+    Model model = Model::create();
+    Special owner = Special::create(model, idOf(1));
+    Node target = Node::create(model, idOf(2));
+
+    Sample() { model->setStoreName(u"here"); }
+    Node proxyOf(ProxyId const& id) {
+        Node const made = Node::create(model);
+        model->setProxyId(*made.impl(), id);
+        return made;
+    }
+    Node local() { return proxyOf(ProxyId(target->uuid())); }
+    Node outside() { return proxyOf(ProxyId(u"there", target->uuid())); }
+};
+
+TEST(Proxies, CanBeReadForTheirIdentityAlone) {
+    Sample s;
+    Node const proxy = s.outside();
+    EXPECT_TRUE(proxy->isProxy());
+    EXPECT_EQ(proxy->getProxyId(), ProxyId(u"there", s.target->uuid()));
+    EXPECT_EQ(s.target->getProxyId(), ProxyId(s.target->uuid()));
+    EXPECT_EQ(s.target->getPersistentProxyId(true), ProxyId(u"here", s.target->uuid()));
+    EXPECT_EQ(s.target->getPersistentProxyId(false), ProxyId(s.target->uuid()));
+    std::function<void()> const writes[] = {
+        [&] { proxy->setRank(1); },
+        [&] { proxy->setRank(0); },  // also the value that it has
+        [&] { proxy->setText(u"t"); },
+        [&] { proxy->numbers().push_back(1); },
+        [&] { proxy->tags().clear(); },
+        [&] { proxy->children().add(s.target); },
+        [&] { proxy->byName().insert(s.target); },
+        [&] { proxy->notifyModifying(kRank); },
+        [&] { proxy->requireLoaded(); },
+    };
+    std::string const before = dump(s.model, {.referenceCounts = true});
+    for (auto const& write : writes) EXPECT_TRUE(failsWith<msg::CannotModifyProxy>(write));
+    EXPECT_EQ(dump(s.model, {.referenceCounts = true}), before);
+    proxy->destroy();
+    EXPECT_FALSE(proxy);
+}
+
+TEST(Proxies, ResolveByIdOrByAResolver) {
+    Sample s;
+    Node const local = s.local();
+    Node const outside = s.outside();
+    Node const nowhere = s.proxyOf(ProxyId(idOf(99)));
+    auto const resolve = [&](Node const& e) { return s.model->resolveProxy(s.owner.impl(), e); };
+    EXPECT_EQ(resolve(local), s.target);
+    EXPECT_EQ(resolve(s.proxyOf(ProxyId(u"here", s.target->uuid()))), s.target) << "the model's own store";
+    EXPECT_EQ(resolve(nowhere), nowhere);
+    EXPECT_EQ(resolve(s.target), s.target);
+    EXPECT_EQ(resolve(outside), outside) << "nobody resolves it";
+    EXPECT_FALSE(resolve(Node()));
+
+    ModelElement answer = s.target;
+    int asked = 0;
+    s.model->setProxyResolver([&](ProxyId const& id) {
+        ++asked;
+        EXPECT_EQ(id, outside->getProxyId());
+        return answer;
+    });
+    EXPECT_EQ(resolve(outside), s.target);
+    answer = meta::Package::create(s.model, {});
+    EXPECT_EQ(resolve(outside), outside) << "of another class";
+    answer = Node::create(Model::create());
+    EXPECT_EQ(resolve(outside), outside) << "of another model";
+    answer = nowhere;
+    EXPECT_EQ(resolve(outside), outside) << "a proxy as well";
+    answer = ModelElement();
+    EXPECT_EQ(resolve(outside), outside);
+    EXPECT_EQ(asked, 5);
+    {
+        Model::ResolutionHold const first(s.model);
+        Model::ResolutionHold const second(s.model);
+        EXPECT_EQ(s.model->resolutionHolds(), 2);
+        EXPECT_EQ(resolve(local), local);
+    }
+    EXPECT_EQ(resolve(local), s.target);
+}
+
+TEST(Proxies, KeepTheirPositionInASequence) {
+    Sample s;
+    Node const other = Node::create(s.model, idOf(3));
+    Node const local = s.local();
+    Node const outside = s.outside();
+    auto& children = s.owner->children();
+    for (Node const& e : {other, local, outside}) children.add(e);
+    EXPECT_EQ(local->container(), s.owner);
+    EXPECT_FALSE(children.contains(local));
+    EXPECT_EQ(children.indexOf(s.target), SequenceCore::NONE) << "not before it is resolved";
+    {
+        Model::ResolutionHold const hold(s.model);
+        EXPECT_EQ(children[1], local);
+        EXPECT_EQ(children.getAllValues().size(), 1U);
+    }
+    EXPECT_EQ(children.getAllValuesAndProxies().size(), 3U);
+    children.resolveLocal();
+    EXPECT_EQ(children.indexOf(s.target), 1U);
+    EXPECT_EQ(s.target->container(), s.owner);
+    EXPECT_EQ(children[2], outside) << "it stays where it can't be resolved, and is asked again";
+    s.model->setProxyResolver([&](ProxyId const&) { return other; });
+    EXPECT_EQ(children[2], other);
+    EXPECT_EQ(children.getAllValues().size(), 3U);
+
+    Node const again = s.local();
+    children.set(2, again);
+    children.set(2, s.target);  // the slot resolves to it first, so nothing is done
+    EXPECT_EQ(children[2], s.target);
+    EXPECT_FALSE(s.owner->parts().basicContainsProxyTo(s.target));
+    s.owner->parts().add(s.local());
+    EXPECT_TRUE(s.owner->parts().basicContainsProxyTo(s.target));
+    s.owner->parts().replaceProxy(other, 0);
+    EXPECT_EQ(s.owner->parts()[0], other);
+    EXPECT_EQ(other->container(), s.owner);
+}
+
+TEST(Proxies, DontMoveWhatTheyStandFor) {
+    // Reading is no change, so an element that has its place elsewhere stays there, and the proxy a proxy.
+    Sample s;
+    s.model->enableHistory(10);
+    Node const elsewhere = Node::create(s.model);
+    elsewhere->children().add(Node::create(s.model));
+    elsewhere->children().add(s.target);
+    Node const inSequence = s.local();
+    Node const inMap = s.local();
+    s.owner->children().add(inSequence);
+    s.owner->byName().insert(inMap);
+    EXPECT_EQ(s.owner->children()[0], inSequence);
+    s.owner->byName().resolveAll();
+    EXPECT_TRUE(s.owner->byName().empty());
+    EXPECT_EQ(s.target->container(), elsewhere);
+    EXPECT_EQ(elsewhere->children().size(), 2U);
+    Node const toOwner = s.proxyOf(ProxyId(s.owner->uuid()));
+    s.owner->parts().add(toOwner);
+    EXPECT_EQ(s.owner->parts()[0], toOwner) << "what contains a collection can't stand in it";
+    while (s.model->undo()) continue;
+    EXPECT_EQ(s.model->undoDepth(), 0U);
+    EXPECT_EQ(s.model->elementCount(), 2U);
+}
+
+TEST(Proxies, StandApartInAMap) {
+    Sample s;
+    s.target->setText(u"t");
+    auto& map = s.owner->byName();
+    Node const local = s.local();
+    map.insert(local);
+    map.insert(local);
+    EXPECT_TRUE(map.empty());
+    EXPECT_EQ(map.size(), 0U);
+    EXPECT_TRUE(map.genericKeys().empty());
+    EXPECT_FALSE(map.contains(local));
+    EXPECT_EQ(map.getAllValuesAndProxies(), std::vector<ModelElement>{local});
+    EXPECT_EQ(local->container(), s.owner);
+    {
+        Model::ResolutionHold const hold(s.model);
+        EXPECT_TRUE(map.getAllValues().empty());
+    }
+    EXPECT_EQ(map.getAllValues(), std::vector<ModelElement>{s.target});
+    EXPECT_EQ(map.find(u"t"), s.target);
+    EXPECT_EQ(s.target->container(), s.owner);
+    EXPECT_EQ(map.getAllValuesAndProxies().size(), 1U);
+
+    Node const sameKey = Node::create(s.model);
+    sameKey->setText(u"t");
+    map.insert(s.proxyOf(ProxyId(sameKey->uuid())));
+    map.resolveAll();
+    EXPECT_EQ(map.size(), 1U) << "its key is taken, so it stays a proxy";
+    EXPECT_EQ(map.getAllValuesAndProxies().size(), 2U);
+
+    Node const outside = s.outside();
+    map.insert(outside);
+    map.resolveLocal();
+    EXPECT_EQ(map.getAllValuesAndProxies().size(), 3U);
+    map.remove(outside);
+    EXPECT_FALSE(outside->container());
+    EXPECT_EQ(map.getAllValuesAndProxies().size(), 2U);
+    map.remove(s.target);
+    map.resolveLocal();
+    EXPECT_EQ(map.find(u"t"), sameKey);
+}
+
+TEST(Proxies, ComeAndGoInTransactions) {
+    Sample s;
+    Node const local = s.local();
+    Node const outside = s.outside();
+    s.owner->byName().insert(outside);
+    s.owner->children().add(outside);
+    s.owner->byRank().insert(outside);
+    std::string const before = dump(s.model, {.referenceCounts = true});
+    EXPECT_EQ(s.owner->byRank().getAllValuesAndProxies().size(), 1U);
+    {
+        Transaction const rolledBack = s.model->beginTransaction(false);
+        s.owner->byRank().insert(local);
+        s.owner->byName().insert(outside);
+        s.owner->byName().insert(local);
+        s.owner->byName().clear();
+        s.owner->children().add(outside);
+        outside->destroy();
+        s.outside();
+    }
+    EXPECT_EQ(dump(s.model, {.referenceCounts = true}), before);
+    EXPECT_EQ(s.owner->byRank().getAllValuesAndProxies(), std::vector<ModelElement>{outside});
+
+    s.owner->parts().add(local);
+    s.owner->destroy();
+    EXPECT_TRUE(local) << "proxies aren't destroyed with their owner, they only leave";
+    EXPECT_TRUE(outside);
+    EXPECT_FALSE(s.owner);
+}
+
+TEST(Proxies, AreNamedByStoreAndId) {
+    ProxyId const plain(idOf(1));
+    ProxyId const here(u"here", idOf(1));
+    ProxyId const there(u"there", idOf(1));
+    EXPECT_FALSE(plain.hasOutsidePart(u"here"));
+    EXPECT_FALSE(here.hasOutsidePart(u"here"));
+    EXPECT_TRUE(there.hasOutsidePart(u"here"));
+    EXPECT_TRUE(here.hasOutsidePart(u""));
+    std::unordered_set<ProxyId> const all{plain, here, there, ProxyId(idOf(2)), ProxyId(u"here", idOf(1))};
+    EXPECT_EQ(all.size(), 4U);
+}
+
+}  // namespace

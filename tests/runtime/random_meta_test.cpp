@@ -1,0 +1,239 @@
+// Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
+#include "support/dump.h"
+#include "support/random.h"
+
+#include <keel/exception.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/model.h>
+
+#include <functional>
+#include <optional>
+#include <ostream>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+
+/// The first number tells what is done, the others to what and with what.
+struct Operation {
+    std::uint8_t kind, a, b, c;
+};
+
+std::ostream& operator<<(std::ostream& out, Operation const& o) {
+    return out << '{' << int{o.kind} << ", " << int{o.a} << ", " << int{o.b} << ", " << int{o.c} << '}';
+}
+
+class World {
+public:
+    World() { model_->enableHistory(1000); }
+    World(World const&) = delete;
+    World& operator=(World const&) = delete;
+    ~World() {
+        while (!open_.empty()) open_.pop_back();
+    }
+
+    void run(Operation const& o) {
+        switch (o.kind % 24) {
+            case 0: return begin();
+            case 1:
+            case 2: return commit();
+            case 3: return rollback();
+            case 4: return replay(false);
+            case 5: return replay(true);
+            case 6: return fail(o);
+            default: break;
+        }
+        if (open_.empty()) {
+            begin();
+            change(o);
+            commit();
+        } else {
+            change(o);
+        }
+    }
+
+private:
+    struct Level {
+        Transaction transaction;
+        std::string before;
+    };
+
+    /// Without the last line, which tells of the history.
+    std::string body() const {
+        std::string text = dump(model_);
+        return text.substr(0, text.rfind('\n', text.size() - 2) + 1);
+    }
+
+    void begin() {
+        if (open_.size() < 4) open_.push_back({model_->beginTransaction(false), body()});
+    }
+    void commit() {
+        if (open_.empty()) return;
+        std::string const before = open_.back().before;
+        std::string const after = body();
+        std::size_t const depth = model_->undoDepth();
+        open_.back().transaction.commit(boost::none);
+        bool const outermost = open_.size() == 1;
+        open_.pop_back();
+        RC_ASSERT(body() == after);
+        if (!outermost) return;
+        // What changed is kept; what didn't may be, since no collection of two or more counts as unchanged.
+        bool const kept = model_->undoDepth() == depth + 1;
+        RC_ASSERT(kept || (before == after && model_->redoDepth() == undone_.size()));
+        if (!kept) return;
+        undone_.clear();
+        done_.push_back({before, after});
+    }
+    void rollback() {
+        if (open_.empty()) return;
+        std::string const before = open_.back().before;
+        open_.pop_back();
+        RC_ASSERT(body() == before);
+    }
+    void replay(bool redo) {
+        if (!open_.empty()) return;
+        auto& from = redo ? undone_ : done_;
+        auto& to = redo ? done_ : undone_;
+        bool const did = redo ? model_->redo() : model_->undo();
+        RC_ASSERT(did == !from.empty());
+        if (!did) return;
+        RC_ASSERT(body() == (redo ? from.back().after : from.back().before));
+        to.push_back(from.back());
+        from.pop_back();
+    }
+    /// Something happens, and then all of it fails.
+    void fail(Operation const& o) {
+        std::string const before = body();
+        try {
+            Transaction const transaction = model_->beginTransaction(o.b % 2 == 0);
+            change(o);
+            change({static_cast<std::uint8_t>(o.kind + 8), o.b, o.c, o.a});
+            throw 1;
+        } catch (int) {
+        }
+        RC_ASSERT(body() == before);
+    }
+
+    template <class X>
+    X pick(std::uint8_t by) const {
+        std::vector<X> all;
+        model_->forEachElement([&](ModelElement::Impl& e) {
+            if (X const x = X::cast(ModelElement(&e))) all.push_back(x);
+        });
+        return all.empty() ? X() : all[by % all.size()];
+    }
+    template <class X>
+    void create(std::u16string const& name) {
+        if (model_->elementCount() < 14) X::create(model_, {})->setName(name);
+    }
+
+    /// Refusals change nothing, here as elsewhere.
+    void change(Operation const& o) {
+        try {
+            doChange(o);
+        } catch (keel::core::except::Error const&) {
+        }
+    }
+    void doChange(Operation const& o) {
+        std::u16string const name(1 + o.c % 2 * 20, static_cast<char16_t>(u'a' + o.b % 4));
+        auto const package = pick<meta::Package>(o.a);
+        auto const type = pick<meta::Class>(o.a);
+        auto const property = pick<meta::Property>(o.b);
+        auto const literal = pick<meta::EnumLiteral>(o.b);
+        auto const operation = pick<meta::Operation>(o.b);
+        switch (o.kind % 17) {
+            case 0: return create<meta::Package>(name);
+            case 1: return create<meta::Class>(name);
+            case 2: return create<meta::Property>(name);
+            case 3: return o.c % 2 == 0 ? create<meta::Enum>(name) : create<meta::DataType>(name);
+            case 4: return create<meta::EnumLiteral>(name);
+            case 5: return o.c % 2 == 0 ? create<meta::Operation>(name) : create<meta::Argument>(name);
+            case 6:
+                if (package) pick<meta::Package>(o.b)->setParentPackage(package);
+                return;
+            case 7:
+                if (package && pick<meta::Type>(o.b)) pick<meta::Type>(o.b)->setOwningPackage(package);
+                return;
+            case 8:
+                if (type && property) property->setOwningType(type);
+                return;
+            case 9: {
+                auto const parent = pick<meta::Enum>(o.a);
+                if (parent && literal) literal->setParentEnum(parent);
+                return;
+            }
+            case 10: {
+                if (type && operation) operation->setOwningType(type);
+                auto const argument = pick<meta::Argument>(o.c);
+                if (operation && argument) argument->setOperation(operation);
+                return;
+            }
+            case 11: {
+                auto const e = pick<meta::MetaElement>(o.a);
+                if (e && !meta::EnumLiteral::cast(e)) e->setName(name);  // a literal's name may be a key
+                return;
+            }
+            case 12:
+                if (!property) return;
+                property->setFlags(static_cast<ValueFlags>(o.c % 3));
+                property->setIndex(o.a % 4);
+                property->setIsDerived(o.a % 2 == 0);
+                property->setDefaultValue(o.c % 2 == 0 ? boost::optional<std::u16string>() : name);
+                property->setQualifiedBy(pick<meta::Property>(o.a));
+                return property->setType(pick<meta::Type>(o.c));
+            case 13: {
+                if (!package) return;
+                auto* const uris = package->getImportedPackageURIsMutable();
+                if (o.c % 4 == 0) return uris->clear();
+                if (o.c % 4 == 1 && !uris->empty()) return uris->eraseAt(o.b % uris->size());
+                return uris->push_back(name);
+            }
+            case 14:
+                if (type) {
+                    type->setIsAbstract(o.b % 2 == 0);
+                    type->setSuperclass(pick<meta::Class>(o.c));
+                    type->setScriptName(std::string(o.b % 40, 's'));
+                }
+                return;
+            default: {
+                auto const e = pick<meta::MetaElement>(o.a);
+                if (e) e->destroy();
+                return;
+            }
+        }
+    }
+
+    struct Kept {
+        std::string before, after;
+    };
+    Model model_ = Model::create();
+    std::vector<Level> open_;
+    std::vector<Kept> done_;
+    std::vector<Kept> undone_;
+};
+
+}  // namespace
+
+namespace rc {
+
+template <>
+struct Arbitrary<Operation> {
+    static Gen<Operation> arbitrary() {
+        return gen::build<Operation>(gen::set(&Operation::kind, gen::inRange<std::uint8_t>(0, 240)),
+                                     gen::set(&Operation::a), gen::set(&Operation::b), gen::set(&Operation::c));
+    }
+};
+
+}  // namespace rc
+
+namespace {
+
+TEST(RandomMetaObjects, ComeBackAsTheyWere) {
+    checkRandomly(30 * kEffort, [](std::vector<Operation> const& operations) {
+        World world;
+        for (Operation const& o : operations) world.run(o);
+    });
+}
+
+}  // namespace
