@@ -46,7 +46,7 @@ enum class InsertPolicy : int { Report = 0, Keep = 1, Replace = 2 };
 /// (texts by code unit, 8-bit ones by unsigned byte), a multimap in order of entry among equal keys. Proxies have no
 /// key; they stand apart until they are resolved. Rolling back puts the stored pairs back and never reads a key.
 template <class K>
-class KeyedCore : public ReferenceCollection {
+class QUAY_ZERO_API KeyedCore : public ReferenceCollection {
 public:
     using Tree = std::multimap<K, ModelElement>;
 
@@ -126,10 +126,10 @@ private:
     bool unique_;
 };
 
-extern template class QUAY_ZERO_API KeyedCore<std::u16string>;
-extern template class QUAY_ZERO_API KeyedCore<std::string>;
-extern template class QUAY_ZERO_API KeyedCore<int>;
-extern template class QUAY_ZERO_API KeyedCore<double>;
+extern template class KeyedCore<std::u16string>;
+extern template class KeyedCore<std::string>;
+extern template class KeyedCore<int>;
+extern template class KeyedCore<double>;
 
 /// Visits the elements of a map in key order.
 template <class K, class T>
