@@ -58,6 +58,7 @@ private:
 class Small {
 public:
     Small(Store& store, Id id) : store_(store), id_(id) {}
+    Id const& id() const noexcept { return id_; }
     double first() const { return first_; }
     void setFirst(double value);
     void setSecond(double value);

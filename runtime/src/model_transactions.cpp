@@ -28,10 +28,10 @@ Storage* storageOf(std::uintptr_t track) noexcept { return reinterpret_cast<Stor
 
 Transaction ModelImpl::beginTransaction(bool system) { return {*this, openLevel(system)}; }
 
-std::uint64_t ModelImpl::openLevel(bool system) {
+std::uint64_t ModelImpl::openLevel(bool system, bool isOperation) {
     if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
     if (frozen_) reportException(quay0::messages::ModelIsFrozen());
-    levels_.push_back({lastSerial_ + 1, log_.lives.size(), log_.steps.size(), log_.storages, system});
+    levels_.push_back({lastSerial_ + 1, log_.lives.size(), log_.steps.size(), log_.storages, system, isOperation});
     levelSerial_ = ++lastSerial_;
     quiet_ = false;
     return levelSerial_;

@@ -25,7 +25,7 @@ void Transaction::commit(boost::optional<Value> const& /*result*/) {
 
 ImplicitTransaction::ImplicitTransaction(ModelImpl& model) : opened_(nullptr) {
     if (model.inTransaction()) return;
-    model.openLevel(false);
+    model.openLevel(false, true);
     opened_ = &model;
 }
 
@@ -39,7 +39,11 @@ void ImplicitTransaction::commit() {
     opened_ = nullptr;
 }
 
-Savepoint::Savepoint(ModelImpl& model) : model_(&model), serial_(model.openLevel(false)) {}
+Savepoint::Savepoint(ModelImpl& model) : model_(nullptr), serial_(0) {
+    if (model.inOperation()) return;
+    serial_ = model.openLevel(false, true);
+    model_ = &model;
+}
 
 Savepoint::~Savepoint() {
     if (model_ != nullptr) model_->rollbackLevel(serial_);
@@ -47,6 +51,7 @@ Savepoint::~Savepoint() {
 
 void Savepoint::commit() {
     ModelImpl* const model = std::exchange(model_, nullptr);
+    if (model == nullptr) return;
     try {
         model->commitLevel(serial_);
     } catch (...) {

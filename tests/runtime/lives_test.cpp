@@ -228,7 +228,9 @@ TEST(Lives, RefuseWritesOnceOver) {
          }},
         {"notifyModifying", [](Special const& e) { e->notifyModifying(kRank); }},
     };
-    for (auto const& [how, e] : {std::pair{"destroyed", destroyed}, {"undone", undone}, {"its model ended", orphan}}) {
+    for (auto const& dead : {std::pair{"destroyed", destroyed}, {"undone", undone}, {"its model ended", orphan}}) {
+        char const* const how = dead.first;
+        Special const& e = dead.second;
         for (Door const& door : doors) {
             SCOPED_TRACE(std::string(how) + ", " + door.name);
             std::string const before = dump(model, {.referenceCounts = true});

@@ -49,7 +49,7 @@ LINES = [
     ("src/Orchard.cpp", '#include "Garden/Bed.h"'),
     (TREE, '#include "Garden/Enumerations.h"'),
     (TREE, "  Garden::Soil ground_ = Garden::Soil::Loam;"),
-    ("src/MetaPackageOrchard.cpp", "        MetaPackageGarden::getInstance();"),
+    ("src/MetaPackageOrchard.cpp", "        MetaPackageGarden::bringUp();"),
     ("src/MetaPackageOrchard.cpp", '#include "Garden/MetaPackageGarden.h"'),
     # Values: a data type by reference, the lowest int, text with quotes and umlauts, names that C++ has for itself.
     (TREE, '#include "orchard/trees/Position.h"'),

@@ -78,12 +78,13 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
         imports->assign(std::move(uris));
         instantiate(registry);
         weave(registry, serializers);
+        registerRootPackage(root);  // last of what can fail
         transaction.commit(boost::none);
-        registerRootPackage(root);
     } catch (...) {
+        for (auto const& [name, type] : types_) registry->unregisterType(type);
+        registry->withdrawRootPackage(this->*tables_.root);
         clearSlots();
         types_.clear();
-        registry->forgetDeadTypes();
         throw;
     }
     types_.clear();

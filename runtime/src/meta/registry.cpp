@@ -203,6 +203,8 @@ void MetaRegistry::registerTypeNames(Type const& type, std::string native, std::
 
 void MetaRegistry::registerRootPackage(Package const& package) {
     std::lock_guard const lock(mutex_);
+    // One of that URI that is dead was taken back by a rollback, and is declared again.
+    std::erase_if(rootPackages_, [&](Package const& p) { return !p && p->getUri() == package->getUri(); });
     rootPackages_.push_back(package);
 }
 
@@ -217,29 +219,33 @@ bool isBelow(ModelElement::Impl const* element, ModelElement::Impl const* top) {
 
 }  // namespace
 
+template <class Condition>
+void MetaRegistry::forgetTypes(Condition const& isMeant) {
+    std::erase_if(types_, [&](auto const& entry) {
+        if (!isMeant(entry.first)) return false;
+        PropertySerializerRegistry::getInstance()->forget(entry.first);
+        return true;
+    });
+    std::erase_if(byName_, [&](auto const& entry) { return isMeant(entry.second); });
+    std::erase_if(byScriptName_, [&](auto const& entry) { return isMeant(entry.second); });
+}
+
 void MetaRegistry::unregisterRootPackage(std::u16string const& uri) {
     std::lock_guard const lock(mutex_);
     Package const package = findRootPackage(uri);
     if (!package) return;
-    std::erase_if(types_, [&](auto const& entry) {
-        if (!isBelow(entry.first, package.impl())) return false;
-        PropertySerializerRegistry::getInstance()->forget(entry.first);
-        return true;
-    });
-    std::erase_if(byName_, [&](auto const& entry) { return isBelow(entry.second, package.impl()); });
-    std::erase_if(byScriptName_, [&](auto const& entry) { return isBelow(entry.second, package.impl()); });
+    forgetTypes([&](ModelElement::Impl const* type) { return isBelow(type, package.impl()); });
     std::erase(rootPackages_, package);
 }
 
-void MetaRegistry::forgetDeadTypes() {
+void MetaRegistry::unregisterType(Type const& type) {
     std::lock_guard const lock(mutex_);
-    std::erase_if(types_, [&](auto const& entry) {
-        if (entry.first->isAlive()) return false;
-        PropertySerializerRegistry::getInstance()->forget(entry.first);
-        return true;
-    });
-    std::erase_if(byName_, [](auto const& entry) { return !entry.second->isAlive(); });
-    std::erase_if(byScriptName_, [](auto const& entry) { return !entry.second->isAlive(); });
+    forgetTypes([&](ModelElement::Impl const* registered) { return registered == type.impl(); });
+}
+
+void MetaRegistry::withdrawRootPackage(Package const& package) noexcept {
+    std::lock_guard const lock(mutex_);
+    std::erase(rootPackages_, package);
 }
 
 void MetaRegistry::keep(void const* object) {

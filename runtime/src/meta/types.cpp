@@ -287,14 +287,16 @@ bool Class::Impl::conformsTo(Class const& other) const noexcept {
 }
 
 Property Class::Impl::getPropertyByIndex(unsigned long index) const {
+    if (index == 0) return {};
     for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
+        // Derived properties have no index and stand between the others, so a property stands as far behind the first
+        // indexed one as the numbers tell, or further.
         auto const& own = *level->getOwnedProperties();
-        if (own.empty() || index == 0) continue;
-        // Derived properties have no index and stand between the others, so the position is at or behind the number's.
-        unsigned long const first = own[0]->getIndex();
-        if (index < first) continue;
-        for (std::size_t i = index - first; i < own.size(); ++i) {
-            if (own[i]->getIndex() == index) return own[i];
+        std::size_t at = 0;
+        while (at < own.size() && own[at]->getIndex() == 0) ++at;
+        if (at == own.size() || index < own[at]->getIndex()) continue;
+        for (at += index - own[at]->getIndex(); at < own.size(); ++at) {
+            if (own[at]->getIndex() == index) return own[at];
         }
         return {};
     }

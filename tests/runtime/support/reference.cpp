@@ -54,7 +54,9 @@ void Reference::commit() {
 /// Exchanges the present state with the entry's. Values that the entry's transaction didn't write stay what they are.
 void Reference::replay(Entry& entry) {
     State target = std::move(entry.other);
-    for (auto& [n, node] : target.nodes) {
+    for (auto& entryOfNode : target.nodes) {
+        auto const n = entryOfNode.first;
+        Node& node = entryOfNode.second;
         if (!node.alive || !isAlive(n)) continue;
         Node const& present = at(n);
         auto const keep = [&](Index index, auto Node::*field) {

@@ -131,7 +131,7 @@ protected:
     meta::Class const& memberClass() const override { return T::metaClass(); }
 };
 
-/// Visits positions, so a change of the sequence while it runs can't leave it dangling.
+/// Stands for a position, so a change of the sequence doesn't invalidate it; but the end may come to lie before it.
 template <class T>
 class ElementSequence<T>::const_iterator {
 public:

@@ -136,7 +136,9 @@ public:
     void setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index);
 
     /// Opens and ends a level; Transaction, Savepoint and ImplicitTransaction are made of these.
-    std::uint64_t openLevel(bool system);
+    std::uint64_t openLevel(bool system, bool isOperation = false);
+    /// Whether the innermost level is an operation's savepoint.
+    bool inOperation() const noexcept { return !levels_.empty() && levels_.back().isOperation; }
     bool isOpen(std::uint64_t serial) const noexcept;
     void commitLevel(std::uint64_t serial);
     void rollbackLevel(std::uint64_t serial) noexcept;
@@ -156,6 +158,7 @@ private:
         std::size_t steps;
         Storage* storages;  // where the enclosing level's list begins
         bool system;
+        bool isOperation;
     };
     struct NumberedListener;
 

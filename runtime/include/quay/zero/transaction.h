@@ -51,7 +51,7 @@ private:
 };
 
 /// For element code: a savepoint of its own, inside an open transaction or as one. What happened since is undone
-/// unless `commit` was reached.
+/// unless `commit` was reached. Inside another operation's savepoint it opens nothing: a failure unwinds that one.
 class QUAY_ZERO_API Savepoint {
 public:
     explicit Savepoint(ModelImpl& model);

@@ -157,7 +157,7 @@ protected:
 
     /// The whole declaration, under the registry's mutex and in one transaction: brings up the packages that this one
     /// refers to, replaces an earlier incarnation of this package, and declares it. If it throws, the registry is as it
-    /// was before, and every slot is empty.
+    /// was before but for an earlier incarnation, which is gone, and every slot is empty.
     void declareInRegistry(BringUp const& bringUp, Instantiate const& instantiate, Weave const& weave);
     void instantiate(MetaRegistry* registry);
     void weave(MetaRegistry* registry, PropertySerializerRegistry* serializers);

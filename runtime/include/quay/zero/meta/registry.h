@@ -64,8 +64,10 @@ public:
     /// Forgets the package, and types, names, factories and serializers below it. Calls nothing of them: the library
     /// that they came from may be gone.
     void unregisterRootPackage(std::u16string const& uri);
-    /// Forgets registrations of types that are no longer alive, as a failed declaration leaves them.
-    void forgetDeadTypes();
+    /// Forgets one type in the same way, as a failed declaration leaves it.
+    void unregisterType(Type const& type);
+    /// Forgets a root package and nothing below it, as a failed declaration leaves it.
+    void withdrawRootPackage(Package const& package) noexcept;
 
     // --- For the runtime.
 
@@ -89,6 +91,8 @@ private:
     MetaRegistry();
     void declareOwnTypes();
     Registration const* find(Type const& type) const;
+    template <class Condition>
+    void forgetTypes(Condition const& isMeant);
 
     mutable std::recursive_mutex mutex_;
     Model model_;

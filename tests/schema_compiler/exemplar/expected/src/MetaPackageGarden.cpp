@@ -116,6 +116,11 @@ MetaPackageGarden* MetaPackageGarden::getInstance() {
   return instance;
 }
 
+void MetaPackageGarden::bringUp() {
+  MetaPackageGarden* const instance = getInstance();
+  if (!instance->rootPackage) instance->initialize();
+}
+
 MetaPackageGarden::MetaPackageGarden() : DeclaredPackage(package) { initialize(); }
 
 void MetaPackageGarden::initialize() {

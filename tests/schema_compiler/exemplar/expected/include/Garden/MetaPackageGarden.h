@@ -11,6 +11,9 @@ class GARDEN_API MetaPackageGarden final : public quay::zero::meta::DeclaredPack
   /// The one instance, complete. The first call declares the schema in the meta registry, whichever thread comes first;
   /// others wait. Throws what the declaration throws; the next call then starts anew.
   static MetaPackageGarden* getInstance();
+  /// The same for packages that build on this one, under the registry's mutex: if a transaction around the declaration
+  /// took it back, the schema is declared anew.
+  static void bringUp();
 
   quay::zero::meta::Package rootPackage;
   quay::zero::meta::Package Garden;

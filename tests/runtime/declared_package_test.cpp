@@ -1,0 +1,438 @@
+// A package that is declared from tables: what is made in which order, and what a failure leaves.
+#include "support/dump.h"
+#include "support/expect.h"
+#include "support/memory.h"
+
+#include <quay/zero/meta/declared_package.h>
+#include <quay/zero/property_row.h>
+#include <quay0/messages.h>
+
+#include <boost/uuid/string_generator.hpp>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <thread>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+using meta::MetaRegistry;
+namespace msg = quay0::messages;
+namespace declare = meta::declare;
+using declare::Shape;
+
+// --- Tables: a class with every shape, one below it with a derived property, a data type and an enumeration ----------
+
+enum class Colour : int { Red = 0, Blue = 3 };
+
+}  // namespace
+
+template <>
+struct quay::zero::TypeOf<Colour> {
+    static meta::Type const& type() { return meta::StandardTypes::integerMeta; }
+};
+
+namespace {
+
+class Colours final : public meta::DatatypeSerializer {
+public:
+    Value getPropertyValue(Value const&, meta::Property const&) const override { return {}; }
+    Value setPropertyValue(Value const& v, meta::Property const&, Value const&) const override { return v; }
+    Value createEmptyOptionalValue() const override { return {}; }
+    Value createDefaultValue() const override { return {}; }
+    Value combineAsUnmanagedSequenceValue(meta::Type const&, std::vector<Value> const&) const override { return {}; }
+    Value combineAsUnmanagedSetValue(meta::Type const&, std::vector<Value> const&) const override { return {}; }
+};
+
+class Row final : public PropertyRow {
+public:
+    using PropertyRow::PropertyRow;
+};
+
+constexpr Row kRows[] = {{1, RowKind::Value},           {2, RowKind::Value}, {3, RowKind::Child},
+                         {4, RowKind::ElementCollection}, {5, RowKind::ElementCollection}};
+constexpr PropertyRow const* kThing[] = {&kRows[0], &kRows[1], &kRows[2], &kRows[3], &kRows[4]};
+constexpr Row kWideRows[] = {{6, RowKind::Value}, {0, RowKind::Derived}, {0, RowKind::Derived}};
+constexpr PropertyRow const* kWide[] = {&kWideRows[0], &kWideRows[1], &kWideRows[2]};
+
+AbstractOwnedCollection* makeNumbers(ModelElement const&, meta::Property const& p) { return new PrimitiveSequence<int>(p); }
+
+ClassTable const& thingTable() {
+    static constexpr ClassTable table{&ModelElement::classTable, 1, kThing, &makeNumbers, nullptr};
+    return table;
+}
+ClassTable const& wideTable() {
+    static constexpr ClassTable table{&thingTable, 6, kWide, nullptr, nullptr};
+    return table;
+}
+
+/// What a test may spoil.
+struct Faults {
+    char16_t const* primitive = u"StdString";
+    char16_t const* childType = u"Thing";
+    char16_t const* superclass = u"ModelElement";
+    char const* lastId = "00000000-0000-3000-8000-0000000000ff";
+    declare::EnumSerializers (*serializers)() = &declare::makeEnumSerializers<Colour>;
+};
+
+class Made final : public meta::DeclaredPackage {
+public:
+    /// The tables are kept for ever, as those of a library.
+    static Made& make(Faults const& faults);
+    ~Made() = delete;
+
+    void declareAll(std::function<void()> const& bringUp = [] {}, std::function<void()> const& between = [] {}) {
+        declareInRegistry(bringUp,
+                          [&](MetaRegistry* registry) {
+                              instantiate(registry);
+                              between();
+                          },
+                          [&](MetaRegistry* registry, meta::PropertySerializerRegistry* serializers) {
+                              weave(registry, serializers);
+                          });
+    }
+
+    meta::Package root, schema;
+    meta::Class thing, wide;
+    meta::DataType pair;
+    meta::Enum colour;
+    meta::EnumLiteral red, blue;
+    meta::PrimitiveType stdString;
+    meta::Property name, rank, child, children, byName, text, size, area, first, second;
+    meta::Operation measure;
+    meta::Argument unit;
+
+private:
+    struct Tables;
+    explicit Made(declare::Package const& tables) : DeclaredPackage(tables) {}
+};
+
+template <class H>
+auto slot(H Made::*member) {
+    return declare::slot(member);
+}
+
+struct Made::Tables {
+    explicit Tables(Faults const& f) : lastId(f.lastId) {
+        things[4].type = f.childType;
+        primitives[0].name = f.primitive;
+        enums[0].makeSerializers = f.serializers;
+        classes[0].base = f.superclass;
+        literals[1].id = lastId.c_str();
+    }
+    std::string lastId;
+    declare::Property things[5] = {
+        {u"name", Shape::Single, u"String", 1, u"none", nullptr, "00000000-0000-3000-8000-000000000011", slot(&Made::name)},
+        {u"rank", Shape::Optional, u"Integer", 2, nullptr, nullptr, "00000000-0000-3000-8000-000000000012", slot(&Made::rank)},
+        {u"child", Shape::SingleOwned, u"Wide", 3, nullptr, nullptr, "00000000-0000-3000-8000-000000000013", slot(&Made::child)},
+        {u"children", Shape::SetOwned, u"Wide", 4, nullptr, nullptr, "00000000-0000-3000-8000-000000000014", slot(&Made::children)},
+        {u"byName", Shape::MultimapOwned, u"Thing", 5, nullptr, u"name", "00000000-0000-3000-8000-000000000015", slot(&Made::byName)}};
+    declare::Property wides[3] = {
+        {u"size", Shape::Single, u"Pair", 0, nullptr, nullptr, "00000000-0000-3000-8000-000000000016", slot(&Made::size)},
+        {u"text", Shape::Single, u"StdString", 6, nullptr, nullptr, "00000000-0000-3000-8000-000000000017", slot(&Made::text)},
+        {u"area", Shape::Single, u"Real", 0, nullptr, nullptr, "00000000-0000-3000-8000-000000000018", slot(&Made::area)}};
+    declare::Property fields[2] = {
+        {u"first", Shape::Single, u"Integer", 0, u"-1", nullptr, "00000000-0000-3000-8000-000000000019", slot(&Made::first)},
+        {u"second", Shape::Single, u"Colour", 0, u"Blue", nullptr, "00000000-0000-3000-8000-00000000001a", slot(&Made::second)}};
+    declare::Argument arguments[1] = {{u"unit", u"String", "00000000-0000-3000-8000-00000000001b", slot(&Made::unit)}};
+    declare::Operation operations[1] = {
+        {u"measure", u"Thing", "00000000-0000-3000-8000-00000000001c", arguments, slot(&Made::measure)}};
+    declare::Class classes[2] = {
+        {u"Thing", false, u"ModelElement", "00000000-0000-3000-8000-00000000001d", things, operations, slot(&Made::thing), &thingTable, "Other.Thing"},
+        {u"Wide", true, u"Thing", "00000000-0000-3000-8000-00000000001e", wides, {}, slot(&Made::wide), &wideTable}};
+    declare::DataType dataTypes[1] = {{u"Pair", "00000000-0000-3000-8000-00000000001f", fields, slot(&Made::pair),
+                                       &makeNumbers, &declare::makeSerializer<Colours>}};
+    declare::Primitive primitives[1] = {{u"StdString", slot(&Made::stdString)}};
+    declare::Literal literals[2] = {{u"Red", 0, "00000000-0000-3000-8000-000000000021", slot(&Made::red)},
+                                    {u"Blue", 3, nullptr, slot(&Made::blue)}};
+    declare::Enum enums[1] = {
+        {u"Colour", "00000000-0000-3000-8000-000000000022", literals, slot(&Made::colour), nullptr, nullptr}};
+    char16_t const* imports[2] = {u"/imported/one", u"/imported/two"};
+    declare::Package package{"00000000-0000-3000-8000-000000000020", u"/tests/declared", imports, u"declared",
+                             u"/tests/declared/declared", "declared::", "Script.", slot(&Made::root),
+                             slot(&Made::schema), classes, dataTypes, primitives, enums};
+};
+
+Made& Made::make(Faults const& faults) {
+    static auto& all = *new std::vector<std::unique_ptr<Tables>>;
+    return *new Made(all.emplace_back(std::make_unique<Tables>(faults))->package);
+}
+
+/// Takes a declared package away again.
+void remove(Made& made) {
+    auto* const registry = MetaRegistry::getInstance();
+    std::lock_guard const lock(registry->mutex());
+    Model::Thawer const thawer = registry->freezer().thaw();
+    registry->unregisterRootPackage(u"/tests/declared");
+    made.root->destroy();
+}
+
+// --- What is made ---------------------------------------------------------------------------------------------------
+
+TEST(DeclaredPackages, MakeWhatTheTablesTell) {
+    Made& made = Made::make({});
+    made.declareAll();
+    auto* const registry = MetaRegistry::getInstance();
+    EXPECT_EQ(registry->findRootPackage(u"/tests/declared"), made.root);
+    EXPECT_EQ(made.root->getName(), u"");
+    EXPECT_EQ(show(*made.root->getImportedPackageURIs()->begin()), "\"/imported/one\"");
+    EXPECT_EQ(made.schema->getParentPackage(), made.root);
+    EXPECT_EQ(made.schema->getUri(), u"/tests/declared/declared");
+    EXPECT_EQ(boost::uuids::string_generator()("00000000-0000-3000-8000-000000000020"), made.root->uuid());
+
+    struct Case {
+        meta::Type type;
+        char16_t const* name;
+        char const* native;
+        char const* script;
+    };
+    Case const cases[] = {{made.thing, u"declared.Thing", "declared::Thing", "Other.Thing"},
+                          {made.wide, u"declared.Wide", "declared::Wide", "Script.Wide"},
+                          {made.pair, u"declared.Pair", "declared::Pair", "Script.Pair"},
+                          {made.colour, u"declared.Colour", "declared::Colour", "Script.Colour"}};
+    for (Case const& c : cases) {
+        EXPECT_EQ(registry->getType(c.name), c.type);
+        EXPECT_EQ(registry->getTypeNames(c.type).native, c.native);
+        EXPECT_EQ(registry->findTypeByScriptName(c.script), c.type);
+        EXPECT_EQ(c.type->getOwningPackage(), made.schema);
+    }
+    std::u16string order;
+    for (auto const& type : *made.schema->getOwnedTypes()) order += type->getName() + u" ";
+    EXPECT_EQ(order, u"Pair Thing Wide Colour ") << "classes and data types together by name, then enumerations";
+    EXPECT_EQ(made.thing->getScriptName(), "Other.Thing");
+    EXPECT_EQ(made.colour->getScriptName(), "");
+    EXPECT_EQ(made.thing->getSuperclass(), ModelElement::metaClass());
+    EXPECT_EQ(made.wide->getSuperclass(), made.thing);
+    EXPECT_TRUE(made.wide->isAbstract());
+    EXPECT_FALSE(made.thing->isAbstract());
+    EXPECT_EQ(made.stdString, meta::StandardTypes::stdstringMeta);
+
+    EXPECT_EQ(made.colour->getUnderlyingType(), meta::StandardTypes::integerMeta);
+    EXPECT_EQ(made.colour->findLiteral(3), made.blue);
+    EXPECT_EQ(made.measure->getOwningType(), made.thing);
+    EXPECT_TRUE(made.measure->isStatic() && made.measure->isPublic() && !made.measure->isEvent());
+    EXPECT_EQ(made.measure->getType(), made.thing);
+    EXPECT_EQ(made.unit->getOperation(), made.measure);
+    EXPECT_EQ(made.unit->getType(), meta::StandardTypes::stringMeta);
+    for (meta::TypedElement const& e : {meta::TypedElement(made.measure), meta::TypedElement(made.unit)}) {
+        EXPECT_EQ(e->getLower(), 1);
+        EXPECT_EQ(e->getUpper(), 1);
+    }
+    auto* const serializers = meta::PropertySerializerRegistry::getInstance();
+    for (char const* form : {"", "ID", "PublicID"}) EXPECT_NE(serializers->getPropertySerializer(made.colour, form), nullptr);
+    EXPECT_NE(serializers->getDatatypeSerializer(made.pair), nullptr);
+    EXPECT_NE(registry->makeCollection(ModelElement(), made.size), nullptr);
+    remove(made);
+}
+
+TEST(DeclaredPackages, GivePropertiesTheirShape) {
+    Made& made = Made::make({});
+    made.declareAll();
+    struct Case {
+        meta::Property p;
+        meta::Type owner, type;
+        ValueFlags flags;
+        std::string is;  // composite, ordered, unique, derived, qualification unique
+        int index;
+        char16_t const* defaultValue;
+        PropertyRow const* row;
+        meta::Property key;
+    };
+    using T = meta::StandardTypes;
+    Case const cases[] = {
+        {made.name, made.thing, T::stringMeta, ValueFlags::One, "ouq", 1, u"none", kThing[0], {}},
+        {made.rank, made.thing, T::integerMeta, ValueFlags::Optional, "ouq", 2, nullptr, kThing[1], {}},
+        {made.child, made.thing, made.wide, ValueFlags::One, "couq", 3, nullptr, kThing[2], {}},
+        {made.children, made.thing, made.wide, ValueFlags::Set, "cuq", 4, nullptr, kThing[3], {}},
+        {made.byName, made.thing, made.thing, ValueFlags::Multimap, "c", 5, nullptr, kThing[4], made.name},
+        {made.size, made.wide, made.pair, ValueFlags::One, "oudq", 0, nullptr, kWide[1], {}},
+        {made.text, made.wide, T::stdstringMeta, ValueFlags::One, "ouq", 6, nullptr, kWide[0], {}},
+        {made.area, made.wide, T::realMeta, ValueFlags::One, "oudq", 0, nullptr, kWide[2], {}},
+        {made.first, made.pair, T::integerMeta, ValueFlags::One, "ouq", 0, u"-1", nullptr, {}},
+        {made.second, made.pair, made.colour, ValueFlags::One, "ouq", 0, u"Blue", nullptr, {}},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(show(c.p->getName()));
+        std::string is;
+        if (c.p->isComposite()) is += 'c';
+        if (c.p->isOrdered()) is += 'o';
+        if (c.p->isUnique()) is += 'u';
+        if (c.p->isDerived()) is += 'd';
+        if (c.p->isQualificationUnique()) is += 'q';
+        EXPECT_EQ(is, c.is);
+        EXPECT_EQ(c.p->getOwningType(), c.owner);
+        EXPECT_EQ(c.p->getType(), c.type);
+        EXPECT_EQ(c.p->getFlags(), c.flags);
+        EXPECT_EQ(c.p->getIndex(), c.index);
+        EXPECT_EQ(c.p->row(), c.row);
+        EXPECT_EQ(c.p->getQualifiedBy(), c.key);
+        std::u16string const given = c.defaultValue == nullptr ? u"(none)" : c.defaultValue;
+        EXPECT_EQ(c.p->getDefaultValue().value_or(u"(none)"), given);
+    }
+    EXPECT_EQ(made.wide->getPropertyByIndex(6), made.text);
+    EXPECT_EQ(made.wide->findProperty(u"name"), made.name);
+    remove(made);
+}
+
+// --- What a failure leaves ------------------------------------------------------------------------------------------
+
+/// Whether the registry is as it was, and can be written by the next one who thaws it.
+void checkUntouched(std::string const& before, Made const& made) {
+    auto* const registry = MetaRegistry::getInstance();
+    EXPECT_EQ(dump(registry->model()), before);
+    EXPECT_TRUE(failsWith<msg::ModelIsFrozen>([&] { meta::Package::create(registry->model(), {}); }));
+    EXPECT_FALSE(registry->findRootPackage(u"/tests/declared"));
+    EXPECT_TRUE(failsWith<msg::NoSuchType>([&] { (void)registry->getType(u"declared.Thing"); }));
+    EXPECT_FALSE(registry->findTypeByScriptName("Script.Wide"));
+    for (ModelElement const& e : {ModelElement(made.root), ModelElement(made.schema), ModelElement(made.thing),
+                                  ModelElement(made.pair), ModelElement(made.colour), ModelElement(made.blue),
+                                  ModelElement(made.stdString), ModelElement(made.name), ModelElement(made.second),
+                                  ModelElement(made.measure), ModelElement(made.unit)}) {
+        EXPECT_EQ(e.impl(), nullptr) << "a slot was left full";
+    }
+    bool unlocked = false;
+    std::thread([&] {
+        unlocked = registry->mutex().try_lock();
+        if (unlocked) registry->mutex().unlock();
+    }).join();
+    EXPECT_TRUE(unlocked);
+}
+
+void checkDeclares() {
+    Made& made = Made::make({});
+    made.declareAll();
+    EXPECT_EQ(MetaRegistry::getInstance()->getType(u"declared.Thing"), made.thing);
+    remove(made);
+}
+
+TEST(DeclaredPackages, LeaveNothingWhenTheyFail) {
+    meta::PropertySerializerRegistry::getInstance();
+    std::string const before = dump(MetaRegistry::getInstance()->model());
+    using Check = testing::AssertionResult (*)(std::function<void()> const&);
+    Check const noSuchType = [](std::function<void()> const& f) { return failsWith<msg::NoSuchType>(f); };
+    Check const notUnique = [](std::function<void()> const& f) { return failsWith<msg::UniquenessConstraint>(f); };
+    Check const anything = [](std::function<void()> const& f) { return throws<std::runtime_error>(f); };
+    auto const fail = [] { throw std::runtime_error("mine"); };
+    struct Case {
+        char const* name;
+        Faults faults;
+        std::function<void()> bringUp;
+        std::function<void()> between;
+        Check check;
+    };
+    auto const nothing = [] {};
+    Case const cases[] = {
+        {"a missing primitive", {.primitive = u"Complex"}, nothing, nothing, noSuchType},
+        {"an unknown type", {.childType = u"elsewhere.Thing"}, nothing, nothing, noSuchType},
+        {"an unknown superclass", {.superclass = u"elsewhere.Base"}, nothing, nothing, noSuchType},
+        {"an id in use", {.lastId = "00000000-0000-3000-8000-000000000011"}, nothing, nothing, notUnique},
+        {"an id that is none", {.lastId = "eleven"}, nothing, nothing, anything},
+        {"serializers that can't be made",
+         {.serializers = []() -> declare::EnumSerializers { throw std::runtime_error("mine"); }},
+         nothing, nothing, anything},
+        {"a package below", {}, fail, nothing, anything},
+        {"between the phases", {}, nothing, fail, anything},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.name);
+        Made& made = Made::make(c.faults);
+        EXPECT_TRUE(c.check([&] { made.declareAll(c.bringUp, c.between); }));
+        checkUntouched(before, made);
+        checkDeclares();
+        EXPECT_EQ(dump(MetaRegistry::getInstance()->model()), before);
+    }
+}
+
+/// Declares with less and less want of memory. Answers how often that failed.
+int starve(std::string const& before) {
+    for (int granted = 0;; ++granted) {
+        Made& made = Made::make({});
+        bool failed = false;
+        {
+            MemoryRunsOut const memory(granted);
+            try {
+                made.declareAll();
+            } catch (std::bad_alloc const&) {
+                failed = true;
+            }
+        }
+        if (!failed) {
+            remove(made);
+            return granted;
+        }
+        checkUntouched(before, made);
+        if (testing::Test::HasFailure()) return granted;
+    }
+}
+
+TEST(DeclaredPackages, LeaveNothingWhenMemoryRunsOut) {
+    auto* const registry = MetaRegistry::getInstance();
+    meta::PropertySerializerRegistry::getInstance();
+    // With more and more other packages, so that the registry's own tables have to grow at each place once.
+    std::vector<meta::Package> others;
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_GT(starve(dump(registry->model())), 50);
+        if (HasFailure()) return;
+        std::lock_guard const lock(registry->mutex());
+        Model::Thawer const thawer = registry->freezer().thaw();
+        others.push_back(meta::Package::create(registry->model(), {}));
+        others.back()->setUri(u"/tests/other" + std::u16string(static_cast<std::size_t>(i), u'r'));
+        registry->registerRootPackage(others.back());
+    }
+    checkDeclares();
+    std::lock_guard const lock(registry->mutex());
+    Model::Thawer const thawer = registry->freezer().thaw();
+    for (auto const& other : others) {
+        registry->unregisterRootPackage(other->getUri());
+        other->destroy();
+    }
+}
+
+TEST(DeclaredPackages, MayBeDeclaredWithinOneAnother) {
+    // The outer one refers to a type of the inner one, which it brings up first.
+    struct Outer final : meta::DeclaredPackage {
+        explicit Outer(declare::Package const& tables) : DeclaredPackage(tables) {}
+        void declareAll(Made& inner) {
+            declareInRegistry([&] { inner.declareAll(); }, [&](MetaRegistry* r) { instantiate(r); },
+                              [&](MetaRegistry* r, meta::PropertySerializerRegistry* s) { weave(r, s); });
+        }
+        meta::Package root, schema;
+        meta::Class user;
+        meta::Property uses;
+    };
+    static declare::Property const properties[] = {{u"uses", Shape::SequenceOwned, u"declared.Thing", 7, nullptr,
+                                                    nullptr, "00000000-0000-3000-8000-000000000031",
+                                                    declare::slot(&Outer::uses)}};
+    static ClassTable::TableFunction const table = &wideTable;
+    static declare::Class const classes[] = {{u"User", false, u"declared.Wide", "00000000-0000-3000-8000-000000000032",
+                                              properties, {}, declare::slot(&Outer::user), table}};
+    static declare::Package const package{"00000000-0000-3000-8000-000000000030", u"/tests/outer", {}, u"outer",
+                                          u"/tests/outer/outer", "outer::", "Outer.", declare::slot(&Outer::root),
+                                          declare::slot(&Outer::schema), classes, {}, {}, {}};
+    auto* const registry = MetaRegistry::getInstance();
+    Made& inner = Made::make({});
+    auto& outer = *new Outer(package);
+    outer.declareAll(inner);
+    EXPECT_EQ(outer.uses->getType(), inner.thing);
+    EXPECT_TRUE(outer.uses->isComposite() && outer.uses->isOrdered() && !outer.uses->isUnique());
+    EXPECT_EQ(outer.user->getSuperclass(), inner.wide);
+    EXPECT_EQ(registry->getType(u"outer.User"), outer.user);
+
+    // Loaded once more: a new object of the same tables takes the former one's place.
+    Made& again = Made::make({});
+    again.declareAll();
+    EXPECT_FALSE(inner.thing);
+    EXPECT_EQ(registry->getType(u"declared.Thing"), again.thing);
+    EXPECT_EQ(registry->findTypeByScriptName("Script.Pair"), again.pair);
+    EXPECT_EQ(registry->findRootPackage(u"/tests/declared"), again.root);
+    EXPECT_NE(meta::PropertySerializerRegistry::getInstance()->getPropertySerializer(again.colour), nullptr);
+    EXPECT_EQ(registry->getType(u"outer.User"), outer.user);
+    remove(again);
+    std::lock_guard const lock(registry->mutex());
+    Model::Thawer const thawer = registry->freezer().thaw();
+    registry->unregisterRootPackage(u"/tests/outer");
+    outer.root->destroy();
+}
+
+}  // namespace

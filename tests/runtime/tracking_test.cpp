@@ -1,0 +1,212 @@
+// The parts of change tracking that element code can use by itself: storages, changes and announcements.
+#include "support/dump.h"
+#include "support/expect.h"
+#include "support/node.h"
+
+#include <quay/zero/change_set.h>
+#include <quay/zero/changes.h>
+#include <quay/zero/storage.h>
+#include <quay0/messages.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+using namespace nodes;
+using namespace quay::zero;
+
+constexpr auto& kTag = ReflectionPrivateTag::PUBLIC_ACCESS;
+
+struct Sample {
+    Model model = Model::create();
+    Special e = Special::create(model, idOf(1));
+    std::unique_ptr<Storage> storage{e->createStorage()};
+    std::vector<meta::Property> const& properties = nodeMeta().properties;
+
+    std::string old(Index index) { return show(storage->getOldValue(properties[index], kTag)); }
+};
+
+TEST(Storages, KeepRestoreAndForget) {
+    Sample s;
+    s.e->setText(u"a text that is too long to lie in place anywhere");
+    s.e->setCount(4);
+    Index const kept[] = {kNote, kText, kBox, kCount, kNumber};
+    for (Index i : kept) s.e->copyValue(s.storage.get(), i);
+    s.e->copyValue(s.storage.get(), 99);  // ignored
+    EXPECT_EQ(s.storage->indices(), (std::vector<unsigned long>{kNote, kText, kBox, kCount, kNumber}));
+    std::string const before = dump(s.model);
+
+    s.e->setText(u"t");
+    s.e->setCount(boost::none);
+    s.e->setBox({{1}});
+    s.e->setNote("n");
+    s.e->setRank(5);
+    EXPECT_EQ(s.old(kText), "\"a text that is too long to lie in place anywhere\"");
+    EXPECT_EQ(s.old(kCount), "4");
+    EXPECT_EQ(s.old(kBox), "0");
+    EXPECT_EQ(s.old(kNote), "\"\"");
+    EXPECT_EQ(s.old(kRank), "nothing") << "not kept";
+    EXPECT_EQ(s.old(kChildren), "nothing");
+    EXPECT_EQ(show(s.storage->getOldValue(meta::Property(), kTag)), "nothing");
+
+    s.e->setNote("");
+    s.storage->revertUnchanged(s.e.impl());
+    EXPECT_EQ(s.storage->indices(), (std::vector<unsigned long>{kText, kBox, kCount}));
+    EXPECT_EQ(s.old(kCount), "4");
+    EXPECT_EQ(s.old(kNote), "nothing");
+    s.e->copyValue(s.storage.get(), kText);  // a second copy takes the first one's place
+    EXPECT_EQ(s.old(kText), "\"t\"");
+
+    s.e->setRank(0);
+    s.e->setText(u"a text that is too long to lie in place anywhere");
+    s.e->copyValue(s.storage.get(), kText);
+    s.e->setText(u"");
+    s.e->copyStateFromStorage(s.storage.get());
+    EXPECT_EQ(dump(s.model), before);
+    s.storage->clear();
+    EXPECT_TRUE(s.storage->empty());
+    EXPECT_EQ(s.old(kText), "nothing");
+}
+
+TEST(Storages, ForgetInAnyOrder) {
+    // Whichever properties came back: the others stay, with their values.
+    Index const all[] = {kText, kNumber, kCount, kRank, kBox};
+    for (unsigned back = 0; back < 32; ++back) {
+        Sample s;
+        for (Index i : all) s.e->copyValue(s.storage.get(), i);
+        auto const differs = [&](int i) { return (back >> i & 1) == 0; };
+        s.e->setText(differs(0) ? u"t" : u"");
+        s.e->setNumber(differs(1) ? std::nan("") : 0);
+        s.e->setCount(differs(2) ? boost::optional<int>(1) : boost::none);
+        s.e->setRank(differs(3) ? 1 : 0);
+        s.e->setBox({{differs(4) ? 1.0 : 0.0}});
+        s.storage->revertUnchanged(s.e.impl());
+        for (int i = 0; i < 5; ++i) {
+            EXPECT_EQ(s.storage->has(all[i]), differs(i)) << back << " " << i;
+            EXPECT_EQ(s.storage->find(all[i]) != nullptr, differs(i));
+        }
+        s.e->copyStateFromStorage(s.storage.get());
+        EXPECT_EQ(s.e->text() + std::u16string(s.e->count() ? 1 : 0, u'?'), u"");
+        EXPECT_EQ(s.e->rank() + s.e->box().sides[0] + s.e->number(), 0);
+        s.e->setRank(1);
+        s.e->copyValue(s.storage.get(), kNote);
+        EXPECT_TRUE(s.storage->has(kNote));
+    }
+}
+
+TEST(Storages, KeepAContainerForWhoeverWantsTo) {
+    Sample s;
+    EXPECT_FALSE(s.storage->oldContainer());
+    s.storage->setOldContainer(s.e, s.properties[kChildren]);
+    EXPECT_EQ(s.storage->oldContainer(), s.e);
+    s.storage->clear();
+    EXPECT_FALSE(s.storage->oldContainer());
+}
+
+TEST(Changes, HaveABitForEveryIndex) {
+    Sample s;
+    std::unique_ptr<ModelElement::Impl::Changes> const changes(s.e->createChanges());
+    EXPECT_EQ(changes->uuid(), s.e->uuid());
+    EXPECT_EQ(changes->getModel(), s.model);
+    EXPECT_EQ(changes->getMetaClass(), Special::metaClass());
+    ASSERT_GT(changes->changed().size(), static_cast<std::size_t>(kParts));
+    EXPECT_TRUE(changes->changed().none());
+    changes->changed().set(kParts);
+}
+
+TEST(Announcements, KeepTheValueOnce) {
+    Sample s;
+    int told = 0;
+    std::string text;
+    s.model->addListener([&](ChangeSet const& changes) {
+        ++told;
+        for (auto const& p : changes.changed()[0].properties()) {
+            text += show(changes.changed()[0].oldValue(p)) + "->" + show(changes.changed()[0].newValue(p)) + " ";
+        }
+    });
+    s.e->notifyModifying(kRank);  // no transaction is open
+    EXPECT_EQ(told, 0);
+    {
+        Transaction transaction = s.model->beginTransaction(false);
+        s.e->notifyModifying(kRank);
+        s.e->notifyModifying(kBox);
+        s.e->notifyModifying(kNumbers);
+        s.e->notifyModifying(99);
+        s.e->setRank(1);
+        s.e->notifyModifying(kRank);
+        s.e->setRank(2);
+        transaction.commit(boost::none);
+    }
+    EXPECT_EQ(text, "0->2 ") << "what was announced and didn't change is no change";
+    {
+        Transaction const rolledBack = s.model->beginTransaction(false);
+        s.e->notifyModifying(kText);
+        s.e->setText(u"t");
+    }
+    EXPECT_EQ(s.e->text(), u"");
+}
+
+TEST(Properties, AreFoundAlongTheChain) {
+    Sample s;
+    auto const& meta = nodeMeta();
+    for (unsigned long i = 1; i <= kParts; ++i) EXPECT_EQ(s.e->getPropertyByIndex(i), meta.properties[i]) << i;
+    for (unsigned long i : {0UL, 14UL, 99UL}) EXPECT_FALSE(s.e->getPropertyByIndex(i)) << i;
+    Node const plain = Node::create(s.model);
+    EXPECT_FALSE(plain->getPropertyByIndex(kNote));
+    EXPECT_EQ(plain->rowOf(meta.properties[kNote]), nullptr) << "a subclass's property";
+    EXPECT_NE(plain->rowOf(meta.properties[kBox]), nullptr);
+    EXPECT_EQ(meta.special->getHighestIndex(), static_cast<unsigned long>(kParts));
+    EXPECT_EQ(meta.special->findProperty(u"rank"), meta.properties[kRank]);
+    EXPECT_EQ(meta.special->findProperty(u"note"), meta.properties[kNote]);
+    EXPECT_FALSE(meta.node->findProperty(u"note"));
+    EXPECT_EQ(meta.special->getProperties().size(), static_cast<std::size_t>(kParts));
+    EXPECT_EQ(Special::classTable().rowAt(kNote)->index(), kNote);
+    EXPECT_EQ(Node::classTable().rowAt(kNote), nullptr);
+    EXPECT_EQ(Node::classTable().rowAt(0), nullptr);
+
+    using quay0::messages::NoSuchProperty;
+    Value const value(meta::StandardTypes::stdstringMeta, std::string("n"), ValueFlags::One);
+    for (auto const& absent : {meta.properties[kNote], meta::Property()}) {
+        EXPECT_FALSE(plain->hasPropertyValue(absent, kTag));
+        EXPECT_TRUE(failsWith<NoSuchProperty>([&] { (void)plain->getPropertyValue(absent, kTag); }));
+        EXPECT_TRUE(failsWith<NoSuchProperty>([&] { plain->setPropertyValue(absent, value, kTag); }));
+    }
+    s.e->setPropertyValue(meta.properties[kNote], value, kTag);
+    EXPECT_EQ(s.e->note(), "n");
+}
+
+TEST(Properties, AreFoundByIndexAroundDerivedOnes) {
+    // Derived properties have no index and may stand anywhere, also at the head of a class.
+    Model const model = Model::create();
+    auto const makeClass = [&](meta::Class const& base, std::vector<int> const& indices) {
+        auto const made = meta::Class::create(model, {});
+        if (base) made->setSuperclass(base);
+        for (int index : indices) {
+            auto const p = meta::Property::create(model, {});
+            p->setIndex(index);
+            p->setIsDerived(index == 0);
+            p->setOwningType(made);
+        }
+        return made;
+    };
+    auto const base = makeClass(meta::Class(), {0, 1, 2, 0, 3});
+    auto const middle = makeClass(base, {});
+    auto const derivedOnly = makeClass(middle, {0});
+    auto const last = makeClass(derivedOnly, {0, 0, 4, 0, 5, 0});
+    for (unsigned long i = 1; i <= 5; ++i) {
+        auto const found = last->getPropertyByIndex(i);
+        ASSERT_TRUE(found) << i;
+        EXPECT_EQ(found->getIndex(), i);
+        EXPECT_EQ(found->getOwningType(), i <= 3 ? base : last);
+        EXPECT_EQ(bool(derivedOnly->getPropertyByIndex(i)), i <= 3);
+    }
+    EXPECT_FALSE(last->getPropertyByIndex(0));
+    EXPECT_FALSE(last->getPropertyByIndex(6));
+    EXPECT_EQ(last->getHighestIndex(), 5U);
+    EXPECT_EQ(derivedOnly->getHighestIndex(), 3U);
+}
+
+}  // namespace
