@@ -674,13 +674,35 @@ private:
             EXPECT_FALSE(e);
         EXPECT_EQ(model_->findElement(element_->uuid(), FindElementBehavior::InMemoryOnly).impl(), nullptr);
         element_->destroy();
-        if (!property_->isDerived() && property_->getFlags() == ValueFlags::One && !isElement()) {
-            refuses<CannotAddNonExistentObject>([&] { set(anotherThan(get())); });
-        }
-        ASSERT_TRUE(model_->undo());
+        refuseWritesToTheDead();
+        while (!element_)
+            ASSERT_TRUE(model_->undo());
         EXPECT_TRUE(element_);
         for (auto const& e : below)
             EXPECT_EQ(e->basicContainer(), element_);
+        // Without a history nobody keeps what the dead one was.
+        model_->enableHistory(0);
+        element_->destroy();
+        refuseWritesToTheDead();
+    }
+
+    void refuseWritesToTheDead() {
+        bool const single =
+            property_->getFlags() == ValueFlags::One || property_->getFlags() == ValueFlags::Optional;
+        ModelElement const child = isElement() ? makeChild(9) : ModelElement();
+        refuses<CannotAddNonExistentObject>([&] {
+            if (single) {
+                set(isElement() ? Value::createElementValue(property_, child)
+                                : sample(property_->getType(), 6));
+            } else if (isElement()) {
+                children().getGenericInterface()->genericAdd(child);
+            } else {
+                values().genericAdd(sample(property_->getType(), 0));
+            }
+        });
+        if (child) {
+            EXPECT_EQ(child->basicContainer().impl(), nullptr);
+        }
     }
 
     meta::Class class_;
