@@ -14,8 +14,7 @@ double timeLoad(char const* library, int times) {
     std::string const command = std::string(LOAD_ONCE) + " '" + library + "' " + std::to_string(times);
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const output(popen(command.c_str(), "r"), pclose);
     long long nanoseconds = -1;
-    if (output == nullptr || std::fscanf(output.get(), "%lld", &nanoseconds) != 1)
-        return -1;
+    if (output == nullptr || std::fscanf(output.get(), "%lld", &nanoseconds) != 1) return -1;
     return static_cast<double>(nanoseconds) * 1e-9;
 }
 

@@ -19,8 +19,7 @@ std::string utf8(std::u16string const& text) { return keel::toUtf8(text); }
 /// "1 class", "2 classes", in columns.
 std::string several(int number, std::string const& one, std::string const& more) {
     std::string const digits = std::to_string(number);
-    return std::string(digits.size() < 4 ? 4 - digits.size() : 0, ' ') + digits + " " +
-           (number == 1 ? one : more);
+    return std::string(digits.size() < 4 ? 4 - digits.size() : 0, ' ') + digits + " " + (number == 1 ? one : more);
 }
 
 struct Counts {
@@ -68,11 +67,10 @@ void showPackages() {
         std::cout << "  " << utf8(root->getUri()) << '\n';
         for (Package const& package : *root->getPackages()) {
             Counts const n = count(package);
-            if (n.classes + n.enums == 0)
-                continue;
+            if (n.classes + n.enums == 0) continue;
             std::cout << "    " << std::left << std::setw(18) << utf8(package->getName())
-                      << several(n.classes, "class,  ", "classes,")
-                      << several(n.properties, "property", "properties") << '\n';
+                      << several(n.classes, "class,  ", "classes,") << several(n.properties, "property", "properties")
+                      << '\n';
         }
     }
 }
@@ -82,38 +80,31 @@ void showSchema(Package const& schema) {
     std::map<std::string, int> shapes;
     std::map<std::string, std::string> families;
     for (Type const& type : *schema->getOwnedTypes()) {
-        for (Property const& p : *type->getOwnedProperties())
-            ++shapes[shapeOf(p)];
+        for (Property const& p : *type->getOwnedProperties()) ++shapes[shapeOf(p)];
         Class const c = Class::cast(type);
         Class const base = c ? c->getSuperclass() : Class();
-        if (base && base->getSuperclass())
-            families[utf8(base->getName())] += " " + utf8(c->getName());
+        if (base && base->getSuperclass()) families[utf8(base->getName())] += " " + utf8(c->getName());
     }
     std::cout << "\n"
               << utf8(schema->getName()) << ": " << n.classes << " classes (" << n.abstract << " abstract), "
-              << n.dataTypes << " value types, " << n.enums << " enumerations with " << n.literals
-              << " literals, " << n.operations << " operations, " << n.properties << " properties\n";
+              << n.dataTypes << " value types, " << n.enums << " enumerations with " << n.literals << " literals, "
+              << n.operations << " operations, " << n.properties << " properties\n";
     for (auto const& [shape, number] : shapes)
         std::cout << std::right << std::setw(6) << number << "  " << shape << '\n';
     std::cout << "\nClasses that extend another\n";
-    for (auto const& [base, names] : families)
-        std::cout << "  " << base << " <-" << names << '\n';
+    for (auto const& [base, names] : families) std::cout << "  " << base << " <-" << names << '\n';
 }
 
 void showType(Type const& type) {
     MetaRegistry::TypeNames const names = MetaRegistry::getInstance()->getTypeNames(type);
     std::cout << "\n"
-              << utf8(type->getName()) << "\n  in C++ " << names.native << "\n  in scripts " << names.script
-              << '\n';
+              << utf8(type->getName()) << "\n  in C++ " << names.native << "\n  in scripts " << names.script << '\n';
     for (Property const& p : type->getProperties()) {
         std::cout << std::right << std::setw(4) << p->getIndex() << "  " << std::left << std::setw(31)
                   << utf8(p->getName()) << std::setw(20) << utf8(p->getType()->getName()) << shapeOf(p);
-        if (Property const key = p->getQualifiedBy())
-            std::cout << " by " << utf8(key->getName());
-        if (p->isDerived())
-            std::cout << ", derived";
-        if (auto const& text = p->getDefaultValue())
-            std::cout << ", starts as \"" << utf8(*text) << '"';
+        if (Property const key = p->getQualifiedBy()) std::cout << " by " << utf8(key->getName());
+        if (p->isDerived()) std::cout << ", derived";
+        if (auto const& text = p->getDefaultValue()) std::cout << ", starts as \"" << utf8(*text) << '"';
         std::cout << '\n';
     }
 }

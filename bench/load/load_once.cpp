@@ -8,15 +8,13 @@
 #include <cstdlib>
 
 int main(int count, char** arguments) {
-    if (count != 3)
-        return 2;
+    if (count != 3) return 2;
     std::chrono::nanoseconds took{};
     for (int times = std::atoi(arguments[2]); times > 0; --times) {
         auto const start = std::chrono::steady_clock::now();
         void* const library = dlopen(arguments[1], RTLD_NOW);
         took = std::chrono::steady_clock::now() - start;
-        if (library == nullptr || dlclose(library) != 0)
-            return 1;
+        if (library == nullptr || dlclose(library) != 0) return 1;
     }
     std::printf("%lld\n", static_cast<long long>(took.count()));
 }

@@ -7,7 +7,8 @@ ModelElement ChildRow::read(Element const& e) const {
     ModelElement& held = const_cast<ModelElement&>(slot(e));
     if (held.impl() == nullptr) return {};
     if (!held) {
-        // A child that died in this model stays visible until the transaction is over; one of another model is forgotten.
+        // A child that died in this model stays visible until the transaction is over; one of another model is
+        // forgotten.
         if (&held->model() != &e.model()) held = ModelElement();
         return held;
     }

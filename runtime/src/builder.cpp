@@ -38,8 +38,8 @@ ModelElement::Builder::Given* ModelElement::Builder::findValue(std::uint16_t ind
 std::vector<std::unique_ptr<ModelElement::Builder>>& ModelElement::Builder::childrenAt(std::uint16_t index) {
     given_.set(index);
     // By rising index, which is the order of creation.
-    auto place = std::find_if(children_.begin(), children_.end(),
-                              [index](Children const& c) { return c.index >= index; });
+    auto place =
+        std::find_if(children_.begin(), children_.end(), [index](Children const& c) { return c.index >= index; });
     if (place == children_.end() || place->index != index) {
         place = children_.insert(place, Children{index, {}});
     }

@@ -8,9 +8,9 @@
 
 namespace quay::zero {
 
-// How a sequence writes steps: `Inserted` and `Erased` have a position and a count. One member that is out is the payload
-// itself, counted; several are in a vector, for which `Inserted` has room once it is prepared. `Replaced` has the other
-// member, counted; `Swapped` a vector with the other content.
+// How a sequence writes steps: `Inserted` and `Erased` have a position and a count. One member that is out is the
+// payload itself, counted; several are in a vector, for which `Inserted` has room once it is prepared. `Replaced` has
+// the other member, counted; `Swapped` a vector with the other content.
 
 namespace {
 
@@ -149,9 +149,7 @@ void SequenceCore::insertElement(std::size_t position, ModelElement const& e) {
     operation.commit();
 }
 
-bool SequenceCore::containsElement(ModelElement const& e) const {
-    return e && !e->isProxy() && indexOf(e) != NONE;
-}
+bool SequenceCore::containsElement(ModelElement const& e) const { return e && !e->isProxy() && indexOf(e) != NONE; }
 
 std::size_t SequenceCore::indexOf(ModelElement const& e) const noexcept {
     auto const found = std::find(members_.begin(), members_.end(), e);
@@ -306,9 +304,7 @@ void SequenceCore::genericRemove(ModelElement const& e) {
     removeElement(e);
 }
 
-bool SequenceCore::genericContains(ModelElement const& e) const {
-    return e && isMemberClass(e) && containsElement(e);
-}
+bool SequenceCore::genericContains(ModelElement const& e) const { return e && isMemberClass(e) && containsElement(e); }
 
 void SequenceCore::genericInsertAt(ModelElement const& e, unsigned long position) {
     if (!e) return;

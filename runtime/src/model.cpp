@@ -25,7 +25,7 @@ ModelImpl::~ModelImpl() {
 }
 
 ModelImpl& ModelImpl::closed() noexcept {
-    static ModelImpl& model = [] () -> ModelImpl& {
+    static ModelImpl& model = []() -> ModelImpl& {
         auto& made = *new ModelImpl(boost::uuids::uuid{});
         made.addRef();
         made.setFlag(kAlive, false);

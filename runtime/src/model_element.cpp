@@ -41,9 +41,7 @@ void ModelElement::Impl::removeRef() const noexcept { ElementImpl::removeRef(); 
 
 Model ModelElement::Impl::getModel() const { return model_->isAlive() ? Model(model_) : Model(); }
 
-std::u16string ModelElement::Impl::identifier() const {
-    return getMetaClass()->getName() + u" " + textOf(uuid());
-}
+std::u16string ModelElement::Impl::identifier() const { return getMetaClass()->getName() + u" " + textOf(uuid()); }
 
 void ModelElement::Impl::notifyCreated() {
     model_->enter(*this);

@@ -43,8 +43,7 @@ void PropertyRow::disassociate(ModelElement::Impl&) const {}
 void PropertyRow::destroyChildren(ModelElement::Impl&, bool, bool) const {}
 AbstractOwnedCollection* PropertyRow::collection(ModelElement::Impl const&) const { return nullptr; }
 void PropertyRow::give(ModelElement::Builder& builder, meta::Property const& property, Value const&) const {
-    reportException(
-        quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));
+    reportException(quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));
 }
 void PropertyRow::build(ModelElement::Impl&, Cell const&) const {}
 void PropertyRow::place(ModelElement::Impl&, ModelElement const&) const {}

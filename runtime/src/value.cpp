@@ -5,8 +5,7 @@
 namespace quay::zero {
 
 ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept : type_(type.impl()), flags_(flags) {}
-ValueMeta::ValueMeta(meta::Property const& property)
-    : type_(property->type()), flags_(property->getFlags()) {}
+ValueMeta::ValueMeta(meta::Property const& property) : type_(property->type()), flags_(property->getFlags()) {}
 
 meta::Type ValueMeta::getType() const { return meta::Type::of(type_); }
 
@@ -58,7 +57,7 @@ bool Value::isElementOf(meta::Class const& metaClass) const {
 void Value::reportIncompatible() const {
     meta::Type const type = getType();
     reportException(quay0::messages::CannotCastIncompatibleTypes(type.impl() == nullptr ? std::u16string()
-                                                                                         : type->getQualifiedName()));
+                                                                                        : type->getQualifiedName()));
 }
 
 ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }

@@ -36,8 +36,7 @@ TEST(Builders, MakeTreesOfAnyDepthInOneCommit) {
     function->setFunctionName(u"f").addVariantCallerNetEMVCEMap(std::move(caller));
     functions->addCompFunctions(std::move(function));
     root.setTriggerType(2).setVarlowFunctions(std::move(functions)).setVarTsUIDMap(mapOf({3, 1, 2}));
-    for (int i = 0; i < 3; ++i)
-        root.addInports(std::make_unique<InportInformation::Builder>());
+    for (int i = 0; i < 3; ++i) root.addInports(std::make_unique<InportInformation::Builder>());
 
     auto const id = ElementImpl::generateNewUuid();
     ModelRefInfoRoot const made = root.create(id);
@@ -46,15 +45,10 @@ TEST(Builders, MakeTreesOfAnyDepthInOneCommit) {
     EXPECT_EQ(made->getTriggerType(), 2);
     CompFunction const f = (*made->getVarlowFunctions()->getCompFunctions())[0];
     EXPECT_EQ(f->getFunctionName(), u"f");
-    EXPECT_EQ(f->getVariantCallerNetEMVCEMap()
-                  ->find(u"p")
-                  ->getVariantFunctionNetEMVCE()
-                  ->find(u"s")
-                  ->basicContainer(),
+    EXPECT_EQ(f->getVariantCallerNetEMVCEMap()->find(u"p")->getVariantFunctionNetEMVCE()->find(u"s")->basicContainer(),
               f->getVariantCallerNetEMVCEMap()->find(u"p"));
     std::vector<int> keys;
-    for (VarTsUIDEntry const& e : *made->getVarTsUIDMap()->getEntries())
-        keys.push_back(e->getVarTsIdx());
+    for (VarTsUIDEntry const& e : *made->getVarTsUIDMap()->getEntries()) keys.push_back(e->getVarTsIdx());
     EXPECT_EQ(keys, (std::vector{1, 2, 3}));
     EXPECT_EQ(made->getInports()->size(), 3U);
 
@@ -80,19 +74,16 @@ TEST(Builders, LeaveNothingWhenTheTreeCannotBe) {
     InportInformation::Builder strange(model);
     auto const into = [&](auto&& f) { return [&kept, f] { f(*kept.impl()); }; };
     VarTsUIDMap::Builder twins(Model::create());
-    twins.addEntries(std::make_unique<VarTsUIDEntry::Builder>())
-        .addEntries(std::make_unique<VarTsUIDEntry::Builder>());
+    twins.addEntries(std::make_unique<VarTsUIDEntry::Builder>()).addEntries(std::make_unique<VarTsUIDEntry::Builder>());
 
     auto const refuseAll = [&] {
         EXPECT_TRUE(failsWith<UniquenessConstraint>([&] { clash.create(); }));
         EXPECT_TRUE(failsWith<CannotCreateWithoutModel>([&] { lost.create(); }));
-        EXPECT_TRUE(
-            failsWith<UniquenessConstraint>([&] { InportInformation::Builder(model).create(kept->uuid()); }));
+        EXPECT_TRUE(failsWith<UniquenessConstraint>([&] { InportInformation::Builder(model).create(kept->uuid()); }));
         EXPECT_TRUE(failsWith<UniquenessConstraint>([&] { ModelRefInfoRoot::create(model, kept->uuid()); }));
-        EXPECT_TRUE(failsWith<UniquenessConstraint>(
-            into([&](auto& r) { r.createIntoControllableInputRatesMap(twins); })));
         EXPECT_TRUE(
-            failsWith<UniquenessConstraint>(into([&](auto& r) { r.getVarTsUIDMap()->createIntoEntries(); })));
+            failsWith<UniquenessConstraint>(into([&](auto& r) { r.createIntoControllableInputRatesMap(twins); })));
+        EXPECT_TRUE(failsWith<UniquenessConstraint>(into([&](auto& r) { r.getVarTsUIDMap()->createIntoEntries(); })));
         EXPECT_TRUE(failsWith<UniquenessConstraint>(into([&](auto& r) {
             InportInformation::Builder b;
             r.createIntoInports(b, kept->uuid());
@@ -116,12 +107,11 @@ TEST(Builders, RefuseChildrenOfAnotherClassAndKeepWhatTheyHave) {
     Model const model = Model::create();
     ModelRefInfoRoot::Builder root(model);
     root.setVarTsUIDMap(mapOf({4}));
-    EXPECT_TRUE(failsWith<CannotAddIncompatibleTypes>(
-        [&] { root.setVarTsUIDMap(std::make_unique<RateSpec::Builder>()); }));
+    EXPECT_TRUE(
+        failsWith<CannotAddIncompatibleTypes>([&] { root.setVarTsUIDMap(std::make_unique<RateSpec::Builder>()); }));
     EXPECT_TRUE(failsWith<CannotAddIncompatibleTypes>(
         [&] { root.addInports(std::make_unique<OutportInformation::Builder>()); }));
-    EXPECT_FALSE(
-        root.given().test(InportInformation::metaClass()->findProperty(u"isNotDerivPort")->getIndex()));
+    EXPECT_FALSE(root.given().test(InportInformation::metaClass()->findProperty(u"isNotDerivPort")->getIndex()));
     ModelRefInfoRoot const made = root.create();
     EXPECT_TRUE(made->getVarTsUIDMap()->getEntries()->containsKey(4));
     EXPECT_FALSE(made->hasInports());
@@ -129,8 +119,7 @@ TEST(Builders, RefuseChildrenOfAnotherClassAndKeepWhatTheyHave) {
     // A builder of a subclass is one of the class.
     InterfaceParameterInfo::Builder parameters(model);
     for (auto const& p : InterfaceParameterInfo::metaClass()->getProperties()) {
-        if (p->getType() != InterfaceParameter::metaClass())
-            continue;
+        if (p->getType() != InterfaceParameter::metaClass()) continue;
         std::unique_ptr<ModelElement::Builder> child = std::make_unique<EnumParameter::Builder>();
         parameters.setOrAdd(p, child);
         EXPECT_EQ(child, nullptr);
@@ -189,10 +178,9 @@ TEST(CreateInto, MakesTheChildInTheOwnersModelUnderTheGivenId) {
     EXPECT_EQ(port->basicContainer(), root);
     EXPECT_TRUE(port->getIsNotDerivPort());
     EXPECT_EQ(elsewhere->elementCount(), 0U);
-    EXPECT_EQ(hearer.take(), "+2 inports: [] -> " +
-                                 show(root->getPropertyValue(port->containmentFeature(),
-                                                             ReflectionPrivateTag::PUBLIC_ACCESS)) +
-                                 " ;");
+    EXPECT_EQ(hearer.take(),
+              "+2 inports: [] -> " +
+                  show(root->getPropertyValue(port->containmentFeature(), ReflectionPrivateTag::PUBLIC_ACCESS)) + " ;");
 
     // Into a place that is taken: the former child lives on by itself.
     VarTsUIDMap const first = root->createIntoVarTsUIDMap();

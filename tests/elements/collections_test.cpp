@@ -27,17 +27,15 @@ TEST(Sequences, AreReadAndChangedByPosition) {
     EXPECT_EQ(all[2], ports[2]);
     EXPECT_EQ(all.end() - all.begin(), 4);
     EXPECT_EQ(all.begin()[3]->getDesignMin(), 0);
-    EXPECT_TRUE(std::is_sorted(all.begin(), all.end(), [](auto const& a, auto const& b) {
-        return a->getDesignMin() > b->getDesignMin();
-    }));
+    EXPECT_TRUE(std::is_sorted(all.begin(), all.end(),
+                               [](auto const& a, auto const& b) { return a->getDesignMin() > b->getDesignMin(); }));
     all.erase(all.begin() + 1);
     all.insert(all.begin(), ports[1]);
     all.erase(3);
     all.set(1, ports[3]);
     EXPECT_EQ(all.getAllValues(), (std::vector<ModelElement>{ports[1], ports[3], ports[2]}));
     // What is changed while it is walked is walked by position, never out of bounds.
-    for (auto i = all.begin(); i < all.end(); ++i)
-        all.remove(*i);
+    for (auto i = all.begin(); i < all.end(); ++i) all.remove(*i);
     EXPECT_EQ(all.getAllValues(), std::vector<ModelElement>{ports[3]});
     all.add(all[0]);
     EXPECT_EQ(all.size(), 2U) << "its own member, by reference";
@@ -50,11 +48,9 @@ TEST(Sets, HoldEachElementOnce) {
     ResetEventInfo const event = ResetEventInfo::create(model, {});
     auto& set = *event->getNetHierCondInfoMutable();
     std::set<ModelElement> expected;
-    for (int i = 0; i < 100; ++i)
-        expected.insert(event->createIntoNetHierCondInfo());
+    for (int i = 0; i < 100; ++i) expected.insert(event->createIntoNetHierCondInfo());
     Hearer hearer(model);
-    for (ModelElement const& e : expected)
-        set.add(HierCondInfo::cast(e));
+    for (ModelElement const& e : expected) set.add(HierCondInfo::cast(e));
     EXPECT_EQ(hearer.take(), "");
     EXPECT_EQ(std::set<ModelElement>(set.begin(), set.end()), expected);
     HierCondInfo const first = *set.begin();
@@ -111,9 +107,7 @@ TEST(Changes, OfOneMemberOrNoneAreComparedOthersAreNot) {
     InportInformation const extra = InportInformation::create(model, {});
     for (int size = 0; size <= 2; ++size) {
         bool const told = size > 1;
-        EXPECT_EQ(backAndForth([&] { names.push_back(u"x"); }, [&] { names.eraseAt(names.size() - 1); }),
-                  told)
-            << size;
+        EXPECT_EQ(backAndForth([&] { names.push_back(u"x"); }, [&] { names.eraseAt(names.size() - 1); }), told) << size;
         EXPECT_EQ(backAndForth([&] { tasks.insert(9); }, [&] { tasks.erase(9); }), told) << size;
         EXPECT_EQ(backAndForth([&] { ports.add(extra); }, [&] { ports.remove(extra); }), told) << size;
         EXPECT_EQ(backAndForth([&] { tasks.erase(77); }, [] {}), told) << size;
@@ -123,8 +117,8 @@ TEST(Changes, OfOneMemberOrNoneAreComparedOthersAreNot) {
     }
     VarTsUIDMap const map = root->createIntoVarTsUIDMap();
     VarTsUIDEntry const entry = map->createIntoEntries();
-    EXPECT_FALSE(backAndForth([&] { map->getEntriesMutable()->remove(entry); },
-                              [&] { map->getEntriesMutable()->add(entry); }));
+    EXPECT_FALSE(
+        backAndForth([&] { map->getEntriesMutable()->remove(entry); }, [&] { map->getEntriesMutable()->add(entry); }));
     EXPECT_TRUE(backAndForth([&] { entry->setVarTsIdx(5); }, [] {}));
 }
 

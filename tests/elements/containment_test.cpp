@@ -88,8 +88,7 @@ TEST(Keys, OrderMapsByUnitNeverBySignOrLocale) {
         bytes->createIntoEntries(value);
     }
     std::vector<std::string> order;
-    for (ArgumentValue const& v : *bytes->getEntries())
-        order.push_back(v->getName());
+    for (ArgumentValue const& v : *bytes->getEntries()) order.push_back(v->getName());
     EXPECT_EQ(order, names);
 
     CompFunction const function = CompFunction::create(model, {});
@@ -99,8 +98,7 @@ TEST(Keys, OrderMapsByUnitNeverBySignOrLocale) {
         function->createIntoIrtCallerType(type);
     }
     std::vector<double> handles;
-    for (IRTCallerType const& t : *function->getIrtCallerType())
-        handles.push_back(t->getBlockHandle());
+    for (IRTCallerType const& t : *function->getIrtCallerType()) handles.push_back(t->getBlockHandle());
     EXPECT_EQ(handles, (std::vector{-1.0, 0.0, 2.5, 1e300}));
     EXPECT_TRUE(function->getIrtCallerType()->containsKey(-0.0));
 }
@@ -114,8 +112,7 @@ TEST(Slots, LetTheFormerChildLiveAndTakeTheNewOneFromWhereItWas) {
     EXPECT_EQ(hearer.take(), "");
     root->setControllableInputRatesMap(map);
     EXPECT_FALSE(root->hasVarTsUIDMap());
-    EXPECT_EQ(map->containmentFeature(),
-              ModelRefInfoRoot::metaClass()->findProperty(u"controllableInputRatesMap"));
+    EXPECT_EQ(map->containmentFeature(), ModelRefInfoRoot::metaClass()->findProperty(u"controllableInputRatesMap"));
     root->setControllableInputRatesMap({});
     EXPECT_TRUE(map);
     EXPECT_EQ(map->container().impl(), nullptr);
@@ -208,8 +205,7 @@ TEST(Elements, TellTheHostOfEachOfTheirCollections) {
     EXPECT_TRUE(told.empty());
     port->invalidate();
     ElementImpl::m_callback = nullptr;
-    EXPECT_EQ(told,
-              (std::vector<AbstractOwnedCollection const*>{port->getRateInfos(), port->getHierCondInfos()}));
+    EXPECT_EQ(told, (std::vector<AbstractOwnedCollection const*>{port->getRateInfos(), port->getHierCondInfos()}));
 }
 
 TEST(Elements, EmptyTheirChildrenWithoutARecord) {

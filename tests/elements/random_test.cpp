@@ -47,8 +47,7 @@ struct Operation {
     std::uint8_t a, b, c, d;
 };
 std::ostream& operator<<(std::ostream& out, Operation const& o) {
-    return out << int(o.kind) << '(' << int(o.a) << ' ' << int(o.b) << ' ' << int(o.c) << ' ' << int(o.d)
-               << ')';
+    return out << int(o.kind) << '(' << int(o.a) << ' ' << int(o.b) << ' ' << int(o.c) << ' ' << int(o.d) << ')';
 }
 
 // --- Typed operations
@@ -69,8 +68,7 @@ TypedWrite typedWrite(char const* kind, char const* property, void (X::Impl::*se
 
 std::vector<TypedWrite> const& typedWrites() {
     static std::vector<TypedWrite> const all = {
-        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "triggerType",
-                                     &ModelRefInfoRoot::Impl::setTriggerType),
+        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "triggerType", &ModelRefInfoRoot::Impl::setTriggerType),
         typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "hasHardwareSemantics",
                                      &ModelRefInfoRoot::Impl::setHasHardwareSemantics),
         typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "numTs", &ModelRefInfoRoot::Impl::setNumTs),
@@ -83,8 +81,7 @@ std::vector<TypedWrite> const& typedWrites() {
         typedWrite<ArgumentValue>("ArgumentValue", "name", &ArgumentValue::Impl::setName),
         typedWrite<VariantFunctionNetEMVCE>("VariantFunctionNetEMVCE", "signalName",
                                             &VariantFunctionNetEMVCE::Impl::setSignalName),
-        typedWrite<CompServicePort>("CompServicePort", "servicePortKey",
-                                    &CompServicePort::Impl::setServicePortKey),
+        typedWrite<CompServicePort>("CompServicePort", "servicePortKey", &CompServicePort::Impl::setServicePortKey),
     };
     return all;
 }
@@ -108,19 +105,18 @@ std::vector<TypedCreation> const& typedCreations() {
     using R = ModelRefInfoRoot::Impl;
     using I = InportInformation::Impl;
     static std::vector<TypedCreation> const all = {
-        typedCreation<ModelRefInfoRoot, InportInformation>("ModelRefInfoRoot", "inports",
-                                                           &R::createIntoInports, &R::createIntoInports),
-        typedCreation<ModelRefInfoRoot, ResetEventInfo>("ModelRefInfoRoot", "resetEvents",
-                                                        &R::createIntoResetEvents, &R::createIntoResetEvents),
-        typedCreation<ModelRefInfoRoot, VarTsUIDMap>("ModelRefInfoRoot", "varTsUIDMap",
-                                                     &R::createIntoVarTsUIDMap, &R::createIntoVarTsUIDMap),
+        typedCreation<ModelRefInfoRoot, InportInformation>("ModelRefInfoRoot", "inports", &R::createIntoInports,
+                                                           &R::createIntoInports),
+        typedCreation<ModelRefInfoRoot, ResetEventInfo>("ModelRefInfoRoot", "resetEvents", &R::createIntoResetEvents,
+                                                        &R::createIntoResetEvents),
+        typedCreation<ModelRefInfoRoot, VarTsUIDMap>("ModelRefInfoRoot", "varTsUIDMap", &R::createIntoVarTsUIDMap,
+                                                     &R::createIntoVarTsUIDMap),
         typedCreation<ModelRefInfoRoot, UnionTsContainedTsElem>("ModelRefInfoRoot", "unionTsContainedTs",
                                                                 &R::createIntoUnionTsContainedTs,
                                                                 &R::createIntoUnionTsContainedTs),
-        typedCreation<InportInformation, HierCondInfo>(
-            "InportInformation", "hierCondInfos", &I::createIntoHierCondInfos, &I::createIntoHierCondInfos),
-        typedCreation<VarTsUIDMap, VarTsUIDEntry>("VarTsUIDMap", "entries",
-                                                  &VarTsUIDMap::Impl::createIntoEntries,
+        typedCreation<InportInformation, HierCondInfo>("InportInformation", "hierCondInfos",
+                                                       &I::createIntoHierCondInfos, &I::createIntoHierCondInfos),
+        typedCreation<VarTsUIDMap, VarTsUIDEntry>("VarTsUIDMap", "entries", &VarTsUIDMap::Impl::createIntoEntries,
                                                   &VarTsUIDMap::Impl::createIntoEntries),
         typedCreation<ArgumentValueMap, ArgumentValue>("ArgumentValueMap", "entries",
                                                        &ArgumentValueMap::Impl::createIntoEntries,
@@ -145,12 +141,10 @@ public:
         reference_.takeReport();
         reference_.setLimit(limit);
         model_->enableHistory(limit);
-        if (listening)
-            listener_ = model_->addListener([this](ChangeSet const& c) { hear(c); });
+        if (listening) listener_ = model_->addListener([this](ChangeSet const& c) { hear(c); });
     }
     ~World() {
-        while (!open_.empty())
-            open_.pop_back();
+        while (!open_.empty()) open_.pop_back();
     }
     World(World const&) = delete;
     World& operator=(World const&) = delete;
@@ -158,8 +152,7 @@ public:
     void run(Operation const& o) {
         step(o);
         auto const expected = reference_.takeReport();
-        if (listener_ != 0)
-            RC_ASSERT(heard_ == expected);
+        if (listener_ != 0) RC_ASSERT(heard_ == expected);
         heard_.clear();
     }
     void compare() {
@@ -188,20 +181,18 @@ private:
                 out += ' ' + slotOf(s).name + '=' + show(e.getPropertyValue(slotOf(s).property, kPublic));
             out += '\n';
         });
-        return out + (model_->inTransaction() ? "open" : "closed") + ", undo " +
-               std::to_string(model_->undoDepth()) + ", redo " + std::to_string(model_->redoDepth()) + '\n';
+        return out + (model_->inTransaction() ? "open" : "closed") + ", undo " + std::to_string(model_->undoDepth()) +
+               ", redo " + std::to_string(model_->redoDepth()) + '\n';
     }
     void hear(ChangeSet const& c) {
         RC_ASSERT(heard_.empty());
         auto const name = [](ModelElement const& e) { return boost::uuids::to_string(e->uuid()); };
-        for (auto const& e : c.created())
-            heard_.insert('+' + name(e));
-        for (auto const& e : c.destroyed())
-            heard_.insert('-' + name(e));
+        for (auto const& e : c.created()) heard_.insert('+' + name(e));
+        for (auto const& e : c.destroyed()) heard_.insert('-' + name(e));
         for (auto const& e : c.changed()) {
             for (auto const& p : e.properties()) {
-                heard_.insert(name(e.element()) + '.' + keel::toUtf8(p->getName()) + ' ' +
-                              show(e.oldValue(p)) + " -> " + show(e.newValue(p)));
+                heard_.insert(name(e.element()) + '.' + keel::toUtf8(p->getName()) + ' ' + show(e.oldValue(p)) +
+                              " -> " + show(e.newValue(p)));
             }
         }
     }
@@ -214,8 +205,7 @@ private:
     int pickOf(int kind, std::uint8_t by) const {
         std::vector<int> fitting;
         for (int n : reference_.order()) {
-            if (reference_.at(n).kind == kind)
-                fitting.push_back(n);
+            if (reference_.at(n).kind == kind) fitting.push_back(n);
         }
         return fitting.empty() ? -1 : fitting[by % fitting.size()];
     }
@@ -247,8 +237,7 @@ private:
         std::string const failure = failureOf(inModel);
         std::string const expected = inReference();
         RC_ASSERT(failure == expected);
-        if (!failure.empty())
-            compare();
+        if (!failure.empty()) compare();
     }
     template <class F>
     void refused(std::string const& expected, F&& f) {
@@ -259,8 +248,7 @@ private:
     int enter(int kind, std::size_t position = 0) {
         std::vector<ModelElement> fresh;
         model_->forEachElement([&](ModelElement::Impl& e) {
-            if (!numbers_.contains(e.uuid()))
-                fresh.emplace_back(&e);
+            if (!numbers_.contains(e.uuid())) fresh.emplace_back(&e);
         });
         RC_ASSERT(position < fresh.size());
         ModelElement const made = fresh[position];
@@ -289,29 +277,25 @@ private:
     void step(Operation const& o) {
         switch (o.kind) {
             case Kind::Create:
-                if (!full())
-                    create(o.a % static_cast<int>(plan().kinds.size()));
+                if (!full()) create(o.a % static_cast<int>(plan().kinds.size()));
                 return;
             case Kind::CreateInto:
                 return createInto(o);
             case Kind::Build:
                 return build(o);
             case Kind::Begin:
-                if (open_.size() >= 4)
-                    return;
+                if (open_.size() >= 4) return;
                 reference_.begin();
                 open_.push_back(model_->beginTransaction(false));
                 return;
             case Kind::Commit:
-                if (open_.empty())
-                    return;
+                if (open_.empty()) return;
                 reference_.commit();
                 open_.back().commit(boost::none);
                 open_.pop_back();
                 return;
             case Kind::Rollback:
-                if (open_.empty())
-                    return;
+                if (open_.empty()) return;
                 reference_.rollback();
                 open_.pop_back();
                 return;
@@ -328,8 +312,7 @@ private:
             default:
                 break;
         }
-        if (!any())
-            return;
+        if (!any()) return;
         int const n = pick(o.a);
         if (o.kind == Kind::Destroy)
             return both([&] { element(n)->destroy(); },
@@ -339,10 +322,8 @@ private:
                         });
         auto const& slots = kindOf(reference_.at(n).kind).slots;
         int const s = slots[o.b % slots.size()];
-        if (o.kind == Kind::Typed)
-            return typed(o, n);
-        if (o.kind == Kind::Refused)
-            return refuse(o, n, s);
+        if (o.kind == Kind::Typed) return typed(o, n);
+        if (o.kind == Kind::Refused) return refuse(o, n, s);
         act(o, n, s);
     }
 
@@ -366,8 +347,7 @@ private:
     void actOnValue(Operation const& o, int n, int s) {
         Slot const& slot = slotOf(s);
         bool const unset = slot.shape == Shape::Optional && o.c % 4 == 0;
-        Value const value =
-            unset ? Value(slot.property->getType(), ValueFlags::Optional) : valueOf(slot, o.d);
+        Value const value = unset ? Value(slot.property->getType(), ValueFlags::Optional) : valueOf(slot, o.d);
         both([&] { element(n)->setPropertyValue(slot.property, value, kPublic); },
              [&] { return reference_.write(n, s, unset ? std::nullopt : std::optional(itemOf(value))); });
     }
@@ -376,8 +356,7 @@ private:
         std::vector<TypedWrite const*> fitting;
         for (auto const& w : typedWrites()) {
             auto const& slots = kindOf(reference_.at(n).kind).slots;
-            if (std::find(slots.begin(), slots.end(), w.slot) != slots.end())
-                fitting.push_back(&w);
+            if (std::find(slots.begin(), slots.end(), w.slot) != slots.end()) fitting.push_back(&w);
         }
         if (auto const port = InportInformation::cast(element(n)); port.impl() != nullptr) {
             RateInfo rate;
@@ -394,17 +373,14 @@ private:
             });
             return;
         }
-        if (fitting.empty())
-            return;
+        if (fitting.empty()) return;
         auto const& w = *fitting[o.c % fitting.size()];
         if (slotOf(w.slot).shape == Shape::Optional) {
             auto const value = o.d % 4 == 0 ? boost::optional<int>() : boost::optional<int>(o.d % 4);
             auto const held = Value(meta::StandardTypes::integerMeta, value.value_or(0), ValueFlags::One);
-            return both([&] { ModelRefInfoRoot::cast(element(n))->setNumTs(value); },
-                        [&] {
-                            return reference_.write(n, w.slot,
-                                                    value ? std::optional(itemOf(held)) : std::nullopt);
-                        });
+            return both(
+                [&] { ModelRefInfoRoot::cast(element(n))->setNumTs(value); },
+                [&] { return reference_.write(n, w.slot, value ? std::optional(itemOf(held)) : std::nullopt); });
         }
         Value const value = valueOf(slotOf(w.slot), o.d);
         both([&] { w.write(element(n), value); }, [&] { return reference_.write(n, w.slot, itemOf(value)); });
@@ -413,8 +389,7 @@ private:
     void actOnValues(Operation const& o, int n, int s) {
         Slot const& slot = slotOf(s);
         Value const view = element(n)->getPropertyValue(slot.property, kPublic);
-        auto& values =
-            dynamic_cast<AbstractPrimitiveCollection&>(*view.getCollection<AbstractOwnedCollection>());
+        auto& values = dynamic_cast<AbstractPrimitiveCollection&>(*view.getCollection<AbstractOwnedCollection>());
         auto* const positions = values.getGenericInterface();
         Value const value = valueOf(slot, o.d);
         Item const item = itemOf(value);
@@ -423,8 +398,7 @@ private:
         auto const none = std::string();
         switch (o.c % (positions == nullptr ? 4 : 7)) {
             case 0:
-                return both([&] { values.genericAdd(value); },
-                            [&] { return reference_.insert(n, s, size, item); });
+                return both([&] { values.genericAdd(value); }, [&] { return reference_.insert(n, s, size, item); });
             case 1:
                 // Taking a value out of a sequence that hasn't got it is no change at all.
                 return both([&] { values.genericRemove(value); },
@@ -473,8 +447,7 @@ private:
     void actOnChild(Operation const& o, int n, int s) {
         Slot const& slot = slotOf(s);
         int const child = o.c % 4 == 0 ? -1 : pickOf(slot.childKind, o.d);
-        Value const value =
-            Value::createElementValue(slot.property, child < 0 ? ModelElement() : element(child));
+        Value const value = Value::createElementValue(slot.property, child < 0 ? ModelElement() : element(child));
         both([&] { element(n)->setPropertyValue(slot.property, value, kPublic); },
              [&] { return reference_.writeChild(n, s, child); });
     }
@@ -482,12 +455,11 @@ private:
     void actOnChildren(Operation const& o, int n, int s) {
         Slot const& slot = slotOf(s);
         Value const view = element(n)->getPropertyValue(slot.property, kPublic);
-        auto& generic = *dynamic_cast<ReferenceCollection&>(*view.getCollection<AbstractOwnedCollection>())
-                             .getGenericInterface();
+        auto& generic =
+            *dynamic_cast<ReferenceCollection&>(*view.getCollection<AbstractOwnedCollection>()).getGenericInterface();
         auto* const positions = dynamic_cast<GenericSequenceInterface*>(&generic);
         int const child = pickOf(slot.childKind, o.d);
-        if (child < 0)
-            return createInto(o);
+        if (child < 0) return createInto(o);
         Item item;
         item.child = child;
         std::size_t const size = generic.genericSize();
@@ -500,8 +472,7 @@ private:
         switch (o.c % (positions == nullptr ? 6 : 10)) {
             case 0:
             case 1:
-                return both([&] { generic.genericAdd(element(child)); },
-                            [&] { return reference_.add(n, s, child); });
+                return both([&] { generic.genericAdd(element(child)); }, [&] { return reference_.add(n, s, child); });
             case 2:
                 return both([&] { generic.genericRemove(element(child)); }, remove);
             case 3:
@@ -517,8 +488,7 @@ private:
             case 5:
                 return both([&] { generic.genericEnsureAt(element(child), position); },
                             [&] {
-                                if (positions == nullptr)
-                                    return reference_.add(n, s, child);
+                                if (positions == nullptr) return reference_.add(n, s, child);
                                 return reference_.insert(n, s, std::min(position, size), item);
                             });
             case 6:
@@ -541,8 +511,7 @@ private:
                kindOf(kind).slots.end())
             ++kind;
         int const n = pickOf(kind, o.a);
-        if (n < 0 || full())
-            return;
+        if (n < 0 || full()) return;
         auto const builder = kindOf(slot.childKind).type->instantiateBuilder(model_);
         bool const built = o.c % 2 == 0;
         std::optional<Value> key;
@@ -550,8 +519,7 @@ private:
             key = valueOf(slotOf(slot.keySlot), o.d);
             builder->setOrAdd(slotOf(slot.keySlot).property, *key);
         }
-        place(slot, n, creation.slot, key,
-              [&] { creation.create(element(n), built ? builder.get() : nullptr); });
+        place(slot, n, creation.slot, key, [&] { creation.create(element(n), built ? builder.get() : nullptr); });
     }
 
     /// `create` makes a child in a slot, or neither if the key is in use or none.
@@ -564,13 +532,11 @@ private:
             bool const nan = key && show(*key) == "nan";
             RC_ASSERT(slot.keyed());
             RC_ASSERT(failure == (nan ? "InvalidValue" : "UniquenessConstraint"));
-            if (!nan)
-                RC_ASSERT(isKeyUsed(n, s, key));
+            if (!nan) RC_ASSERT(isKeyUsed(n, s, key));
             return compare();
         }
         int const child = enter(slot.childKind);
-        if (key)
-            reference_.write(child, slot.keySlot, itemOf(*key));
+        if (key) reference_.write(child, slot.keySlot, itemOf(*key));
         std::string const expected =
             slot.shape == Shape::Child ? reference_.writeChild(n, s, child) : reference_.add(n, s, child);
         RC_ASSERT(expected == "");
@@ -580,17 +546,16 @@ private:
     bool isKeyUsed(int n, int s, std::optional<Value> const& key) const {
         auto const& slot = slotOf(s);
         Model const scratch = Model::create();
-        Value const wanted = key ? *key
-                                 : make(kindOf(slot.childKind).type, scratch)
-                                       ->getPropertyValue(slotOf(slot.keySlot).property, kPublic);
+        Value const wanted =
+            key ? *key
+                : make(kindOf(slot.childKind).type, scratch)->getPropertyValue(slotOf(slot.keySlot).property, kPublic);
         auto const& all = reference_.items(n, s);
         return std::any_of(all.begin(), all.end(), [&](Item const& i) { return i.shown == show(wanted); });
     }
 
     /// A map with two entries by one builder, as an element of its own; equal keys fail, and leave nothing.
     void build(Operation const& o) {
-        if (reference_.order().size() >= 12)
-            return;
+        if (reference_.order().size() >= 12) return;
         VarTsUIDMap::Builder builder(model_);
         int const kind = plan().kind("VarTsUIDEntry");
         int const key = plan().slot("VarTsUIDEntry", "varTsIdx");
@@ -603,8 +568,7 @@ private:
         bool const clash = o.a % 4 == o.b % 4;
         both([&] { builder.create(); },
              [&]() -> std::string {
-                 if (clash)
-                     return "UniquenessConstraint";
+                 if (clash) return "UniquenessConstraint";
                  reference_.together([&] {
                      int const map = enter(plan().kind("VarTsUIDMap"));
                      std::size_t position = 1;
@@ -612,9 +576,9 @@ private:
                          int const entry = enter(kind, position++);
                          reference_.write(entry, key,
                                           itemOf({meta::StandardTypes::integerMeta, index, ValueFlags::One}));
-                         reference_.write(entry, text,
-                                          itemOf({meta::StandardTypes::stringMeta, std::u16string(u"built"),
-                                                  ValueFlags::One}));
+                         reference_.write(
+                             entry, text,
+                             itemOf({meta::StandardTypes::stringMeta, std::u16string(u"built"), ValueFlags::One}));
                          reference_.add(map, plan().slot("VarTsUIDMap", "entries"), entry);
                      }
                  });
@@ -633,8 +597,8 @@ private:
         if (!slot.owns()) {
             if (slot.shape == Shape::Sequence || slot.shape == Shape::Set) {
                 Value const view = element(n)->getPropertyValue(slot.property, kPublic);
-                auto& values = dynamic_cast<AbstractPrimitiveCollection&>(
-                    *view.getCollection<AbstractOwnedCollection>());
+                auto& values =
+                    dynamic_cast<AbstractPrimitiveCollection&>(*view.getCollection<AbstractOwnedCollection>());
                 refused("CannotCastIncompatibleTypes", [&] { values.genericAdd(wrongValue(type)); });
             }
             return;
@@ -644,18 +608,17 @@ private:
         ModelElement const stranger = makeStranger(type, elsewhere);
         if (slot.shape == Shape::Child) {
             refused("CannotCreateCrossModelAssociation", [&] {
-                element(n)->setPropertyValue(slot.property, Value::createElementValue(slot.property, foreign),
-                                             kPublic);
+                element(n)->setPropertyValue(slot.property, Value::createElementValue(slot.property, foreign), kPublic);
             });
             refused("CannotCastIncompatibleTypes", [&] {
-                element(n)->setPropertyValue(slot.property,
-                                             Value::createElementValue(slot.property, stranger), kPublic);
+                element(n)->setPropertyValue(slot.property, Value::createElementValue(slot.property, stranger),
+                                             kPublic);
             });
             return;
         }
         Value const view = element(n)->getPropertyValue(slot.property, kPublic);
-        auto& generic = *dynamic_cast<ReferenceCollection&>(*view.getCollection<AbstractOwnedCollection>())
-                             .getGenericInterface();
+        auto& generic =
+            *dynamic_cast<ReferenceCollection&>(*view.getCollection<AbstractOwnedCollection>()).getGenericInterface();
         refused("CannotCreateCrossModelAssociation", [&] { generic.genericAdd(foreign); });
         refused("CannotAddIncompatibleTypes", [&] { generic.genericAdd(stranger); });
         // All or nothing: the first members fit, the last doesn't.
@@ -699,8 +662,8 @@ struct Arbitrary<Operation> {
                                                                                          {2, K::Rollback},
                                                                                          {5, K::Undo},
                                                                                          {4, K::Redo}})),
-                                     gen::set(&Operation::a), gen::set(&Operation::b),
-                                     gen::set(&Operation::c), gen::set(&Operation::d));
+                                     gen::set(&Operation::a), gen::set(&Operation::b), gen::set(&Operation::c),
+                                     gen::set(&Operation::d));
     }
 };
 
@@ -714,8 +677,7 @@ TEST(RandomRecords, DoAsTheReferenceDoes) {
                              World world(limit % 5, listening);
                              for (std::size_t i = 0; i < operations.size(); ++i) {
                                  world.run(operations[i]);
-                                 if (i % 4 == 0)
-                                     world.compare();
+                                 if (i % 4 == 0) world.compare();
                              }
                              world.compare();
                          });

@@ -21,8 +21,7 @@ TEST(PublicSpelling, OfElementsAndCollections) {
     EXPECT_EQ(root->createIntoInports(InportInformation::BuilderWrapper(another))->basicContainer(), root);
     EXPECT_EQ(root->createIntoInports(another, qz::ElementImpl::generateNewUuid())->basicContainer(), root);
     int visited = 0;
-    for (InportInformation const& p : *root->getInports())
-        visited += p ? 1 : 0;
+    for (InportInformation const& p : *root->getInports()) visited += p ? 1 : 0;
     EXPECT_EQ(visited, 3);
     static_assert(std::is_const_v<std::remove_pointer_t<decltype(root->getInports())>>);
     root->getInportsMutable()->add(port);
@@ -121,15 +120,14 @@ TEST(PublicSpelling, OfReflectionAndErrors) {
     EXPECT_FALSE(property->getDefaultValue() == boost::optional<std::u16string>(u"true"));
     EXPECT_FALSE(property->isComposite());
     EXPECT_FALSE(property->getQualifiedBy());
-    EXPECT_FALSE(port->getPropertyValue(property, qz::ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS)
-                     .getValue<bool>());
+    EXPECT_FALSE(
+        port->getPropertyValue(property, qz::ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS).getValue<bool>());
     try {
-        port->setPropertyValue(property,
-                               qz::Value(qz::meta::StandardTypes::integerMeta, 1, qz::ValueFlags::One),
+        port->setPropertyValue(property, qz::Value(qz::meta::StandardTypes::integerMeta, 1, qz::ValueFlags::One),
                                qz::ModelElement::Impl::ReflectionPrivateTag::PUBLIC_ACCESS);
         FAIL();
-    } catch (keel::core::except::Exception<quay0::messages::CannotCastIncompatibleTypes, std::exception,
-                                           void> const& e) {
+    } catch (
+        keel::core::except::Exception<quay0::messages::CannotCastIncompatibleTypes, std::exception, void> const& e) {
         EXPECT_EQ(e.message().arguments(), std::vector<std::u16string>{u"Integer"});
         EXPECT_EQ(std::string(e.what()).rfind("quay0:messages:CannotCastIncompatibleTypes: ", 0), 0U);
     }

@@ -52,8 +52,7 @@ private:
     std::string name() const { return keel::toUtf8(property_->getName()); }
     /// The property in which a write is recorded.
     std::string recordedName() const {
-        if (!property_->isDerived())
-            return name();
+        if (!property_->isDerived()) return name();
         return name() == "rateInfo" ? "rateInfos" : "solverStatusFlags";
     }
 
@@ -232,8 +231,7 @@ private:
                 std::sort(all.begin(), all.end(),
                           [&](auto const& x, auto const& y) { return position(x) < position(y); });
             std::string text = "[";
-            for (auto const& v : all)
-                text += (text.size() > 1 ? ", " : "") + show(v);
+            for (auto const& v : all) text += (text.size() > 1 ? ", " : "") + show(v);
             return text + "]";
         };
         EXPECT_FALSE(has());
@@ -295,10 +293,8 @@ private:
         // empties.
         ModelElement const other = make(class_, model_);
         auto const given = other->getPropertyValue(property_, kPublic);
-        dynamic_cast<AbstractPrimitiveCollection&>(*given.getCollection<AbstractOwnedCollection>())
-            .genericAdd(b);
-        dynamic_cast<AbstractPrimitiveCollection&>(*given.getCollection<AbstractOwnedCollection>())
-            .genericAdd(a);
+        dynamic_cast<AbstractPrimitiveCollection&>(*given.getCollection<AbstractOwnedCollection>()).genericAdd(b);
+        dynamic_cast<AbstractPrimitiveCollection&>(*given.getCollection<AbstractOwnedCollection>()).genericAdd(a);
         changes([&] { set(given); });
         EXPECT_EQ(shown(), list({b, a}));
         set(get());
@@ -318,12 +314,11 @@ private:
         auto const everything = element_->getPropertyValue(property_, kPublic);
         auto const set = everything.getCollection<AbstractOwnedCollection>()->detachedCopy();
         auto& all = dynamic_cast<AbstractPrimitiveCollection&>(*set);
-        for (unsigned n = 0; n < 4; ++n)
-            all.genericAdd(sample(value.getType(), n));
+        for (unsigned n = 0; n < 4; ++n) all.genericAdd(sample(value.getType(), n));
         auto const sorted = all.getAllValues();
-        return static_cast<std::size_t>(std::find_if(sorted.begin(), sorted.end(),
-                                                     [&](auto const& v) { return show(v) == show(value); }) -
-                                        sorted.begin());
+        return static_cast<std::size_t>(
+            std::find_if(sorted.begin(), sorted.end(), [&](auto const& v) { return show(v) == show(value); }) -
+            sorted.begin());
     }
 
     // --- One child
@@ -350,13 +345,11 @@ private:
         expectContained(b);
         expectFree(a);
         ModelElement const owner = make(class_, model_);
-        changes(
-            [&] { owner->setPropertyValue(property_, Value::createElementValue(property_, b), kPublic); });
+        changes([&] { owner->setPropertyValue(property_, Value::createElementValue(property_, b), kPublic); });
         EXPECT_FALSE(has()) << "a child moves, it isn't shared";
         EXPECT_EQ(b->basicContainer(), owner);
         changes([&] { give(b); });
-        checkRefusedElements(
-            give, [&](ModelElement const& e) { set(Value(e->getMetaClass(), e, ValueFlags::One)); });
+        checkRefusedElements(give, [&](ModelElement const& e) { set(Value(e->getMetaClass(), e, ValueFlags::One)); });
         refuses<CannotCastIncompatibleTypes>([&] { set(wrongValue(type)); });
         checkStorage([&] { give(a); });
         give(b);
@@ -452,8 +445,7 @@ private:
         refuses<CannotAddIncompatibleTypes>([&] { generic.genericEnsureAt(stranger, 0); });
         EXPECT_FALSE(generic.genericContains(stranger));
 
-        if (auto* const sequence = dynamic_cast<GenericSequenceInterface*>(&generic))
-            checkSequence(*sequence, a, b, c);
+        if (auto* const sequence = dynamic_cast<GenericSequenceInterface*>(&generic)) checkSequence(*sequence, a, b, c);
         if (property_->getQualifiedBy().impl() != nullptr)
             checkKeys(generic, a, b);
         else if (!generic.isSequenceInterface()) {
@@ -541,12 +533,9 @@ private:
         EXPECT_EQ(generic.isMultimapInterface(), !unique);
         EXPECT_EQ(keyed.getQualifierType(), key->getType());
         auto const keyOf = [&](ModelElement const& e) { return e->getPropertyValue(key, kPublic); };
-        auto const rekey = [&](ModelElement const& e, Value const& value) {
-            e->setPropertyValue(key, value, kPublic);
-        };
+        auto const rekey = [&](ModelElement const& e, Value const& value) { e->setPropertyValue(key, value, kPublic); };
         auto const find = [&](Value const& value) -> std::vector<ModelElement> {
-            if (!unique)
-                return dynamic_cast<GenericMultimapInterface&>(generic).genericGet(value);
+            if (!unique) return dynamic_cast<GenericMultimapInterface&>(generic).genericGet(value);
             ModelElement const found = dynamic_cast<GenericMapInterface&>(generic).genericGet(value);
             return found.impl() == nullptr ? std::vector<ModelElement>() : std::vector{found};
         };
@@ -628,8 +617,7 @@ private:
         EXPECT_TRUE(builder->given().test(property_->getIndex()));
         EXPECT_EQ(builder->given().count(), 1U);
         std::unique_ptr<ModelElement::Builder> none;
-        refuses<CannotCastIncompatibleTypes>(
-            [&] { builder->setOrAdd(property_, wrongValue(property_->getType())); });
+        refuses<CannotCastIncompatibleTypes>([&] { builder->setOrAdd(property_, wrongValue(property_->getType())); });
         EXPECT_TRUE(failsWith<NoSuchProperty>([&] { builder->setOrAdd(property_, none); }));
         for (int i = 0; i < 2; ++i) {
             ModelElement const built = builder->create({});
@@ -644,12 +632,10 @@ private:
         builder->setOrAdd(property_, child);
         EXPECT_EQ(child, nullptr);
         EXPECT_TRUE(builder->given().test(property_->getIndex()));
-        auto stranger =
-            (makeStranger(property_->getType(), model_)->getMetaClass())->instantiateBuilder(model_);
+        auto stranger = (makeStranger(property_->getType(), model_)->getMetaClass())->instantiateBuilder(model_);
         EXPECT_TRUE(failsWith<NoSuchProperty>([&] { builder->setOrAdd(property_, stranger); }));
         EXPECT_NE(stranger, nullptr);
-        EXPECT_TRUE(failsWith<NoSuchProperty>(
-            [&] { builder->setOrAdd(property_, wrongValue(property_->getType())); }));
+        EXPECT_TRUE(failsWith<NoSuchProperty>([&] { builder->setOrAdd(property_, wrongValue(property_->getType())); }));
         ModelElement built;
         changes([&] { built = builder->create({}); });
         EXPECT_TRUE(built->hasPropertyValue(property_, kPublic));
@@ -665,21 +651,17 @@ private:
     void checkDestroy() {
         std::vector<ModelElement> below;
         model_->forEachElement([&](ModelElement::Impl& e) {
-            if (e.containerImpl() == element_.impl())
-                below.emplace_back(&e);
+            if (e.containerImpl() == element_.impl()) below.emplace_back(&e);
         });
         changes([&] { element_->destroy(); });
         EXPECT_FALSE(element_);
-        for (auto const& e : below)
-            EXPECT_FALSE(e);
+        for (auto const& e : below) EXPECT_FALSE(e);
         EXPECT_EQ(model_->findElement(element_->uuid(), FindElementBehavior::InMemoryOnly).impl(), nullptr);
         element_->destroy();
         refuseWritesToTheDead();
-        while (!element_)
-            ASSERT_TRUE(model_->undo());
+        while (!element_) ASSERT_TRUE(model_->undo());
         EXPECT_TRUE(element_);
-        for (auto const& e : below)
-            EXPECT_EQ(e->basicContainer(), element_);
+        for (auto const& e : below) EXPECT_EQ(e->basicContainer(), element_);
         // Without a history nobody keeps what the dead one was.
         model_->enableHistory(0);
         element_->destroy();
@@ -687,13 +669,11 @@ private:
     }
 
     void refuseWritesToTheDead() {
-        bool const single =
-            property_->getFlags() == ValueFlags::One || property_->getFlags() == ValueFlags::Optional;
+        bool const single = property_->getFlags() == ValueFlags::One || property_->getFlags() == ValueFlags::Optional;
         ModelElement const child = isElement() ? makeChild(9) : ModelElement();
         refuses<CannotAddNonExistentObject>([&] {
             if (single) {
-                set(isElement() ? Value::createElementValue(property_, child)
-                                : sample(property_->getType(), 6));
+                set(isElement() ? Value::createElementValue(property_, child) : sample(property_->getType(), 6));
             } else if (isElement()) {
                 children().getGenericInterface()->genericAdd(child);
             } else {
@@ -723,8 +703,7 @@ TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
         auto const builder = meta::MetaRegistry::getInstance()->makeBuilder(c, model);
         EXPECT_EQ(builder == nullptr, c->isAbstract());
         EXPECT_EQ(c->instantiateBuilder(model) == nullptr, c->isAbstract());
-        if (builder == nullptr)
-            continue;
+        if (builder == nullptr) continue;
         auto const id = ElementImpl::generateNewUuid();
         ModelElement const e = builder->create(id);
         EXPECT_EQ(e->getMetaClass(), c);
@@ -736,8 +715,8 @@ TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
         EXPECT_TRUE(failsWith<CannotCreateWithoutModel>([&] { c->instantiateBuilder(Model())->create({}); }));
     }
     auto const* const package = MetaPackageVw_modelref_info::getInstance();
-    properties += package->RateInfo->getOwnedProperties()->size() +
-                  package->ServicePortKey->getOwnedProperties()->size();
+    properties +=
+        package->RateInfo->getOwnedProperties()->size() + package->ServicePortKey->getOwnedProperties()->size();
     EXPECT_EQ(properties, 641U);
 }
 
@@ -745,8 +724,7 @@ TEST(EveryProperty, HoldsWhatItsShapePromises) {
     int abstract = 0;
     for (meta::Class const& c : schemaClasses()) {
         abstract += c->isAbstract() ? 1 : 0;
-        if (c->isAbstract())
-            continue;
+        if (c->isAbstract()) continue;
         for (meta::Property const& p : c->getProperties()) {
             SCOPED_TRACE(keel::toUtf8(c->getName() + u"." + p->getName()));
             Trial(c, p).run();

@@ -133,8 +133,7 @@ TEST(Derived, RecordsWhatItDerivesFrom) {
         ASSERT_EQ(port->getRateInfos()->size(), 1U);
         EXPECT_EQ((*port->getRateInfos())[0], x);
         std::string const heard = hearer.take();
-        EXPECT_EQ(std::count(heard.begin(), heard.end(), ';'), 2)
-            << "two changes, also when the rate is there already";
+        EXPECT_EQ(std::count(heard.begin(), heard.end(), ';'), 2) << "two changes, also when the rate is there already";
     }
 }
 
@@ -163,15 +162,12 @@ TEST(Storage, KeepsAllOfTheWidestClassAndGivesItBack) {
     EXPECT_TRUE(storage->empty()) << "nothing was written";
 
     std::map<int, std::string> shown;
-    for (auto const& p : properties)
-        shown[p->getIndex()] = show(root->getPropertyValue(p, kPublic));
-    for (unsigned long index = 0; index <= 200; ++index)
-        root->copyValue(storage.get(), index);
+    for (auto const& p : properties) shown[p->getIndex()] = show(root->getPropertyValue(p, kPublic));
+    for (unsigned long index = 0; index <= 200; ++index) root->copyValue(storage.get(), index);
     EXPECT_EQ(storage->indices().size(), 171U);
     write(1);
     for (auto const& p : properties) {
-        EXPECT_EQ(show(storage->getOldValue(p, kPublic)),
-                  p->isDerived() ? "nothing" : shown.at(p->getIndex()));
+        EXPECT_EQ(show(storage->getOldValue(p, kPublic)), p->isDerived() ? "nothing" : shown.at(p->getIndex()));
     }
     storage->revertUnchanged(root.impl());
     for (auto const& p : properties) {

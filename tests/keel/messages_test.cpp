@@ -39,8 +39,8 @@ TEST(Messages, SayWhatWasWrong) {
         std::function<std::string(bool)> report;
         Message message;
     };
-    auto const make = [](std::string id, std::vector<std::u16string> arguments, std::string plain,
-                         std::string withBoth, auto m) {
+    auto const make = [](std::string id, std::vector<std::u16string> arguments, std::string plain, std::string withBoth,
+                         auto m) {
         auto report = [m](bool known) mutable {
             return known ? reported(m.about(u"X.p").withValue(u"1")) : reported(m);
         };
@@ -53,15 +53,14 @@ TEST(Messages, SayWhatWasWrong) {
              "value was 1)",
              CannotModifyProxy()),
         make("NoSuchProperty", {u"colour", u"R.Port"}, "'R.Port' has no property 'colour'",
-             "X.p: 'R.Port' has no property 'colour' (the value was 1)",
-             NoSuchProperty(u"colour", u"R.Port")),
+             "X.p: 'R.Port' has no property 'colour' (the value was 1)", NoSuchProperty(u"colour", u"R.Port")),
         make("NoSuchType", {u"ZxArray"},
              "there is no type 'ZxArray' in the meta registry; load the package that declares it first",
              "X.p: there is no type 'ZxArray' in the meta registry; load the package that declares it first "
              "(the value was 1)",
              NoSuchType(u"ZxArray")),
-        make("InvalidValue", {}, "the value is missing or can't be used here",
-             "X.p: 1 can't be used as a value here", InvalidValue()),
+        make("InvalidValue", {}, "the value is missing or can't be used here", "X.p: 1 can't be used as a value here",
+             InvalidValue()),
         make("CannotCastIncompatibleTypes", {u"Real"},
              "the value is of another type or count than is asked for; the type in question is 'Real'",
              "X.p: the value is of another type or count than is asked for; the type in question is 'Real' "
@@ -71,13 +70,11 @@ TEST(Messages, SayWhatWasWrong) {
              "an element of class 'R.A' can't stand in a collection of 'R.B'",
              "X.p: an element of class 'R.A' can't stand in a collection of 'R.B' (the value was 1)",
              CannotAddIncompatibleTypes(u"R.A", u"R.B")),
-        make(
-            "CannotAddNonExistentObject", {},
-            "an element that is empty or was destroyed can't be put into a collection",
-            "X.p: an element that is empty or was destroyed can't be put into a collection (the value was 1)",
-            CannotAddNonExistentObject()),
-        make("CannotAddSecondObject", {},
-             "the element is in the collection already, and it can be there only once",
+        make("CannotAddNonExistentObject", {},
+             "an element that is empty or was destroyed can't be put into a collection",
+             "X.p: an element that is empty or was destroyed can't be put into a collection (the value was 1)",
+             CannotAddNonExistentObject()),
+        make("CannotAddSecondObject", {}, "the element is in the collection already, and it can be there only once",
              "X.p: the element is in the collection already, and it can be there only once (the value was 1)",
              CannotAddSecondObject()),
         make("CannotCreateCrossModelAssociation", {},
@@ -91,16 +88,14 @@ TEST(Messages, SayWhatWasWrong) {
         make("UniquenessConstraint", {}, "the key or id is in use; each element needs one of its own",
              "X.p: 1 is in use", UniquenessConstraint()),
         make("ModelIsFrozen", {}, "the model is frozen and can't be changed; thaw it first",
-             "X.p: the model is frozen and can't be changed; thaw it first (the value was 1)",
-             ModelIsFrozen()),
+             "X.p: the model is frozen and can't be changed; thaw it first (the value was 1)", ModelIsFrozen()),
         make("ListenerMayNotWrite", {},
              "a listener can't change the model that it listens to; do it after the listener has returned",
              "X.p: a listener can't change the model that it listens to; do it after the listener has "
              "returned "
              "(the value was 1)",
              ListenerMayNotWrite()),
-        make("TransactionIsOpen", {},
-             "undo and redo can't run inside a transaction; commit it or roll it back first",
+        make("TransactionIsOpen", {}, "undo and redo can't run inside a transaction; commit it or roll it back first",
              "X.p: undo and redo can't run inside a transaction; commit it or roll it back first (the value "
              "was 1)",
              TransactionIsOpen()),
@@ -118,8 +113,7 @@ TEST(Messages, SayWhatWasWrong) {
 TEST(Messages, TheScriptLayersOwnHaveSentencesToo) {
     EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "InvalidHandle")).what(),
               std::string("ZELDRA:class:InvalidHandle: the handle is empty or its element was destroyed"));
-    EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "Unheard")).what(),
-              std::string("ZELDRA:class:Unheard"));
+    EXPECT_EQ(Exception<Message>(Message("ZELDRA:class", "Unheard")).what(), std::string("ZELDRA:class:Unheard"));
 }
 
 TEST(Exceptions, KeepTheirTypeThroughCloneAndRethrow) {

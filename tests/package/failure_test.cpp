@@ -44,8 +44,7 @@ std::ostream& operator<<(std::ostream& out, Fault const& fault) { return out << 
 Fault const kFaults[] = {
     {"PrimitiveTypeIsMissing", [] { registry().getPrimitiveType(u"StdString")->destroy(); },
      "quay0:messages:NoSuchType", u"StdString"},
-    {"ForeignBaseIsMissing",
-     [] { registry().getType(u"sto.ClientTaskHierarchyElementNamedData")->destroy(); },
+    {"ForeignBaseIsMissing", [] { registry().getType(u"sto.ClientTaskHierarchyElementNamedData")->destroy(); },
      "quay0:messages:NoSuchType", u"sto.ClientTaskHierarchyElementNamedData"},
     {"ArgumentTypeIsMissing", [] { registry().getType(u"nativeTypes.VwBlockPtr")->destroy(); },
      "quay0:messages:NoSuchType", u"nativeTypes.VwBlockPtr"},
@@ -74,8 +73,7 @@ void expectFailure(Product const& product, Fault const& fault) {
     } catch (keel::core::except::Error const& e) {
         EXPECT_EQ(e.GetID(), fault.identifier) << e.what();
         if (fault.argument != nullptr) {
-            EXPECT_NE(std::string(e.what()).find(keel::toUtf8(fault.argument)), std::string::npos)
-                << e.what();
+            EXPECT_NE(std::string(e.what()).find(keel::toUtf8(fault.argument)), std::string::npos) << e.what();
         }
     }
 }
@@ -91,23 +89,19 @@ void expectNothingOfThePackage() {
 void expectRecovery(Product const& product) {
     std::vector<void*> instances(4);
     std::vector<std::thread> threads;
-    for (void*& instance : instances)
-        threads.emplace_back([&] { instance = product.getInstance(); });
-    for (std::thread& t : threads)
-        t.join();
+    for (void*& instance : instances) threads.emplace_back([&] { instance = product.getInstance(); });
+    for (std::thread& t : threads) t.join();
     EXPECT_EQ(instances, std::vector<void*>(instances.size(), instances[0]));
     EXPECT_EQ(countRootPackages(), 1u);
     EXPECT_EQ(objectsOf(rootPackage()).size(), kObjects);
     EXPECT_TRUE(isAtRest());
-    EXPECT_EQ(registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage()->getParentPackage(),
-              rootPackage());
+    EXPECT_EQ(registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage()->getParentPackage(), rootPackage());
 }
 
 /// Takes an earlier incarnation of the package away, if there is one.
 void forgetPackage() {
     Package const root = rootPackage();
-    if (!root)
-        return;
+    if (!root) return;
     std::lock_guard const lock(registry().mutex());
     qz::Model::Thawer const thawer = registry().freezer().thaw();
     registry().unregisterRootPackage(kUri);

@@ -65,8 +65,7 @@ TEST(Lifecycle, ComesAndGoesManyTimesInOneProcess) {
             ASSERT_TRUE(root);
             EXPECT_EQ(countRootPackages(), 1u);
             Type const type = registry().getType(u"ModelRefInfoRepo.RateSpec");
-            EXPECT_EQ(registry().findTypeByScriptName("Varlow.ModelReference.internal.compileInfo.RateSpec"),
-                      type);
+            EXPECT_EQ(registry().findTypeByScriptName("Varlow.ModelReference.internal.compileInfo.RateSpec"), type);
             EXPECT_EQ(objectsOf(root).size(), kObjects);
             EXPECT_TRUE(isAtRest());
             EXPECT_EQ(parsedAs("", u"Q_TYPE_LIFO", "ID"), u"1");
@@ -106,16 +105,14 @@ TEST(Lifecycle, ThreadsThatLoadAtTheSameTimeShareOnePackage) {
     for (std::size_t i = 0; i < kThreads; ++i) {
         threads.emplace_back([&, i] {
             --waiting;
-            while (waiting > 0)
-                std::this_thread::yield();
+            while (waiting > 0) std::this_thread::yield();
             products[i] = std::make_unique<Product>();
             instances[i] = products[i]->getInstance();
             std::lock_guard const lock(registry().mutex());
             seen[i] = objectsOf(rootPackage()).size();
         });
     }
-    for (std::thread& t : threads)
-        t.join();
+    for (std::thread& t : threads) t.join();
     EXPECT_EQ(instances, std::vector<void*>(kThreads, instances[0]));
     EXPECT_EQ(seen, std::vector<std::size_t>(kThreads, kObjects));
     EXPECT_EQ(countRootPackages(), 1u);
@@ -129,8 +126,7 @@ TEST(EntryPoints, HavePlainNamesAndMayBeCalledInAnyOrderAndNumber) {
     ASSERT_NE(initialize, nullptr);
     ASSERT_NE(terminate, nullptr);
     Package const root = rootPackage();
-    for (auto* const call : {terminate, terminate, initialize, initialize, terminate, initialize, terminate})
-        call();
+    for (auto* const call : {terminate, terminate, initialize, initialize, terminate, initialize, terminate}) call();
     EXPECT_EQ(rootPackage(), root);
     EXPECT_EQ(objectsOf(root).size(), kObjects);
 }
@@ -151,15 +147,13 @@ TEST(Serializers, EnumerationsHaveThreeForms) {
                        {"ID", u"77", "PublicID", u""},
                        {"ID", u"77", "ID", u"77"},
                        {"ID", u"-1", "ID", u"-1"}};
-    for (auto const& c : cases)
-        EXPECT_EQ(parsedAs(c.from, c.text, c.to), c.result) << c.from << " to " << c.to;
+    for (auto const& c : cases) EXPECT_EQ(parsedAs(c.from, c.text, c.to), c.result) << c.from << " to " << c.to;
 
     struct {
         char const* form;
         char16_t const* text;
-    } const refused[] = {
-        {"", u"Q_TYPE_STACK"},  {"", u""},   {"", u"1"},   {"", u"q_type_lifo"}, {"PublicID", u"none"},
-        {"ID", u"Q_TYPE_LIFO"}, {"ID", u""}, {"ID", u"1x"}};
+    } const refused[] = {{"", u"Q_TYPE_STACK"},  {"", u""},   {"", u"1"},   {"", u"q_type_lifo"}, {"PublicID", u"none"},
+                         {"ID", u"Q_TYPE_LIFO"}, {"ID", u""}, {"ID", u"1x"}};
     for (auto const& c : refused) {
         EXPECT_THROW(parsedAs(c.form, c.text, "ID"), boost::bad_lexical_cast) << c.form;
     }
@@ -171,8 +165,7 @@ TEST(Factories, MakeTheCollectionThatThePropertyAsksFor) {
     Package const schema = registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage();
     for (qz::ModelElement const& element : objectsOf(rootPackage())) {
         Property const property = Property::cast(element);
-        if (!property || property->getType()->getOwningPackage() != schema)
-            continue;
+        if (!property || property->getType()->getOwningPackage() != schema) continue;
         SCOPED_TRACE(testing::PrintToString(property->getName()));
         auto const collection = registry().makeCollection({}, property);
         ASSERT_NE(collection, nullptr);
@@ -187,8 +180,7 @@ TEST(Factories, MakeTheCollectionThatThePropertyAsksFor) {
             EXPECT_EQ(children->getGenericInterface()->isSequenceInterface(), property->isOrdered());
         } else {
             auto const& values = dynamic_cast<qz::AbstractPrimitiveCollection const&>(*collection);
-            EXPECT_EQ(values.getKind() == qz::AbstractPrimitiveCollection::Kind::Sequence,
-                      property->isOrdered());
+            EXPECT_EQ(values.getKind() == qz::AbstractPrimitiveCollection::Kind::Sequence, property->isOrdered());
         }
     }
     EXPECT_GT(made, 100);

@@ -54,9 +54,8 @@ TEST(Sequences, KeepTheirPositions) {
 
     std::string const before = s.now();
     std::function<void()> const beyond[] = {
-        [&] { children.insert(6, s.n[1]); },  [&] { children.erase(std::size_t{5}); },
-        [&] { children.set(5, s.n[1]); },     [&] { (void)children.at(5); },
-        [&] { children.erase(children.end()); },
+        [&] { children.insert(6, s.n[1]); }, [&] { children.erase(std::size_t{5}); }, [&] { children.set(5, s.n[1]); },
+        [&] { (void)children.at(5); },       [&] { children.erase(children.end()); },
     };
     for (auto const& f : beyond) EXPECT_TRUE(throws<std::out_of_range>(f));
     EXPECT_TRUE(failsWith<msg::CannotAddNonExistentObject>([&] { children.set(0, Node()); }));
@@ -335,8 +334,8 @@ TEST(PrimitiveSequences, KeepTheirPositions) {
     EXPECT_EQ(numbers.getKind(), AbstractPrimitiveCollection::Kind::Sequence);
 
     std::function<void()> const beyond[] = {
-        [&] { numbers.insertAt(4, 1); },  [&] { numbers.eraseAt(3); },          [&] { numbers.replaceAt(3, 1); },
-        [&] { (void)numbers.at(3); },     [&] { generic.genericRemoveAt(3); },
+        [&] { numbers.insertAt(4, 1); }, [&] { numbers.eraseAt(3); },         [&] { numbers.replaceAt(3, 1); },
+        [&] { (void)numbers.at(3); },    [&] { generic.genericRemoveAt(3); },
     };
     for (auto const& f : beyond) EXPECT_TRUE(throws<std::out_of_range>(f));
     Value const text(meta::StandardTypes::stringMeta, std::u16string(u"1"), ValueFlags::One);
@@ -404,11 +403,16 @@ TEST(Collections, AnnounceEvenWhatChangesNothing) {
         e->numbers().genericRemove(integer(-1));
     };
     Case const cases[] = {
-        {"clear an empty one", 0, clear, false},          {"clear a full one", 2, clear, true},
-        {"insert a present value", 1, insertPresent, false}, {"the same beside another", 2, insertPresent, true},
-        {"erase an absent value", 1, eraseAbsent, false}, {"the same of two", 2, eraseAbsent, true},
-        {"put the only one back", 1, putBack, false},     {"put one of two back", 2, putBack, true},
-        {"replace by itself", 1, replaceBySame, false},   {"remove what isn't there", 2, removeAbsent, false},
+        {"clear an empty one", 0, clear, false},
+        {"clear a full one", 2, clear, true},
+        {"insert a present value", 1, insertPresent, false},
+        {"the same beside another", 2, insertPresent, true},
+        {"erase an absent value", 1, eraseAbsent, false},
+        {"the same of two", 2, eraseAbsent, true},
+        {"put the only one back", 1, putBack, false},
+        {"put one of two back", 2, putBack, true},
+        {"replace by itself", 1, replaceBySame, false},
+        {"remove what isn't there", 2, removeAbsent, false},
     };
     for (Case const& c : cases) {
         Sample s;

@@ -43,9 +43,12 @@ TEST(Containment, IsOneAtATime) {
                      [&collection, a] { return collection.getGenericInterface()->genericContains(a); }};
     };
     Place const places[] = {
-        place("children", kChildren, f.root, f.root->children()), place("parts", kParts, f.root, f.root->parts()),
-        place("byName", kByName, f.root, f.root->byName()),       place("byRank", kByRank, f.b, f.b->byRank()),
-        place("byNumber", kByNumber, f.b, f.b->byNumber()),       place("b's children", kChildren, f.b, f.b->children()),
+        place("children", kChildren, f.root, f.root->children()),
+        place("parts", kParts, f.root, f.root->parts()),
+        place("byName", kByName, f.root, f.root->byName()),
+        place("byRank", kByRank, f.b, f.b->byRank()),
+        place("byNumber", kByNumber, f.b, f.b->byNumber()),
+        place("b's children", kChildren, f.b, f.b->children()),
     };
     for (Place const& from : places) {
         for (Place const& to : places) {
@@ -214,7 +217,8 @@ TEST(Containment, ServesTheHelpersOfElementCode) {
     ElementImpl::m_callback = [](ElementImpl*, AbstractOwnedCollection* c) { seen.push_back(c); };
     f.root->invalidate();
     ElementImpl::m_callback = nullptr;
-    ASSERT_EQ(seen.size(), 7U) << "every collection, the subclass's own first, those of values before those of children";
+    ASSERT_EQ(seen.size(), 7U)
+        << "every collection, the subclass's own first, those of values before those of children";
     EXPECT_EQ(seen[0], &f.root->parts());
     EXPECT_EQ(seen[1], &f.root->numbers());
     EXPECT_EQ(seen[3], &f.root->children());

@@ -7,8 +7,8 @@
 #include <quay/zero/property_row.h>
 #include <quay0/messages.h>
 
-#include <boost/uuid/string_generator.hpp>
 #include <gtest/gtest.h>
+#include <boost/uuid/string_generator.hpp>
 
 #include <functional>
 #include <thread>
@@ -50,13 +50,18 @@ public:
     using PropertyRow::PropertyRow;
 };
 
-constexpr Row kRows[] = {{1, RowKind::Value},           {2, RowKind::Value}, {3, RowKind::Child},
-                         {4, RowKind::ElementCollection}, {5, RowKind::ElementCollection}};
+constexpr Row kRows[] = {{1, RowKind::Value},
+                         {2, RowKind::Value},
+                         {3, RowKind::Child},
+                         {4, RowKind::ElementCollection},
+                         {5, RowKind::ElementCollection}};
 constexpr PropertyRow const* kThing[] = {&kRows[0], &kRows[1], &kRows[2], &kRows[3], &kRows[4]};
 constexpr Row kWideRows[] = {{6, RowKind::Value}, {0, RowKind::Derived}, {0, RowKind::Derived}};
 constexpr PropertyRow const* kWide[] = {&kWideRows[0], &kWideRows[1], &kWideRows[2]};
 
-AbstractOwnedCollection* makeNumbers(ModelElement const&, meta::Property const& p) { return new PrimitiveSequence<int>(p); }
+AbstractOwnedCollection* makeNumbers(ModelElement const&, meta::Property const& p) {
+    return new PrimitiveSequence<int>(p);
+}
 
 ClassTable const& thingTable() {
     static constexpr ClassTable table{&ModelElement::classTable, 1, kThing, &makeNumbers, nullptr};
@@ -82,15 +87,17 @@ public:
     static Made& make(Faults const& faults);
     ~Made() = delete;
 
-    void declareAll(std::function<void()> const& bringUp = [] {}, std::function<void()> const& between = [] {}) {
-        declareInRegistry(bringUp,
-                          [&](MetaRegistry* registry) {
-                              instantiate(registry);
-                              between();
-                          },
-                          [&](MetaRegistry* registry, meta::PropertySerializerRegistry* serializers) {
-                              weave(registry, serializers);
-                          });
+    void declareAll(
+        std::function<void()> const& bringUp = [] {}, std::function<void()> const& between = [] {}) {
+        declareInRegistry(
+            bringUp,
+            [&](MetaRegistry* registry) {
+                instantiate(registry);
+                between();
+            },
+            [&](MetaRegistry* registry, meta::PropertySerializerRegistry* serializers) {
+                weave(registry, serializers);
+            });
     }
 
     meta::Package root, schema;
@@ -122,24 +129,32 @@ struct Made::Tables {
         literals[1].id = lastId.c_str();
     }
     std::string lastId;
-    declare::Property things[5] = {
-        {u"name", Shape::Single, u"String", 1, u"none", nullptr, "00000000-0000-3000-8000-000000000011", slot(&Made::name)},
-        {u"rank", Shape::Optional, u"Integer", 2, nullptr, nullptr, "00000000-0000-3000-8000-000000000012", slot(&Made::rank)},
-        {u"child", Shape::SingleOwned, u"Wide", 3, nullptr, nullptr, "00000000-0000-3000-8000-000000000013", slot(&Made::child)},
-        {u"children", Shape::SetOwned, u"Wide", 4, nullptr, nullptr, "00000000-0000-3000-8000-000000000014", slot(&Made::children)},
-        {u"byName", Shape::MultimapOwned, u"Thing", 5, nullptr, u"name", "00000000-0000-3000-8000-000000000015", slot(&Made::byName)}};
-    declare::Property wides[3] = {
-        {u"size", Shape::Single, u"Pair", 0, nullptr, nullptr, "00000000-0000-3000-8000-000000000016", slot(&Made::size)},
-        {u"text", Shape::Single, u"StdString", 6, nullptr, nullptr, "00000000-0000-3000-8000-000000000017", slot(&Made::text)},
-        {u"area", Shape::Single, u"Real", 0, nullptr, nullptr, "00000000-0000-3000-8000-000000000018", slot(&Made::area)}};
-    declare::Property fields[2] = {
-        {u"first", Shape::Single, u"Integer", 0, u"-1", nullptr, "00000000-0000-3000-8000-000000000019", slot(&Made::first)},
-        {u"second", Shape::Single, u"Colour", 0, u"Blue", nullptr, "00000000-0000-3000-8000-00000000001a", slot(&Made::second)}};
+    declare::Property things[5] = {{u"name", Shape::Single, u"String", 1, u"none", nullptr,
+                                    "00000000-0000-3000-8000-000000000011", slot(&Made::name)},
+                                   {u"rank", Shape::Optional, u"Integer", 2, nullptr, nullptr,
+                                    "00000000-0000-3000-8000-000000000012", slot(&Made::rank)},
+                                   {u"child", Shape::SingleOwned, u"Wide", 3, nullptr, nullptr,
+                                    "00000000-0000-3000-8000-000000000013", slot(&Made::child)},
+                                   {u"children", Shape::SetOwned, u"Wide", 4, nullptr, nullptr,
+                                    "00000000-0000-3000-8000-000000000014", slot(&Made::children)},
+                                   {u"byName", Shape::MultimapOwned, u"Thing", 5, nullptr, u"name",
+                                    "00000000-0000-3000-8000-000000000015", slot(&Made::byName)}};
+    declare::Property wides[3] = {{u"size", Shape::Single, u"Pair", 0, nullptr, nullptr,
+                                   "00000000-0000-3000-8000-000000000016", slot(&Made::size)},
+                                  {u"text", Shape::Single, u"StdString", 6, nullptr, nullptr,
+                                   "00000000-0000-3000-8000-000000000017", slot(&Made::text)},
+                                  {u"area", Shape::Single, u"Real", 0, nullptr, nullptr,
+                                   "00000000-0000-3000-8000-000000000018", slot(&Made::area)}};
+    declare::Property fields[2] = {{u"first", Shape::Single, u"Integer", 0, u"-1", nullptr,
+                                    "00000000-0000-3000-8000-000000000019", slot(&Made::first)},
+                                   {u"second", Shape::Single, u"Colour", 0, u"Blue", nullptr,
+                                    "00000000-0000-3000-8000-00000000001a", slot(&Made::second)}};
     declare::Argument arguments[1] = {{u"unit", u"String", "00000000-0000-3000-8000-00000000001b", slot(&Made::unit)}};
     declare::Operation operations[1] = {
         {u"measure", u"Thing", "00000000-0000-3000-8000-00000000001c", arguments, slot(&Made::measure)}};
     declare::Class classes[2] = {
-        {u"Thing", false, u"ModelElement", "00000000-0000-3000-8000-00000000001d", things, operations, slot(&Made::thing), &thingTable, "Other.Thing"},
+        {u"Thing", false, u"ModelElement", "00000000-0000-3000-8000-00000000001d", things, operations,
+         slot(&Made::thing), &thingTable, "Other.Thing"},
         {u"Wide", true, u"Thing", "00000000-0000-3000-8000-00000000001e", wides, {}, slot(&Made::wide), &wideTable}};
     declare::DataType dataTypes[1] = {{u"Pair", "00000000-0000-3000-8000-00000000001f", fields, slot(&Made::pair),
                                        &makeNumbers, &declare::makeSerializer<Colours>}};
@@ -149,9 +164,19 @@ struct Made::Tables {
     declare::Enum enums[1] = {
         {u"Colour", "00000000-0000-3000-8000-000000000022", literals, slot(&Made::colour), nullptr, nullptr}};
     char16_t const* imports[2] = {u"/imported/one", u"/imported/two"};
-    declare::Package package{"00000000-0000-3000-8000-000000000020", u"/tests/declared", imports, u"declared",
-                             u"/tests/declared/declared", "declared::", "Script.", slot(&Made::root),
-                             slot(&Made::schema), classes, dataTypes, primitives, enums};
+    declare::Package package{"00000000-0000-3000-8000-000000000020",
+                             u"/tests/declared",
+                             imports,
+                             u"declared",
+                             u"/tests/declared/declared",
+                             "declared::",
+                             "Script.",
+                             slot(&Made::root),
+                             slot(&Made::schema),
+                             classes,
+                             dataTypes,
+                             primitives,
+                             enums};
 };
 
 Made& Made::make(Faults const& faults) {
@@ -220,7 +245,8 @@ TEST(DeclaredPackages, MakeWhatTheTablesTell) {
         EXPECT_EQ(e->getUpper(), 1);
     }
     auto* const serializers = meta::PropertySerializerRegistry::getInstance();
-    for (char const* form : {"", "ID", "PublicID"}) EXPECT_NE(serializers->getPropertySerializer(made.colour, form), nullptr);
+    for (char const* form : {"", "ID", "PublicID"})
+        EXPECT_NE(serializers->getPropertySerializer(made.colour, form), nullptr);
     EXPECT_NE(serializers->getDatatypeSerializer(made.pair), nullptr);
     EXPECT_NE(registry->makeCollection(ModelElement(), made.size), nullptr);
     remove(made);
@@ -285,10 +311,10 @@ void checkUntouched(std::string const& before, Made const& made) {
     EXPECT_FALSE(registry->findRootPackage(u"/tests/declared"));
     EXPECT_TRUE(failsWith<msg::NoSuchType>([&] { (void)registry->getType(u"declared.Thing"); }));
     EXPECT_FALSE(registry->findTypeByScriptName("Script.Wide"));
-    for (ModelElement const& e : {ModelElement(made.root), ModelElement(made.schema), ModelElement(made.thing),
-                                  ModelElement(made.pair), ModelElement(made.colour), ModelElement(made.blue),
-                                  ModelElement(made.stdString), ModelElement(made.name), ModelElement(made.second),
-                                  ModelElement(made.measure), ModelElement(made.unit)}) {
+    for (ModelElement const& e :
+         {ModelElement(made.root), ModelElement(made.schema), ModelElement(made.thing), ModelElement(made.pair),
+          ModelElement(made.colour), ModelElement(made.blue), ModelElement(made.stdString), ModelElement(made.name),
+          ModelElement(made.second), ModelElement(made.measure), ModelElement(made.unit)}) {
         EXPECT_EQ(e.impl(), nullptr) << "a slot was left full";
     }
     bool unlocked = false;
@@ -330,7 +356,9 @@ TEST(DeclaredPackages, LeaveNothingWhenTheyFail) {
         {"an id that is none", {.lastId = "eleven"}, nothing, nothing, anything},
         {"serializers that can't be made",
          {.serializers = []() -> declare::EnumSerializers { throw std::runtime_error("mine"); }},
-         nothing, nothing, anything},
+         nothing,
+         nothing,
+         anything},
         {"a package below", {}, fail, nothing, anything},
         {"between the phases", {}, nothing, fail, anything},
     };
@@ -405,11 +433,27 @@ TEST(DeclaredPackages, MayBeDeclaredWithinOneAnother) {
                                                     nullptr, "00000000-0000-3000-8000-000000000031",
                                                     declare::slot(&Outer::uses)}};
     static ClassTable::TableFunction const table = &wideTable;
-    static declare::Class const classes[] = {{u"User", false, u"declared.Wide", "00000000-0000-3000-8000-000000000032",
-                                              properties, {}, declare::slot(&Outer::user), table}};
-    static declare::Package const package{"00000000-0000-3000-8000-000000000030", u"/tests/outer", {}, u"outer",
-                                          u"/tests/outer/outer", "outer::", "Outer.", declare::slot(&Outer::root),
-                                          declare::slot(&Outer::schema), classes, {}, {}, {}};
+    static declare::Class const classes[] = {{u"User",
+                                              false,
+                                              u"declared.Wide",
+                                              "00000000-0000-3000-8000-000000000032",
+                                              properties,
+                                              {},
+                                              declare::slot(&Outer::user),
+                                              table}};
+    static declare::Package const package{"00000000-0000-3000-8000-000000000030",
+                                          u"/tests/outer",
+                                          {},
+                                          u"outer",
+                                          u"/tests/outer/outer",
+                                          "outer::",
+                                          "Outer.",
+                                          declare::slot(&Outer::root),
+                                          declare::slot(&Outer::schema),
+                                          classes,
+                                          {},
+                                          {},
+                                          {}};
     auto* const registry = MetaRegistry::getInstance();
     Made& inner = Made::make({});
     auto& outer = *new Outer(package);

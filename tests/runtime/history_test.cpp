@@ -49,7 +49,10 @@ TEST(History, DropsWhatCouldBeRedoneWithTheNextCommit) {
     e->setRank(1);
     e->setRank(2);
     model->undo();
-    { Transaction const rolledBack = model->beginTransaction(false); e->setRank(9); }
+    {
+        Transaction const rolledBack = model->beginTransaction(false);
+        e->setRank(9);
+    }
     e->setRank(1);  // no event
     {
         Transaction transaction = model->beginTransaction(false);

@@ -27,34 +27,13 @@ TEST(Lives, KeepTheOrderOfCreation) {
         char const* left;
     };
     Case const cases[] = {
-        {"abc", "abc"},
-        {"abc-b", "ac"},
-        {"abc(-b!", "abc"},
-        {"abc(-a-c!", "abc"},
-        {"abc(-a-b-c!", "abc"},
-        {"abc(-c-b-a!", "abc"},
-        {"a(bc!", "a"},
-        {"a(b-a!", "a"},
-        {"a(b-ac-b!", "a"},
-        {"a(b-ac-b)", "c"},
-        {"a(b-b!", "a"},
-        {"a(b-b)", "a"},
-        {"a(b(c-a!d)", "abd"},
-        {"a(b(c)(d))", "abcd"},
-        {"a(b(c)(d!)", "abc"},
-        {"a(b(c)(d-c))", "abd"},
-        {"a(b(c)(d-c)!", "a"},
-        {"ab(-a(-b!)", "b"},
-        {"ab(-a(-b)!", "ab"},
-        {"(ab)(-a)uu", ""},
-        {"(ab)(-a)uurr", "b"},
-        {"(ab-a)u", ""},
-        {"(ab-a)ur", "b"},
-        {"ab-au-bu", "ab"},
-        {"ab-auc-bu", "abc"},
-        {"abc-b-a-cuuu", "abc"},
-        {"abc-b-a-cuuurrr", ""},
-        {"abc(-b)u(d-a!(-c)u", "abc"},
+        {"abc", "abc"},         {"abc-b", "ac"},         {"abc(-b!", "abc"},      {"abc(-a-c!", "abc"},
+        {"abc(-a-b-c!", "abc"}, {"abc(-c-b-a!", "abc"},  {"a(bc!", "a"},          {"a(b-a!", "a"},
+        {"a(b-ac-b!", "a"},     {"a(b-ac-b)", "c"},      {"a(b-b!", "a"},         {"a(b-b)", "a"},
+        {"a(b(c-a!d)", "abd"},  {"a(b(c)(d))", "abcd"},  {"a(b(c)(d!)", "abc"},   {"a(b(c)(d-c))", "abd"},
+        {"a(b(c)(d-c)!", "a"},  {"ab(-a(-b!)", "b"},     {"ab(-a(-b)!", "ab"},    {"(ab)(-a)uu", ""},
+        {"(ab)(-a)uurr", "b"},  {"(ab-a)u", ""},         {"(ab-a)ur", "b"},       {"ab-au-bu", "ab"},
+        {"ab-auc-bu", "abc"},   {"abc-b-a-cuuu", "abc"}, {"abc-b-a-cuuurrr", ""}, {"abc(-b)u(d-a!(-c)u", "abc"},
     };
     for (bool const indexed : {false, true}) {
         for (Case const& c : cases) {
@@ -211,7 +190,10 @@ TEST(Lives, RefuseWritesOnceOver) {
         {"a large value", [](Special const& e) { e->setBox({{1}}); }},
         {"in a subclass", [](Special const& e) { e->setNote("n"); }},
         {"push_back", [](Special const& e) { e->numbers().push_back(1); }},
-        {"assign", [](Special const& e) { e->numbers().assign({1, 2}); }},
+        {"assign",
+         [](Special const& e) {
+             e->numbers().assign({1, 2});
+         }},
         {"clear numbers", [](Special const& e) { e->numbers().clear(); }},
         {"insert a tag", [](Special const& e) { e->tags().insert(u"t"); }},
         {"erase a tag", [](Special const& e) { e->tags().erase(u"t"); }},

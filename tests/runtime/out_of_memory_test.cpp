@@ -92,9 +92,12 @@ struct Mode {
 };
 
 Mode const kModes[] = {
-    {"quiet", false, false, 0, false},           {"with a listener", false, true, 0, false},
-    {"with a history", true, true, 0, false},    {"in a transaction", false, false, 1, false},
-    {"written before", true, false, 1, true},    {"in an inner transaction", false, false, 2, false},
+    {"quiet", false, false, 0, false},
+    {"with a listener", false, true, 0, false},
+    {"with a history", true, true, 0, false},
+    {"in a transaction", false, false, 1, false},
+    {"written before", true, false, 1, true},
+    {"in an inner transaction", false, false, 2, false},
     {"inside, written before", true, true, 2, true},
 };
 

@@ -35,14 +35,21 @@ public:
 
     void run(Operation const& o) {
         switch (o.kind % 24) {
-            case 0: return begin();
+            case 0:
+                return begin();
             case 1:
-            case 2: return commit();
-            case 3: return rollback();
-            case 4: return replay(false);
-            case 5: return replay(true);
-            case 6: return fail(o);
-            default: break;
+            case 2:
+                return commit();
+            case 3:
+                return rollback();
+            case 4:
+                return replay(false);
+            case 5:
+                return replay(true);
+            case 6:
+                return fail(o);
+            default:
+                break;
         }
         if (open_.empty()) {
             begin();
@@ -143,12 +150,18 @@ private:
         auto const literal = pick<meta::EnumLiteral>(o.b);
         auto const operation = pick<meta::Operation>(o.b);
         switch (o.kind % 17) {
-            case 0: return create<meta::Package>(name);
-            case 1: return create<meta::Class>(name);
-            case 2: return create<meta::Property>(name);
-            case 3: return o.c % 2 == 0 ? create<meta::Enum>(name) : create<meta::DataType>(name);
-            case 4: return create<meta::EnumLiteral>(name);
-            case 5: return o.c % 2 == 0 ? create<meta::Operation>(name) : create<meta::Argument>(name);
+            case 0:
+                return create<meta::Package>(name);
+            case 1:
+                return create<meta::Class>(name);
+            case 2:
+                return create<meta::Property>(name);
+            case 3:
+                return o.c % 2 == 0 ? create<meta::Enum>(name) : create<meta::DataType>(name);
+            case 4:
+                return create<meta::EnumLiteral>(name);
+            case 5:
+                return o.c % 2 == 0 ? create<meta::Operation>(name) : create<meta::Argument>(name);
             case 6:
                 if (package) pick<meta::Package>(o.b)->setParentPackage(package);
                 return;

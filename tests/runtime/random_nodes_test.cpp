@@ -19,12 +19,49 @@ using namespace nodes;
 using namespace quay::zero;
 
 enum class Kind : std::uint8_t {
-    Create, CreateSpecial, CreateUnderUsedId, CreateFailing, Destroy, DestroyFailing,
-    SetText, SetNumber, SetCount, SetRank, SetBox, SetNote,
-    PushNumber, InsertNumber, EraseNumber, ReplaceNumber, AssignNumbers, ClearNumbers, InsertTag, EraseTag, ClearTags,
-    AddChild, InsertChild, ReplaceChild, EraseChild, RemoveChild, ClearChildren,
-    InsertKeyed, RemoveKeyed, ClearKeyed, PutBack,
-    Begin, BeginSystem, Commit, Rollback, CommitOuter, RollbackOuter, Undo, Redo, Limit, Find, Hold, LetGo
+    Create,
+    CreateSpecial,
+    CreateUnderUsedId,
+    CreateFailing,
+    Destroy,
+    DestroyFailing,
+    SetText,
+    SetNumber,
+    SetCount,
+    SetRank,
+    SetBox,
+    SetNote,
+    PushNumber,
+    InsertNumber,
+    EraseNumber,
+    ReplaceNumber,
+    AssignNumbers,
+    ClearNumbers,
+    InsertTag,
+    EraseTag,
+    ClearTags,
+    AddChild,
+    InsertChild,
+    ReplaceChild,
+    EraseChild,
+    RemoveChild,
+    ClearChildren,
+    InsertKeyed,
+    RemoveKeyed,
+    ClearKeyed,
+    PutBack,
+    Begin,
+    BeginSystem,
+    Commit,
+    Rollback,
+    CommitOuter,
+    RollbackOuter,
+    Undo,
+    Redo,
+    Limit,
+    Find,
+    Hold,
+    LetGo
 };
 
 struct Operation {
@@ -35,15 +72,21 @@ struct Operation {
 };
 
 std::ostream& operator<<(std::ostream& out, Operation const& o) {
-    static char const* const names[] = {
-        "Create", "CreateSpecial", "CreateUnderUsedId", "CreateFailing", "Destroy", "DestroyFailing",
-        "SetText", "SetNumber", "SetCount", "SetRank", "SetBox", "SetNote",
-        "PushNumber", "InsertNumber", "EraseNumber", "ReplaceNumber", "AssignNumbers", "ClearNumbers", "InsertTag",
-        "EraseTag", "ClearTags",
-        "AddChild", "InsertChild", "ReplaceChild", "EraseChild", "RemoveChild", "ClearChildren",
-        "InsertKeyed", "RemoveKeyed", "ClearKeyed", "PutBack",
-        "Begin", "BeginSystem", "Commit", "Rollback", "CommitOuter", "RollbackOuter", "Undo", "Redo", "Limit", "Find",
-        "Hold", "LetGo"};
+    static char const* const names[] = {"Create",        "CreateSpecial", "CreateUnderUsedId",
+                                        "CreateFailing", "Destroy",       "DestroyFailing",
+                                        "SetText",       "SetNumber",     "SetCount",
+                                        "SetRank",       "SetBox",        "SetNote",
+                                        "PushNumber",    "InsertNumber",  "EraseNumber",
+                                        "ReplaceNumber", "AssignNumbers", "ClearNumbers",
+                                        "InsertTag",     "EraseTag",      "ClearTags",
+                                        "AddChild",      "InsertChild",   "ReplaceChild",
+                                        "EraseChild",    "RemoveChild",   "ClearChildren",
+                                        "InsertKeyed",   "RemoveKeyed",   "ClearKeyed",
+                                        "PutBack",       "Begin",         "BeginSystem",
+                                        "Commit",        "Rollback",      "CommitOuter",
+                                        "RollbackOuter", "Undo",          "Redo",
+                                        "Limit",         "Find",          "Hold",
+                                        "LetGo"};
     return out << names[static_cast<int>(o.kind)] << "(" << int{o.a} << ", " << int{o.b} << ", " << int{o.c} << ")";
 }
 
@@ -155,7 +198,8 @@ private:
     Texts textsOf(ModelElement::Impl const& e) const {
         bool const special = e.classTable().conformsTo(Special::classTable());
         Texts texts;
-        for (int i = 1; i <= (special ? kParts : kByNumber); ++i) texts[i] = show(e, static_cast<std::size_t>(i), names_);
+        for (int i = 1; i <= (special ? kParts : kByNumber); ++i)
+            texts[i] = show(e, static_cast<std::size_t>(i), names_);
         if (texts[kNumber] == "-0") texts[kNumber] = "0";  // equal, so going from one to the other isn't told
         return texts;
     }
@@ -267,9 +311,12 @@ private:
 
     void step(Operation const& o) {
         switch (o.kind) {
-            case Kind::Create: return create(false, o.a);
-            case Kind::CreateSpecial: return create(true, o.a);
-            case Kind::CreateUnderUsedId: return createUnderUsedId(o.a);
+            case Kind::Create:
+                return create(false, o.a);
+            case Kind::CreateSpecial:
+                return create(true, o.a);
+            case Kind::CreateUnderUsedId:
+                return createUnderUsedId(o.a);
             case Kind::CreateFailing: {
                 Hook const hook(Node::Impl::whenCreated, [](Node::Impl&) { throw 1; });
                 return check("int", [&] { Node::create(model_); });
@@ -280,26 +327,30 @@ private:
                 reference_.begin(o.kind == Kind::BeginSystem);
                 open_.push_back(model_->beginTransaction(o.kind == Kind::BeginSystem));
                 return;
-            case Kind::Commit: return endLevel(open_.size() - 1, true);
-            case Kind::Rollback: return endLevel(open_.size() - 1, false);
-            case Kind::CommitOuter: return endLevel(open_.empty() ? 0 : o.a % open_.size(), true);
-            case Kind::RollbackOuter: return endLevel(open_.empty() ? 0 : o.a % open_.size(), false);
+            case Kind::Commit:
+                return endLevel(open_.size() - 1, true);
+            case Kind::Rollback:
+                return endLevel(open_.size() - 1, false);
+            case Kind::CommitOuter:
+                return endLevel(open_.empty() ? 0 : o.a % open_.size(), true);
+            case Kind::RollbackOuter:
+                return endLevel(open_.empty() ? 0 : o.a % open_.size(), false);
             case Kind::Undo:
             case Kind::Redo: {
                 bool expected = false;
                 bool did = false;
                 bool const undo = o.kind == Kind::Undo;
-                check(undo ? reference_.undo(expected) : reference_.redo(expected),
-                      [&] {
-                          AllocationCount const allocations;
-                          did = undo ? model_->undo() : model_->redo();
-                          good_ = good_ && (listening_ || allocations.soFar() == 0);
-                      });
+                check(undo ? reference_.undo(expected) : reference_.redo(expected), [&] {
+                    AllocationCount const allocations;
+                    did = undo ? model_->undo() : model_->redo();
+                    good_ = good_ && (listening_ || allocations.soFar() == 0);
+                });
                 RC_ASSERT(did == expected);
                 RC_ASSERT(good_);
                 return;
             }
-            case Kind::Limit: return setLimit(o.a % 4);
+            case Kind::Limit:
+                return setLimit(o.a % 4);
             case Kind::Find: {
                 if (ids_.empty()) return;
                 auto const known = std::next(ids_.begin(), o.a % ids_.size());
@@ -308,8 +359,11 @@ private:
                 RC_ASSERT(found.impl() == (reference_.isAlive(n) ? identity_.at(n) : nullptr));
                 return;
             }
-            case Kind::LetGo: held_.clear(); return;
-            default: break;
+            case Kind::LetGo:
+                held_.clear();
+                return;
+            default:
+                break;
         }
         if (any()) stepOnNode(o, pick(o.a));
     }
@@ -317,9 +371,13 @@ private:
     void stepOnNode(Operation const& o, int n) {
         int const small = o.b % 4;
         switch (o.kind) {
-            case Kind::Destroy: return destroy(n, std::nullopt);
-            case Kind::DestroyFailing: return destroy(n, small);
-            case Kind::Hold: held_.insert_or_assign(n, node(n)); return;
+            case Kind::Destroy:
+                return destroy(n, std::nullopt);
+            case Kind::DestroyFailing:
+                return destroy(n, small);
+            case Kind::Hold:
+                held_.insert_or_assign(n, node(n));
+                return;
             case Kind::SetText: {
                 if (!mayWriteKey(n, kByName)) return;
                 std::u16string const text = std::u16string(o.c % 3 == 0 ? 30 : 1, static_cast<char16_t>(u'a' + small));
@@ -348,13 +406,15 @@ private:
                 if (!reference_.at(n).special) return;
                 reference_.set(n, kNote, &Reference::Node::note, std::to_string(small));
                 return Special::cast(node(n))->setNote(std::to_string(small));
-            case Kind::PutBack: return putBack(o, n);
+            case Kind::PutBack:
+                return putBack(o, n);
             case Kind::AddChild:
             case Kind::InsertChild:
             case Kind::ReplaceChild:
             case Kind::EraseChild:
             case Kind::RemoveChild:
-            case Kind::ClearChildren: return stepOnSequence(o, n);
+            case Kind::ClearChildren:
+                return stepOnSequence(o, n);
             case Kind::InsertKeyed:
             case Kind::RemoveKeyed:
             case Kind::ClearKeyed: {
@@ -363,7 +423,8 @@ private:
                 if (o.c % 3 == 1) return stepOnMap(o, n, kByRank, owner->byRank());
                 return stepOnMap(o, n, kByNumber, owner->byNumber());
             }
-            default: return stepOnValues(o, n);
+            default:
+                return stepOnValues(o, n);
         }
     }
 
@@ -381,12 +442,15 @@ private:
                 return check(reference_.insertChild(n, index, position, other),
                              [&] { s.insert(position, node(other)); });
             case Kind::ReplaceChild:
-                return check(reference_.replaceChild(n, index, position, other),
-                             [&] { s.set(position, node(other)); });
+                return check(reference_.replaceChild(n, index, position, other), [&] { s.set(position, node(other)); });
             case Kind::EraseChild:
                 return check(reference_.eraseChild(n, index, position), [&] { s.erase(position); });
-            case Kind::RemoveChild: reference_.removeChild(n, index, other); return s.remove(node(other));
-            default: reference_.clearMembers(n, index); return s.clear();
+            case Kind::RemoveChild:
+                reference_.removeChild(n, index, other);
+                return s.remove(node(other));
+            default:
+                reference_.clearMembers(n, index);
+                return s.clear();
         }
     }
 
@@ -437,7 +501,9 @@ private:
         auto& numbers = e->numbers();
         auto& tags = e->tags();
         std::size_t const size = numbers.size();
-        auto const at = [&](auto& container) { return container.begin() + static_cast<std::ptrdiff_t>(o.c % (size + (o.kind == Kind::InsertNumber))); };
+        auto const at = [&](auto& container) {
+            return container.begin() + static_cast<std::ptrdiff_t>(o.c % (size + (o.kind == Kind::InsertNumber)));
+        };
         int const value = o.b;
         std::u16string const tag(1 + o.c % 2 * 20, static_cast<char16_t>(u'a' + o.b % 4));
         using N = Reference::Node;
@@ -501,19 +567,21 @@ struct Arbitrary<Operation> {
         using K = Kind;
         return gen::build<Operation>(
             gen::set(&Operation::kind,
-                     gen::weightedElement<K>({{6, K::Create}, {3, K::CreateSpecial}, {2, K::CreateUnderUsedId},
-                                              {1, K::CreateFailing}, {3, K::Destroy}, {2, K::DestroyFailing},
-                                              {3, K::SetText}, {3, K::SetNumber}, {3, K::SetCount}, {3, K::SetRank},
-                                              {3, K::SetBox}, {1, K::SetNote},
-                                              {3, K::PushNumber}, {2, K::InsertNumber}, {2, K::EraseNumber},
+                     gen::weightedElement<K>({{6, K::Create},        {3, K::CreateSpecial}, {2, K::CreateUnderUsedId},
+                                              {1, K::CreateFailing}, {3, K::Destroy},       {2, K::DestroyFailing},
+                                              {3, K::SetText},       {3, K::SetNumber},     {3, K::SetCount},
+                                              {3, K::SetRank},       {3, K::SetBox},        {1, K::SetNote},
+                                              {3, K::PushNumber},    {2, K::InsertNumber},  {2, K::EraseNumber},
                                               {1, K::ReplaceNumber}, {1, K::AssignNumbers}, {1, K::ClearNumbers},
-                                              {3, K::InsertTag}, {2, K::EraseTag}, {1, K::ClearTags},
-                                              {8, K::AddChild}, {4, K::InsertChild}, {4, K::ReplaceChild},
-                                              {3, K::EraseChild}, {3, K::RemoveChild}, {2, K::ClearChildren},
-                                              {10, K::InsertKeyed}, {4, K::RemoveKeyed}, {2, K::ClearKeyed}, {4, K::PutBack},
-                                              {10, K::Begin}, {1, K::BeginSystem}, {6, K::Commit}, {3, K::Rollback},
-                                              {1, K::CommitOuter}, {1, K::RollbackOuter}, {6, K::Undo}, {4, K::Redo},
-                                              {1, K::Limit}, {4, K::Find}, {2, K::Hold}, {1, K::LetGo}})),
+                                              {3, K::InsertTag},     {2, K::EraseTag},      {1, K::ClearTags},
+                                              {8, K::AddChild},      {4, K::InsertChild},   {4, K::ReplaceChild},
+                                              {3, K::EraseChild},    {3, K::RemoveChild},   {2, K::ClearChildren},
+                                              {10, K::InsertKeyed},  {4, K::RemoveKeyed},   {2, K::ClearKeyed},
+                                              {4, K::PutBack},       {10, K::Begin},        {1, K::BeginSystem},
+                                              {6, K::Commit},        {3, K::Rollback},      {1, K::CommitOuter},
+                                              {1, K::RollbackOuter}, {6, K::Undo},          {4, K::Redo},
+                                              {1, K::Limit},         {4, K::Find},          {2, K::Hold},
+                                              {1, K::LetGo}})),
             gen::set(&Operation::a), gen::set(&Operation::b), gen::set(&Operation::c));
     }
 };

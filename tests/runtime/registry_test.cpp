@@ -35,8 +35,10 @@ protected:
 class Sandbox {
 public:
     Sandbox(char16_t const* uri, char16_t const* name)
-        : lock_(registry->mutex()), thawer_(registry->freezer().thaw()),
-          root(meta::Package::create(registry->model(), {})), package(meta::Package::create(registry->model(), {})) {
+        : lock_(registry->mutex()),
+          thawer_(registry->freezer().thaw()),
+          root(meta::Package::create(registry->model(), {})),
+          package(meta::Package::create(registry->model(), {})) {
         root->setUri(uri);
         package->setName(name);
         package->setParentPackage(root);
@@ -71,8 +73,9 @@ public:
 TEST(Registry, KnowsTheRuntimesOwnTypes) {
     auto* const registry = MetaRegistry::getInstance();
     EXPECT_EQ(registry, MetaRegistry::getInstance());
-    for (char16_t const* name : {u"Boolean", u"Integer", u"UnlimitedNatural", u"UInteger64", u"Real", u"String",
-                                 u"StdString", u"ZxArray", u"nativeTypes.DataTypeTablePtr", u"nativeTypes.VwBlockPtr"}) {
+    for (char16_t const* name :
+         {u"Boolean", u"Integer", u"UnlimitedNatural", u"UInteger64", u"Real", u"String", u"StdString", u"ZxArray",
+          u"nativeTypes.DataTypeTablePtr", u"nativeTypes.VwBlockPtr"}) {
         meta::Type const type = registry->getType(name);
         EXPECT_TRUE(meta::PrimitiveType::cast(type));
         EXPECT_EQ(registry->getPrimitiveType(name), type);
@@ -247,7 +250,7 @@ TEST(MetaObjects, FollowTheirFlags) {
         int lower, upper;
     };
     constexpr int kUnbounded = meta::TypedElement::Impl::UNBOUNDED;
-    Case const cases[] = {{ValueFlags::Optional, 0, 1},        {ValueFlags::One, 1, 1},
+    Case const cases[] = {{ValueFlags::Optional, 0, 1},          {ValueFlags::One, 1, 1},
                           {ValueFlags::Sequence, 0, kUnbounded}, {ValueFlags::Set, 0, kUnbounded},
                           {ValueFlags::Multimap, 0, kUnbounded}, {ValueFlags::Map, 0, kUnbounded}};
     for (Case const& c : cases) {

@@ -59,11 +59,11 @@ TEST(Serializers, WriteAndReadPrimitives) {
     std::vector<std::u16string> const noNumbers{u"", u" 1", u"1 ", u"+1", u"0x1", u"one", u"1\x661", u"1,5"};
     checkTexts<bool>(StandardTypes::booleanMeta,
                      {{{u"true", true}, {u"false", false}}, {}, {u"", u"1", u"True", u"true "}});
-    checkTexts<int>(StandardTypes::integerMeta,
-                    {{{u"0", 0}, {u"-1", -1}, {u"2147483647", 2147483647},
-                      {u"-2147483648", std::numeric_limits<int>::min()}},
-                     {{u"-0", 0}, {u"007", 7}},
-                     {u"2147483648", u"1.0", u"--1"}});
+    checkTexts<int>(
+        StandardTypes::integerMeta,
+        {{{u"0", 0}, {u"-1", -1}, {u"2147483647", 2147483647}, {u"-2147483648", std::numeric_limits<int>::min()}},
+         {{u"-0", 0}, {u"007", 7}},
+         {u"2147483648", u"1.0", u"--1"}});
     checkTexts<unsigned>(StandardTypes::unlimitedNaturalMeta,
                          {{{u"0", 0}, {u"4294967295", 4294967295U}}, {}, {u"-1", u"4294967296"}});
     checkTexts<unsigned long>(StandardTypes::uinteger64Meta,
@@ -143,9 +143,9 @@ TEST(Serializers, KnowThreeFormsOfAnEnumeration) {
         char16_t const* text;
     };
     Case const cases[] = {
-        {name, 0, u"Red"}, {name, 1, u"Green"}, {name, 5, u"Blue"},  // one after the other
-        {value, 0, u"0"},  {value, 5, u"5"},    {value, 77, u"77"}, {value, -3, u"-3"},
-        {key, 1, u"Green"}, {key, 5, u"Blau"},
+        {name, 0, u"Red"},  {name, 1, u"Green"}, {name, 5, u"Blue"},  // one after the other
+        {value, 0, u"0"},   {value, 5, u"5"},    {value, 77, u"77"},
+        {value, -3, u"-3"}, {key, 1, u"Green"},  {key, 5, u"Blau"},
     };
     for (Case const& c : cases) {
         Value const v(type, static_cast<Colour>(c.value), ValueFlags::One);
@@ -157,9 +157,11 @@ TEST(Serializers, KnowThreeFormsOfAnEnumeration) {
     EXPECT_EQ(key.serializeValue(unknown), u"");
     EXPECT_EQ(name.createDefaultValue(type).getValue<Colour>(), Colour::Red);
     std::pair<meta::PropertySerializer const&, char16_t const*> const refused[] = {
-        {name, u"Blau"}, {name, u"red"}, {name, u""}, {name, u"1"}, {key, u"Blue"}, {key, u""}, {value, u"Red"}, {value, u""}};
+        {name, u"Blau"}, {name, u"red"}, {name, u""},     {name, u"1"},
+        {key, u"Blue"},  {key, u""},     {value, u"Red"}, {value, u""}};
     for (auto const& [form, text] : refused) {
-        EXPECT_TRUE(throws<boost::bad_lexical_cast>([&] { (void)form.parseValue(text, type); })) << show(std::u16string(text));
+        EXPECT_TRUE(throws<boost::bad_lexical_cast>([&] { (void)form.parseValue(text, type); }))
+            << show(std::u16string(text));
     }
     EXPECT_FALSE(name.parseOptionalValue(u"", type).hasPayload());
     Value const number(StandardTypes::integerMeta, 1, ValueFlags::One);

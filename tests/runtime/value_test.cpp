@@ -7,8 +7,8 @@
 #include <quay/zero/value.h>
 #include <quay0/messages.h>
 
-#include <boost/optional/optional_io.hpp>
 #include <gtest/gtest.h>
+#include <boost/optional/optional_io.hpp>
 
 #include <cmath>
 #include <functional>
@@ -214,9 +214,9 @@ TEST(Values, AreCompatibleWithTheirTypeAlone) {
     } catch (keel::core::except::Error const& e) {
         EXPECT_EQ(e.GetBaseMsgIDObj().arguments(), std::vector<std::u16string>{u"Real"});
     }
-    EXPECT_TRUE(failsWith<msg::InvalidValue>(
-        [&] { Value::createPrimitiveValue(properties[kRank], boost::optional<int>()); }))
-        << "an empty optional for a property that needs a value";
+    EXPECT_TRUE(failsWith<msg::InvalidValue>([&] {
+        Value::createPrimitiveValue(properties[kRank], boost::optional<int>());
+    })) << "an empty optional for a property that needs a value";
 }
 
 TEST(Values, OfElementsCountThemAndHashTheirId) {

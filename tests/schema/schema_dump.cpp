@@ -34,8 +34,8 @@ std::string nameOf(Type const& type) { return type ? utf8(type->getQualifiedName
 std::string registrationOf(Type const& type) {
     MetaRegistry const& registry = *MetaRegistry::getInstance();
     MetaRegistry::TypeNames const names = registry.getTypeNames(type);
-    bool const found = registry.getType(type->getQualifiedName()) == type &&
-                       registry.findTypeByScriptName(names.script) == type;
+    bool const found =
+        registry.getType(type->getQualifiedName()) == type && registry.findTypeByScriptName(names.script) == type;
     return names.native + '\t' + names.script + '\t' + names.third + '\t' + (found ? "found" : "lost");
 }
 
@@ -61,11 +61,9 @@ void printOperation(std::string const& owner, Operation const& o) {
 void printEnum(std::string const& name, Enum const& e) {
     std::string forms;
     for (char const* form : {"", "ID", "PublicID"}) {
-        forms +=
-            PropertySerializerRegistry::getInstance()->getPropertySerializer(e, form) == nullptr ? '-' : '+';
+        forms += PropertySerializerRegistry::getInstance()->getPropertySerializer(e, form) == nullptr ? '-' : '+';
     }
-    print("enum", name, e->uuid(), nameOf(e->getUnderlyingType()), e->getScriptName(), forms,
-          registrationOf(e));
+    print("enum", name, e->uuid(), nameOf(e->getUnderlyingType()), e->getScriptName(), forms, registrationOf(e));
     for (EnumLiteral const& l : *e->getLiterals())
         print("literal", name + "." + utf8(l->getName()), l->uuid(), l->getValue());
 }
@@ -76,29 +74,24 @@ void printType(Type const& type) {
         printEnum(name, e);
     } else if (Class const c = Class::cast(type)) {
         bool const builds = c->instantiateBuilder(qz::Model::create()) != nullptr;
-        print("class", name, c->uuid(), nameOf(c->getSuperclass()), c->isAbstract(), builds,
-              c->getScriptName(), registrationOf(c));
+        print("class", name, c->uuid(), nameOf(c->getSuperclass()), c->isAbstract(), builds, c->getScriptName(),
+              registrationOf(c));
     } else {
         DataType const d = DataType::cast(type);
         bool const reaches = PropertySerializerRegistry::getInstance()->getDatatypeSerializer(d) != nullptr;
         print("data type", name, d->uuid(), reaches, d->getScriptName(), registrationOf(d));
     }
-    for (Property const& p : *type->getOwnedProperties())
-        printProperty(name, p);
+    for (Property const& p : *type->getOwnedProperties()) printProperty(name, p);
     if (Class const c = Class::cast(type)) {
-        for (Operation const& o : *c->getOwnedOperations())
-            printOperation(name, o);
+        for (Operation const& o : *c->getOwnedOperations()) printOperation(name, o);
     }
 }
 
 void printPackage(Package const& package) {
     print("package", '"' + utf8(package->getName()) + '"', package->uuid(), utf8(package->getUri()));
-    for (std::u16string const& uri : *package->getImportedPackageURIs())
-        print("import", utf8(uri));
-    for (Type const& type : *package->getOwnedTypes())
-        printType(type);
-    for (Package const& inner : *package->getPackages())
-        printPackage(inner);
+    for (std::u16string const& uri : *package->getImportedPackageURIs()) print("import", utf8(uri));
+    for (Type const& type : *package->getOwnedTypes()) printType(type);
+    for (Package const& inner : *package->getPackages()) printPackage(inner);
 }
 
 }  // namespace

@@ -66,8 +66,7 @@ TYPED_TEST(StructuredValue, ComparesFieldsInOrderOfDeclaration) {
         EXPECT_TRUE(hashes.insert(std::hash<TypeParam>()(a)).second);
         // A field that comes earlier decides, whatever the later ones say.
         TypeParam later;
-        for (std::size_t j = i + 1; j < all.size(); ++j)
-            all[j].raise(later);
+        for (std::size_t j = i + 1; j < all.size(); ++j) all[j].raise(later);
         EXPECT_EQ(a.compareWith(later), 1);
         TypeParam const copy = a;
         EXPECT_TRUE(copy == a);
@@ -78,8 +77,7 @@ TYPED_TEST(StructuredValue, ComparesFieldsInOrderOfDeclaration) {
 
 TYPED_TEST(StructuredValue, ReachesEachFieldByReflection) {
     auto const& type = TypeOf<TypeParam>::type();
-    auto const* const serializer =
-        meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(type);
+    auto const* const serializer = meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(type);
     ASSERT_NE(serializer, nullptr);
     Value const initial = serializer->createDefaultValue();
     EXPECT_EQ(initial.getValue<TypeParam>(), TypeParam());
@@ -100,18 +98,15 @@ TYPED_TEST(StructuredValue, ReachesEachFieldByReflection) {
         if (auto const text = field->getDefaultValue()) {
             auto const* const texts =
                 meta::PropertySerializerRegistry::getInstance()->getPropertySerializer(field->getType());
-            EXPECT_TRUE(texts->parseValue(*text, field->getType()) ==
-                        serializer->getPropertyValue(initial, field));
+            EXPECT_TRUE(texts->parseValue(*text, field->getType()) == serializer->getPropertyValue(initial, field));
         }
-        auto const& wrong = field->getType() == meta::StandardTypes::booleanMeta
-                                ? meta::StandardTypes::integerMeta
-                                : meta::StandardTypes::booleanMeta;
+        auto const& wrong = field->getType() == meta::StandardTypes::booleanMeta ? meta::StandardTypes::integerMeta
+                                                                                 : meta::StandardTypes::booleanMeta;
         EXPECT_TRUE(failsWith<CannotCastIncompatibleTypes>(
             [&] { serializer->setPropertyValue(initial, field, Value(wrong, ValueFlags::One)); }));
     }
     auto const* const package = MetaPackageVw_modelref_info::getInstance();
-    EXPECT_TRUE(
-        failsWith<NoSuchProperty>([&] { serializer->getPropertyValue(initial, package->RateSpec_period); }));
+    EXPECT_TRUE(failsWith<NoSuchProperty>([&] { serializer->getPropertyValue(initial, package->RateSpec_period); }));
     EXPECT_TRUE(failsWith<NoSuchProperty>([&] { serializer->getPropertyValue(initial, {}); }));
     EXPECT_TRUE(failsWith<CannotCastIncompatibleTypes>(
         [&] { serializer->getPropertyValue(Value(), (*type->getOwnedProperties())[0]); }));
@@ -119,13 +114,11 @@ TYPED_TEST(StructuredValue, ReachesEachFieldByReflection) {
 
 TYPED_TEST(StructuredValue, IsCombinedInOrderOrAsASet) {
     auto const& type = TypeOf<TypeParam>::type();
-    auto const* const serializer =
-        meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(type);
+    auto const* const serializer = meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(type);
     TypeParam greater;
     steps(TypeParam())[0].raise(greater);
-    std::vector<Value> const values = {{type, greater, ValueFlags::One},
-                                       {type, TypeParam(), ValueFlags::One},
-                                       {type, greater, ValueFlags::One}};
+    std::vector<Value> const values = {
+        {type, greater, ValueFlags::One}, {type, TypeParam(), ValueFlags::One}, {type, greater, ValueFlags::One}};
     Value const sequence = serializer->combineAsUnmanagedSequenceValue(type, values);
     EXPECT_EQ(sequence.getCount(), 2);
     EXPECT_FALSE(sequence.isManaged());
@@ -139,8 +132,7 @@ TYPED_TEST(StructuredValue, IsCombinedInOrderOrAsASet) {
     EXPECT_EQ(none.getType(), type);
     EXPECT_FALSE(none.hasPayload());
     EXPECT_TRUE(failsWith<CannotCastIncompatibleTypes>([&] {
-        serializer->combineAsUnmanagedSetValue(type,
-                                               {Value(meta::StandardTypes::integerMeta, ValueFlags::One)});
+        serializer->combineAsUnmanagedSetValue(type, {Value(meta::StandardTypes::integerMeta, ValueFlags::One)});
     }));
 }
 
@@ -169,8 +161,7 @@ TEST(RateInfos, TakeNotANumberAsEqualInOrderAndAsDifferentInEquality) {
     // A field value without payload is the field's zero, not its default.
     RateInfoDatatypeSerializer const serializer;
     for (meta::Property const& field : *TypeOf<RateInfo>::type()->getOwnedProperties()) {
-        if (field->getName() != u"rateIdx")
-            continue;
+        if (field->getName() != u"rateIdx") continue;
         serializer.doSetPropertyValue(a, field, Value(field->getType(), ValueFlags::One));
         EXPECT_EQ(a.getRateIdx(), 0);
     }
@@ -182,8 +173,7 @@ TEST(Texts, CompareByUnitThenByLength) {
         key.setBlockPath(text);
         return key;
     };
-    std::vector<std::u16string> const rising = {u"",  u"a",      u"ab",         u"abc",
-                                                u"b", u"\u00e9", u"\U0001F600", u"\uff5e"};
+    std::vector<std::u16string> const rising = {u"", u"a", u"ab", u"abc", u"b", u"\u00e9", u"\U0001F600", u"\uff5e"};
     for (std::size_t i = 0; i + 1 < rising.size(); ++i)
         EXPECT_EQ(of(rising[i]).compareWith(of(rising[i + 1])), -1) << i;
 }

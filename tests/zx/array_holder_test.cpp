@@ -11,8 +11,7 @@ namespace {
 using quay::zero::ArrayHolder;
 
 static_assert(sizeof(ArrayHolder) <= 24);
-static_assert(std::is_nothrow_move_constructible_v<ArrayHolder> &&
-              std::is_nothrow_move_assignable_v<ArrayHolder>);
+static_assert(std::is_nothrow_move_constructible_v<ArrayHolder> && std::is_nothrow_move_assignable_v<ArrayHolder>);
 
 TEST(ArrayHolder, KeepsACopyOfItsOwn) {
     zx::Array source = zx::scalar(1.5);

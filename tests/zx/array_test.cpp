@@ -38,8 +38,7 @@ TEST(Array, TellsItsClass) {
         EXPECT_EQ(zxIsObject(array.get()), code == 18U);
         EXPECT_EQ(zxIsComplex(array.get()), sample.name == std::string_view("complex"));
         for (Sample const& other : samples()) {
-            EXPECT_EQ(zxIsClass(array.get(), other.className),
-                      sample.className == std::string_view(other.className));
+            EXPECT_EQ(zxIsClass(array.get(), other.className), sample.className == std::string_view(other.className));
         }
     }
 }
@@ -78,10 +77,10 @@ TEST(Array, HasTheShapeAskedFor) {
         {{2, 0, 3}, {2, 0, 3}, 0, 0}, {{0, huge}, {0, huge}, 0, huge},
     };
     for (Case const& c : cases) {
-        zx::Array const arrays[] = {
-            zx::Array(zxCreateNumericArray(c.asked, zxInt8Class)), zx::Array(zxCreateCellArray(c.asked)),
-            zx::Array(zxCreateStructArray(c.asked)), zx::Array(zxCreateStringObjectArray(c.asked)),
-            zx::Array(zxCreateNativeObjectArray("test.Counted", c.asked, zxtest::byNumber))};
+        zx::Array const arrays[] = {zx::Array(zxCreateNumericArray(c.asked, zxInt8Class)),
+                                    zx::Array(zxCreateCellArray(c.asked)), zx::Array(zxCreateStructArray(c.asked)),
+                                    zx::Array(zxCreateStringObjectArray(c.asked)),
+                                    zx::Array(zxCreateNativeObjectArray("test.Counted", c.asked, zxtest::byNumber))};
         for (zx::Array const& array : arrays) {
             EXPECT_THAT(zxGetDimensions(array.get()), ElementsAreArray(c.dimensions));
             EXPECT_EQ(zxGetNumberOfElements(array.get()), c.elements);
@@ -96,8 +95,7 @@ TEST(Array, RefusesShapesThatNoMemoryHolds) {
     std::size_t const max = SIZE_MAX;
     std::size_t const half = std::size_t{1} << 32U;
     std::vector<std::size_t> const shapes[] = {
-        {max, 1},       {half, half}, {half, half, 2}, {0, half, half}, {std::size_t{1} << 61U, 1},
-        {max, max, max}};
+        {max, 1}, {half, half}, {half, half, 2}, {0, half, half}, {std::size_t{1} << 61U, 1}, {max, max, max}};
     for (auto const& shape : shapes) {
         SCOPED_TRACE(testing::PrintToString(shape));
         EXPECT_THROW(zxCreateNumericArray(shape, zxDoubleClass, 1), std::length_error);
@@ -161,8 +159,7 @@ TEST(Array, ComparesClassShapeAndContents) {
     add(text(u"a"), text(u"b"), false, false);
     add(text(u"a"), strings({u"a"}), false, false);
     add(strings({u"a", u"b"}), strings({u"a", u"c"}), false, false);
-    add(cell(zx::Array(), one()), cell(zx::Array(zxCreateNumericMatrix(0, 0, zxDoubleClass)), one()), true,
-        true);
+    add(cell(zx::Array(), one()), cell(zx::Array(zxCreateNumericMatrix(0, 0, zxDoubleClass)), one()), true, true);
     add(cell(cell(row<double>({nan}))), cell(cell(row<double>({nan}))), false, true);
     add(cell(one()), cell(row<double>({2})), false, false);
     add(structure("a", one(), "b", text(u"x")), structure("b", text(u"x"), "a", one()), true, true);
@@ -243,8 +240,8 @@ TEST(Array, IsAsDeepAsMemoryGoes) {
 TEST(Array, NullHasNoElementsAndNoClass) {
     EXPECT_TRUE(zxIsEmpty(nullptr));
     EXPECT_EQ(zxGetNumberOfElements(nullptr), 0U);
-    for (auto const is : {zxIsNumeric, zxIsLogical, zxIsChar, zxIsCell, zxIsStruct, zxIsObject, zxIsComplex,
-                          zxIsText, zxIsNativeObject}) {
+    for (auto const is : {zxIsNumeric, zxIsLogical, zxIsChar, zxIsCell, zxIsStruct, zxIsObject, zxIsComplex, zxIsText,
+                          zxIsNativeObject}) {
         EXPECT_FALSE(is(nullptr));
     }
     EXPECT_FALSE(zxIsA(nullptr, "double"));

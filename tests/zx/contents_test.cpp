@@ -16,8 +16,8 @@ using zxtest::text;
 
 template <class T>
 class Numbers : public testing::Test {};
-using NumberTypes = testing::Types<double, float, std::int8_t, std::uint8_t, std::int16_t, std::uint16_t,
-                                   std::int32_t, std::uint32_t, std::int64_t, std::uint64_t>;
+using NumberTypes = testing::Types<double, float, std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
+                                   std::uint32_t, std::int64_t, std::uint64_t>;
 TYPED_TEST_SUITE(Numbers, NumberTypes);
 
 TYPED_TEST(Numbers, KeepTheirExtremes) {

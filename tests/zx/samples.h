@@ -50,8 +50,8 @@ inline zx::Array counted(std::vector<int> const& numbers, zx::NativeOperations c
 
 template <class T>
 zx::Array row(std::vector<T> const& numbers) {
-    zx::Array array(zxCreateNumericMatrix(1, numbers.size(), zx::classCodeOf<T>(),
-                                          zx::detail::IsComplex<T>::value ? 1 : 0));
+    zx::Array array(
+        zxCreateNumericMatrix(1, numbers.size(), zx::classCodeOf<T>(), zx::detail::IsComplex<T>::value ? 1 : 0));
     std::copy(numbers.begin(), numbers.end(), zx::valuesForWriting<T>(array.get()).begin());
     return array;
 }

@@ -50,11 +50,9 @@ TEST(Serial, ChangesWithEveryWriteAtAnyDepth) {
     add("new field", structure(), [](zxArray* a) { zxAddField(a, "f"); });
     add("former field", structure("f", text(u"a")), [](zxArray* a) { zxRemoveField(a, "f"); });
     add("field", structure("f", text(u"a")), [](zxArray* a) { zxSetField(a, 0, "f", nullptr); });
-    add("field by number", structure("f", text(u"a")),
-        [](zxArray* a) { zxSetFieldByNumber(a, 0, 0, nullptr); });
+    add("field by number", structure("f", text(u"a")), [](zxArray* a) { zxSetFieldByNumber(a, 0, 0, nullptr); });
     add("below", cell(structure("f", cell(row<double>({1})))), [](zxArray* a) {
-        zxArray* const inner =
-            zxGetCellForWriting(zxGetFieldForWriting(zxGetCellForWriting(a, 0), 0, "f"), 0);
+        zxArray* const inner = zxGetCellForWriting(zxGetFieldForWriting(zxGetCellForWriting(a, 0), 0, "f"), 0);
         zx::valuesForWriting<double>(inner)[0] = 2;
     });
     for (Case const& c : cases) {

@@ -82,8 +82,7 @@ TEST(Text, IsOneCharArrayOrOneStringObject) {
     EXPECT_STREQ(memory, "");
     zxFree(memory);
     EXPECT_FALSE(zxIsEmpty(strings({u""}).get()));
-    zx::Array const others[] = {strings({}), strings({u"a", u"b"}), zx::scalar(1.0),
-                                zxtest::cell(text(u"a"))};
+    zx::Array const others[] = {strings({}), strings({u"a", u"b"}), zx::scalar(1.0), zxtest::cell(text(u"a"))};
     for (zx::Array const& other : others) {
         EXPECT_FALSE(zxIsText(other.get()));
         EXPECT_EQ(zxArrayToString_UTF8(other.get()), nullptr);

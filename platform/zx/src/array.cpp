@@ -62,9 +62,7 @@ std::atomic<zx::DerivesFrom*> classHierarchy{nullptr};
 
 zxClassCode zxGetClassCode(zxArray const* array) { return std::visit(ClassOf(), zx::notNull(array).content); }
 
-std::string_view zxGetClassName(zxArray const* array) {
-    return std::visit(ClassNameOf(), zx::notNull(array).content);
-}
+std::string_view zxGetClassName(zxArray const* array) { return std::visit(ClassNameOf(), zx::notNull(array).content); }
 
 bool zxIsClass(zxArray const* array, std::string_view className) noexcept {
     return array != nullptr && std::visit(ClassNameOf(), array->content) == className;
@@ -119,13 +117,9 @@ bool zxIsComplex(zxArray const* array) noexcept {
 
 bool zxIsEmpty(zxArray const* array) noexcept { return zxGetNumberOfElements(array) == 0; }
 
-std::size_t zxGetNumberOfElements(zxArray const* array) noexcept {
-    return array != nullptr ? array->shape.count() : 0;
-}
+std::size_t zxGetNumberOfElements(zxArray const* array) noexcept { return array != nullptr ? array->shape.count() : 0; }
 
-std::span<std::size_t const> zxGetDimensions(zxArray const* array) {
-    return zx::notNull(array).shape.dimensions();
-}
+std::span<std::size_t const> zxGetDimensions(zxArray const* array) { return zx::notNull(array).shape.dimensions(); }
 
 std::size_t zxGetRows(zxArray const* array) { return zx::notNull(array).shape.rows(); }
 

@@ -20,9 +20,7 @@ std::uint64_t drawSerial() noexcept;
 struct zxArray_tag {
     template <class T, class... Arguments>
     zxArray_tag(zx::Shape theShape, std::in_place_type_t<T> type, Arguments&&... arguments)
-        : serial(zx::drawSerial()),
-          shape(std::move(theShape)),
-          content(type, std::forward<Arguments>(arguments)...) {}
+        : serial(zx::drawSerial()), shape(std::move(theShape)), content(type, std::forward<Arguments>(arguments)...) {}
 
     std::uint64_t serial;
     zxArray* parent = nullptr;  // the array that this one is an element of

@@ -13,13 +13,9 @@ zxArray* createCells(zx::Shape shape) {
 
 }  // namespace
 
-zxArray* zxCreateCellMatrix(std::size_t rows, std::size_t columns) {
-    return createCells(zx::Shape(rows, columns));
-}
+zxArray* zxCreateCellMatrix(std::size_t rows, std::size_t columns) { return createCells(zx::Shape(rows, columns)); }
 
-zxArray* zxCreateCellArray(std::span<std::size_t const> dimensions) {
-    return createCells(zx::Shape(dimensions));
-}
+zxArray* zxCreateCellArray(std::span<std::size_t const> dimensions) { return createCells(zx::Shape(dimensions)); }
 
 zxArray const* zxGetCell(zxArray const* array, std::size_t index) {
     auto const& cells = zx::contentOf<zx::Cells>(array, expected);

@@ -41,16 +41,14 @@ struct Element {
 
     Array operator()(Based const& based) const {
         Array one = make<Based>(Shape(1, 1), based.className);
-        put(*one, std::get<Based>(one->content).underlying,
-            zxDuplicateElement(based.underlying.get(), index));
+        put(*one, std::get<Based>(one->content).underlying, zxDuplicateElement(based.underlying.get(), index));
         return one;
     }
 
     Array operator()(Natives const& natives) const {
         Array one = make<Natives>(Shape(1, 1), natives.className(), natives.operations(), 1U);
         void* const native = natives.at(index);
-        std::get<Natives>(one->content)
-            .set(0, native != nullptr ? natives.operations().copy(native) : nullptr);
+        std::get<Natives>(one->content).set(0, native != nullptr ? natives.operations().copy(native) : nullptr);
         return one;
     }
 };

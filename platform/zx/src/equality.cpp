@@ -44,9 +44,7 @@ struct Compare {
         return true;
     }
 
-    bool operator()(Texts const& texts) const {
-        return texts.elements == std::get<Texts>(right.content).elements;
-    }
+    bool operator()(Texts const& texts) const { return texts.elements == std::get<Texts>(right.content).elements; }
 
     bool operator()(Based const& based) const {
         auto const& other = std::get<Based>(right.content);

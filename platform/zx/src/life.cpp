@@ -18,8 +18,7 @@ Array copyWithoutElements(zxArray const& source) {
         Array operator()(Structs const& structs) const {
             Array copy = make<Structs>(shape);
             for (Structs::Field const& field : structs.fields) {
-                std::get<Structs>(copy->content)
-                    .fields.push_back({field.name, std::vector<Array>(shape.count())});
+                std::get<Structs>(copy->content).fields.push_back({field.name, std::vector<Array>(shape.count())});
             }
             return copy;
         }
@@ -41,8 +40,7 @@ void addElements(std::vector<Pending>& pending, zxArray const& source, zxArray& 
     std::size_t const first = pending.size();
     forEachElement(copy, [&](Array& place) { pending.push_back({nullptr, &copy, &place}); });
     std::size_t next = first;
-    forEachElement(const_cast<zxArray&>(source),
-                   [&](Array const& element) { pending[next++].source = element.get(); });
+    forEachElement(const_cast<zxArray&>(source), [&](Array const& element) { pending[next++].source = element.get(); });
 }
 
 }  // namespace

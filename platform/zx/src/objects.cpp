@@ -35,8 +35,7 @@ zxArray* zxCreateEmptyObject(std::string_view className) {
     return zx::make<zx::Based>(zx::Shape(0, 0), std::string(className)).release();
 }
 
-zxArray* zxCreateNativeObject(std::string_view className, void* native,
-                              zx::NativeOperations const& operations) {
+zxArray* zxCreateNativeObject(std::string_view className, void* native, zx::NativeOperations const& operations) {
     zx::Array array = createNatives(className, zx::Shape(1, 1), operations);
     std::get<zx::Natives>(array->content).set(0, native);
     return array.release();

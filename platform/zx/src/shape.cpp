@@ -43,8 +43,7 @@ Shape::Shape(std::span<std::size_t const> dimensions) : count_(countElements(dim
     }
 }
 
-Shape::Shape(std::size_t rows, std::size_t columns)
-    : matrix_{rows, columns}, count_(countElements(matrix_)) {}
+Shape::Shape(std::size_t rows, std::size_t columns) : matrix_{rows, columns}, count_(countElements(matrix_)) {}
 
 std::size_t Shape::columns() const {
     std::size_t product = 1;

@@ -10,9 +10,7 @@ zx::Structs const& structsOf(zxArray const* array) {
     return zx::contentOf<zx::Structs>(array, "a struct array is wanted");
 }
 
-zx::Structs& structsOf(zxArray* array) {
-    return zx::contentOf<zx::Structs>(array, "a struct array is wanted");
-}
+zx::Structs& structsOf(zxArray* array) { return zx::contentOf<zx::Structs>(array, "a struct array is wanted"); }
 
 zx::Structs::Field const& fieldAt(zxArray const* array, std::size_t number) {
     zx::Structs const& structs = structsOf(array);
@@ -51,9 +49,7 @@ zxArray* zxCreateStructArray(std::span<std::size_t const> dimensions) {
 
 std::size_t zxGetNumberOfFields(zxArray const* array) { return structsOf(array).fields.size(); }
 
-std::string_view zxGetFieldName(zxArray const* array, std::size_t number) {
-    return fieldAt(array, number).name;
-}
+std::string_view zxGetFieldName(zxArray const* array, std::size_t number) { return fieldAt(array, number).name; }
 
 std::optional<std::size_t> zxFindField(zxArray const* array, std::string_view name) {
     return structsOf(array).find(name);

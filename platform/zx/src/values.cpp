@@ -30,13 +30,11 @@ double numberAt(std::byte const* at) {
 
 }  // namespace
 
-zxArray* zxCreateNumericMatrix(std::size_t rows, std::size_t columns, zxClassCode classCode,
-                               int complexFlag) {
+zxArray* zxCreateNumericMatrix(std::size_t rows, std::size_t columns, zxClassCode classCode, int complexFlag) {
     return createPlain(zx::Shape(rows, columns), classCode, complexFlag);
 }
 
-zxArray* zxCreateNumericArray(std::span<std::size_t const> dimensions, zxClassCode classCode,
-                              int complexFlag) {
+zxArray* zxCreateNumericArray(std::span<std::size_t const> dimensions, zxClassCode classCode, int complexFlag) {
     return createPlain(zx::Shape(dimensions), classCode, complexFlag);
 }
 

@@ -55,7 +55,8 @@ void MetaRegistry::declareOwnTypes() {
         package->setParentPackage(root);
         return package;
     };
-    auto const add = [&]<class X>(X const& /*tag*/, Package const& package, std::string const& prefix, char const* name) {
+    auto const add = [&]<class X>(X const& /*tag*/, Package const& package, std::string const& prefix,
+                                  char const* name) {
         X const type = X::create(model_, idOf(prefix + name));
         type->setName(toUtf16(name));
         type->setOwningPackage(package);

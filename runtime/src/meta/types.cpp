@@ -42,13 +42,12 @@ std::u16string const& literalName(ModelElement::Impl const& e) {
     return static_cast<EnumLiteral::Impl const&>(e).getName();
 }
 
-class LiteralsRow final
-    : public OwnedCollectionRow<ElementMap<std::u16string, EnumLiteral>, KeyedRow<std::u16string>> {
+class LiteralsRow final : public OwnedCollectionRow<ElementMap<std::u16string, EnumLiteral>, KeyedRow<std::u16string>> {
 public:
     template <class X>
     constexpr LiteralsRow(std::uint16_t index, ElementMap<std::u16string, EnumLiteral> X::*field) noexcept
         : OwnedCollectionRow<ElementMap<std::u16string, EnumLiteral>, KeyedRow<std::u16string>>(index, field,
-                                                                                               &literalName) {}
+                                                                                                &literalName) {}
 };
 
 }  // namespace
@@ -94,9 +93,8 @@ struct MetaRows {
     static constexpr FieldRow<int> index{11, &Property::Impl::index_};
     static constexpr FieldRow<ModelElement::Impl*> qualifiedBy{12, &Property::Impl::qualifiedBy_};
     static constexpr FieldRow<bool> qualificationUnique{13, &Property::Impl::qualificationUnique_};
-    static constexpr PropertyRow const* property[] = {&flags, &composite,   &unique,
-                                                      &derived, &defaultValue, &index,
-                                                      &qualifiedBy, &qualificationUnique};
+    static constexpr PropertyRow const* property[] = {&flags,        &composite, &unique,      &derived,
+                                                      &defaultValue, &index,     &qualifiedBy, &qualificationUnique};
 
     static constexpr FieldRow<bool> operationAbstract{6, &Operation::Impl::abstract_};
     static constexpr FieldRow<bool> operationStatic{7, &Operation::Impl::static_};
@@ -245,9 +243,7 @@ std::u16string Package::Impl::getQualifiedName() const {
 
 Package Type::Impl::getOwningPackage() const { return Package::cast(basicContainer()); }
 
-void Type::Impl::setOwningPackage(Package const& package) {
-    package->ownedTypes_.add(Type::of(this));
-}
+void Type::Impl::setOwningPackage(Package const& package) { package->ownedTypes_.add(Type::of(this)); }
 
 std::u16string Type::Impl::getQualifiedName() const {
     Package const package = getOwningPackage();
@@ -361,8 +357,6 @@ void Operation::Impl::setOwningType(Class const& owner) { owner->ownedOperations
 
 void Argument::Impl::setIsInput(bool value) { MetaRows::input.write(*this, value); }
 Operation Argument::Impl::getOperation() const { return Operation::cast(basicContainer()); }
-void Argument::Impl::setOperation(Operation const& operation) {
-    operation->arguments_.add(Argument::of(this));
-}
+void Argument::Impl::setOperation(Operation const& operation) { operation->arguments_.add(Argument::of(this)); }
 
 }  // namespace quay::zero::meta

@@ -20,8 +20,7 @@ namespace {
 class List {
 public:
     void add(std::string const& item) {
-        if (text_.size() > 1)
-            text_ += ", ";
+        if (text_.size() > 1) text_ += ", ";
         text_ += item;
     }
     std::string close() { return text_ += ']'; }
@@ -31,22 +30,19 @@ private:
 };
 
 std::string showElement(ModelElement const& e) {
-    if (e.impl() == nullptr)
-        return "-";
+    if (e.impl() == nullptr) return "-";
     return (e ? "" : "dead ") + boost::uuids::to_string(e->uuid());
 }
 
 std::string showArray(zxArray_tag const* array) {
-    if (array == nullptr)
-        return "null";
+    if (array == nullptr) return "null";
     return "array " + (zxIsEmpty(array) ? "empty" : std::to_string(zxGetNumber(array)));
 }
 
 std::string showCollection(AbstractOwnedCollection const& collection) {
     List list;
     if (auto const* values = dynamic_cast<AbstractPrimitiveCollection const*>(&collection)) {
-        for (Value const& v : values->getAllValues())
-            list.add(show(v));
+        for (Value const& v : values->getAllValues()) list.add(show(v));
         return list.close();
     }
     auto const& elements = dynamic_cast<ReferenceCollection const&>(collection);
@@ -68,16 +64,11 @@ std::string showCollection(AbstractOwnedCollection const& collection) {
 
 std::string show(Value const& value) {
     meta::Type const type = value.getType();
-    if (type.impl() == nullptr)
-        return "nothing";
-    if (value.pointsAtCollection())
-        return showCollection(*value.getCollection<AbstractOwnedCollection>());
-    if (!value.hasPayload())
-        return "none";
-    if (type == meta::StandardTypes::zxArrayMeta)
-        return showArray(value.getValue<zxArray_tag*>());
-    if (meta::Class::cast(type).impl() != nullptr)
-        return showElement(value.getValue<ModelElement>());
+    if (type.impl() == nullptr) return "nothing";
+    if (value.pointsAtCollection()) return showCollection(*value.getCollection<AbstractOwnedCollection>());
+    if (!value.hasPayload()) return "none";
+    if (type == meta::StandardTypes::zxArrayMeta) return showArray(value.getValue<zxArray_tag*>());
+    if (meta::Class::cast(type).impl() != nullptr) return showElement(value.getValue<ModelElement>());
     auto const* const serializers = meta::PropertySerializerRegistry::getInstance();
     if (auto const* const fields = serializers->getDatatypeSerializer(type)) {
         List list;
@@ -91,14 +82,12 @@ std::string show(Value const& value) {
 std::string show(ModelElement const& element) {
     std::string out;
     for (meta::Property const& p : element->getMetaClass()->getProperties()) {
-        if (!element->hasPropertyValue(p, ReflectionPrivateTag::NO_PROXY_RESOLVE))
-            continue;
+        if (!element->hasPropertyValue(p, ReflectionPrivateTag::NO_PROXY_RESOLVE)) continue;
         std::string const value = show(element->getPropertyValue(p, ReflectionPrivateTag::NO_PROXY_RESOLVE));
-        bool const text = p->getType() == meta::StandardTypes::stringMeta ||
-                          p->getType() == meta::StandardTypes::stdstringMeta;
+        bool const text =
+            p->getType() == meta::StandardTypes::stringMeta || p->getType() == meta::StandardTypes::stdstringMeta;
         bool const zero = text ? value.empty() : value == "0" || value == "false";
-        if (!zero || p->getFlags() != ValueFlags::One)
-            out += ' ' + keel::toUtf8(p->getName()) + '=' + value;
+        if (!zero || p->getFlags() != ValueFlags::One) out += ' ' + keel::toUtf8(p->getName()) + '=' + value;
     }
     return out;
 }
@@ -107,8 +96,7 @@ std::string dumpElements(Model const& model) {
     std::string out;
     model->forEachElement([&](ModelElement::Impl& e) {
         ModelElement const element(&e);
-        out += showElement(element) + ' ' + keel::toUtf8(e.getMetaClass()->getName()) +
-               (e.isProxy() ? " proxy" : "");
+        out += showElement(element) + ' ' + keel::toUtf8(e.getMetaClass()->getName()) + (e.isProxy() ? " proxy" : "");
         if (ModelElement const container = e.basicContainer(); container.impl() != nullptr) {
             out += " in " + showElement(container) + '.' + keel::toUtf8(e.containmentFeature()->getName());
         }

@@ -28,14 +28,11 @@ public:
 
 private:
     void hear(quay::zero::ChangeSet const& c) {
-        if (!c.created().empty())
-            heard_ += '+' + std::to_string(c.created().size()) + ' ';
-        if (!c.destroyed().empty())
-            heard_ += '-' + std::to_string(c.destroyed().size()) + ' ';
+        if (!c.created().empty()) heard_ += '+' + std::to_string(c.created().size()) + ' ';
+        if (!c.destroyed().empty()) heard_ += '-' + std::to_string(c.destroyed().size()) + ' ';
         for (auto const& e : c.changed()) {
             for (auto const& p : e.properties()) {
-                heard_ += keel::toUtf8(p->getName()) + ": " + show(e.oldValue(p)) + " -> " +
-                          show(e.newValue(p)) + ' ';
+                heard_ += keel::toUtf8(p->getName()) + ": " + show(e.oldValue(p)) + " -> " + show(e.newValue(p)) + ' ';
             }
         }
         heard_ += ';';

@@ -122,11 +122,9 @@ private:
     template <class F>
     void run(F&& f) {
         bool const own = levels_.empty();
-        if (own)
-            begin();
+        if (own) begin();
         f();
-        if (own)
-            commit();
+        if (own) commit();
     }
     std::vector<Item>& content(int n, int slot) { return now_.elements.at(n).content[slot]; }
     bool isAbove(int n, int below) const;

@@ -20,8 +20,7 @@ namespace {
 zxArray_tag* arraySample(unsigned n) {
     static std::map<unsigned, zx::Array> arrays;
     auto& array = arrays[n];
-    if (array == nullptr)
-        array = zx::scalar(double(n));
+    if (array == nullptr) array = zx::scalar(double(n));
     return array.get();
 }
 
@@ -29,12 +28,9 @@ std::u16string textSample(meta::Type const& type, unsigned n) {
     using meta::StandardTypes;
     std::string const digits = std::to_string(n + 1);
     std::u16string const number(digits.begin(), digits.end());
-    if (type == StandardTypes::booleanMeta)
-        return n % 2 == 0 ? u"true" : u"false";
-    if (type == StandardTypes::integerMeta)
-        return n % 2 == 0 ? number : u"-" + number;
-    if (type == StandardTypes::realMeta)
-        return number + u".5";
+    if (type == StandardTypes::booleanMeta) return n % 2 == 0 ? u"true" : u"false";
+    if (type == StandardTypes::integerMeta) return n % 2 == 0 ? number : u"-" + number;
+    if (type == StandardTypes::realMeta) return number + u".5";
     if (type == StandardTypes::stringMeta || type == StandardTypes::stdstringMeta) {
         return n % 2 == 0 ? u"t" + number : u"a text that is too long to lie in place \u00e9 " + number;
     }
@@ -45,17 +41,14 @@ std::u16string textSample(meta::Type const& type, unsigned n) {
 
 std::vector<meta::Class> schemaClasses() {
     std::vector<meta::Class> result;
-    for (meta::Type const& type :
-         *MetaPackageVw_modelref_info::getInstance()->ModelRefInfoRepo->getOwnedTypes()) {
-        if (auto const c = meta::Class::cast(type); c.impl() != nullptr)
-            result.push_back(c);
+    for (meta::Type const& type : *MetaPackageVw_modelref_info::getInstance()->ModelRefInfoRepo->getOwnedTypes()) {
+        if (auto const c = meta::Class::cast(type); c.impl() != nullptr) result.push_back(c);
     }
     return result;
 }
 
 Value sample(meta::Type const& type, unsigned n) {
-    if (type == meta::StandardTypes::zxArrayMeta)
-        return {type, arraySample(n), ValueFlags::One};
+    if (type == meta::StandardTypes::zxArrayMeta) return {type, arraySample(n), ValueFlags::One};
     auto const* const serializers = meta::PropertySerializerRegistry::getInstance();
     if (auto const* const fields = serializers->getDatatypeSerializer(type)) {
         Value result = fields->createDefaultValue();
@@ -77,8 +70,7 @@ Value sample(meta::Type const& type, unsigned n) {
 Value anotherThan(Value const& value) {
     for (unsigned n = 0;; ++n) {
         Value candidate = sample(value.getType(), n);
-        if (show(candidate) != show(value))
-            return candidate;
+        if (show(candidate) != show(value)) return candidate;
     }
 }
 
@@ -90,11 +82,9 @@ Value wrongValue(meta::Type const& type) {
 
 std::unique_ptr<ModelElement::Builder> builderOf(meta::Type const& type, Model const& model) {
     meta::Class const wanted = meta::Class::cast(type);
-    if (!wanted->isAbstract())
-        return wanted->instantiateBuilder(model);
+    if (!wanted->isAbstract()) return wanted->instantiateBuilder(model);
     for (meta::Class const& c : schemaClasses()) {
-        if (!c->isAbstract() && c->conformsTo(wanted))
-            return c->instantiateBuilder(model);
+        if (!c->isAbstract() && c->conformsTo(wanted)) return c->instantiateBuilder(model);
     }
     return nullptr;
 }

@@ -9,22 +9,18 @@
 #include <thread>
 
 Product::Product() : library_(dlopen(PRODUCT, RTLD_NOW | RTLD_LOCAL)) {
-    if (library_ == nullptr)
-        throw std::runtime_error(dlerror());
+    if (library_ == nullptr) throw std::runtime_error(dlerror());
 }
 
 Product::~Product() { dlclose(library_); }
 
 void* Product::find(char const* symbol) const { return dlsym(library_, symbol); }
 
-void* Product::getInstance() const {
-    return function<void*()>("_ZN27MetaPackageVw_modelref_info11getInstanceEv")();
-}
+void* Product::getInstance() const { return function<void*()>("_ZN27MetaPackageVw_modelref_info11getInstanceEv")(); }
 
 bool Product::isMapped() {
     void* const library = dlopen(PRODUCT, RTLD_NOW | RTLD_NOLOAD);
-    if (library != nullptr)
-        dlclose(library);
+    if (library != nullptr) dlclose(library);
     return library != nullptr;
 }
 
@@ -40,8 +36,7 @@ std::vector<quay::zero::ModelElement> objectsOf(Package const& root) {
     std::vector<quay::zero::ModelElement> result;
     registry().model()->forEachElement([&](quay::zero::ModelElement::Impl& element) {
         for (auto const* above = &element; above != nullptr; above = above->containerImpl()) {
-            if (above == root.impl())
-                result.emplace_back(&element);
+            if (above == root.impl()) result.emplace_back(&element);
         }
     });
     return result;
@@ -50,8 +45,7 @@ std::vector<quay::zero::ModelElement> objectsOf(Package const& root) {
 std::vector<std::string> idsOf(Package const& root) {
     std::vector<std::string> result;
     for (quay::zero::ModelElement const& element : objectsOf(root)) {
-        if (element != root && Package::cast(element))
-            continue;
+        if (element != root && Package::cast(element)) continue;
         result.push_back(to_string(element->uuid()));
     }
     return result;
@@ -61,8 +55,7 @@ bool isAtRest() {
     bool free = false;
     std::thread([&] {
         free = registry().mutex().try_lock();
-        if (free)
-            registry().mutex().unlock();
+        if (free) registry().mutex().unlock();
     }).join();
     try {
         auto const transaction = registry().model()->beginTransaction(true);

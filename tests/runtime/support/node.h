@@ -7,9 +7,9 @@
 #include <quay/zero/primitive_collection.h>
 #include <quay/zero/typed_handle.h>
 
-#include <boost/optional.hpp>
 #include <array>
 #include <atomic>
+#include <boost/optional.hpp>
 #include <cstddef>
 #include <functional>
 #include <string>

@@ -114,31 +114,54 @@ std::string Reference::show(State const& values, State const& lives, std::vector
     Node const& node = values.nodes.at(n);
     std::string list = "[";
     auto const add = [&](std::string const& item) { list += (list.size() > 1 ? ", " : "") + item; };
-    auto const nameOf = [&](int m) { return (lives.nodes.at(m).alive ? "" : "+") + names[static_cast<std::size_t>(m)]; };
+    auto const nameOf = [&](int m) {
+        return (lives.nodes.at(m).alive ? "" : "+") + names[static_cast<std::size_t>(m)];
+    };
     auto const addAll = [&](auto const& map) {
         for (auto const& [key, m] : map) add(nodes::show(key) + ": " + nameOf(m));
     };
     switch (index) {
-        case kText: return nodes::show(node.text);
-        case kNumber: return nodes::show(node.number);
-        case kCount: return node.count ? nodes::show(*node.count) : "none";
-        case kRank: return nodes::show(node.rank);
-        case kBox: return nodes::show(node.box);
-        case kNote: return nodes::show(node.note);
-        case kNumbers: for (int i : node.numbers) add(nodes::show(i)); break;
-        case kTags: for (auto const& tag : node.tags) add(nodes::show(tag)); break;
-        case kChildren: for (int m : node.children) add(nameOf(m)); break;
-        case kParts: for (int m : node.parts) add(nameOf(m)); break;
-        case kByName: addAll(node.byName); break;
-        case kByRank: addAll(node.byRank); break;
-        case kByNumber: addAll(node.byNumber); break;
-        default: break;
+        case kText:
+            return nodes::show(node.text);
+        case kNumber:
+            return nodes::show(node.number);
+        case kCount:
+            return node.count ? nodes::show(*node.count) : "none";
+        case kRank:
+            return nodes::show(node.rank);
+        case kBox:
+            return nodes::show(node.box);
+        case kNote:
+            return nodes::show(node.note);
+        case kNumbers:
+            for (int i : node.numbers) add(nodes::show(i));
+            break;
+        case kTags:
+            for (auto const& tag : node.tags) add(nodes::show(tag));
+            break;
+        case kChildren:
+            for (int m : node.children) add(nameOf(m));
+            break;
+        case kParts:
+            for (int m : node.parts) add(nameOf(m));
+            break;
+        case kByName:
+            addAll(node.byName);
+            break;
+        case kByRank:
+            addAll(node.byRank);
+            break;
+        case kByNumber:
+            addAll(node.byNumber);
+            break;
+        default:
+            break;
     }
     return list + "]";
 }
 
 std::string Reference::dump() const {
-    static char const* const properties[] = {"",       "text", "number",   "count",  "rank",   "box",      "numbers",
+    static char const* const properties[] = {"",     "text",     "number", "count",  "rank",     "box",  "numbers",
                                              "tags", "children", "byName", "byRank", "byNumber", "note", "parts"};
     std::string out;
     for (int n : now_.order) {
@@ -160,19 +183,32 @@ bool Reference::isSame(State const& a, State const& b, int n, int index) {
     Node const& y = b.nodes.at(n);
     auto const few = [](auto const& s, auto const& t) { return s.size() <= 1 && s == t; };
     switch (index) {
-        case kText: return x.text == y.text;
-        case kNumber: return x.number == y.number;
-        case kCount: return x.count == y.count;
-        case kRank: return x.rank == y.rank;
-        case kBox: return x.box == y.box;
-        case kNote: return x.note == y.note;
-        case kNumbers: return few(x.numbers, y.numbers);
-        case kTags: return few(x.tags, y.tags);
-        case kChildren: return few(x.children, y.children);
-        case kParts: return few(x.parts, y.parts);
-        case kByName: return few(x.byName, y.byName);
-        case kByRank: return few(x.byRank, y.byRank);
-        default: return few(x.byNumber, y.byNumber);
+        case kText:
+            return x.text == y.text;
+        case kNumber:
+            return x.number == y.number;
+        case kCount:
+            return x.count == y.count;
+        case kRank:
+            return x.rank == y.rank;
+        case kBox:
+            return x.box == y.box;
+        case kNote:
+            return x.note == y.note;
+        case kNumbers:
+            return few(x.numbers, y.numbers);
+        case kTags:
+            return few(x.tags, y.tags);
+        case kChildren:
+            return few(x.children, y.children);
+        case kParts:
+            return few(x.parts, y.parts);
+        case kByName:
+            return few(x.byName, y.byName);
+        case kByRank:
+            return few(x.byRank, y.byRank);
+        default:
+            return few(x.byNumber, y.byNumber);
     }
 }
 
@@ -228,11 +264,21 @@ void Reference::leave(int child) {
     touch(owner, at(child).property);
     Node& o = node(owner);
     switch (at(child).property) {
-        case kChildren: std::erase(o.children, child); break;
-        case kParts: std::erase(o.parts, child); break;
-        case kByName: eraseMember(o.byName, child); break;
-        case kByRank: eraseMember(o.byRank, child); break;
-        default: eraseMember(o.byNumber, child); break;
+        case kChildren:
+            std::erase(o.children, child);
+            break;
+        case kParts:
+            std::erase(o.parts, child);
+            break;
+        case kByName:
+            eraseMember(o.byName, child);
+            break;
+        case kByRank:
+            eraseMember(o.byRank, child);
+            break;
+        default:
+            eraseMember(o.byNumber, child);
+            break;
     }
     node(child).container = -1;
     node(child).property = 0;
@@ -333,11 +379,19 @@ std::vector<int> Reference::members(int n, int index) const {
         for (auto const& entry : map) result.push_back(entry.second);
     };
     switch (index) {
-        case kChildren: return o.children;
-        case kParts: return o.parts;
-        case kByName: addAll(o.byName); break;
-        case kByRank: addAll(o.byRank); break;
-        default: addAll(o.byNumber); break;
+        case kChildren:
+            return o.children;
+        case kParts:
+            return o.parts;
+        case kByName:
+            addAll(o.byName);
+            break;
+        case kByRank:
+            addAll(o.byRank);
+            break;
+        default:
+            addAll(o.byNumber);
+            break;
     }
     return result;
 }

@@ -97,7 +97,7 @@ private:
     struct State {
         std::map<int, Node> nodes;  // the dead ones too
         std::vector<int> order;
-        Touched touched;         // in the open transaction
+        Touched touched;          // in the open transaction
         bool structural = false;  // births and deaths in it
     };
     struct Level {

@@ -30,8 +30,7 @@ QUAY_ZERO_API zxArray* zxCreateNativeObject(std::string_view className, void* na
                                             zx::NativeOperations const& operations);
 
 /// Places for native objects, each null at first.
-QUAY_ZERO_API zxArray* zxCreateNativeObjectArray(std::string_view className,
-                                                 std::span<std::size_t const> dimensions,
+QUAY_ZERO_API zxArray* zxCreateNativeObjectArray(std::string_view className, std::span<std::size_t const> dimensions,
                                                  zx::NativeOperations const& operations);
 
 /// The array below an object array; null if there is none.

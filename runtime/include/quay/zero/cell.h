@@ -20,8 +20,8 @@ public:
     Cell& operator=(Cell const&) = delete;
 
     template <class T>
-    static constexpr bool kInPlace =
-        sizeof(T) <= kSize && alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+    static constexpr bool kInPlace = sizeof(T) <= kSize &&
+                                     alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
 
     template <class T, class... Args>
     T& emplace(Args&&... args) {

@@ -43,7 +43,8 @@ private:
 /// Lives for the call of the listener only: keep what you read, not the set.
 class QUAY_ZERO_API ChangeSet {
 public:
-    /// In order of creation, and in order of destruction. Elements that came and went in one transaction are in neither.
+    /// In order of creation, and in order of destruction. Elements that came and went in one transaction are in
+    /// neither.
     std::vector<ModelElement> const& created() const noexcept { return created_; }
     std::vector<ModelElement> const& destroyed() const noexcept { return destroyed_; }
     /// In no particular order.

@@ -3,10 +3,10 @@
 
 #include <keel/export.h>
 
+#include <sys/single_threaded.h>
 #include <atomic>
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
-#include <sys/single_threaded.h>
 
 namespace quay::zero {
 

@@ -101,8 +101,7 @@ protected:
 
     KeyedCore(ModelElement::Impl* owner, std::uint16_t index, bool unique) noexcept
         : ReferenceCollection(owner, index), unique_(unique) {}
-    KeyedCore(meta::Property const& property, bool unique) noexcept
-        : ReferenceCollection(property), unique_(unique) {}
+    KeyedCore(meta::Property const& property, bool unique) noexcept : ReferenceCollection(property), unique_(unique) {}
     ~KeyedCore() override;
 
     KeyResult<K> keyOf(ModelElement::Impl const& e) const;
@@ -178,9 +177,7 @@ public:
     const_iterator begin() const noexcept { return const_iterator(this->tree().begin()); }
     const_iterator end() const noexcept { return const_iterator(this->tree().end()); }
 
-    GenericCollectionInterface* getGenericInterface() const noexcept final {
-        return const_cast<TypedKeyed*>(this);
-    }
+    GenericCollectionInterface* getGenericInterface() const noexcept final { return const_cast<TypedKeyed*>(this); }
     std::size_t genericSize() const final { return this->size(); }
     void genericAdd(ModelElement const& e) final {
         if (!e) return;

@@ -41,9 +41,7 @@ public:
     void copyContents(AbstractOwnedCollection const& other) final;
     std::vector<ModelElement> getAllValues() const final;
     std::vector<ModelElement> getAllValuesAndProxies() const final { return members_; }
-    GenericCollectionInterface* getGenericInterface() const noexcept final {
-        return const_cast<SequenceCore*>(this);
-    }
+    GenericCollectionInterface* getGenericInterface() const noexcept final { return const_cast<SequenceCore*>(this); }
     void replaceProxy(ModelElement const& e, unsigned long index) final;
     void resolveAll() final;
     void resolveLocal() final;

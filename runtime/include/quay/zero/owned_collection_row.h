@@ -13,7 +13,7 @@ public:
     using Element = ModelElement::Impl;
 
     template <class X, class... Args>
-    constexpr OwnedCollectionRow(std::uint16_t index, C X::* field, Args... args) noexcept
+    constexpr OwnedCollectionRow(std::uint16_t index, C X::*field, Args... args) noexcept
         : Base(index, args...), field_(static_cast<C Element::*>(field)) {}
 
     C& of(Element& e) const noexcept { return e.*field_; }
@@ -33,15 +33,13 @@ public:
         }
         Element::_basicClear(&of(owner));
     }
-    AbstractOwnedCollection* collection(Element const& owner) const override {
-        return const_cast<C*>(&of(owner));
-    }
+    AbstractOwnedCollection* collection(Element const& owner) const override { return const_cast<C*>(&of(owner)); }
 
 protected:
     ~OwnedCollectionRow() = default;
 
 private:
-    C Element::* field_;
+    C Element::*field_;
 };
 
 }  // namespace quay::zero

@@ -161,9 +161,8 @@ protected:
 
 /// The values of a "sequence" property: ordered, duplicates allowed unless the property is unique.
 template <class T>
-class PrimitiveSequence final
-    : public PrimitiveCollection<T, boost::container::vector<T>, PrimitiveSequence<T>>,
-      public GenericPrimitiveSequenceInterface {
+class PrimitiveSequence final : public PrimitiveCollection<T, boost::container::vector<T>, PrimitiveSequence<T>>,
+                                public GenericPrimitiveSequenceInterface {
     // Boost's vector holds bool as bool, so that a position can be read by reference whatever T is.
     using Container = boost::container::vector<T>;
     using Base = PrimitiveCollection<T, Container, PrimitiveSequence<T>>;
@@ -243,9 +242,7 @@ public:
     void genericReplace(Value const& value, unsigned long position) override {
         replaceAt(position, value.getValue<T>());
     }
-    void genericInsert(Value const& value, unsigned long position) override {
-        insertAt(position, value.getValue<T>());
-    }
+    void genericInsert(Value const& value, unsigned long position) override { insertAt(position, value.getValue<T>()); }
     void genericRemoveAt(unsigned long position) override { eraseAt(position); }
     unsigned long genericIndexOf(Value const& value) const override { return indexOf(value.getValue<T>()); }
 

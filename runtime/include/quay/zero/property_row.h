@@ -98,7 +98,10 @@ public:
     /// `rows`: the class's own, indexed ones by rising index from `firstIndex`, derived ones last.
     constexpr ClassTable(TableFunction base, std::uint16_t firstIndex, std::span<PropertyRow const* const> rows,
                          CollectionFactory makeCollection, BuilderFactory makeBuilder) noexcept
-        : base_(base), rows_(rows), makeCollection_(makeCollection), makeBuilder_(makeBuilder),
+        : base_(base),
+          rows_(rows),
+          makeCollection_(makeCollection),
+          makeBuilder_(makeBuilder),
           firstIndex_(firstIndex) {}
 
     ClassTable const* base() const noexcept { return base_ == nullptr ? nullptr : &base_(); }

@@ -46,7 +46,9 @@ public:
     void revertUnchanged(ModelElement::Impl* current);
     /// The container before the transaction, for whoever keeps one here.
     void setContainer(ModelElement const& container, meta::Property const& feature);
-    void setOldContainer(ModelElement const& container, meta::Property const& feature) { setContainer(container, feature); }
+    void setOldContainer(ModelElement const& container, meta::Property const& feature) {
+        setContainer(container, feature);
+    }
     ModelElement const& oldContainer() const noexcept;
 
     /// Exchanges every field with its old value.
@@ -86,8 +88,8 @@ private:
     Overflow& overflow();
 
     ModelElement::Impl* element_;
-    Storage* next_ = nullptr;       // in its level's list, or in the pool
-    std::uint64_t serial_ = 0;      // the level that it was made at
+    Storage* next_ = nullptr;        // in its level's list, or in the pool
+    std::uint64_t serial_ = 0;       // the level that it was made at
     std::uintptr_t outerTrack_ = 1;  // the element's track word before this storage
     std::unique_ptr<Overflow> more_;
     std::uint32_t count_ = 0;

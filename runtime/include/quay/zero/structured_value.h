@@ -40,9 +40,7 @@ bool equalFields(T const& a, T const& b) {
 template <class T>
 std::size_t hashFields(T const& value) {
     std::size_t seed = 0;
-    auto const fold = [&](auto const& x) {
-        boost::hash_combine(seed, std::hash<std::decay_t<decltype(x)>>()(x));
-    };
+    auto const fold = [&](auto const& x) { boost::hash_combine(seed, std::hash<std::decay_t<decltype(x)>>()(x)); };
     std::apply([&](auto... field) { (fold(value.*field), ...); }, T::fields());
     return seed;
 }
@@ -56,9 +54,7 @@ class FieldwiseSerializer : public meta::DatatypeSerializer {
 public:
     Value doGetPropertyValue(T const& object, meta::Property const& property) const {
         Value result;
-        visit(property, [&](auto field) {
-            result = Value(property->getType(), object.*field, ValueFlags::One);
-        });
+        visit(property, [&](auto field) { result = Value(property->getType(), object.*field, ValueFlags::One); });
         return result;
     }
     /// A value without a payload sets the field's zero, not its default.

@@ -22,7 +22,9 @@ template <class T>
 concept ElementHandle = std::derived_from<T, ModelElement>;
 
 template <class T>
-concept PrimitiveValue = requires { meta::StandardTypes::of<T>(); };
+concept PrimitiveValue = requires {
+    meta::StandardTypes::of<T>();
+};
 
 template <class T>
 struct IsOptional : std::false_type {};

@@ -165,8 +165,8 @@ private:
     template <class T>
     static Operations const& operationsOf() noexcept;
     template <class T>
-    static constexpr bool kFits =
-        sizeof(T) <= kInPlace && alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+    static constexpr bool kFits = sizeof(T) <= kInPlace &&
+                                  alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
 
     template <class T>
     void emplace(T const& payload) {

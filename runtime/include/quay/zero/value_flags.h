@@ -5,13 +5,6 @@
 
 namespace quay::zero {
 
-enum class ValueFlags : std::uint8_t {
-    Optional = 0,
-    One = 1,
-    Sequence = 2,
-    Set = 4,
-    Multimap = 5,
-    Map = 6
-};
+enum class ValueFlags : std::uint8_t { Optional = 0, One = 1, Sequence = 2, Set = 4, Multimap = 5, Map = 6 };
 
 }  // namespace quay::zero

@@ -24,7 +24,7 @@ public:
     using Element = ModelElement::Impl;
 
     template <class X>
-    constexpr ValueRow(std::uint16_t index, T X::* field) noexcept
+    constexpr ValueRow(std::uint16_t index, T X::*field) noexcept
         : PropertyRow(index, RowKind::Value), field_(static_cast<T Element::*>(field)) {}
 
     T const& read(Element const& e) const noexcept { return e.*field_; }
@@ -105,7 +105,7 @@ private:
         }
     }
 
-    T Element::* field_;
+    T Element::*field_;
 };
 
 }  // namespace quay::zero

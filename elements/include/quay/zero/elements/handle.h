@@ -17,8 +17,8 @@ template <class X>
 class BuilderWrapper {
 public:
     template <class B>
-        requires std::derived_from<typename B::Element, X>
-    BuilderWrapper(B& builder) noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
+    requires std::derived_from<typename B::Element, X> BuilderWrapper(B& builder)
+    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
     /// For a builder whose class is known only at run time. InvalidValue if it isn't X or derived from it.
     explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&builder) {
         if (!builder.classTable().conformsTo(X::classTable())) reportException(quay0::messages::InvalidValue());

@@ -17,9 +17,7 @@ public:
     ClassTable const& classTable() const override { return X::classTable(); }
 
     /// A new handle to this element.
-    X This() const {
-        return X::of(const_cast<typename X::Impl*>(static_cast<typename X::Impl const*>(this)));
-    }
+    X This() const { return X::of(const_cast<typename X::Impl*>(static_cast<typename X::Impl const*>(this))); }
 
 protected:
     /// A collection of children as it is handed out: never that of a proxy, and a map's proxies are resolved first.

@@ -1,7 +1,6 @@
 // What the header of a generated class needs.
 #pragma once
 
-#include <zx/array_holder.h>
 #include <quay/zero/element_map.h>
 #include <quay/zero/element_sequence.h>
 #include <quay/zero/element_set.h>
@@ -11,3 +10,4 @@
 #include <quay/zero/elements/level.h>
 #include <quay/zero/meta/declared_package.h>
 #include <quay/zero/primitive_collection.h>
+#include <zx/array_holder.h>

@@ -71,8 +71,7 @@ private:
     void refuseTaken(Element& e, KeyedCore<K> const& map, K const& key) const {
         if constexpr (std::is_floating_point_v<K>) {
             if (std::isnan(key)) {
-                reportException(
-                    quay0::messages::InvalidValue().about(e.nameOf(this->index())).withValue(textOf(key)));
+                reportException(quay0::messages::InvalidValue().about(e.nameOf(this->index())).withValue(textOf(key)));
             }
         }
         if (map.isUnique() && map.isTaken(key, nullptr)) {

@@ -43,9 +43,9 @@ struct Property {
     char16_t const* name;
     Shape shape;
     char16_t const* type;
-    std::uint16_t index;            ///< 0: derived, or the field of a data type
-    char16_t const* defaultValue;   ///< null: none
-    char16_t const* key;            ///< of a map: the child's property; else null
+    std::uint16_t index;           ///< 0: derived, or the field of a data type
+    char16_t const* defaultValue;  ///< null: none
+    char16_t const* key;           ///< of a map: the child's property; else null
     char const* id;
     Slot<meta::Property> slot;
 };
@@ -122,7 +122,7 @@ struct Package {
     char const* scriptPrefix;
     Slot<meta::Package> root;
     Slot<meta::Package> schema;
-    std::span<Class const> classes;      ///< in byte order of the names, as are the other two
+    std::span<Class const> classes;  ///< in byte order of the names, as are the other two
     std::span<DataType const> dataTypes;
     std::span<Primitive const> primitives;
     std::span<Enum const> enums;

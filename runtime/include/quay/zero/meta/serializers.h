@@ -143,8 +143,7 @@ public:
     static PropertySerializerRegistry* getInstance();
 
     /// A second one for the same type and form takes the place of the first.
-    void registerPropertySerializer(Type const& type, std::unique_ptr<PropertySerializer> serializer,
-                                    std::string form);
+    void registerPropertySerializer(Type const& type, std::unique_ptr<PropertySerializer> serializer, std::string form);
     void registerDatatypeSerializer(DataType const& type, std::unique_ptr<DatatypeSerializer> serializer);
 
     /// The serializer of a type in a form ("" is the default one), or null.

@@ -32,9 +32,7 @@ class VWEXEC_MM_STO_API TaskHierarchyElementIdDatatypeSerializer final
 
 template <>
 struct std::hash<vwexec::mm::sto::TaskHierarchyElementId> {
-    std::size_t operator()(vwexec::mm::sto::TaskHierarchyElementId const& v) const {
-        return quay::zero::hashFields(v);
-    }
+    std::size_t operator()(vwexec::mm::sto::TaskHierarchyElementId const& v) const { return quay::zero::hashFields(v); }
 };
 
 template <>
