@@ -77,11 +77,10 @@ void ChangeSet::collect(IsNew const& isNew) {
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) {
         if (!s->element().isAlive() || isNew(s->element())) continue;
         s->forEach([&](Storage::Entry& entry) {
-            if (entry.row->unchanged(s->element(), entry.old)) return;
             auto& parts = partsOf(s->element());
             std::uint16_t const index = entry.row->index();
             std::erase_if(parts, [&](ElementChange::Part const& p) { return p.index == index; });
-            parts.push_back({index, &entry.old, nullptr});
+            if (!entry.row->unchanged(s->element(), entry.old)) parts.push_back({index, &entry.old, nullptr});
         });
     }
 
