@@ -115,7 +115,7 @@ TEST(Threads, LookTypesUpWhileOthersRegisterThem) {
             registry->registerType(type, nullptr, nullptr);
             if (registry->getType(name) != type) ++wrong;
             type->destroy();
-            registry->forgetDead();
+            registry->unregisterType(type);
         }
     });
     EXPECT_EQ(wrong, 0);
