@@ -166,12 +166,17 @@ DatatypeSerializer const* PropertySerializerRegistry::getDatatypeSerializer(Type
 }
 
 void PropertySerializerRegistry::forget(ModelElement::Impl const* type) {
-    std::lock_guard const lock(mutex_);
-    auto const found = types_.find(type);
-    if (found == types_.end()) return;
-    for (auto& [form, serializer] : found->second.byForm) MetaRegistry::getInstance()->keep(serializer.release());
-    MetaRegistry::getInstance()->keep(found->second.fields.release());
-    types_.erase(found);
+    Serializers gone;
+    {
+        std::lock_guard const lock(mutex_);
+        auto const found = types_.find(type);
+        if (found == types_.end()) return;
+        gone = std::move(found->second);
+        types_.erase(found);
+    }
+    // The registry has a mutex of its own, which may be held already when this is called, so ours is let go first.
+    for (auto& [form, serializer] : gone.byForm) MetaRegistry::getInstance()->keep(serializer.release());
+    MetaRegistry::getInstance()->keep(gone.fields.release());
 }
 
 }  // namespace quay::zero::meta
