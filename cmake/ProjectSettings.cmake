@@ -45,6 +45,9 @@ endif()
 find_program(CCACHE ccache)
 mark_as_advanced(CCACHE)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # What ccache must overlook to cache sources that use a precompiled header; the header's own content still counts.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+  # The sloppiness is what ccache must overlook to cache sources that use a precompiled header; the header's own content
+  # still counts. Paths are hashed as seen from the build folder, so that every working tree shares the cache.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_NOHASHDIR=1
+                              CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${CCACHE})
 endif()
