@@ -22,6 +22,7 @@ def main(arguments: list[str] | None = None) -> int:
     parser.add_argument("--package", type=Path, required=True, help="the package.yaml to compile")
     parser.add_argument("--out", type=Path, help="folder that gets include/ and src/")
     parser.add_argument("--typing", type=Path, help="folder that gets the modules which Python's type checkers read")
+    parser.add_argument("--script-docs", action="store_true", help="add the docs that scripts show for help")
     parser.add_argument("--list", action="store_true", help="print the files that --out would get, and write none")
     parser.add_argument("--check-only", action="store_true", help="look for mistakes and write nothing")
     options = parser.parse_args(arguments)
@@ -46,7 +47,7 @@ def main(arguments: list[str] | None = None) -> int:
         elif not options.check_only:
             write_typing(modules, options.typing)
     if options.out or not options.typing:
-        planned = plan(scope)
+        planned = plan(scope, options.script_docs)
         if options.list:
             print("\n".join(file.path for file in planned.files))
         elif not options.check_only:
