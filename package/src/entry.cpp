@@ -1,31 +1,23 @@
-// How the library comes up when it is loaded, and its entry points.
-#include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
-
+// The library's entry points.
 #include <ModelRefInfoRepo/export.h>
+#include <ModelRefInfoRepo/script_package.h>
 
-#include <exception>
+#include <ordo/package.h>
 
-namespace {
-
-/// Brings the schema up while the library is being loaded. If that fails the load goes on without it: an exception
-/// could not leave a static initialiser, and the next call of getInstance starts anew and tells its caller why.
-struct BringUp {
-    BringUp() noexcept {
-        try {
-            MetaPackageVw_modelref_info::getInstance();
-        } catch (std::exception const&) {  // NOLINT(bugprone-empty-catch): see above
-        }
-    }
-};
-
-BringUp const bringUp;
-
-}  // namespace
+#include <mutex>
 
 extern "C" {
 
-/// Registers the script package; called by the script environment's module loader. The schema is up already.
-VW_MODELREF_INFO_API void ZLInitialize_vw_modelref_info() {}
+/// Registers the script package; called once by the script environment's module loader. The schema is up already.
+VW_MODELREF_INFO_API void ZLInitialize_vw_modelref_info() {
+    if (omGetOrdoUsingUSM()) {
+        mi::ModelRefInfoRepoPackage::registerPackage();
+        return;
+    }
+    // The flag is this call's own, so this path runs the registration on every call as well.
+    std::once_flag flag;
+    std::call_once(flag, &mi::ModelRefInfoRepoPackage::registerPackage);
+}
 
 /// Nothing is torn down through this entry point, on purpose.
 VW_MODELREF_INFO_API void ZLTerminate_vw_modelref_info() {}
