@@ -43,6 +43,13 @@ public:
 
     // What is defined here; inherited members are the superclasses'.
 
+    /// The three numbers with which each superclass was added, built-in ones included.
+    struct SuperclassWords {
+        int first;
+        int second;
+        int third;
+    };
+    std::span<SuperclassWords const> superclassWords() const noexcept { return superclassWords_; }
     std::span<OrdoClass* const> superclasses() const noexcept { return superclasses_; }
     std::span<std::unique_ptr<OrdoPropInfo> const> properties() const noexcept { return properties_; }
     std::span<std::unique_ptr<OrdoMethodInfo> const> methods() const noexcept { return methods_; }
@@ -82,11 +89,11 @@ public:
     void setPeer(void* peer) noexcept { peer_ = peer; }
 
 private:
-    friend class ClassTable;
+    friend struct ClassTable;
     enum class State { Undefined, Underway, Defined };
 
     OrdoClass(InternedName name, OrdoClassInfo& info);
-    ~OrdoClass();
+    ~OrdoClass() = default;
 
     void define();
     void clear() noexcept;
@@ -101,6 +108,7 @@ private:
     OrdoMethodInfo* constructor_ = nullptr;
     void* peer_ = nullptr;
     InternedName builtInBase_;
+    std::vector<SuperclassWords> superclassWords_;
     std::vector<OrdoClass*> superclasses_;
     std::vector<std::unique_ptr<OrdoPropInfo>> properties_;
     std::vector<std::unique_ptr<OrdoMethodInfo>> methods_;

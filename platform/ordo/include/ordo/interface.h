@@ -44,6 +44,9 @@ public:
     /// Null for objects that have identity: all holders share those.
     NativeCopier copier() const noexcept { return copier_; }
 
+    /// The same object, or for a value a script object that holds a copy of it.
+    OrdoObject copy();
+
     /// What the host keeps with the object, such as its own object for it. Nothing here looks at it or owns it.
     void* peer() const noexcept { return peer_; }
     void setPeer(void* peer) noexcept { peer_ = peer; }
@@ -71,6 +74,7 @@ private:
     NativeCopier copier_;
     OrdoInterface* nextBound_ = nullptr;  // to the same address, for another class
     std::size_t references_ = 0;
+    bool bound_ = false;
 };
 
 /// A counted pointer to a script object, or null.

@@ -14,6 +14,7 @@ namespace ordo {
 class OrdoClass;
 class OrdoMethodInfo;
 class OrdoPackage;
+struct PackageTree;
 
 /// A package as its maker describes it. Nothing is taken back that was registered.
 class ORDO_API OrdoPackageInfo {
@@ -50,8 +51,8 @@ public:
 /// A package in the tree. It lives as long as the process.
 class ORDO_API OrdoPackage {
 public:
-    /// Registers an outermost package and initializes it. The tree owns the description from the call on; if the
-    /// call throws, it doesn't. On a taken name the package there is initialized with this description as well.
+    /// Registers an outermost package and initializes it. The tree owns the description from then on, unless the call
+    /// throws. On a taken name the package there is initialized with this description as well.
     static OrdoPackage* addPackage(OrdoPackageInfo* package);
     /// Finds a package by its dotted name, null if there is none.
     static OrdoPackage* getPackage(InternedName dottedName);
@@ -63,8 +64,9 @@ public:
 
     /// Hangs a package under this one; otherwise like addPackage.
     OrdoPackage* addSubPackage(OrdoPackageInfo* package);
-    /// Registers a class description, which the package owns from then on. `mode` is kept as it stands; all callers
-    /// pass 2. On a taken name the description replaces the former one, unless that class is defined already.
+    /// Registers a class description, which the package owns from the call on. `mode` means nothing here and is
+    /// passed as 2 by all callers. On a taken name the description replaces the former one, unless that class is
+    /// defined already.
     void addClass(OrdoClassInfo* description, int mode);
 
     InternedName name() const noexcept { return name_; }            ///< the dotted name
@@ -80,7 +82,7 @@ public:
     OrdoClass* findClass(InternedName shortName);
 
 private:
-    friend class PackageTree;
+    friend struct PackageTree;
 
     OrdoPackage(InternedName name, InternedName shortName, OrdoPackageInfo& info, OrdoPackage* parent)
         : name_(name), shortName_(shortName), info_(&info), parent_(parent) {}

@@ -91,9 +91,9 @@ public:
         return result;
     }
     /// Nothing if there is no object, or no native object behind it.
-    static OrdoValue object(OrdoObject object) noexcept;
+    static OrdoValue fromObject(OrdoObject object) noexcept;
     /// Takes the array over; null is nothing. An array stays an array, whatever is in it.
-    static OrdoValue array(zx::Array array) noexcept;
+    static OrdoValue fromArray(zx::Array array) noexcept;
     /// The array must live until the value is gone.
     static OrdoValue borrowedArray(zxArray const* array) noexcept;
 

@@ -17,15 +17,17 @@ namespace ordo::factory {
 class ORDO_API OrdoFactoryClassInfo : public OrdoClassInfo {
 public:
     OrdoFactoryClassInfo(std::string shortName, std::string fullName)
-        : shortName_(std::move(shortName)), fullName_(std::move(fullName)) {}
+        : shortName_(std::move(shortName)), fullName_(std::move(fullName)), internedName_(internName(fullName_)) {}
     ~OrdoFactoryClassInfo() override;
 
     std::string_view getName() const noexcept override { return shortName_; }
     std::string_view getFullName() const noexcept override { return fullName_; }
+    InternedName internedName() const noexcept { return internedName_; }
 
 private:
     std::string shortName_;
     std::string fullName_;
+    InternedName internedName_;
 };
 
 /// A class of objects that have identity and are counted by native code. `T` tells descriptions of different native
@@ -39,7 +41,7 @@ public:
     void* makeInstance() override { return nullptr; }
     /// Removes the binding, and with it the reference that it owned.
     void freeInstance(void* native) noexcept override {
-        if (basic::BindingRegistry::remove(native, internName(getFullName()))) {
+        if (basic::BindingRegistry::remove(native, internedName())) {
             dropReference(native);
         }
     }

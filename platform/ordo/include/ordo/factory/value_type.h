@@ -79,7 +79,7 @@ struct ValueType<std::string> {
     static std::string fromScript(OrdoValue const& value) { return value.toBytes(); }
 };
 
-/// An optional crosses as an array: empty if it isn't set.
+/// An optional crosses as an array: empty if it isn't set. An empty text is a text, and no number.
 template <class T>
 struct ValueType<boost::optional<T>> {
     static std::string typeWord() { return withoutScalar(ValueType<T>::typeWord()); }
@@ -87,7 +87,8 @@ struct ValueType<boost::optional<T>> {
         return value ? ValueType<T>::toScript(*value) : OrdoValue(ValueType<T>::emptyClass());
     }
     static boost::optional<T> fromScript(OrdoValue const& value) {
-        return value.isEmpty() ? boost::optional<T>() : boost::optional<T>(ValueType<T>::fromScript(value));
+        bool const unset = value.isEmpty() && !value.isText();
+        return unset ? boost::optional<T>() : boost::optional<T>(ValueType<T>::fromScript(value));
     }
 };
 
