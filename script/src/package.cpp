@@ -1,5 +1,3 @@
-#include <ModelRefInfoRepo/script_package.h>
-
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 
 #include <ordo/class.h>
@@ -10,6 +8,7 @@
 #include <span>
 
 #include "marshalers.h"
+#include "script_package.h"
 
 namespace ModelRefInfoRepo::mi {
 

@@ -82,7 +82,7 @@ OrdoValue toScript(ModelElement const& element) {
     auto object =
         BindingRegistry::announce(static_cast<void*>(element.impl()), scriptNameOf(element->getMetaClass()), isNew);
     if (isNew) hold(element.impl(), element);
-    return OrdoValue::object(std::move(object));
+    return OrdoValue::fromObject(std::move(object));
 }
 
 OrdoValue toScript(AbstractOwnedCollection const& collection) {
@@ -90,7 +90,7 @@ OrdoValue toScript(AbstractOwnedCollection const& collection) {
     void const* const native = &collection;
     auto object = BindingRegistry::announce(native, classNameOf(collection), isNew);
     if (isNew && collection.owner() != nullptr) hold(native, ModelElement(collection.owner()));
-    return OrdoValue::object(std::move(object));
+    return OrdoValue::fromObject(std::move(object));
 }
 
 OrdoValue toScript(Model const& model) {
@@ -99,7 +99,7 @@ OrdoValue toScript(Model const& model) {
     bool isNew = false;
     auto object = BindingRegistry::announce(static_cast<void*>(model.impl()), name, isNew);
     if (isNew) held().try_emplace(model.impl(), Held{model, model});
-    return OrdoValue::object(std::move(object));
+    return OrdoValue::fromObject(std::move(object));
 }
 
 OrdoValue toScript(std::vector<ModelElement> const& elements) {
@@ -107,7 +107,7 @@ OrdoValue toScript(std::vector<ModelElement> const& elements) {
     for (std::size_t i = 0; i < elements.size(); ++i) {
         zxSetCell(cells.get(), i, toScript(elements[i]).toArray().release());
     }
-    return OrdoValue::array(std::move(cells));
+    return OrdoValue::fromArray(std::move(cells));
 }
 
 ModelElement elementIn(OrdoValue const& value) {

@@ -2,6 +2,7 @@
 
 #include <quay/zero/meta/registry.h>
 #include <quay/zero/report.h>
+#include <quay/zero/text.h>
 
 #include <quay0/messages.h>
 

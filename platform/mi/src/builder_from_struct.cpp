@@ -5,6 +5,7 @@
 #include <quay/zero/mi/meta_marshaler_registry.h>
 #include <quay/zero/property_row.h>
 #include <quay/zero/report.h>
+#include <quay/zero/text.h>
 
 #include <zx/containers.h>
 #include <zx/text.h>

@@ -1,5 +1,6 @@
 #include "collection_classes.h"
 
+#include <keel/text.h>
 #include <ordo/class.h>
 #include <ordo/error.h>
 #include <ordo/factory/method.h>

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <ordo/factory/class_info.h>
+#include <ordo/method.h>
+#include <ordo/package.h>
 
 #include <quay/zero/collection.h>
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quay::zero::mi {
 

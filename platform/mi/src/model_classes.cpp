@@ -81,7 +81,7 @@ void transaction(MethodCall& call) {
     auto made = std::make_unique<ScriptTransaction>(ScriptTransaction{model, model->beginTransaction(false)});
     auto object = ordo::factory::basic::BindingRegistry::announceWithoutStoring(made.get(), name, nullptr);
     static_cast<void>(made.release());
-    call.setResult(OrdoValue::object(std::move(object)));
+    call.setResult(OrdoValue::fromObject(std::move(object)));
 }
 
 void find(MethodCall& call) {

@@ -47,12 +47,12 @@ ordo::OrdoClass& PolicyBasedValueMarshaler::scriptClass() const {
 }
 
 OrdoValue PolicyBasedValueMarshaler::toScript(Value const& value) const {
-    if (!value.hasPayload()) return OrdoValue::array(zx::Array(zxCreateEmptyObject(className_.text())));
+    if (!value.hasPayload()) return OrdoValue::fromArray(zx::Array(zxCreateEmptyObject(className_.text())));
     auto copy = std::make_unique<Value>(value);
     constexpr auto copier = &ordo::factory::Marshaler<ordo::factory::DataTypePolicy>::copier<Value>;
     auto object = ordo::factory::basic::BindingRegistry::announceWithoutStoring(copy.get(), className_, copier);
     static_cast<void>(copy.release());
-    return OrdoValue::object(std::move(object));
+    return OrdoValue::fromObject(std::move(object));
 }
 
 Value PolicyBasedValueMarshaler::fromScript(OrdoValue const& value) const {
@@ -133,7 +133,7 @@ bool PolicyBasedEnumValueMarshaler::isCorrectType(zxArray_tag const* array) cons
 }
 
 OrdoValue PolicyBasedEnumValueMarshaler::toScript(Value const& value) const {
-    if (!value.hasPayload()) return OrdoValue::array(emptyForm());
+    if (!value.hasPayload()) return OrdoValue::fromArray(emptyForm());
     return OrdoValue::enumeration(scriptClass(), numberIn(value));
 }
 

@@ -57,7 +57,7 @@ OrdoValue PrimitiveProperty::get(void* self) const {
     meta::Property const& property = property_->get();
     Value const value = property_->read(*element.impl());
     ValueMarshaler const& marshaler = marshalerOf(property);
-    if (isMultiValued(property)) return OrdoValue::array(marshaler.fromCollection(collectionIn(value)));
+    if (isMultiValued(property)) return OrdoValue::fromArray(marshaler.fromCollection(collectionIn(value)));
     return marshaler.toScript(value);
 }
 

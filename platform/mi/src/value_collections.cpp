@@ -5,6 +5,8 @@
 #include <quay/zero/mi/meta_marshaler_registry.h>
 #include <quay/zero/primitive_collection.h>
 
+#include <algorithm>
+
 #include "collection_classes.h"
 
 namespace quay::zero::mi {

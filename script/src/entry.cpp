@@ -1,10 +1,11 @@
 // The library's entry points.
 #include <ModelRefInfoRepo/export.h>
-#include <ModelRefInfoRepo/script_package.h>
 
 #include <ordo/package.h>
 
 #include <mutex>
+
+#include "script_package.h"
 
 extern "C" {
 
