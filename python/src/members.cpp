@@ -40,6 +40,15 @@ void checkNative(PropertyMember const& property, Instance const& self) {
     }
 }
 
+/// The uuid.UUID of a text.
+Ref uuidFromText(Ref const& text) {
+    static PyObject* const uuidClass = [] {
+        Ref const module(PyImport_ImportModule("uuid"));
+        return PyObject_GetAttrString(module.get(), "UUID");
+    }();
+    return Ref(PyObject_CallOneArg(uuidClass, text.get()));
+}
+
 OrdoValue valueFor(PropertyMember const& property, PyObject* value) {
     OrdoValue converted = fromPython(value);
     // An int without a 64-bit form comes as a double, which is near enough for a number and for nothing else.
@@ -244,7 +253,9 @@ Ref makeProperty(ordo::OrdoPropInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     made->ordoClass = &ordoClass;
     made->type = type;
     made->isValid = ordoClass.validityCheck();
-    made->isNumber = isNumberWord(info.getTypeWord());
+    std::string const word = info.getTypeWord();
+    made->isNumber = isNumberWord(word);
+    made->isUuid = word == "uuid";
     return result;
 }
 
@@ -262,7 +273,8 @@ PyObject* readProperty(PropertyMember const& property, PyObject* self) noexcept 
     return guarded([&] {
         Instance const& object = instance(self);
         checkNative(property, object);
-        return toPython(property.info->get(object.native)).release();
+        Ref value = toPython(property.info->get(object.native));
+        return (property.isUuid ? uuidFromText(value) : std::move(value)).release();
     });
 }
 
