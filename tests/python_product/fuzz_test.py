@@ -87,7 +87,8 @@ def act(draw: random.Random, pool: list[Any], plain: list[Any], info: Any) -> An
     if kind < 67:
         return quay.zero.Model()
     if kind < 75:
-        return draw.choice((len, list, iter, repr, str, bool, hash, dir, int, reversed))(self)
+        ask: Any = draw.choice((len, list, iter, repr, str, bool, hash, dir, int, reversed))
+        return ask(self)
     if kind < 85:
         return self[draw.choice((0, -1, 10**30, slice(None, None, -1), "x", value))]
     if kind < 90:
