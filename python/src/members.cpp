@@ -51,6 +51,11 @@ Ref uuidFromText(Ref const& text) {
     return Ref(PyObject_CallOneArg(uuidClass, text.get()));
 }
 
+/// A value as what its type word says: an empty list is a list.
+Ref shown(OrdoValue const& value, bool isList) {
+    return isList && value.isEmpty() ? Ref(PyList_New(0)) : toPython(value);
+}
+
 OrdoValue valueFor(PropertyMember const& property, PyObject* value) {
     OrdoValue converted = fromPython(value);
     // An int without a 64-bit form comes as a double, which is near enough for a number and for nothing else.
@@ -116,7 +121,10 @@ PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t fla
         }
         ordo::MethodCall call(arguments.span());
         method.info->call(call);
-        return (call.resultCount() > 0 ? toPython(call.result()) : none()).release();
+        if (call.resultCount() == 0) {
+            return none().release();
+        }
+        return shown(call.result(), method.info->signature().result == "cell").release();
     });
 }
 
@@ -258,6 +266,7 @@ Ref makeProperty(ordo::OrdoPropInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     std::string const word = info.getTypeWord();
     made->isNumber = isNumberWord(word);
     made->isUuid = word == "uuid";
+    made->isList = word == "cell";
     return result;
 }
 
@@ -275,7 +284,7 @@ PyObject* readProperty(PropertyMember const& property, PyObject* self) noexcept 
     return guarded([&] {
         Instance const& object = instance(self);
         checkNative(property, object);
-        Ref value = toPython(property.info->get(object.native));
+        Ref value = shown(property.info->get(object.native), property.isList);
         return (property.isUuid ? uuidFromText(value) : std::move(value)).release();
     });
 }

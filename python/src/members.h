@@ -17,6 +17,7 @@ struct PropertyMember {
     ordo::ValidityCheck isValid;
     bool isNumber;  // its type word is that of a number
     bool isUuid;    // texts of it are shown as uuid.UUID
+    bool isList;    // an empty one is a list as well
 };
 
 /// A method, or a constructor's description.
