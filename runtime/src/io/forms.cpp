@@ -27,8 +27,6 @@ ValueForm::Kind kindOf(meta::Type const& type) {
     return meta::Class::cast(type) ? Kind::Element : Kind::Unknown;
 }
 
-FieldForm fieldForm(meta::Property const& property);
-
 ValueForm valueForm(meta::Type const& type) {
     auto const& serializers = *meta::PropertySerializerRegistry::getInstance();
     ValueForm form;
@@ -38,7 +36,7 @@ ValueForm valueForm(meta::Type const& type) {
     form.byNumber = serializers.getPropertySerializer(type, "ID");
     if (form.kind == ValueForm::Kind::Structure) {
         form.structure = serializers.getDatatypeSerializer(type);
-        for (meta::Property const& field : type->getProperties()) form.fields.push_back(fieldForm(field));
+        for (meta::Property const& field : type->getProperties()) form.fields.push_back(formOf(field));
         std::sort(form.fields.begin(), form.fields.end(), [](auto& a, auto& b) { return a.name < b.name; });
     }
     bool const isUsable = form.kind == ValueForm::Kind::Structure     ? form.structure != nullptr
@@ -48,15 +46,15 @@ ValueForm valueForm(meta::Type const& type) {
     return form;
 }
 
-FieldForm fieldForm(meta::Property const& property) {
+}  // namespace
+
+FieldForm formOf(meta::Property const& property) {
     ValueFlags const flags = property->getFlags();
     FieldForm form{property, keel::toUtf8(property->getName()), valueForm(property->getType())};
     form.isSeveral = flags != ValueFlags::Optional && flags != ValueFlags::One;
     form.isSet = flags == ValueFlags::Set;
     return form;
 }
-
-}  // namespace
 
 FieldForm const* ClassForm::find(std::string_view property) const noexcept {
     auto const found = std::lower_bound(properties.begin(), properties.end(), property,
@@ -85,7 +83,7 @@ ClassForm& Forms::of(meta::Class const& type) {
     form->name = keel::toUtf8(type->getQualifiedName());
     for (meta::Property const& property : type->getProperties()) {
         if (property->isDerived() || property->row() == nullptr) continue;
-        form->properties.push_back(fieldForm(property));
+        form->properties.push_back(formOf(property));
     }
     std::sort(form->properties.begin(), form->properties.end(), [](auto& a, auto& b) { return a.name < b.name; });
     place = form.get();

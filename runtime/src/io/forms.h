@@ -72,6 +72,9 @@ private:
     std::unordered_map<ModelElement::Impl const*, ClassForm*> byType_;
 };
 
+/// How a property is written.
+FieldForm formOf(meta::Property const& property);
+
 /// The URI of the package that a class belongs to.
 std::string schemaOf(meta::Class const& type);
 

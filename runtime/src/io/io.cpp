@@ -6,7 +6,9 @@
 
 #include "failures.h"
 #include "files.h"
+#include "forms.h"
 #include "loader.h"
+#include "values.h"
 #include "writer.h"
 
 namespace quay::zero::io {
@@ -83,6 +85,17 @@ private:
 
 std::string toText(Model const& model) { return Writer(model).write(); }
 
+std::string propertyText(ModelElement const& element, meta::Property const& property) {
+    FieldForm const form = formOf(property);
+    std::string out;
+    try {
+        appendProperty(out, form, element->getPropertyValue(property, ReflectionPrivateTag::PUBLIC_ACCESS));
+    } catch (Refused const& refused) {
+        reportSave(form.name, refused.what());
+    }
+    return out;
+}
+
 void save(Model const& model, std::filesystem::path const& path) {
     TargetFile file(path);
     Writer writer(model, [&](std::string& text) {
@@ -94,13 +107,13 @@ void save(Model const& model, std::filesystem::path const& path) {
 }
 
 Model fromText(std::string_view text, Limits const& limits) {
-    Model const model = Model::create();
+    Model model = Model::create();
     fromTextInto(model, text, limits);
     return model;
 }
 
 Model load(std::filesystem::path const& path, Limits const& limits) {
-    Model const model = Model::create();
+    Model model = Model::create();
     loadInto(model, path, limits);
     return model;
 }

@@ -127,14 +127,12 @@ void Loader::beginObject() {
         values.element = frame.element;
         values.count = seen_.size();
         frames_.push_back(values);
-    } else if (frame.state == State::Roots || frame.state == State::Children) {
-        beginElement();
-    } else if (frame.state != State::Values) {
-        throw Refused("expected no object here");
-    } else if (frame.property->value.kind != ValueForm::Kind::Element) {
+    } else if (frame.state == State::Values && frame.property->value.kind != ValueForm::Kind::Element) {
         beginNode(Node::Kind::Object);
-    } else if (frame.property->isSeveral) {
+    } else if (frame.state == State::Values && frame.property->isSeveral) {
         throw Refused("expected a list of elements, found an object");
+    } else if (frame.key != Key::None) {
+        throw Refused("expected no object here");
     } else {
         beginElement();
     }
@@ -154,17 +152,16 @@ void Loader::beginList() {
     if (frames_.empty()) throw Refused("expected an object, found a list");
     Frame const& frame = frames_.back();
     bool const isProperty = frame.state == State::Values;
-    if (frame.state == State::Document && frame.key == Key::Roots) {
-        frames_.push_back({State::Roots});
-    } else if (isProperty && frame.property->value.kind != ValueForm::Kind::Element) {
-        beginNode(Node::Kind::List);
-    } else if (isProperty && frame.property->isSeveral) {
-        Frame children{State::Children};
-        children.property = frame.property;
-        frames_.push_back(children);
-    } else {
+    bool const isElements = isProperty && frame.property->value.kind == ValueForm::Kind::Element;
+    if (isProperty && !isElements) return beginNode(Node::Kind::List);
+    Frame list{State::Roots};
+    if (isElements && frame.property->isSeveral) {
+        list = Frame{State::Children};
+        list.property = frame.property;
+    } else if (frame.key != Key::Roots) {
         throw Refused(isProperty ? "expected an element, found a list" : "expected no list here");
     }
+    frames_.push_back(list);
 }
 
 void Loader::endList() {

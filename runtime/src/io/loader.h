@@ -63,7 +63,7 @@ private:
 
     /// An object or list that is open.
     struct Frame {
-        State state;
+        State state = State::Document;
         Key key = Key::None;                    // Document, Element: the last one
         unsigned given = 0;                     // the same: which ones there were
         std::size_t count = 0;                  // Roots, Children: elements so far; Values: where `seen_` begins

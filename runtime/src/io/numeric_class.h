@@ -11,6 +11,7 @@ namespace quay::zero::io {
 /// Calls f with a value of the C++ type of a class of numbers; false if the class isn't one.
 template <class F>
 bool withNumberType(zxClassCode code, F&& f) {
+    // NOLINTNEXTLINE(bugprone-branch-clone): each calls f for another type
     switch (code) {
         case zxDoubleClass:
             f(double());

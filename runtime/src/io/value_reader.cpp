@@ -159,7 +159,7 @@ void storeArray(ModelElement::Impl& element, FieldForm const& form, Node const& 
 /// Whether the value is, or has in a field, a 0 with a sign, which compares equal to one without.
 bool hasNegativeZero(ValueForm const& form, Value const& value) {
     if (form.kind == ValueForm::Kind::Real) {
-        double const number = value.getValue<double>();
+        auto const number = value.getValue<double>();
         return number == 0 && std::signbit(number);
     }
     return std::any_of(form.fields.begin(), form.fields.end(), [&](FieldForm const& field) {
