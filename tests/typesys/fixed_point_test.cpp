@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -32,7 +33,7 @@ std::string failureOf(auto const& work) {
 TEST(ConstructorTexts, HaveOneFormForEachPreference) {
     struct Case {
         fxpDataTypeProp type;
-        std::array<char const*, 4> texts;  // constructor; whole slope; name of the built-in; both
+        std::array<char const*, 4> texts{};  // constructor; whole slope; name of the built-in; both
     };
     Case const cases[] = {
         {fxpDataTypeProp::boolean(), {"bool", "bool", "boolean", "boolean"}},

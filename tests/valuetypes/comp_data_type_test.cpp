@@ -171,8 +171,10 @@ TEST(CompDataTypes, AreEnteredAsTheirClassAsksFor) {
             EXPECT_EQ(enter(), c.id);
         }
         bool const needsArguments = c.dataClass != DataClass::Inherit;
-        for (auto [ofBlock, ofTable] : {std::pair<VWBlock*, DataTypeTable*>{nullptr, &images}, {&block, nullptr}}) {
-            auto const lacking = [&] { return CompDataType::registerDataTypeForBlock(ofBlock, dataType, ofTable); };
+        for (auto const& given : {std::pair<VWBlock*, DataTypeTable*>{nullptr, &images}, {&block, nullptr}}) {
+            auto const lacking = [&] {
+                return CompDataType::registerDataTypeForBlock(given.first, dataType, given.second);
+            };
             if (needsArguments) {
                 EXPECT_TRUE(failsWith<InvalidValue>(lacking));
             } else {

@@ -20,7 +20,7 @@ struct Description {
 Description describe(VWTypeSys::DataTypeTable const& table, int id) {
     using VWTypeSys::Category;
     if (id == VWTypeSys::inheritedId) return {DataClass::Inherit, "auto"};
-    auto const& type = table.types()[static_cast<std::size_t>(id + 1)];
+    auto const& type = table.get(id);
     std::string const name = type.getName();
     bool const isAlias = DtIsAliasType(&table, id);
     if (!isAlias && type.isNumeric()) {

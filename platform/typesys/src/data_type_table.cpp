@@ -22,6 +22,8 @@ std::string_view prefixOf(Override by) {
     return {};
 }
 
+std::size_t positionOf(int id) { return static_cast<std::size_t>(std::int64_t{id} + 1); }
+
 std::string textOf(fxpDataTypeProp const& type) {
     return fxpDataTypeToConstructorString(type, FxpDT::baseCtorPrefer::Constructor,
                                           FxpDT::scalingRepPrefer::FractionAndExponent);
@@ -40,13 +42,11 @@ DataTypeTable::DataTypeTable() {
     append(DataType("event", Category::BuiltIn));
 }
 
-bool DataTypeTable::contains(int id) const noexcept {
-    return id >= inheritedId && static_cast<std::size_t>(id + 1LL) < types_.size();
-}
+bool DataTypeTable::contains(int id) const noexcept { return id >= inheritedId && positionOf(id) < types_.size(); }
 
 DataType const& DataTypeTable::get(int id) const {
     if (!contains(id)) fail("NoSuchId", std::to_string(id));
-    return types_[static_cast<std::size_t>(id + 1)];
+    return types_[positionOf(id)];
 }
 
 std::optional<int> DataTypeTable::find(std::string_view name) const {

@@ -54,7 +54,7 @@ enum class scalingRepPrefer : int { FractionAndExponent = 0, WholeSlope = 1 };
 
 /// A built-in number under its name.
 struct fxpBuiltIn {
-    char const* name;
+    char const* name = nullptr;
     fxpDataTypeProp type;
 };
 /// In the order of their ids, from 0.
