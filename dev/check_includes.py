@@ -29,7 +29,7 @@ PRODUCT = ("valuetypes", "package", "script")
 HOUSE = {
     "platform/keel": Grant(),
     "platform/zx": Grant(("platform/keel",)),
-    "platform/ordo": Grant(("platform/zx",)),
+    "platform/ordo": Grant(("platform/zx",), ("boost",)),
     "platform/typesys": Grant(("platform/keel",)),
     "platform/mi": Grant(("platform/ordo", "runtime")),
     "runtime": Grant(("platform/keel", "platform/zx"), ("boost", "posix")),

@@ -1,6 +1,6 @@
 // Proxies: elements that aren't loaded, alone and in collections.
+#include "common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/proxy_id.h>

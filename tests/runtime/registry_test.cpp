@@ -1,6 +1,6 @@
 // The registry of types and packages.
+#include "common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/builder.h>

@@ -116,7 +116,7 @@ template <class X>
 X make(Model const& model, boost::uuids::uuid const& id) {
     if (!model) return X::of(new typename X::Impl(model, id));  // reports the missing model
     Savepoint savepoint(*model.impl());
-    X const made = X::of(new typename X::Impl(model, id));
+    X made = X::of(new typename X::Impl(model, id));
     made->notifyCreated();
     savepoint.commit();
     return made;

@@ -1,0 +1,118 @@
+// Classes of scripts, defined when they are first used.
+#pragma once
+
+#include <ordo/class_info.h>
+#include <ordo/enumeration.h>
+#include <ordo/export.h>
+#include <ordo/interned.h>
+#include <ordo/method.h>
+#include <ordo/property.h>
+
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace ordo {
+
+class OrdoPackage;
+
+/// A class. It lives as long as the process. Members stay in the order in which they were added.
+class ORDO_API OrdoClass {
+public:
+    /// Finds a class by its whole name and defines it unless it is defined. Null if nobody registered it. A name is
+    /// looked for in `context` first, if that is given. Throws what the definition throws.
+    static OrdoClass* getClass(InternedName name, OrdoPackage* context = nullptr);
+
+    OrdoClass(OrdoClass const&) = delete;
+    OrdoClass& operator=(OrdoClass const&) = delete;
+
+    InternedName name() const noexcept { return name_; }            ///< the whole name
+    InternedName shortName() const noexcept { return shortName_; }  ///< the constructor's name too
+    OrdoClassInfo& info() const noexcept { return *info_; }
+    bool isDefined() const noexcept { return state_ == State::Defined; }
+
+    // For the definition step.
+
+    /// Adds a superclass: one that is registered, which gets defined, or the built-in class that objects are based
+    /// on, such as "int32". The three numbers are kept as they stand.
+    void addSuperclass(std::string_view name, int first, int second, int third);
+    OrdoPropInfo& addProperty(std::unique_ptr<OrdoPropInfo> property);
+    OrdoMethodInfo& addMethod(std::unique_ptr<OrdoMethodInfo> method);
+    OrdoEnumInfo& addEnumeration(std::unique_ptr<OrdoEnumInfo> literal);
+
+    // What is defined here; inherited members are the superclasses'.
+
+    /// The three numbers with which each superclass was added, built-in ones included.
+    struct SuperclassWords {
+        int first;
+        int second;
+        int third;
+    };
+    std::span<SuperclassWords const> superclassWords() const noexcept { return superclassWords_; }
+    std::span<OrdoClass* const> superclasses() const noexcept { return superclasses_; }
+    std::span<std::unique_ptr<OrdoPropInfo> const> properties() const noexcept { return properties_; }
+    std::span<std::unique_ptr<OrdoMethodInfo> const> methods() const noexcept { return methods_; }
+    std::span<std::unique_ptr<OrdoEnumInfo> const> enumerations() const noexcept { return enumerations_; }
+    /// The built-in class that objects are based on; null if there is none.
+    InternedName builtInBase() const noexcept { return builtInBase_; }
+
+    // Found here or in a superclass; null if there is none.
+
+    OrdoPropInfo* findProperty(InternedName name) const noexcept;
+    OrdoMethodInfo* findMethod(InternedName name) const noexcept;
+    OrdoEnumInfo* findEnumeration(InternedName name) const noexcept;
+    OrdoEnumInfo* findEnumeration(std::int32_t number) const noexcept;
+    /// The class's own constructor; constructors aren't inherited.
+    OrdoMethodInfo* constructor() const noexcept { return constructor_; }
+    OrdoCollection const* collection() const noexcept { return collection_; }
+    ValidityCheck validityCheck() const noexcept { return validityCheck_; }
+
+    /// Whether it is that class or derives from it.
+    bool isA(OrdoClass const& other) const noexcept;
+    bool isA(InternedName name) const noexcept;
+
+    /// Calls the constructor, and answers the object made. Throws AbstractClass if there is no constructor.
+    OrdoValue construct(std::span<OrdoValue const> arguments);
+    /// An enumeration's value from one of its values, a literal's name, or a number that a literal has.
+    OrdoValue constructEnumeration(OrdoValue const& input);
+
+    /// Throws InvalidHandle unless the native object is there and valid.
+    void checkValid(void const* native) const {
+        if (native == nullptr || (validityCheck_ != nullptr && !validityCheck_(native))) {
+            raiseInvalid();
+        }
+    }
+
+    /// What the host keeps with the class, such as its own class for it.
+    void* peer() const noexcept { return peer_; }
+    void setPeer(void* peer) noexcept { peer_ = peer; }
+
+private:
+    friend struct ClassTable;
+    enum class State { Undefined, Underway, Defined };
+
+    OrdoClass(InternedName name, OrdoClassInfo& info);
+    ~OrdoClass() = default;
+
+    void define();
+    void clear() noexcept;
+    [[noreturn]] static void raiseInvalid();
+
+    InternedName name_;
+    InternedName shortName_;
+    OrdoClassInfo* info_;
+    State state_ = State::Undefined;
+    ValidityCheck validityCheck_ = nullptr;
+    OrdoCollection const* collection_ = nullptr;
+    OrdoMethodInfo* constructor_ = nullptr;
+    void* peer_ = nullptr;
+    InternedName builtInBase_;
+    std::vector<SuperclassWords> superclassWords_;
+    std::vector<OrdoClass*> superclasses_;
+    std::vector<std::unique_ptr<OrdoPropInfo>> properties_;
+    std::vector<std::unique_ptr<OrdoMethodInfo>> methods_;
+    std::vector<std::unique_ptr<OrdoEnumInfo>> enumerations_;
+};
+
+}  // namespace ordo

@@ -1,0 +1,71 @@
+// Methods of native classes.
+#pragma once
+
+#include <ordo/export.h>
+#include <ordo/interned.h>
+#include <ordo/method.h>
+
+#include <string_view>
+#include <utility>
+
+namespace ordo::factory {
+
+/// The attribute word of a method: 0, or what the method's maker gives, such as staticMethodAttributes.
+struct MethodAttributes {
+    unsigned word = 0;
+};
+
+/// A method of a native class; derived classes bring the call. `description` must live as long as the process.
+class ORDO_API OrdoMethod : public OrdoMethodInfo {
+public:
+    OrdoMethod(std::string_view name, MethodAttributes attributes, OrdoMethodSignature signature,
+               std::string_view description = {})
+        : OrdoMethodInfo(name, std::move(signature)), description_(description), attributes_(attributes) {}
+    ~OrdoMethod() override;
+
+    unsigned getAttributes() const noexcept override { return attributes_.word; }
+    std::string_view getDescription() const noexcept override { return description_; }
+
+private:
+    std::string_view description_;
+    MethodAttributes attributes_;
+};
+
+namespace impl {
+
+/// A method around a plain function.
+class ORDO_API MethodImpl final : public OrdoMethod {
+public:
+    /// The function behind the method, as the call stub gets it back.
+    using Function = void (*)();
+    /// Takes the call's arguments, calls the function with them and sets the result.
+    using CallStub = void (*)(Function function, MethodCall& call);
+
+    MethodImpl(std::string_view name, MethodAttributes attributes, OrdoMethodSignature signature, CallStub stub,
+               Function function = nullptr, std::string_view description = {})
+        : OrdoMethod(name, attributes, std::move(signature), description), stub_(stub), function_(function) {}
+
+    void call(MethodCall& call) const override { stub_(function_, call); }
+
+private:
+    CallStub stub_;
+    Function function_;
+};
+
+/// The constructor of a class of values: no inputs, gives the script object the default value that the class
+/// description makes, with no entry in the registry.
+class ORDO_API OrdoConstructor final : public OrdoMethod {
+public:
+    /// `copier` as for BindingRegistry::announceWithoutStoring.
+    OrdoConstructor(std::string_view shortName, std::string_view fullName, NativeCopier copier,
+                    std::string_view description = {});
+
+    void call(MethodCall& call) const override;
+
+private:
+    InternedName className_;
+    NativeCopier copier_;
+};
+
+}  // namespace impl
+}  // namespace ordo::factory

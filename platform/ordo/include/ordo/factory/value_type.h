@@ -1,0 +1,99 @@
+// How C++ types of properties and arguments cross to scripts and back.
+#pragma once
+
+#include <ordo/export.h>
+#include <ordo/value.h>
+
+#include <boost/optional.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace ordo::factory {
+
+/// What adapters must know of a C++ type `V`. Other rooms specialise it for theirs, with these three functions:
+///
+///     static std::string typeWord();
+///     static OrdoValue toScript(V const& value);       // may borrow a text from `value`
+///     static V fromScript(OrdoValue const& value);     // throws if the value doesn't fit
+///
+/// A type without fromScript can only be read.
+template <class V>
+struct ValueType;
+
+/// A type word without its ending " scalar", which "OrdoFactoryString scalar" keeps.
+ORDO_API std::string withoutScalar(std::string_view typeWord);
+
+template <>
+struct ValueType<bool> {
+    static std::string typeWord() { return "logical scalar"; }
+    static zxClassCode emptyClass() { return zxLogicalClass; }
+    static OrdoValue toScript(bool value) { return OrdoValue::logical(value); }
+    static bool fromScript(OrdoValue const& value) { return value.toLogical(); }
+};
+
+template <>
+struct ValueType<std::int32_t> {
+    static std::string typeWord() { return "int32 scalar"; }
+    static zxClassCode emptyClass() { return zxInt32Class; }
+    static OrdoValue toScript(std::int32_t value) { return OrdoValue::int32(value); }
+    static std::int32_t fromScript(OrdoValue const& value) { return value.toInt32(); }
+};
+
+template <>
+struct ValueType<std::uint32_t> {
+    static std::string typeWord() { return "uint32 scalar"; }
+    static zxClassCode emptyClass() { return zxUint32Class; }
+    static OrdoValue toScript(std::uint32_t value) { return OrdoValue::uint32(value); }
+    static std::uint32_t fromScript(OrdoValue const& value) { return value.toUInt32(); }
+};
+
+template <>
+struct ValueType<std::uint64_t> {
+    static std::string typeWord() { return "uint64 scalar"; }
+    static zxClassCode emptyClass() { return zxUint64Class; }
+    static OrdoValue toScript(std::uint64_t value) { return OrdoValue::uint64(value); }
+    static std::uint64_t fromScript(OrdoValue const& value) { return value.toUInt64(); }
+};
+
+template <>
+struct ValueType<double> {
+    static std::string typeWord() { return "double scalar"; }
+    static zxClassCode emptyClass() { return zxDoubleClass; }
+    static OrdoValue toScript(double value) { return OrdoValue::real(value); }
+    static double fromScript(OrdoValue const& value) { return value.toDouble(); }
+};
+
+template <>
+struct ValueType<std::u16string> {
+    static std::string typeWord() { return "OrdoFactoryString scalar"; }
+    static OrdoValue toScript(std::u16string const& value) { return OrdoValue::borrowedText(value); }
+    static std::u16string fromScript(OrdoValue const& value) { return value.toText(); }
+};
+
+template <>
+struct ValueType<std::string> {
+    static std::string typeWord() { return "char"; }
+    static OrdoValue toScript(std::string const& value) { return OrdoValue::borrowedBytes(value); }
+    static std::string fromScript(OrdoValue const& value) { return value.toBytes(); }
+};
+
+/// An optional crosses as an array: empty if it isn't set. An empty text is a text, and no number.
+template <class T>
+struct ValueType<boost::optional<T>> {
+    static std::string typeWord() { return withoutScalar(ValueType<T>::typeWord()); }
+    static OrdoValue toScript(boost::optional<T> const& value) {
+        return value ? ValueType<T>::toScript(*value) : OrdoValue(ValueType<T>::emptyClass());
+    }
+    static boost::optional<T> fromScript(OrdoValue const& value) {
+        bool const unset = value.isEmpty() && !value.isText();
+        return unset ? boost::optional<T>() : boost::optional<T>(ValueType<T>::fromScript(value));
+    }
+};
+
+/// The number behind what a script may give for an enumeration: nothing (the zero literal), a value of the class, a
+/// number that a literal has, or what the conversion from "any" to the property of the class takes, such as a name.
+ORDO_API std::int32_t enumerationNumber(OrdoClass& enumeration, OrdoValue const& value);
+
+}  // namespace ordo::factory

@@ -1,0 +1,209 @@
+// One value on its way between a script and native code, in the cheapest form that it has.
+#pragma once
+
+#include <ordo/export.h>
+#include <ordo/interface.h>
+
+#include <zx/array.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace ordo {
+
+class OrdoClass;
+
+/// A value in transit. Any value has a form as an array, but numbers, texts and script objects, which is what mostly
+/// crosses, travel without one: making and reading one of those allocates nothing.
+///
+/// Whoever takes a value asks for what it needs (`toInt32()`, `object()`, `array()`) and needn't look at the kind: the
+/// conversions take every form that can mean such a value, check its range, and fail with the messages of error.h.
+class ORDO_API OrdoValue {
+public:
+    enum class Kind : std::uint8_t {
+        Nothing,  ///< an empty array: an unset optional, no object, no argument
+        Logical,
+        Int32,
+        UInt32,
+        Int64,
+        UInt64,
+        Double,
+        Text,         ///< UTF-16 units
+        Bytes,        ///< a text in 8-bit units: UTF-8, or whatever bytes there are
+        Enumeration,  ///< a number and the class of the enumeration
+        Object,       ///< a script object, never null and never without a native object
+        Array,        ///< anything else
+    };
+
+    /// Nothing: an empty array of this class.
+    OrdoValue(zxClassCode emptyClass = zxDoubleClass) noexcept  // NOLINT(google-explicit-constructor)
+        : emptyClass_(static_cast<std::uint8_t>(emptyClass)) {}
+    /// The copy owns all that it has, whatever the other one borrows.
+    OrdoValue(OrdoValue const& other);
+    OrdoValue(OrdoValue&& other) noexcept : OrdoValue() { swap(other); }
+    OrdoValue& operator=(OrdoValue other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~OrdoValue() {
+        if (owns_) {
+            drop();
+        }
+    }
+
+    static OrdoValue logical(bool value) noexcept {
+        OrdoValue result(Kind::Logical);
+        result.content_.int64 = value ? 1 : 0;
+        return result;
+    }
+    static OrdoValue int32(std::int32_t value) noexcept { return integer(Kind::Int32, value); }
+    static OrdoValue uint32(std::uint32_t value) noexcept { return integer(Kind::UInt32, value); }
+    static OrdoValue int64(std::int64_t value) noexcept { return integer(Kind::Int64, value); }
+    static OrdoValue uint64(std::uint64_t value) noexcept {
+        OrdoValue result(Kind::UInt64);
+        result.content_.uint64 = value;
+        return result;
+    }
+    static OrdoValue real(double value) noexcept {
+        OrdoValue result(Kind::Double);
+        result.content_.real = value;
+        return result;
+    }
+    /// The text is copied.
+    static OrdoValue text(std::u16string_view text);
+    static OrdoValue bytes(std::string_view text);
+    /// The text must stay as it is until the value is gone.
+    static OrdoValue borrowedText(std::u16string_view text) noexcept {
+        OrdoValue result(Kind::Text);
+        result.content_.text = {text.data(), text.size()};
+        return result;
+    }
+    static OrdoValue borrowedBytes(std::string_view text) noexcept {
+        OrdoValue result(Kind::Bytes);
+        result.content_.bytes = {text.data(), text.size()};
+        return result;
+    }
+    static OrdoValue enumeration(OrdoClass& enumeration, std::int32_t number) noexcept {
+        OrdoValue result(Kind::Enumeration);
+        result.content_.enumeration = {&enumeration, number};
+        return result;
+    }
+    /// Nothing if there is no object, or no native object behind it.
+    static OrdoValue fromObject(OrdoObject object) noexcept;
+    /// Takes the array over; null is nothing. An array stays an array, whatever is in it.
+    static OrdoValue fromArray(zx::Array array) noexcept;
+    /// The array must live until the value is gone.
+    static OrdoValue borrowedArray(zxArray const* array) noexcept;
+
+    Kind kind() const noexcept { return kind_; }
+    bool isNothing() const noexcept { return kind_ == Kind::Nothing; }
+    /// The class of the empty array that nothing stands for.
+    zxClassCode emptyClass() const noexcept { return static_cast<zxClassCode>(emptyClass_); }
+
+    /// The number of elements of the array form: 0 for nothing, 1 for a number or an object.
+    std::size_t count() const noexcept;
+    bool isEmpty() const noexcept { return count() == 0; }
+
+    // Each of these takes numbers of every class, single elements of arrays included, and refuses texts and objects.
+    // An enumeration counts as its number.
+
+    bool toLogical() const;  ///< any number but zero is true
+    std::int32_t toInt32() const;
+    std::uint32_t toUInt32() const;
+    std::int64_t toInt64() const;
+    std::uint64_t toUInt64() const;
+    double toDouble() const;
+    /// A count or a position: an integer from 0.
+    std::size_t toSize() const;
+
+    /// A text of either width.
+    bool isText() const noexcept;
+    std::u16string toText() const;
+    /// The text as UTF-8, in which a lone surrogate U+DC80 to U+DCFF stands for a byte that isn't UTF-8.
+    std::string toBytes() const;
+
+    /// Whether it is a struct array or an array of a host's plain objects. Objects of `ordo` classes are neither.
+    bool isStruct() const noexcept;
+
+    /// The script object, or the first one of an array; null if there is none.
+    OrdoInterface* object() const noexcept;
+    /// The native object behind that if it is of `className`, else null.
+    void* native(InternedName className) const noexcept;
+    /// The number of an enumeration value of just this class: an enumeration, or the first of an object array.
+    /// False if it is something else.
+    bool enumerationOf(OrdoClass const& enumeration, std::int32_t& number) const noexcept;
+
+    // What the kind says; undefined for another kind.
+    bool logicalContent() const noexcept { return content_.int64 != 0; }
+    std::int64_t integerContent() const noexcept { return content_.int64; }     ///< Int32, UInt32, Int64
+    std::uint64_t unsignedContent() const noexcept { return content_.uint64; }  ///< UInt32, UInt64
+    double realContent() const noexcept { return content_.real; }
+    std::u16string_view textContent() const noexcept { return {content_.text.units, content_.text.size}; }
+    std::string_view bytesContent() const noexcept { return {content_.bytes.units, content_.bytes.size}; }
+    OrdoClass& enumerationClass() const noexcept { return *content_.enumeration.ordoClass; }
+    std::int32_t enumerationNumber() const noexcept { return content_.enumeration.number; }
+    zxArray const* arrayContent() const noexcept { return content_.array; }
+
+    /// The array form: what the value holds already, or one made and kept in `storage`.
+    zxArray const* array(zx::Array& storage) const;
+    /// The array form for the caller to keep: a copy of what is held.
+    zx::Array toArray() const;
+
+    /// Copies what is borrowed, so that the value can stay.
+    void own() {
+        if (!owns_ && (kind_ == Kind::Text || kind_ == Kind::Bytes || kind_ == Kind::Array)) {
+            *this = OrdoValue(static_cast<OrdoValue const&>(*this));
+        }
+    }
+
+    /// What it is, for messages: "a number", "a text", "an object of class 'A'".
+    std::string describe() const;
+
+    void swap(OrdoValue& other) noexcept {
+        std::swap(content_, other.content_);
+        std::swap(kind_, other.kind_);
+        std::swap(owns_, other.owns_);
+        std::swap(emptyClass_, other.emptyClass_);
+    }
+
+private:
+    explicit OrdoValue(Kind kind) noexcept : kind_(kind) {}
+    static OrdoValue integer(Kind kind, std::int64_t value) noexcept {
+        OrdoValue result(kind);
+        result.content_.int64 = value;
+        return result;
+    }
+    void drop() noexcept;
+
+    struct Text {
+        char16_t const* units;
+        std::size_t size;
+    };
+    struct Bytes {
+        char const* units;
+        std::size_t size;
+    };
+    struct Literal {
+        OrdoClass* ordoClass;
+        std::int32_t number;
+    };
+    union Content {
+        std::int64_t int64 = 0;
+        std::uint64_t uint64;
+        double real;
+        Text text;
+        Bytes bytes;
+        Literal enumeration;
+        OrdoInterface* object;
+        zxArray const* array;
+    };
+
+    Content content_;
+    Kind kind_ = Kind::Nothing;
+    bool owns_ = false;
+    std::uint8_t emptyClass_ = zxDoubleClass;
+};
+
+}  // namespace ordo

@@ -1,0 +1,120 @@
+#include <ordo/class.h>
+#include <ordo/error.h>
+#include <ordo/factory/binding_registry.h>
+
+#include <boost/unordered/unordered_flat_map.hpp>
+
+namespace ordo::factory::basic {
+namespace {
+
+// The first script object of each address; further ones, of other classes, are chained to it.
+using Bindings = boost::unordered_flat_map<void const*, OrdoInterface*>;
+
+Bindings& bindings() {
+    static auto* const instance = new Bindings;  // never destroyed: script objects end while the process does
+    return *instance;
+}
+
+OrdoClass& classNamed(InternedName className) {
+    OrdoClass* const found = OrdoClass::getClass(className);
+    if (found == nullptr) {
+        raiseWith(failures::NoSuchClass, {std::string(className.text())});
+    }
+    return *found;
+}
+
+}  // namespace
+
+OrdoObject BindingRegistry::announce(void* object, InternedName className, bool& isNew) {
+    isNew = false;
+    if (OrdoInterface* const bound = find(object, className)) {
+        return OrdoObject(bound);
+    }
+    OrdoClass& ordoClass = classNamed(className);
+    if (object == nullptr) {
+        return OrdoInterface::make(ordoClass);
+    }
+    OrdoInterface*& first = bindings()[object];
+    OrdoObject made;
+    try {
+        made = OrdoInterface::make(ordoClass);
+    } catch (...) {
+        if (first == nullptr) {
+            bindings().erase(object);
+        }
+        throw;
+    }
+    made->native_ = object;
+    made->nextBound_ = std::exchange(first, made.get());
+    made->bound_ = true;
+    isNew = true;
+    return made;
+}
+
+OrdoObject BindingRegistry::announce(void const* object, InternedName className, bool& isNew) {
+    return announce(const_cast<void*>(object), className, isNew);
+}
+
+bool BindingRegistry::announceForConstructor(void* object, InternedName className, OrdoInterface& scriptObject,
+                                             bool stored, NativeCopier copier) {
+    if (stored) {
+        if (find(object, className) != nullptr) {
+            return false;
+        }
+        scriptObject.nextBound_ = std::exchange(bindings()[object], &scriptObject);
+        scriptObject.bound_ = true;
+    }
+    scriptObject.native_ = object;
+    scriptObject.copier_ = copier;
+    return true;
+}
+
+OrdoObject BindingRegistry::announceWithoutStoring(void* object, InternedName className, NativeCopier copier) {
+    return OrdoInterface::make(classNamed(className), object, copier);
+}
+
+bool BindingRegistry::remove(void const* object, InternedName className) noexcept {
+    auto const entry = bindings().find(object);
+    if (entry == bindings().end()) {
+        return false;
+    }
+    OrdoInterface** link = &entry->second;
+    while (*link != nullptr && (*link)->class_->name() != className) {
+        link = &(*link)->nextBound_;
+    }
+    if (*link == nullptr) {
+        return false;
+    }
+    (*link)->bound_ = false;
+    *link = std::exchange((*link)->nextBound_, nullptr);
+    if (entry->second == nullptr) {
+        bindings().erase(entry);
+    }
+    return true;
+}
+
+bool BindingRegistry::remove(void const* object) noexcept {
+    auto const entry = bindings().find(object);
+    return entry != bindings().end() && remove(object, entry->second->class_->name());
+}
+
+OrdoInterface* BindingRegistry::find(void const* object, InternedName className) noexcept {
+    auto const entry = bindings().find(object);
+    OrdoInterface* bound = entry != bindings().end() ? entry->second : nullptr;
+    while (bound != nullptr && bound->class_->name() != className) {
+        bound = bound->nextBound_;
+    }
+    return bound;
+}
+
+std::size_t BindingRegistry::size() noexcept {
+    std::size_t count = 0;
+    for (auto const& [object, first] : bindings()) {
+        for (OrdoInterface const* bound = first; bound != nullptr; bound = bound->nextBound_) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+}  // namespace ordo::factory::basic
