@@ -43,7 +43,7 @@ void encode(char32_t character, std::string& result) {
         return;
     }
     unsigned const following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    unsigned const lead = (0xF00U >> following & 0xFFU) | (character >> 6U * following);
+    unsigned const lead = (0xFF00U >> (following + 1) & 0xFFU) | (character >> 6U * following);
     result += static_cast<char>(lead);
     for (unsigned i = following; i-- > 0;) {
         result += static_cast<char>(0x80U | (character >> 6U * i & 0x3FU));

@@ -1,0 +1,27 @@
+"""Writes what Python's type checkers are told: one .pyi for each module of a plan, in packages that say they are typed."""
+
+from __future__ import annotations
+
+from pathlib import Path
+
+from compiler.emit import environment, write_if_changed
+from compiler.plan_typing import TypedModule
+
+
+def write_typing(modules: tuple[TypedModule, ...], out: Path) -> None:
+    """Makes the modules' files below `out`, a folder from which Python imports; leaves all other files alone."""
+    template = environment().get_template("typing/module.pyi.j2")
+    for path, module in typing_files(modules).items():
+        write_if_changed(out / path, template.render(m=module) if module else "")
+
+
+def typing_files(modules: tuple[TypedModule, ...]) -> dict[str, TypedModule | None]:
+    """The files by path: a module's own, empty ones for the packages around them, and the marks that they are typed."""
+    found: dict[str, TypedModule | None] = {}
+    for module in modules:
+        folders = module.name.split(".")
+        for depth in range(1, len(folders)):
+            found.setdefault(f"{'/'.join(folders[:depth])}/__init__.pyi", None)
+        found[f"{folders[0]}/py.typed"] = None
+        found[f"{'/'.join(folders)}/__init__.pyi"] = module
+    return found
