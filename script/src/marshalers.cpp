@@ -12,10 +12,9 @@ using quay::zero::mi::EmptyParentPackage;
 
 std::array<quay::zero::meta::Type, 10> marshaledTypes() {
     auto const& package = *MetaPackageVw_modelref_info::getInstance();
-    return {package.DataClass,     package.DenormalBehavior,   package.MessagePortType,
-            package.ModelWideEventType, package.QueuePriorityOrder, package.QueueType,
-            package.SolverMode,    package.vwSolverType,       package.RateInfo,
-            package.ServicePortKey};
+    return {package.DataClass,          package.DenormalBehavior, package.MessagePortType, package.ModelWideEventType,
+            package.QueuePriorityOrder, package.QueueType,        package.SolverMode,      package.vwSolverType,
+            package.RateInfo,           package.ServicePortKey};
 }
 
 void installMarshalers() {

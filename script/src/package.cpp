@@ -45,8 +45,7 @@ void ModelRefInfoRepoPackage::registerPackage() {
     quay::zero::mi::registerRuntimeClasses();
     registerForeignClasses();
     for (char const* name : kNeeded) ordo::OrdoClass::getClass(ordo::internName(name));
-    quay::zero::mi::EmptyParentPackage::registerPackage(
-        std::make_unique<quay::zero::mi::SchemaPackage>(kName, root));
+    quay::zero::mi::EmptyParentPackage::registerPackage(std::make_unique<quay::zero::mi::SchemaPackage>(kName, root));
 }
 
 }  // namespace mi

@@ -5,8 +5,8 @@
 
 namespace mi {
 
-/// Registers "Varlow.ModelReference.internal.compileInfo". The descriptions are made by one rule from the meta-model and
-/// live in libordo, none of their code here, so that they outlive this library.
+/// Registers "Varlow.ModelReference.internal.compileInfo". The descriptions are made by one rule from the meta-model
+/// and live in libordo, none of their code here, so that they outlive this library.
 class ModelRefInfoRepoPackage {
 public:
     static constexpr std::string_view kName = "Varlow.ModelReference.internal.compileInfo";

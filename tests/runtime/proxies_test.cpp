@@ -1,5 +1,5 @@
 // Proxies: elements that aren't loaded, alone and in collections.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

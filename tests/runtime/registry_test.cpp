@@ -1,5 +1,5 @@
 // The registry of types and packages.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

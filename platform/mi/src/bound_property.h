@@ -16,7 +16,8 @@ public:
     explicit BoundProperty(meta::Property const& property);
 
     meta::Property const& get() const {
-        if (!property_) [[unlikely]] rebind();
+        if (!property_) [[unlikely]]
+            rebind();
         return property_;
     }
     PropertyRow const& row() const { return *get()->row(); }
@@ -42,7 +43,8 @@ public:
     explicit BoundClass(std::string scriptName) : scriptName_(std::move(scriptName)) {}
 
     meta::Class const& get() const {
-        if (!class_) [[unlikely]] rebind();
+        if (!class_) [[unlikely]]
+            rebind();
         return class_;
     }
     std::string const& scriptName() const noexcept { return scriptName_; }

@@ -33,8 +33,8 @@ void giveChildren(ModelElement::Builder& builder, meta::Property const& property
     auto const child = meta::Class::cast(property->getType());
     bool const isList = zxIsCell(array) && count == 0;
     if ((!isList && !zxIsStruct(array)) || (isSingle && count != 1) || child->isAbstract()) {
-        reportException(quay0::messages::InvalidValue().about(builder.getMetaClass()->getName() + u"." +
-                                                              property->getName()));
+        reportException(
+            quay0::messages::InvalidValue().about(builder.getMetaClass()->getName() + u"." + property->getName()));
     }
     for (std::size_t i = 0; i < count; ++i) {
         auto made = build(array, i, builder.getModel(), child, depth + 1);

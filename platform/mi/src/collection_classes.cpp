@@ -71,10 +71,10 @@ void addMethod(ordo::OrdoClass& ordoClass, std::string const& fullName, std::str
     auto const stub = [](MethodImpl::Function function, MethodCall& call) {
         reinterpret_cast<void (*)(MethodCall&)>(function)(call);
     };
-    ordoClass.addMethod(std::make_unique<MethodImpl>(
-        name, ordo::factory::MethodAttributes{},
-        OrdoMethodSignature::createMethodSignature(parameters, result, std::move(inputs)), stub,
-        reinterpret_cast<MethodImpl::Function>(run), description));
+    ordoClass.addMethod(
+        std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{},
+                                     OrdoMethodSignature::createMethodSignature(parameters, result, std::move(inputs)),
+                                     stub, reinterpret_cast<MethodImpl::Function>(run), description));
 }
 
 void addCollectionClasses(ordo::OrdoPackage& package) {
@@ -94,7 +94,8 @@ void addCollectionClasses(ordo::OrdoPackage& package) {
         {names::kPrimitiveAssociative, valueSetProtocol, &defineValueCollection, "Plain values by key."},
     };
     for (auto const& c : classes) {
-        package.addClass(std::make_unique<CollectionClassInfo>(c.name, c.protocol, c.define, c.description).release(), 2);
+        package.addClass(std::make_unique<CollectionClassInfo>(c.name, c.protocol, c.define, c.description).release(),
+                         2);
     }
 }
 

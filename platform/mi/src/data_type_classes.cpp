@@ -32,8 +32,8 @@ namespace {
 constexpr unsigned kFieldAttributes = 64;
 
 meta::DatatypeSerializer const& serializerOf(meta::Type const& type) {
-    auto const* const found = meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(
-        meta::DataType::cast(type));
+    auto const* const found =
+        meta::PropertySerializerRegistry::getInstance()->getDatatypeSerializer(meta::DataType::cast(type));
     if (found == nullptr) reportException(quay0::messages::NoSuchType(type->getQualifiedName()));
     return *found;
 }
@@ -69,7 +69,8 @@ public:
 
     void set(void* self, OrdoValue const& value) const override {
         Value& object = *static_cast<Value*>(self);
-        object = serializerOf(object.getType()).setPropertyValue(object, property_.get(), marshaler().fromScript(value));
+        object =
+            serializerOf(object.getType()).setPropertyValue(object, property_.get(), marshaler().fromScript(value));
     }
 };
 
@@ -119,7 +120,8 @@ void DataTypeWrapper::defineClass(ordo::OrdoClass& ordoClass) {
     for (meta::Property const& property : *type->getOwnedProperties()) {
         BoundProperty const bound(property);
         std::string const name = ordo::factory::bytesOf(property->getName());
-        ordoClass.addProperty(std::make_unique<PropertyImpl>(name, kFieldAttributes, std::make_unique<FieldGetter>(bound),
+        ordoClass.addProperty(std::make_unique<PropertyImpl>(name, kFieldAttributes,
+                                                             std::make_unique<FieldGetter>(bound),
                                                              std::make_unique<FieldSetter>(bound), docOf(full, name)));
     }
     auto const add = [&](char const* name, MethodImpl::CallStub stub, char const* description) {

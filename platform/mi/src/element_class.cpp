@@ -26,13 +26,16 @@ public:
     std::string_view getDescription() const noexcept override { return "What every element has."; }
     void defineClass(ordo::OrdoClass& c) override {
         QUAY0WrapperInfo::defineClass(c);
-        addReadOnly(c, "container", names::kElement,
-                    [](ModelElement::Impl& e) { return toScript(e.container()); }, "The element that owns this one.");
-        addReadOnly(c, "uuid", "uuid",
-                    [](ModelElement::Impl& e) { return OrdoValue::bytes(boost::uuids::to_string(e.uuid())); },
-                    "The element's id.");
-        addReadOnly(c, "model", names::kModel, [](ModelElement::Impl& e) { return toScript(e.getModel()); },
-                    "The model that the element is in.");
+        addReadOnly(
+            c, "container", names::kElement, [](ModelElement::Impl& e) { return toScript(e.container()); },
+            "The element that owns this one.");
+        addReadOnly(
+            c, "uuid", "uuid",
+            [](ModelElement::Impl& e) { return OrdoValue::bytes(boost::uuids::to_string(e.uuid())); },
+            "The element's id.");
+        addReadOnly(
+            c, "model", names::kModel, [](ModelElement::Impl& e) { return toScript(e.getModel()); },
+            "The model that the element is in.");
     }
 };
 

@@ -34,18 +34,16 @@ void destroy(MethodImpl::Function /*function*/, MethodCall& call) {
     element->destroy();
 }
 
-bool isElementAlive(void const* native) noexcept {
-    return static_cast<ModelElement::Impl const*>(native)->isAlive();
-}
+bool isElementAlive(void const* native) noexcept { return static_cast<ModelElement::Impl const*>(native)->isAlive(); }
 
 /// A text that names the element: that of a property "name", or else of the first whose name ends so.
 std::string nameIn(ModelElement::Impl const& element) {
     meta::Property best;
     for (meta::Property const& property : element.getMetaClass()->getProperties()) {
         std::u16string const& name = property->getName();
-        bool const isText = property->getFlags() == ValueFlags::One &&
-                            (property->getType() == meta::StandardTypes::stringMeta ||
-                             property->getType() == meta::StandardTypes::stdstringMeta);
+        bool const isText =
+            property->getFlags() == ValueFlags::One && (property->getType() == meta::StandardTypes::stringMeta ||
+                                                        property->getType() == meta::StandardTypes::stdstringMeta);
         if (!isText) continue;
         if (name == u"name" || (!best && (name.ends_with(u"Name") || name.ends_with(u"name")))) best = property;
         if (name == u"name") break;

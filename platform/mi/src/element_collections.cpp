@@ -39,7 +39,9 @@ std::vector<OrdoValue> scriptsOf(std::vector<ModelElement> const& elements) {
 class SetProtocol : public ordo::OrdoCollection {
 public:
     CollectionKind kind() const noexcept override { return CollectionKind::Set; }
-    std::size_t size(void* native) const override { return interfaceOf<GenericCollectionInterface>(native).genericSize(); }
+    std::size_t size(void* native) const override {
+        return interfaceOf<GenericCollectionInterface>(native).genericSize();
+    }
     std::vector<OrdoValue> members(void* native) const override {
         return scriptsOf(collectionAt(native).getAllValues());
     }
@@ -76,7 +78,9 @@ public:
         }
         return result;
     }
-    std::vector<OrdoValue> find(void* native, OrdoValue const& key) const override { return scriptsOf(found(native, key)); }
+    std::vector<OrdoValue> find(void* native, OrdoValue const& key) const override {
+        return scriptsOf(found(native, key));
+    }
 
 private:
     static ValueMarshaler& marshalerOf(I const& keyed) {
@@ -135,7 +139,8 @@ void removeAt(MethodCall& call) {
 }
 void indexOf(MethodCall& call) {
     auto const position = sequenceOf(call).genericIndexOf(elementOf(call));
-    call.setResult(OrdoValue::int64(position == GenericCollectionInterface::NONE ? -1 : static_cast<std::int64_t>(position)));
+    call.setResult(
+        OrdoValue::int64(position == GenericCollectionInterface::NONE ? -1 : static_cast<std::int64_t>(position)));
 }
 
 }  // namespace
@@ -146,7 +151,8 @@ ordo::OrdoCollection const& elementMapProtocol = mapProtocol;
 ordo::OrdoCollection const& elementMultimapProtocol = multimapProtocol;
 
 void defineElementCollection(ordo::OrdoClass& c, std::string const& name) {
-    addMethod(c, name, "add", "self element", {names::kElement}, "void", &add, "Takes an element in, from wherever it is.");
+    addMethod(c, name, "add", "self element", {names::kElement}, "void", &add,
+              "Takes an element in, from wherever it is.");
     addMethod(c, name, "remove", "self element", {names::kElement}, "void", &remove,
               "Takes an element out; it lives on without a container.");
     addMethod(c, name, "clear", "self", {}, "void", &clear, "Takes all elements out.");

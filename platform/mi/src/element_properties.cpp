@@ -43,7 +43,8 @@ public:
             field_ = dynamic_cast<ValueRow<V> const*>(&row);
             known_ = &row;
         }
-        if (field_ != nullptr) [[likely]] return ValueType<V>::toScript(field_->read(element));
+        if (field_ != nullptr) [[likely]]
+            return ValueType<V>::toScript(field_->read(element));
         V const value = property_.read(element).template getValue<V>();
         OrdoValue borrowed = ValueType<V>::toScript(value);
         return OrdoValue(std::as_const(borrowed));  // a copy has its text to itself
@@ -61,7 +62,8 @@ public:
     explicit FieldSetter(BoundProperty property) : property_(std::move(property)) {}
 
     void set(void* self, OrdoValue const& value) const override {
-        property_.write(elementAt(self), Value::createPrimitiveValue<V>(property_.get(), ValueType<V>::fromScript(value)));
+        property_.write(elementAt(self),
+                        Value::createPrimitiveValue<V>(property_.get(), ValueType<V>::fromScript(value)));
     }
 
 private:

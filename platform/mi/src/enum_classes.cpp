@@ -91,13 +91,13 @@ void QUAY0EnumInfo::defineClass(ordo::OrdoClass& ordoClass) {
     }
 
     auto const add = [&](char const* name, char const* result, MethodImpl::CallStub stub, char const* description) {
-        ordoClass.addMethod(
-            std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{kMethodAttributes},
-                                         OrdoMethodSignature::createMethodSignature("", result, {full}), stub, nullptr,
-                                         description));
+        ordoClass.addMethod(std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{kMethodAttributes},
+                                                         OrdoMethodSignature::createMethodSignature("", result, {full}),
+                                                         stub, nullptr, description));
     };
     add("getValue", "int32 scalar", &getValue, "The value as a number.");
-    add("getLiteral", "OrdoFactoryString scalar", &getLiteral, "The literal's name; empty if no literal has the value.");
+    add("getLiteral", "OrdoFactoryString scalar", &getLiteral,
+        "The literal's name; empty if no literal has the value.");
     add("getPublicIdentifier", "OrdoFactoryString scalar", &getLiteral, "The name by which others know the literal.");
 }
 
@@ -119,8 +119,7 @@ std::string_view Ctor::getDescription() const noexcept { return docOf(class_->na
 
 zx::Array FromAnyAsStringTypeConverter::convert(zxArray const* value) {
     if (zxIsClass(value, class_->name().text())) return zx::copy(value);
-    zxArray const* const content =
-        zxIsCell(value) && zxGetNumberOfElements(value) == 1 ? zxGetCell(value, 0) : value;
+    zxArray const* const content = zxIsCell(value) && zxGetNumberOfElements(value) == 1 ? zxGetCell(value, 0) : value;
     if (!zxIsText(content)) {
         OrdoValue const given = OrdoValue::borrowedArray(content);
         ordo::raiseWith(ordo::failures::WrongType, {given.describe(), std::string(class_->name().text())});

@@ -30,81 +30,98 @@ OrdoValue listOf(Elements const& elements) {
 using Define = void (*)(ordo::OrdoClass&);
 
 void defineElement(ordo::OrdoClass& c) {
-    addReadOnly(c, "name", "OrdoFactoryString scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::borrowedText(as<meta::MetaElement>(e).getName()); },
-                "The name within what it belongs to.");
+    addReadOnly(
+        c, "name", "OrdoFactoryString scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::borrowedText(as<meta::MetaElement>(e).getName()); },
+        "The name within what it belongs to.");
 }
 
 void definePackage(ordo::OrdoClass& c) {
-    addReadOnly(c, "uri", "OrdoFactoryString scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::borrowedText(as<meta::Package>(e).getUri()); },
-                "The URI by which the package is known.");
-    addReadOnly(c, "types", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Package>(e).getOwnedTypes()); },
-                "The types that the package has.");
-    addReadOnly(c, "packages", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Package>(e).getPackages()); },
-                "The packages below this one.");
+    addReadOnly(
+        c, "uri", "OrdoFactoryString scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::borrowedText(as<meta::Package>(e).getUri()); },
+        "The URI by which the package is known.");
+    addReadOnly(
+        c, "types", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Package>(e).getOwnedTypes()); },
+        "The types that the package has.");
+    addReadOnly(
+        c, "packages", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Package>(e).getPackages()); },
+        "The packages below this one.");
 }
 
 void defineType(ordo::OrdoClass& c) {
-    addReadOnly(c, "qualifiedName", "OrdoFactoryString scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::text(as<meta::Type>(e).getQualifiedName()); },
-                "Package and name, with a dot between them.");
-    addReadOnly(c, "scriptName", "char",
-                [](ModelElement::Impl& e) {
-                    return OrdoValue::bytes(scriptNameOfType(meta::Type::of(&as<meta::Type>(e))));
-                },
-                "The name by which scripts know the type; empty if they don't.");
-    addReadOnly(c, "properties", "cell", [](ModelElement::Impl& e) { return listOf(as<meta::Type>(e).getProperties()); },
-                "Own and inherited properties, inherited ones first.");
+    addReadOnly(
+        c, "qualifiedName", "OrdoFactoryString scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::text(as<meta::Type>(e).getQualifiedName()); },
+        "Package and name, with a dot between them.");
+    addReadOnly(
+        c, "scriptName", "char",
+        [](ModelElement::Impl& e) { return OrdoValue::bytes(scriptNameOfType(meta::Type::of(&as<meta::Type>(e)))); },
+        "The name by which scripts know the type; empty if they don't.");
+    addReadOnly(
+        c, "properties", "cell", [](ModelElement::Impl& e) { return listOf(as<meta::Type>(e).getProperties()); },
+        "Own and inherited properties, inherited ones first.");
 }
 
 void defineClassOfClasses(ordo::OrdoClass& c) {
-    addReadOnly(c, "isAbstract", "logical scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Class>(e).isAbstract()); },
-                "Whether there are elements of derived classes alone.");
-    addReadOnly(c, "superclass", "quay.zero.meta.Class",
-                [](ModelElement::Impl& e) { return toScript(as<meta::Class>(e).getSuperclass()); },
-                "The class from which this one derives.");
+    addReadOnly(
+        c, "isAbstract", "logical scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Class>(e).isAbstract()); },
+        "Whether there are elements of derived classes alone.");
+    addReadOnly(
+        c, "superclass", "quay.zero.meta.Class",
+        [](ModelElement::Impl& e) { return toScript(as<meta::Class>(e).getSuperclass()); },
+        "The class from which this one derives.");
 }
 
 void defineEnum(ordo::OrdoClass& c) {
-    addReadOnly(c, "literals", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Enum>(e).getLiterals()); },
-                "The literals, by name.");
+    addReadOnly(
+        c, "literals", "cell", [](ModelElement::Impl& e) { return listOf(*as<meta::Enum>(e).getLiterals()); },
+        "The literals, by name.");
 }
 
 void defineLiteral(ordo::OrdoClass& c) {
-    addReadOnly(c, "value", "int32 scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::EnumLiteral>(e).getValue()); },
-                "The literal's number.");
+    addReadOnly(
+        c, "value", "int32 scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::EnumLiteral>(e).getValue()); },
+        "The literal's number.");
 }
 
 void defineTyped(ordo::OrdoClass& c) {
-    addReadOnly(c, "type", "quay.zero.meta.Type",
-                [](ModelElement::Impl& e) { return toScript(as<meta::TypedElement>(e).getType()); }, "The type of its values.");
-    addReadOnly(c, "lower", "int32 scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::TypedElement>(e).getLower()); },
-                "The least number of values.");
-    addReadOnly(c, "upper", "int32 scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::TypedElement>(e).getUpper()); },
-                "The greatest number of values; -1 for no limit.");
-    addReadOnly(c, "isOrdered", "logical scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::TypedElement>(e).isOrdered()); },
-                "Whether the values have an order of their own.");
+    addReadOnly(
+        c, "type", "quay.zero.meta.Type",
+        [](ModelElement::Impl& e) { return toScript(as<meta::TypedElement>(e).getType()); }, "The type of its values.");
+    addReadOnly(
+        c, "lower", "int32 scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::TypedElement>(e).getLower()); },
+        "The least number of values.");
+    addReadOnly(
+        c, "upper", "int32 scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::TypedElement>(e).getUpper()); },
+        "The greatest number of values; -1 for no limit.");
+    addReadOnly(
+        c, "isOrdered", "logical scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::TypedElement>(e).isOrdered()); },
+        "Whether the values have an order of their own.");
 }
 
 void defineProperty(ordo::OrdoClass& c) {
-    addReadOnly(c, "isComposite", "logical scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Property>(e).isComposite()); },
-                "Whether the property owns its values.");
-    addReadOnly(c, "isDerived", "logical scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Property>(e).isDerived()); },
-                "Whether the value is computed from another property's.");
-    addReadOnly(c, "index", "int32 scalar",
-                [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::Property>(e).getIndex()); },
-                "The property's number along its class chain; 0 for none.");
-    addReadOnly(c, "qualifiedBy", "quay.zero.meta.Property",
-                [](ModelElement::Impl& e) { return toScript(as<meta::Property>(e).getQualifiedBy()); },
-                "The property of the children by which a map is keyed.");
+    addReadOnly(
+        c, "isComposite", "logical scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Property>(e).isComposite()); },
+        "Whether the property owns its values.");
+    addReadOnly(
+        c, "isDerived", "logical scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::logical(as<meta::Property>(e).isDerived()); },
+        "Whether the value is computed from another property's.");
+    addReadOnly(
+        c, "index", "int32 scalar",
+        [](ModelElement::Impl& e) { return OrdoValue::int32(as<meta::Property>(e).getIndex()); },
+        "The property's number along its class chain; 0 for none.");
+    addReadOnly(
+        c, "qualifiedBy", "quay.zero.meta.Property",
+        [](ModelElement::Impl& e) { return toScript(as<meta::Property>(e).getQualifiedBy()); },
+        "The property of the children by which a map is keyed.");
 }
 
 class MetaClassInfo final : public QUAY0WrapperInfo {

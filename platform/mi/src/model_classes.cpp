@@ -61,7 +61,8 @@ public:
     }
     void defineClass(ordo::OrdoClass& c) override {
         std::string const name(getFullName());
-        addMethod(c, name, "commit", "self", {}, "void", &commit, "Ends the transaction and keeps what was done in it.");
+        addMethod(c, name, "commit", "self", {}, "void", &commit,
+                  "Ends the transaction and keeps what was done in it.");
         addMethod(c, name, "rollback", "self", {}, "void", &rollback,
                   "Ends the transaction and takes back what was done in it.");
     }
@@ -126,12 +127,20 @@ public:
             void (*run)(MethodCall&);
             char const* description;
         } const methods[] = {
-            {"transaction", "self", {}, names::kTransaction, &transaction,
+            {"transaction",
+             "self",
+             {},
+             names::kTransaction,
+             &transaction,
              "Opens a transaction, or a savepoint in the open one, for a block of statements."},
             {"find", "self uuid", {"char"}, names::kElement, &find, "The element of an id, or nothing."},
             {"elements", "self", {}, "cell", &elements, "All elements, in order of creation."},
             {"roots", "self", {}, "cell", &roots, "The elements without a container, in order of creation."},
-            {"enableHistory", "self limit", {"double scalar"}, "void", &enableHistory,
+            {"enableHistory",
+             "self limit",
+             {"double scalar"},
+             "void",
+             &enableHistory,
              "Keeps the last transactions for undo, so many at most; 0 keeps none."},
             {"undo", "self", {}, "logical scalar", &undo, "Takes the last kept transaction back, if there is one."},
             {"redo", "self", {}, "logical scalar", &redo, "Does the transaction again that was taken back last."},

@@ -111,7 +111,8 @@ Value PolicyBasedEnumValueMarshaler::unmarshal(zxArray const* array) const {
     if (count == 0) return {getType(), ValueFlags::One};
     std::int32_t number = 0;
     if (zxIsClass(array, className().text())) {
-        if (zxArray const* const underlying = zxGetUnderlyingArray(array)) number = zx::valueAt<std::int32_t>(underlying);
+        if (zxArray const* const underlying = zxGetUnderlyingArray(array))
+            number = zx::valueAt<std::int32_t>(underlying);
     }
     return valueOf(number);
 }

@@ -46,7 +46,8 @@ PrimitiveProperty::~PrimitiveProperty() = default;
 std::string PrimitiveProperty::getTypeWord() const {
     meta::Property const& property = property_->get();
     meta::Type const type = property->getType();
-    if (isMultiValued(property) && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta)) {
+    if (isMultiValued(property) &&
+        (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta)) {
         return "OrdoFactoryString vector";
     }
     return marshalerOf(property).getTypeName();

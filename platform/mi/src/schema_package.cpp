@@ -28,7 +28,9 @@ std::vector<meta::Type> typesOf(meta::Package const& root) {
 }
 
 std::string_view packageOf(std::string_view scriptName) { return scriptName.substr(0, scriptName.rfind('.')); }
-std::string shortNameOf(std::string_view scriptName) { return std::string(scriptName.substr(scriptName.rfind('.') + 1)); }
+std::string shortNameOf(std::string_view scriptName) {
+    return std::string(scriptName.substr(scriptName.rfind('.') + 1));
+}
 
 template <class Info>
 void addClass(ordo::OrdoPackage& package, std::string const& scriptName) {

@@ -86,9 +86,7 @@ void insertAt(MethodCall& call) {
     Value const value = valueOf(call);
     sequenceOf(call).genericInsert(value, positionIn(call.argument(2), selfOf(call).size() + 1));
 }
-void removeAt(MethodCall& call) {
-    sequenceOf(call).genericRemoveAt(positionIn(call.argument(1), selfOf(call).size()));
-}
+void removeAt(MethodCall& call) { sequenceOf(call).genericRemoveAt(positionIn(call.argument(1), selfOf(call).size())); }
 void indexOf(MethodCall& call) {
     auto const position = sequenceOf(call).genericIndexOf(valueOf(call));
     bool const isNowhere = position == GenericPrimitiveSequenceInterface::NONE;
