@@ -1,11 +1,9 @@
 # What Python's type checkers read beside the modules, which come into being at run time: the schema's classes from the
 # schema compiler, and the runtime's as they stand in platform/mi/typing.
 
-set(QUAY_PYTHON_INSTALL_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/python3/dist-packages
-    CACHE STRING "Where Python modules are installed, below the prefix")
-
 # add_python_typing(<folder>)
-# Writes the modules of the package that <folder>/package.yaml describes, and of those below it.
+# Writes the modules of the package that <folder>/package.yaml describes, and of those below it. To be called behind
+# python/, which says where Python packages are installed.
 function(add_python_typing folder)
   set(package ${PROJECT_SOURCE_DIR}/${folder}/package.yaml)
   set(written ${PROJECT_SOURCE_DIR}/platform/mi/typing)
@@ -22,5 +20,7 @@ function(add_python_typing folder)
                      COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
                      DEPENDS ${inputs} COMMENT "Writing what Python's type checkers read" VERBATIM)
   add_custom_target(python_typing ALL DEPENDS ${stamp})
-  install(DIRECTORY ${output}/ DESTINATION ${QUAY_PYTHON_INSTALL_DIRECTORY})
+  if(QUAY_PYTHON_INSTALL_DIR)
+    install(DIRECTORY ${output}/ DESTINATION ${QUAY_PYTHON_INSTALL_DIR})
+  endif()
 endfunction()

@@ -246,9 +246,6 @@ OrdoValue valueOf(PyObject* object, int depth) {
     if (PyLong_CheckExact(object)) {
         return integerValue(object);
     }
-    if (PyFloat_Check(object)) {
-        return OrdoValue::real(PyFloat_AS_DOUBLE(object));
-    }
     if (PyBool_Check(object)) {
         return OrdoValue::logical(object == Py_True);
     }
@@ -257,6 +254,9 @@ OrdoValue valueOf(PyObject* object, int depth) {
     }
     if (object == Py_None) {
         return {};
+    }
+    if (PyFloat_Check(object)) {
+        return OrdoValue::real(PyFloat_AS_DOUBLE(object));
     }
     if (isInstance(object)) {
         return OrdoValue::fromObject(ordo::OrdoObject(instance(object).object));

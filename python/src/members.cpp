@@ -40,6 +40,20 @@ void checkNative(PropertyMember const& property, Instance const& self) {
     }
 }
 
+/// The uuid.UUID of a text.
+Ref uuidFromText(Ref const& text) {
+    static PyObject* const uuidClass = [] {
+        Ref const module(PyImport_ImportModule("uuid"));
+        return PyObject_GetAttrString(module.get(), "UUID");
+    }();
+    return Ref(PyObject_CallOneArg(uuidClass, text.get()));
+}
+
+/// A value as what its type word says: an empty list is a list.
+Ref shown(OrdoValue const& value, bool isList) {
+    return isList && value.isEmpty() ? Ref(PyList_New(0)) : toPython(value);
+}
+
 OrdoValue valueFor(PropertyMember const& property, PyObject* value) {
     OrdoValue converted = fromPython(value);
     // An int without a 64-bit form comes as a double, which is near enough for a number and for nothing else.
@@ -105,7 +119,10 @@ PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t fla
         }
         ordo::MethodCall call(arguments.span());
         method.info->call(call);
-        return (call.resultCount() > 0 ? toPython(call.result()) : none()).release();
+        if (call.resultCount() == 0) {
+            return none().release();
+        }
+        return shown(call.result(), method.info->signature().result == "cell").release();
     });
 }
 
@@ -244,7 +261,10 @@ Ref makeProperty(ordo::OrdoPropInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     made->ordoClass = &ordoClass;
     made->type = type;
     made->isValid = ordoClass.validityCheck();
-    made->isNumber = isNumberWord(info.getTypeWord());
+    std::string const word = info.getTypeWord();
+    made->isNumber = isNumberWord(word);
+    made->isUuid = word == "uuid";
+    made->isList = word == "cell";
     return result;
 }
 
@@ -262,7 +282,8 @@ PyObject* readProperty(PropertyMember const& property, PyObject* self) noexcept 
     return guarded([&] {
         Instance const& object = instance(self);
         checkNative(property, object);
-        return toPython(property.info->get(object.native)).release();
+        Ref value = shown(property.info->get(object.native), property.isList);
+        return (property.isUuid ? uuidFromText(value) : std::move(value)).release();
     });
 }
 

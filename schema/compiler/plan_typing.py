@@ -87,6 +87,8 @@ class TypedModule:
 
     name: str
     source: str
+    # Whether all of it belongs to packages that the compiled one brings up.
+    foreign: bool
     imports: tuple[str, ...]
     classes: tuple[TypedClass, ...]
     enumerations: tuple[TypedEnumeration, ...]
@@ -99,7 +101,7 @@ def plan_typing(scope: Scope) -> tuple[TypedModule, ...]:
     for one in scope.all():
         for own in one.own.values():
             found.setdefault(script_module(own), []).append((one, own))
-    return tuple(_plan_module(module, found[module]) for module in sorted(found))
+    return tuple(_plan_module(module, found[module], scope) for module in sorted(found))
 
 
 def script_name(found: OwnType) -> str:
@@ -111,7 +113,7 @@ def script_module(found: OwnType) -> str:
     return script_name(found).rpartition(".")[0]
 
 
-def _plan_module(module: str, types: list[tuple[Scope, OwnType]]) -> TypedModule:
+def _plan_module(module: str, types: list[tuple[Scope, OwnType]], compiled: Scope) -> TypedModule:
     attributes = frozenset(p.name for _, o in types if not isinstance(o, EnumerationType) for p in o.properties)
     user = _User(module, attributes)
     scopes = list(dict.fromkeys(scope for scope, _ in types))
@@ -120,6 +122,7 @@ def _plan_module(module: str, types: list[tuple[Scope, OwnType]]) -> TypedModule
     return TypedModule(
         name=module,
         source=", ".join(dict.fromkeys(f"{scope.package.schema.name}'s schema" for scope in scopes)),
+        foreign=compiled not in scopes,
         classes=tuple(_plan_class(cls, user) for cls in ordered),
         enumerations=tuple(
             TypedEnumeration(e.entry.name, e.entry.doc or "", e.entry.literals)

@@ -122,7 +122,8 @@ void ElementWrapper::defineClass(ordo::OrdoClass& ordoClass) {
     for (bool const collections : {true, false}) {
         for (meta::Property const& p : properties) {
             if (!p->row()->ownsElements() || isCollection(p) != collections) continue;
-            ordoClass.addMethod(std::make_unique<CreateInto>(p, full, docs(p)));
+            std::string const doc = "Makes a new one in place. " + std::string(docs(p));
+            ordoClass.addMethod(std::make_unique<CreateInto>(p, full, ordo::internName(doc).text()));
         }
     }
     ordoClass.addMethod(std::make_unique<StaticMetaClass>(full));

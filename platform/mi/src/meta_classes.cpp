@@ -135,6 +135,10 @@ public:
     /// Scripts find meta objects and make none.
     bool isAbstract() const noexcept override { return true; }
     std::string_view getDescription() const noexcept override { return description_; }
+    std::string describeInstance(void const* native) const override {
+        auto const& element = *static_cast<meta::MetaElement::Impl const*>(static_cast<ModelElement::Impl const*>(native));
+        return "'" + ordo::factory::bytesOf(element.getName()) + "'";
+    }
     void defineClass(ordo::OrdoClass& c) override {
         c.addSuperclass(base_, 1, 0, 1);
         if (define_ != nullptr) define_(c);

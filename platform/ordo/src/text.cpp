@@ -4,6 +4,7 @@
 
 #include <zx/text.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -56,8 +57,11 @@ bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 }  // namespace
 
 std::u16string unitsOf(std::string_view bytes) {
-    std::u16string result;
-    result.reserve(bytes.size());
+    // Most texts are ASCII for most of their length.
+    auto const end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+    std::u16string result(bytes.begin(), end);
+    bytes.remove_prefix(result.size());
+    result.reserve(result.size() + bytes.size());
     while (!bytes.empty()) {
         char32_t character = 0;
         std::size_t const length = decode(bytes, character);

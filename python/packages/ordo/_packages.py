@@ -16,6 +16,8 @@ class Package(types.ModuleType):
 
     def __getattr__(self, name: str) -> object:
         full = f"{self.__name__}.{name}"
+        if name == "__all__":
+            return _core.list_package(self.__name__)
         if name.startswith("__"):
             raise AttributeError(f"module '{self.__name__}' has no attribute '{name}'")
         found: object = importlib.import_module(full) if _core.has_package(full) else _core.find_class(full)
