@@ -75,6 +75,12 @@ PyObject* makeInstance(PyTypeObject* type, PyObject* arguments, PyObject* keywor
     });
 }
 
+/// Scripts can't derive from script classes: an object of theirs could then have attributes that no schema knows.
+PyObject* refuseClass(PyTypeObject*, PyObject*, PyObject*) noexcept {
+    PyErr_SetString(PyExc_TypeError, "script classes can't be made or derived from in Python");
+    return nullptr;
+}
+
 PyMethodDef instanceMethods[] = {
     {"__copy__", copyInstance, METH_NOARGS, "A value's copy; an object that has identity is itself."},
     {"__deepcopy__", copyInstance, METH_O, "The same, since there is nothing below."},
@@ -116,8 +122,7 @@ void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     }
 }
 
-/// Makes a type from its specification, below `base`. Scripts can't derive from script classes: an object of theirs
-/// could then have attributes that no schema knows.
+/// Makes a type from its specification, below `base`, which needn't be open to scripts.
 PyTypeObject* makeType(PyType_Spec& spec, PyTypeObject* base) {
     bool const isOpen = PyType_HasFeature(base, Py_TPFLAGS_BASETYPE);
     base->tp_flags |= Py_TPFLAGS_BASETYPE;
@@ -195,6 +200,7 @@ void finish(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
 void setUpClasses(PyObject* module) {
     classes = std::make_unique<std::unordered_map<PyTypeObject*, ordo::OrdoClass*>>().release();
     PyType_Slot metaSlots[] = {
+        slot(Py_tp_new, refuseClass),
         slot(Py_tp_getattro, getClassAttribute),
         {Py_tp_doc, const_cast<char*>("The class of script classes.")},
         {0, nullptr},

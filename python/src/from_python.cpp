@@ -165,7 +165,7 @@ zx::Array realRow(PyObject* tuple) {
         Ref const number(PyNumber_Index(item));
         OrdoValue const value = integerValue(number.get());
         double const real = value.toDouble();
-        exact = exact && value.kind() != OrdoValue::Kind::Double && std::fabs(real) <= 9007199254740992.0;
+        exact = exact && value.kind() != OrdoValue::Kind::Double && std::fabs(real) < 9007199254740992.0;
         return real;
     });
     return exact ? std::move(array) : nullptr;
@@ -214,10 +214,9 @@ zx::Array arrayFromList(PyObject* list, int depth) {
     return structs;
 }
 
-/// An object of a script's own class, as a struct of its attributes; null if it isn't one.
+/// A plain object, as a struct of its attributes; null if it isn't one.
 zx::Array structFromObject(PyObject* object, int depth) {
-    bool const isOwn = PyType_HasFeature(Py_TYPE(object), Py_TPFLAGS_HEAPTYPE) && !PyType_Check(object) &&
-                       !PyModule_Check(object) && PyCallable_Check(object) == 0;
+    bool const isOwn = !PyType_Check(object) && !PyModule_Check(object) && PyCallable_Check(object) == 0;
     PyObject** const place = isOwn ? _PyObject_GetDictPtr(object) : nullptr;
     if (!isOwn || (place == nullptr && !PyType_HasFeature(Py_TYPE(object), Py_TPFLAGS_MANAGED_DICT))) {
         return nullptr;
