@@ -85,6 +85,8 @@ private:
 
 std::string toText(Model const& model) { return Writer(model).write(); }
 
+std::string toText(ModelElement const& element) { return Writer(element->getModel()).write(element); }
+
 std::string propertyText(ModelElement const& element, meta::Property const& property) {
     FieldForm const form = formOf(property);
     std::string out;
@@ -103,6 +105,12 @@ void save(Model const& model, std::filesystem::path const& path) {
         text.clear();
     });
     file.write(writer.write());
+    file.commit();
+}
+
+void writeFile(std::filesystem::path const& path, std::string_view text) {
+    TargetFile file(path);
+    file.write(text);
     file.commit();
 }
 

@@ -44,6 +44,13 @@ std::string Writer::write() {
     return std::move(out_);
 }
 
+std::string Writer::write(ModelElement const& element) {
+    roots_ = model_->getRoots();
+    sortById(roots_);
+    appendElement(element);
+    return std::move(out_);
+}
+
 void Writer::drain() {
     if (sink_ && out_.size() >= kPiece) sink_(out_);
 }

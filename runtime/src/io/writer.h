@@ -25,6 +25,8 @@ public:
 
     /// The text, or the rest of it that the sink hasn't taken.
     std::string write();
+    /// The text of one element alone.
+    std::string write(ModelElement const& element);
 
 private:
     struct Children {

@@ -33,12 +33,18 @@ struct Limits {
 /// number of values. Proxies that can be resolved are. Costs about as much time as parsing the text.
 QUAY_ZERO_API std::string toText(Model const& model);
 
+/// The text of one element and what it owns, as it stands in the text of all.
+QUAY_ZERO_API std::string toText(ModelElement const& element);
+
 /// The text of one property of an element, which owns no elements: what stands behind its name in the text of all.
 QUAY_ZERO_API std::string propertyText(ModelElement const& element, meta::Property const& property);
 
 /// Writes that text to a file, beside it at first and then in its place: whoever reads the file meets the old text or
 /// the whole new one. CannotWriteFile; the file is then as it was.
 QUAY_ZERO_API void save(Model const& model, std::filesystem::path const& path);
+
+/// Writes any text to a file in that way.
+QUAY_ZERO_API void writeFile(std::filesystem::path const& path, std::string_view text);
 
 /// A new model with the elements that a text tells. CannotLoad for whatever isn't such a text.
 QUAY_ZERO_API Model fromText(std::string_view text, Limits const& limits = {});
