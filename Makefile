@@ -19,7 +19,7 @@ packages:
 
 demo: packages
 	$(MAKE) --no-print-directory all
-	$(BUILD_DIR)/bin/schema_tour
+	examples/demo $(BUILD_DIR)
 
 test: packages
 	$(MAKE) --no-print-directory all
