@@ -136,7 +136,8 @@ public:
     bool isAbstract() const noexcept override { return true; }
     std::string_view getDescription() const noexcept override { return description_; }
     std::string describeInstance(void const* native) const override {
-        auto const& element = *static_cast<meta::MetaElement::Impl const*>(static_cast<ModelElement::Impl const*>(native));
+        auto const& element =
+            *static_cast<meta::MetaElement::Impl const*>(static_cast<ModelElement::Impl const*>(native));
         return "'" + ordo::factory::bytesOf(element.getName()) + "'";
     }
     void defineClass(ordo::OrdoClass& c) override {
