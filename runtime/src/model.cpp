@@ -41,6 +41,7 @@ void ModelImpl::releaseElements() noexcept {
     ModelElement::Impl* const first = elements_.first();
     elements_ = ElementList();
     ids_.clear();
+    classes_.clear();
     proxies_.clear();
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
         e->setFlag(kAlive, false);
@@ -80,6 +81,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
     log_.lives.push_back({false, listed ? 1U : 0U, &element, &element});
     if (listed) {
         ids_.forget(element);
+        classes_.leaving(element);
         elements_.takeOut(element, element, 1);
     } else {
         element.addRef();
@@ -90,6 +92,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
 /// An element that no log can bring back leaves for good.
 void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     ids_.remove(element);
+    classes_.remove(element);
     if (!proxies_.empty()) proxies_.erase(&element);
     element.model_ = &closed();
     element.track_ = 1;

@@ -17,6 +17,10 @@ class Class;
 class Property;
 }  // namespace meta
 
+namespace query {
+class ClassIndex;
+}
+
 class AbstractOwnedCollection;
 class ClassTable;
 class Model;
@@ -209,6 +213,7 @@ private:
     friend Storage;
     friend class ElementList;
     friend class IdIndex;
+    friend class query::ClassIndex;
 
     [[noreturn]] void refuseWrite() const;
     [[noreturn]] void refuseProxy() const;
