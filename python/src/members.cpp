@@ -42,10 +42,12 @@ void checkNative(PropertyMember const& property, Instance const& self) {
 
 /// The uuid.UUID of a text.
 Ref uuidFromText(Ref const& text) {
-    static PyObject* const uuidClass = [] {
+    // Not initialised in one step: while a module is imported other threads run, and must not wait for this one.
+    static PyObject* uuidClass = nullptr;
+    if (uuidClass == nullptr) {
         Ref const module(PyImport_ImportModule("uuid"));
-        return PyObject_GetAttrString(module.get(), "UUID");
-    }();
+        uuidClass = Ref(PyObject_GetAttrString(module.get(), "UUID")).release();
+    }
     return Ref(PyObject_CallOneArg(uuidClass, text.get()));
 }
 
