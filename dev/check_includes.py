@@ -39,7 +39,7 @@ HOUSE = {
     "package": Grant(("valuetypes", *PLATFORM), generated=True),
     "script": Grant(("package",), generated=True),
     "python": Grant(PLATFORM, ("python",)),
-    "tools": Grant(PRODUCT, ("posix",), generated=True),
+    "tools": Grant(PRODUCT, ("posix", "cli11", "pugixml", "libzip"), generated=True),
     "examples": Grant(PRODUCT, ("posix",), generated=True),
     "bench": Grant(PRODUCT, ("posix", "benchmark"), generated=True),
     "tests": Grant(PRODUCT, ("posix", "gtest"), generated=True),
@@ -51,6 +51,9 @@ LIBRARIES = {
     "posix": re.compile(r"(sys/|(dlfcn|fcntl|link|pthread|unistd)\.h$)"),
     "python": re.compile(r"(Python|structmember|numpy/\w+)(\.h)?$"),
     "benchmark": re.compile(r"benchmark/"),
+    "cli11": re.compile(r"CLI/"),
+    "pugixml": re.compile(r"pugixml\.hpp$"),
+    "libzip": re.compile(r"zip\.h$"),
     "gtest": re.compile(r"(gtest|gmock|rapidcheck)[/.]"),
 }
 
