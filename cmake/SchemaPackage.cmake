@@ -1,14 +1,16 @@
 # Generates every package's sources and compiles nothing.
 add_custom_target(generated)
 
-# add_schema_package(<target> PACKAGE <folder> [DEPENDS <targets>...] [PRECOMPILE <header>] [STAYS_LOADED])
+# add_schema_package(<target> PACKAGE <folder> [DEPENDS <targets>...] [PRECOMPILE <header>] [STAYS_LOADED]
+#                    [SCRIPT_DOCS])
 #
 # Makes a shared library of the package that <folder>/package.yaml describes. The schema compiler writes its sources
 # into the build tree when a YAML file or the compiler itself has changed; since it leaves files alone that come out
 # the same, only what really changed is compiled again. The library's public headers are the generated ones.
 # PRECOMPILE names a header that nearly all of the sources include. With STAYS_LOADED the library is never unmapped.
+# SCRIPT_DOCS adds a table of the docs that scripts show for help.
 function(add_schema_package target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "STAYS_LOADED" "PACKAGE;PRECOMPILE" "DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "STAYS_LOADED;SCRIPT_DOCS" "PACKAGE;PRECOMPILE" "DEPENDS")
   set(package ${PROJECT_SOURCE_DIR}/${arg_PACKAGE})
   set(compiler ${PROJECT_SOURCE_DIR}/schema/compiler)
   if(NOT EXISTS ${compiler}/__main__.py OR NOT EXISTS ${package}/package.yaml)
@@ -18,6 +20,9 @@ function(add_schema_package target)
   set(output ${PROJECT_BINARY_DIR}/generated/${target})
   set(command ${CMAKE_COMMAND} -E env PYTHONPATH=${PROJECT_SOURCE_DIR}/schema PYTHONDONTWRITEBYTECODE=1
               ${Python3_EXECUTABLE} -m compiler --package ${package}/package.yaml --out ${output})
+  if(arg_SCRIPT_DOCS)
+    list(APPEND command --script-docs)
+  endif()
   file(GLOB_RECURSE inputs CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/schema/*.yaml)
   file(GLOB_RECURSE compiler_files CONFIGURE_DEPENDS ${compiler}/*.py ${compiler}/*.j2)
   list(APPEND inputs ${compiler_files})

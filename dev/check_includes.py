@@ -48,7 +48,7 @@ HOUSE = {
 # Other libraries, by what their headers' names begin with.
 LIBRARIES = {
     "boost": re.compile(r"boost/"),
-    "posix": re.compile(r"(sys/|(dlfcn|fcntl|link|pthread|unistd)\.h$)"),
+    "posix": re.compile(r"(sys/|(dlfcn|fcntl|link|malloc|pthread|unistd)\.h$)"),
     "python": re.compile(r"(Python|structmember|numpy/\w+)(\.h)?$"),
     "benchmark": re.compile(r"benchmark/"),
     "cli11": re.compile(r"CLI/"),

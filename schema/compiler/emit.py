@@ -17,25 +17,33 @@ def write(plan: Plan, out: Path) -> None:
     Leaves files alone whose text stays as it is, so that nothing is built again for them, and removes generated files
     that the plan no longer has, so that nothing includes the header of a class that is gone.
     """
-    environment = jinja2.Environment(
+    templates = environment()
+    written = set()
+    for file in plan.files:
+        path = out / file.path
+        written.add(path)
+        write_if_changed(path, templates.get_template(file.template).render(package=plan.package, c=file.cls))
+    for folder in {path.parent for path in written}:
+        for path in folder.iterdir():
+            if path.suffix in (".h", ".cpp") and path not in written and _is_generated(path):
+                path.unlink()
+
+
+def environment() -> jinja2.Environment:
+    """The templates, and how they are read."""
+    return jinja2.Environment(
         loader=jinja2.FileSystemLoader(Path(__file__).parent / "templates"),
         undefined=jinja2.StrictUndefined,
         trim_blocks=True,
         lstrip_blocks=True,
         keep_trailing_newline=True,
     )
-    written = set()
-    for file in plan.files:
-        path = out / file.path
-        written.add(path)
-        text = environment.get_template(file.template).render(package=plan.package, c=file.cls)
-        if not path.is_file() or path.read_text(encoding="utf-8") != text:
-            path.parent.mkdir(parents=True, exist_ok=True)
-            path.write_text(text, encoding="utf-8")
-    for folder in {path.parent for path in written}:
-        for path in folder.iterdir():
-            if path.suffix in (".h", ".cpp") and path not in written and _is_generated(path):
-                path.unlink()
+
+
+def write_if_changed(path: Path, text: str) -> None:
+    if not path.is_file() or path.read_text(encoding="utf-8") != text:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
 
 
 def _is_generated(path: Path) -> bool:

@@ -8,6 +8,7 @@ from compiler import cpp, form
 from compiler.names import flat, lower, slot, slots
 from compiler.plan_class import Maps, PlannedClass, bases_first, keyed_maps, native_declarations, plan_class
 from compiler.files import all_header
+from compiler.plan_docs import PlannedDoc, plan_docs
 from compiler.plan_property import MetaProperty, plan_meta
 from compiler.scope import Scope
 
@@ -99,6 +100,8 @@ class PlannedPackage:
     handles_includes: tuple[str, ...]
     meta_includes: tuple[str, ...]
     all_includes: tuple[str, ...]
+    # For scripts; none unless they are wanted.
+    docs: tuple[PlannedDoc, ...]
 
 
 @dataclass(frozen=True)
@@ -116,13 +119,13 @@ class Plan:
     files: tuple[OutputFile, ...]
 
 
-def plan(scope: Scope) -> Plan:
-    """Plans the output of a package in which `check` found no mistake."""
-    package = _plan_package(scope)
+def plan(scope: Scope, with_docs: bool = False) -> Plan:
+    """Plans the output of a package in which `check` found no mistake; `with_docs` adds what scripts show for help."""
+    package = _plan_package(scope, plan_docs(scope) if with_docs else ())
     return Plan(package, _plan_files(scope.package, package))
 
 
-def _plan_package(scope: Scope) -> PlannedPackage:
+def _plan_package(scope: Scope, docs: tuple[PlannedDoc, ...]) -> PlannedPackage:
     package = scope.package
     schema = package.schema
     meta_namespace, _, meta_class = package.singleton.rpartition("::")
@@ -165,6 +168,7 @@ def _plan_package(scope: Scope) -> PlannedPackage:
         handles_includes=_handles_includes(scope),
         meta_includes=_meta_includes(scope),
         all_includes=_all_includes(scope, meta_header),
+        docs=docs,
     )
 
 
@@ -264,4 +268,6 @@ def _plan_files(entry: form.Package, package: PlannedPackage) -> tuple[OutputFil
     files.append(OutputFile(f"{include}/{all_header(entry)}.h", "all.h.j2"))
     files.append(OutputFile(f"{include}/{package.meta_class}.h", "meta_package.h.j2"))
     files.append(OutputFile(f"src/{package.meta_class}.cpp", "meta_package.cpp.j2"))
+    if package.docs:
+        files.append(OutputFile("src/ScriptDocs.cpp", "script_docs.cpp.j2"))
     return tuple(sorted(files, key=lambda file: file.path))

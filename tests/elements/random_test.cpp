@@ -1,6 +1,6 @@
 // Random sequences of typed and generic operations on records of every shape, step by step against the
 // reference.
-#include "common/random.h"
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/reference.h"
 #include "support/samples.h"

@@ -1,5 +1,5 @@
 // Collections of elements and of values: their own operations, and the generic ones by which scripts work.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

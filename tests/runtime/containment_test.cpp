@@ -1,5 +1,5 @@
 // Containers: who owns a child, what moves it, and what goes down with what.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

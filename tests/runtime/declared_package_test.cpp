@@ -1,5 +1,5 @@
 // A package that is declared from tables: what is made in which order, and what a failure leaves.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/memory.h"
 

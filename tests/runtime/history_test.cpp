@@ -1,5 +1,5 @@
 // Undo and redo: what is kept and for how long, and that what comes back is the very same.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // Listeners: what a change set tells, to whom, and what may not be done meanwhile.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // Elements come and go: ids, the order of creation, handles, and the end of a model.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
-#include "common/random.h"
+#include "../common/random.h"
 #include "support/dump.h"
 
 #include <keel/exception.h>

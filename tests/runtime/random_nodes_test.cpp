@@ -1,5 +1,5 @@
 // Random sequences of operations on nodes, step by step against the reference.
-#include "common/random.h"
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/memory.h"
 #include "support/node.h"

@@ -1,5 +1,5 @@
 // Values as text: the primitive types, and enumerations in their three forms.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 
 #include <quay/zero/meta/serializers.h>

@@ -1,5 +1,5 @@
 // One thread at a time works in a model, but every thread may have its own. The thread sanitizer does the looking.
-#include "common/random.h"
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // The parts of change tracking that element code can use by itself: storages, changes and announcements.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // Levels of transactions: what commits and rollbacks leave, whom they tell, and who may open one.
-#include "common/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/node.h"
 

@@ -1,5 +1,5 @@
 // The two operations of CompDataType, case by case of their decisions.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 
 #include <ModelRefInfoRepo/CompDataType.h>
 #include <quay0/messages.h>

@@ -32,6 +32,7 @@ std::vector<Entry> entries() {
          ErrorKind::Attribute,
          {"'{1}' has no member '{0}'", "'{1}' has no member '{0}'; did you mean '{2}'?"}},
         {failures::ReadOnly, ErrorKind::Attribute, {"'{0}' of '{1}' can be read only"}},
+        {failures::NotDeletable, ErrorKind::Attribute, {"'{0}' of '{1}' can't be deleted"}},
         {failures::AbstractClass, ErrorKind::Type, {"no object of class '{0}' can be made directly"}},
         {failures::WrongArguments, ErrorKind::Type, {"the arguments of '{0}' are {1}"}},
         {failures::NoSuchKey, ErrorKind::Key, {"there is no key {0}"}},

@@ -30,11 +30,11 @@ std::string withoutScalar(std::string_view typeWord) {
 }
 
 std::int32_t enumerationNumber(OrdoClass& enumeration, OrdoValue const& value) {
-    std::string const name(enumeration.name().text());
     std::int32_t number = 0;
     if (value.isNothing() || value.enumerationOf(enumeration, number)) {
         return number;
     }
+    std::string const name(enumeration.name().text());
     bool const foreign = value.kind() == OrdoValue::Kind::Object || value.kind() == OrdoValue::Kind::Enumeration;
     bool const array = value.kind() == OrdoValue::Kind::Array;
     if (!foreign && !value.isText() && (!array || zxIsNumeric(value.arrayContent()))) {

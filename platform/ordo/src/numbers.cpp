@@ -19,7 +19,7 @@ namespace {
 
 using Number = std::variant<std::int64_t, std::uint64_t, double>;
 
-[[noreturn]] void refuse(OrdoValue const& value, std::string const& wanted) {
+[[noreturn]] void refuse(OrdoValue const& value, char const* wanted) {
     if (value.isEmpty() && !value.isText()) {
         raiseWith(failures::NoValue, {wanted});
     }
@@ -54,7 +54,7 @@ Number elementOf(zxArray const* array) {
     }
 }
 
-Number numberOf(OrdoValue const& value, std::string const& wanted) {
+Number numberOf(OrdoValue const& value, char const* wanted) {
     switch (value.kind()) {
         case OrdoValue::Kind::Logical:
         case OrdoValue::Kind::Int32:
@@ -121,16 +121,18 @@ T integerOf(OrdoValue const& value, char const* wanted) {
 }  // namespace
 
 bool OrdoValue::toLogical() const {
+    if (kind_ == Kind::Logical) {
+        return logicalContent();
+    }
     return std::visit([](auto value) { return value != 0; }, numberOf(*this, "a logical or a number"));
 }
 
 std::int32_t OrdoValue::toInt32() const {
-    return kind_ == Kind::Int32 ? static_cast<std::int32_t>(content_.int64)
-                                : integerOf<std::int32_t>(*this, "an int32");
+    return kind_ == Kind::Int32 ? static_cast<std::int32_t>(word_.int64) : integerOf<std::int32_t>(*this, "an int32");
 }
 
 std::uint32_t OrdoValue::toUInt32() const {
-    return kind_ == Kind::UInt32 ? static_cast<std::uint32_t>(content_.int64)
+    return kind_ == Kind::UInt32 ? static_cast<std::uint32_t>(word_.int64)
                                  : integerOf<std::uint32_t>(*this, "a uint32");
 }
 
@@ -139,7 +141,7 @@ std::uint64_t OrdoValue::toUInt64() const { return integerOf<std::uint64_t>(*thi
 
 double OrdoValue::toDouble() const {
     if (kind_ == Kind::Double) {
-        return content_.real;
+        return word_.real;
     }
     return std::visit([](auto value) { return static_cast<double>(value); }, numberOf(*this, "a number"));
 }
@@ -156,7 +158,7 @@ std::u16string OrdoValue::toText() const {
     if (!isText()) {
         refuse(*this, "a text");
     }
-    return std::u16string(zx::textOf(content_.array));
+    return std::u16string(zx::textOf(word_.array));
 }
 
 std::string OrdoValue::toBytes() const {
@@ -169,7 +171,7 @@ std::string OrdoValue::toBytes() const {
     if (!isText()) {
         refuse(*this, "a text");
     }
-    return factory::bytesOf(zx::textOf(content_.array));
+    return factory::bytesOf(zx::textOf(word_.array));
 }
 
 }  // namespace ordo

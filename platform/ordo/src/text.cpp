@@ -4,6 +4,7 @@
 
 #include <zx/text.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -43,7 +44,7 @@ void encode(char32_t character, std::string& result) {
         return;
     }
     unsigned const following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    unsigned const lead = (0xF00U >> following & 0xFFU) | (character >> 6U * following);
+    unsigned const lead = (0xFF00U >> (following + 1) & 0xFFU) | (character >> 6U * following);
     result += static_cast<char>(lead);
     for (unsigned i = following; i-- > 0;) {
         result += static_cast<char>(0x80U | (character >> 6U * i & 0x3FU));
@@ -56,8 +57,11 @@ bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 }  // namespace
 
 std::u16string unitsOf(std::string_view bytes) {
-    std::u16string result;
-    result.reserve(bytes.size());
+    // Most texts are ASCII for most of their length.
+    auto const end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+    std::u16string result(bytes.begin(), end);
+    bytes.remove_prefix(result.size());
+    result.reserve(result.size() + bytes.size());
     while (!bytes.empty()) {
         char32_t character = 0;
         std::size_t const length = decode(bytes, character);

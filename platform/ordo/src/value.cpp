@@ -24,22 +24,22 @@ Unit const* copyUnits(std::basic_string_view<Unit> text) {
 }  // namespace
 
 OrdoValue::OrdoValue(OrdoValue const& other)
-    : content_(other.content_), kind_(other.kind_), emptyClass_(other.emptyClass_) {
+    : word_(other.word_), kind_(other.kind_), emptyClass_(other.emptyClass_), extra_(other.extra_) {
     switch (kind_) {
         case Kind::Text:
-            content_.text.units = copyUnits(other.textContent());
+            word_.text = copyUnits(other.textContent());
             owns_ = true;
             break;
         case Kind::Bytes:
-            content_.bytes.units = copyUnits(other.bytesContent());
+            word_.bytes = copyUnits(other.bytesContent());
             owns_ = true;
             break;
         case Kind::Object:
-            content_.object->addReference();
+            word_.object->addReference();
             owns_ = true;
             break;
         case Kind::Array:
-            content_.array = zxDuplicateArray(other.content_.array);
+            word_.array = zxDuplicateArray(other.word_.array);
             owns_ = true;
             break;
         default:
@@ -50,16 +50,16 @@ OrdoValue::OrdoValue(OrdoValue const& other)
 void OrdoValue::drop() noexcept {
     switch (kind_) {
         case Kind::Text:
-            delete[] content_.text.units;
+            delete[] word_.text;
             break;
         case Kind::Bytes:
-            delete[] content_.bytes.units;
+            delete[] word_.bytes;
             break;
         case Kind::Object:
-            content_.object->dropReference();
+            word_.object->dropReference();
             break;
         case Kind::Array:
-            zxDestroyArray(const_cast<zxArray*>(content_.array));  // what is owned came in as not const
+            zxDestroyArray(const_cast<zxArray*>(word_.array));  // what is owned came in as not const
             break;
         default:
             break;
@@ -83,7 +83,7 @@ OrdoValue OrdoValue::fromObject(OrdoObject object) noexcept {
         return OrdoValue();
     }
     OrdoValue result(Kind::Object);
-    result.content_.object = object.release();
+    result.word_.object = object.release();
     result.owns_ = true;
     return result;
 }
@@ -99,7 +99,7 @@ OrdoValue OrdoValue::borrowedArray(zxArray const* array) noexcept {
         return OrdoValue();
     }
     OrdoValue result(Kind::Array);
-    result.content_.array = array;
+    result.word_.array = array;
     return result;
 }
 
@@ -108,18 +108,18 @@ std::size_t OrdoValue::count() const noexcept {
         case Kind::Nothing:
             return 0;
         case Kind::Text:
-            return content_.text.size;
+            return extra_;
         case Kind::Bytes:
-            return content_.bytes.size;
+            return extra_;
         case Kind::Array:
-            return zxGetNumberOfElements(content_.array);
+            return zxGetNumberOfElements(word_.array);
         default:
             return 1;
     }
 }
 
 OrdoInterface* OrdoValue::object() const noexcept {
-    return kind_ == Kind::Object ? content_.object : kind_ == Kind::Array ? objectAt(content_.array) : nullptr;
+    return kind_ == Kind::Object ? word_.object : kind_ == Kind::Array ? objectAt(word_.array) : nullptr;
 }
 
 void* OrdoValue::native(InternedName className) const noexcept {
@@ -129,13 +129,13 @@ void* OrdoValue::native(InternedName className) const noexcept {
 
 bool OrdoValue::enumerationOf(OrdoClass const& enumeration, std::int32_t& number) const noexcept {
     if (kind_ == Kind::Enumeration) {
-        number = content_.enumeration.number;
-        return content_.enumeration.ordoClass == &enumeration;
+        number = enumerationNumber();
+        return word_.enumeration == &enumeration;
     }
-    if (kind_ != Kind::Array || !zxIsClass(content_.array, enumeration.name().text()) || isEmpty()) {
+    if (kind_ != Kind::Array || !zxIsClass(word_.array, enumeration.name().text()) || isEmpty()) {
         return false;
     }
-    zxArray const* const underlying = zxGetUnderlyingArray(content_.array);
+    zxArray const* const underlying = zxGetUnderlyingArray(word_.array);
     if (underlying == nullptr || zxGetClassCode(underlying) != zxInt32Class) {
         return false;
     }
@@ -144,14 +144,14 @@ bool OrdoValue::enumerationOf(OrdoClass const& enumeration, std::int32_t& number
 }
 
 bool OrdoValue::isText() const noexcept {
-    return kind_ == Kind::Text || kind_ == Kind::Bytes || (kind_ == Kind::Array && zxIsText(content_.array));
+    return kind_ == Kind::Text || kind_ == Kind::Bytes || (kind_ == Kind::Array && zxIsText(word_.array));
 }
 
-bool OrdoValue::isStruct() const noexcept { return kind_ == Kind::Array && zxIsStruct(content_.array); }
+bool OrdoValue::isStruct() const noexcept { return kind_ == Kind::Array && zxIsStruct(word_.array); }
 
 zxArray const* OrdoValue::array(zx::Array& storage) const {
     if (kind_ == Kind::Array) {
-        return content_.array;
+        return word_.array;
     }
     storage = toArray();
     return storage.get();
@@ -169,15 +169,15 @@ zx::Array OrdoValue::toArray() const {
         case Kind::Logical:
             return zx::scalar(logicalContent());
         case Kind::Int32:
-            return zx::scalar(static_cast<std::int32_t>(content_.int64));
+            return zx::scalar(static_cast<std::int32_t>(word_.int64));
         case Kind::UInt32:
-            return zx::scalar(static_cast<std::uint32_t>(content_.int64));
+            return zx::scalar(static_cast<std::uint32_t>(word_.int64));
         case Kind::Int64:
-            return zx::scalar(content_.int64);
+            return zx::scalar(word_.int64);
         case Kind::UInt64:
-            return zx::scalar(content_.uint64);
+            return zx::scalar(word_.uint64);
         case Kind::Double:
-            return zx::scalar(content_.real);
+            return zx::scalar(word_.real);
         case Kind::Text:
             return zx::Array(zxCreateString_UTF16(textContent()));
         case Kind::Bytes:
@@ -189,11 +189,11 @@ zx::Array OrdoValue::toArray() const {
             return result;
         }
         case Kind::Object:
-            return ordo::toArray(*content_.object);
+            return ordo::toArray(*word_.object);
         case Kind::Array:
             break;
     }
-    return zx::copy(content_.array);
+    return zx::copy(word_.array);
 }
 
 std::string OrdoValue::describe() const {
@@ -208,7 +208,7 @@ std::string OrdoValue::describe() const {
         case Kind::Enumeration:
             return "a value of '" + std::string(enumerationClass().name().text()) + "'";
         case Kind::Object:
-            return "an object of class '" + std::string(content_.object->getClass().name().text()) + "'";
+            return "an object of class '" + std::string(word_.object->getClass().name().text()) + "'";
         case Kind::Array:
             break;
         default:
@@ -217,7 +217,7 @@ std::string OrdoValue::describe() const {
     if (isText()) {
         return "a text";
     }
-    return "an array of " + std::to_string(count()) + " (" + std::string(zxGetClassName(content_.array)) + ")";
+    return "an array of " + std::to_string(count()) + " (" + std::string(zxGetClassName(word_.array)) + ")";
 }
 
 }  // namespace ordo

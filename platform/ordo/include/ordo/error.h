@@ -29,6 +29,7 @@ inline constexpr std::string_view NoSuchLiteral = "NoSuchLiteral";      ///< tex
 inline constexpr std::string_view NoSuchClass = "NoSuchClass";          ///< name
 inline constexpr std::string_view NoSuchMember = "NoSuchMember";        ///< name, class, the nearest name if any
 inline constexpr std::string_view ReadOnly = "ReadOnly";                ///< property, class
+inline constexpr std::string_view NotDeletable = "NotDeletable";        ///< member, class
 inline constexpr std::string_view AbstractClass = "AbstractClass";      ///< class
 inline constexpr std::string_view WrongArguments = "WrongArguments";    ///< method, its signature
 inline constexpr std::string_view NoSuchKey = "NoSuchKey";              ///< key

@@ -42,9 +42,22 @@ public:
         : emptyClass_(static_cast<std::uint8_t>(emptyClass)) {}
     /// The copy owns all that it has, whatever the other one borrows.
     OrdoValue(OrdoValue const& other);
-    OrdoValue(OrdoValue&& other) noexcept : OrdoValue() { swap(other); }
-    OrdoValue& operator=(OrdoValue other) noexcept {
-        swap(other);
+    OrdoValue(OrdoValue&& other) noexcept
+        : word_(other.word_), kind_(other.kind_), emptyClass_(other.emptyClass_), extra_(other.extra_) {
+        owns_ = std::exchange(other.owns_, false);
+        other.kind_ = Kind::Nothing;
+    }
+    OrdoValue& operator=(OrdoValue const& other) {
+        OrdoValue copy(other);
+        return *this = std::move(copy);
+    }
+    OrdoValue& operator=(OrdoValue&& other) noexcept {
+        OrdoValue former(std::move(*this));  // ends what was here last of all
+        word_ = other.word_;
+        extra_ = other.extra_;
+        emptyClass_ = other.emptyClass_;
+        kind_ = std::exchange(other.kind_, Kind::Nothing);
+        owns_ = std::exchange(other.owns_, false);
         return *this;
     }
     ~OrdoValue() {
@@ -55,7 +68,7 @@ public:
 
     static OrdoValue logical(bool value) noexcept {
         OrdoValue result(Kind::Logical);
-        result.content_.int64 = value ? 1 : 0;
+        result.word_.int64 = value ? 1 : 0;
         return result;
     }
     static OrdoValue int32(std::int32_t value) noexcept { return integer(Kind::Int32, value); }
@@ -63,12 +76,12 @@ public:
     static OrdoValue int64(std::int64_t value) noexcept { return integer(Kind::Int64, value); }
     static OrdoValue uint64(std::uint64_t value) noexcept {
         OrdoValue result(Kind::UInt64);
-        result.content_.uint64 = value;
+        result.word_.uint64 = value;
         return result;
     }
     static OrdoValue real(double value) noexcept {
         OrdoValue result(Kind::Double);
-        result.content_.real = value;
+        result.word_.real = value;
         return result;
     }
     /// The text is copied.
@@ -77,17 +90,20 @@ public:
     /// The text must stay as it is until the value is gone.
     static OrdoValue borrowedText(std::u16string_view text) noexcept {
         OrdoValue result(Kind::Text);
-        result.content_.text = {text.data(), text.size()};
+        result.word_.text = text.data();
+        result.extra_ = text.size();
         return result;
     }
     static OrdoValue borrowedBytes(std::string_view text) noexcept {
         OrdoValue result(Kind::Bytes);
-        result.content_.bytes = {text.data(), text.size()};
+        result.word_.bytes = text.data();
+        result.extra_ = text.size();
         return result;
     }
     static OrdoValue enumeration(OrdoClass& enumeration, std::int32_t number) noexcept {
         OrdoValue result(Kind::Enumeration);
-        result.content_.enumeration = {&enumeration, number};
+        result.word_.enumeration = &enumeration;
+        result.extra_ = static_cast<std::size_t>(number);
         return result;
     }
     /// Nothing if there is no object, or no native object behind it.
@@ -136,15 +152,15 @@ public:
     bool enumerationOf(OrdoClass const& enumeration, std::int32_t& number) const noexcept;
 
     // What the kind says; undefined for another kind.
-    bool logicalContent() const noexcept { return content_.int64 != 0; }
-    std::int64_t integerContent() const noexcept { return content_.int64; }     ///< Int32, UInt32, Int64
-    std::uint64_t unsignedContent() const noexcept { return content_.uint64; }  ///< UInt32, UInt64
-    double realContent() const noexcept { return content_.real; }
-    std::u16string_view textContent() const noexcept { return {content_.text.units, content_.text.size}; }
-    std::string_view bytesContent() const noexcept { return {content_.bytes.units, content_.bytes.size}; }
-    OrdoClass& enumerationClass() const noexcept { return *content_.enumeration.ordoClass; }
-    std::int32_t enumerationNumber() const noexcept { return content_.enumeration.number; }
-    zxArray const* arrayContent() const noexcept { return content_.array; }
+    bool logicalContent() const noexcept { return word_.int64 != 0; }
+    std::int64_t integerContent() const noexcept { return word_.int64; }     ///< Int32, UInt32, Int64
+    std::uint64_t unsignedContent() const noexcept { return word_.uint64; }  ///< UInt32, UInt64
+    double realContent() const noexcept { return word_.real; }
+    std::u16string_view textContent() const noexcept { return {word_.text, extra_}; }
+    std::string_view bytesContent() const noexcept { return {word_.bytes, extra_}; }
+    OrdoClass& enumerationClass() const noexcept { return *word_.enumeration; }
+    std::int32_t enumerationNumber() const noexcept { return static_cast<std::int32_t>(extra_); }
+    zxArray const* arrayContent() const noexcept { return word_.array; }
 
     /// The array form: what the value holds already, or one made and kept in `storage`.
     zxArray const* array(zx::Array& storage) const;
@@ -161,49 +177,33 @@ public:
     /// What it is, for messages: "a number", "a text", "an object of class 'A'".
     std::string describe() const;
 
-    void swap(OrdoValue& other) noexcept {
-        std::swap(content_, other.content_);
-        std::swap(kind_, other.kind_);
-        std::swap(owns_, other.owns_);
-        std::swap(emptyClass_, other.emptyClass_);
-    }
-
 private:
     explicit OrdoValue(Kind kind) noexcept : kind_(kind) {}
     static OrdoValue integer(Kind kind, std::int64_t value) noexcept {
         OrdoValue result(kind);
-        result.content_.int64 = value;
+        result.word_.int64 = value;
         return result;
     }
     void drop() noexcept;
 
-    struct Text {
-        char16_t const* units;
-        std::size_t size;
-    };
-    struct Bytes {
-        char const* units;
-        std::size_t size;
-    };
-    struct Literal {
-        OrdoClass* ordoClass;
-        std::int32_t number;
-    };
-    union Content {
+    union Word {
         std::int64_t int64 = 0;
         std::uint64_t uint64;
         double real;
-        Text text;
-        Bytes bytes;
-        Literal enumeration;
+        char16_t const* text;
+        char const* bytes;
+        OrdoClass* enumeration;
         OrdoInterface* object;
         zxArray const* array;
     };
 
-    Content content_;
+    // In this order, so that the compiler doesn't copy both words in one go: that would have to wait for what was
+    // written to one of them just before.
+    Word word_;
     Kind kind_ = Kind::Nothing;
     bool owns_ = false;
     std::uint8_t emptyClass_ = zxDoubleClass;
+    std::size_t extra_ = 0;  // a text's size, or an enumeration's number
 };
 
 }  // namespace ordo

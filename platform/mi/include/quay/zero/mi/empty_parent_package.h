@@ -1,0 +1,45 @@
+// Script packages with a dotted name.
+#pragma once
+
+#include <quay/zero/mi/meta_marshaler_registry.h>
+
+#include <ordo/package.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quay::zero::mi {
+
+/// A package that knows where it belongs. It also is what stands in for outer packages that nobody registered.
+class ORDO_API EmptyParentPackage : public ordo::OrdoPackageInfo {
+public:
+    class Registrar;
+
+    /// The text behind the last dot is the name, the text before it the parent path. Without a dot, all is name.
+    explicit EmptyParentPackage(std::string_view dottedName);
+
+    std::string_view getName() const noexcept override { return name_; }
+    std::string const& parentPath() const noexcept { return parentPath_; }
+
+    /// Puts a package into the tree, below its parent, which is made if it isn't there. Every call adds the
+    /// description: on a name that is taken, the package there is initialized with it as well.
+    static ordo::OrdoPackage* registerPackage(std::unique_ptr<EmptyParentPackage> package);
+
+private:
+    std::string name_;
+    std::string parentPath_;
+};
+
+/// What libraries register marshalers with.
+class ORDO_API EmptyParentPackage::Registrar {
+public:
+    static void registerTypeMarshaler(meta::Type const& type, std::unique_ptr<ValueMarshaler> marshaler) {
+        MetaMarshalerRegistry::getInstance().registerTypeMarshaler(type, std::move(marshaler));
+    }
+    static void unregisterTypeMarshaler(meta::Type const& type) noexcept {
+        MetaMarshalerRegistry::getInstance().unregisterTypeMarshaler(type);
+    }
+};
+
+}  // namespace quay::zero::mi

@@ -1,0 +1,36 @@
+// The process's marshalers, by type.
+#pragma once
+
+#include <quay/zero/mi/value_marshaler.h>
+
+#include <memory>
+#include <unordered_map>
+
+namespace quay::zero::mi {
+
+/// Those of the primitive types stand in it from the start. Libraries enter theirs when they are loaded and take them
+/// out when they go; everything else is for the script thread.
+class ORDO_API MetaMarshalerRegistry {
+public:
+    /// Never destroyed, so that libraries may call it while the process exits.
+    static MetaMarshalerRegistry& getInstance();
+
+    MetaMarshalerRegistry(MetaMarshalerRegistry const&) = delete;
+    MetaMarshalerRegistry& operator=(MetaMarshalerRegistry const&) = delete;
+
+    /// Null if there is none.
+    ValueMarshaler* findPropertyMarshaler(meta::Type const& type) const noexcept;
+    /// NoSuchType if there is none.
+    ValueMarshaler& getPropertyMarshaler(meta::Type const& type) const;
+
+    /// A second one takes the place of the first.
+    void registerTypeMarshaler(meta::Type const& type, std::unique_ptr<ValueMarshaler> marshaler);
+    void unregisterTypeMarshaler(meta::Type const& type) noexcept;
+
+private:
+    MetaMarshalerRegistry();
+
+    std::unordered_map<ModelElement::Impl const*, std::unique_ptr<ValueMarshaler>> marshalers_;
+};
+
+}  // namespace quay::zero::mi

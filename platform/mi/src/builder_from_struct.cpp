@@ -1,0 +1,134 @@
+#include <quay/zero/mi/builder_from_struct.h>
+
+#include <ordo/error.h>
+
+#include <quay/zero/mi/meta_marshaler_registry.h>
+#include <quay/zero/property_row.h>
+#include <quay/zero/report.h>
+#include <quay/zero/text.h>
+
+#include <zx/containers.h>
+#include <zx/text.h>
+
+#include <quay0/messages.h>
+
+namespace quay::zero::mi::detail {
+
+using ordo::OrdoValue;
+
+namespace {
+
+/// How deep structs may lie in one another: far deeper than any record is, and shallow enough for any stack.
+constexpr int kDeepest = 200;
+
+std::unique_ptr<ModelElement::Builder> build(zxArray const* array, std::size_t index, Model const& model,
+                                             meta::Class const& metaClass, int depth);
+
+/// What a script's "nothing" becomes: no elements, and not of a class that says more, such as an empty text or list.
+bool isNothing(zxArray const* array) { return zxIsEmpty(array) && (array == nullptr || zxIsNumeric(array)); }
+
+void giveChildren(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array, int depth) {
+    bool const isSingle = property->row()->kind() == RowKind::Child;
+    std::size_t const count = zxGetNumberOfElements(array);
+    auto const child = meta::Class::cast(property->getType());
+    bool const isList = zxIsCell(array) && count == 0;
+    if ((!isList && !zxIsStruct(array)) || (isSingle && count != 1) || child->isAbstract()) {
+        reportException(
+            quay0::messages::InvalidValue().about(builder.getMetaClass()->getName() + u"." + property->getName()));
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        auto made = build(array, i, builder.getModel(), child, depth + 1);
+        builder.setOrAdd(property, made);
+    }
+}
+
+void give(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array, int depth) {
+    if (isNothing(array)) return;
+    PropertyRow const& row = *property->row();
+    if (row.ownsElements()) {
+        giveChildren(builder, property, array, depth);
+        return;
+    }
+    ValueMarshaler const& marshaler = MetaMarshalerRegistry::getInstance().getPropertyMarshaler(property->getType());
+    if (row.kind() == RowKind::PrimitiveCollection) {
+        for (Value const& value : marshaler.toValueVector(const_cast<zxArray*>(array))) {
+            builder.setOrAdd(property, value);
+        }
+        return;
+    }
+    Value const value = marshaler.fromScript(OrdoValue::borrowedArray(array));
+    bool const isArray = property->getType() == meta::StandardTypes::zxArrayMeta;
+    // The builder keeps a copy of an array.
+    zx::Array const given(isArray ? value.getValue<zxArray_tag*>() : nullptr);
+    builder.setOrAdd(property, value);
+}
+
+std::unique_ptr<ModelElement::Builder> build(zxArray const* array, std::size_t index, Model const& model,
+                                             meta::Class const& metaClass, int depth) {
+    if (depth > kDeepest) ordo::raise(ordo::failures::NestedTooDeep);
+    auto builder = createEmptyBuilder(model, metaClass);
+    for (std::size_t field = 0; field < zxGetNumberOfFields(array); ++field) {
+        std::u16string const name = toUtf16(zxGetFieldName(array, field));
+        meta::Property const property = metaClass->findProperty(name);
+        if (!property || property->isDerived()) {
+            reportException(quay0::messages::NoSuchProperty(name, metaClass->getQualifiedName()));
+        }
+        give(*builder, property, zxGetFieldByNumber(array, index, field), depth);
+    }
+    return builder;
+}
+
+int digitOf(char16_t unit) {
+    if (unit >= u'0' && unit <= u'9') return unit - u'0';
+    if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
+    if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
+    return -1;
+}
+
+/// Eight, four, four, four and twelve hexadecimal digits with dashes between them.
+std::optional<boost::uuids::uuid> parse(std::u16string_view text) {
+    if (text.size() != 36) return {};
+    boost::uuids::uuid id{};
+    std::size_t digits = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bool const isDash = i == 8 || i == 13 || i == 18 || i == 23;
+        if (isDash != (text[i] == u'-')) return {};
+        if (isDash) continue;
+        int const digit = digitOf(text[i]);
+        if (digit < 0) return {};
+        auto& byte = id.data[digits++ / 2];
+        byte = static_cast<std::uint8_t>(byte << 4 | digit);
+    }
+    return id;
+}
+
+}  // namespace
+
+std::unique_ptr<ModelElement::Builder> createEmptyBuilder(Model const& model, meta::Class const& metaClass) {
+    auto builder = metaClass->instantiateBuilder(model);
+    if (builder == nullptr) reportException(quay0::messages::InvalidValue().about(metaClass->getName()));
+    return builder;
+}
+
+std::unique_ptr<ModelElement::Builder> createBuilderFromStruct(zxArray const* array, std::size_t index,
+                                                               Model const& model, meta::Class const& metaClass) {
+    if (!zxIsStruct(array) || index >= zxGetNumberOfElements(array)) {
+        reportException(quay0::messages::InvalidValue().about(metaClass->getName()));
+    }
+    return build(array, index, model, metaClass, 0);
+}
+
+std::unique_ptr<ModelElement::Builder> createBuilderFromStructFirst(zxArray const* array, Model const& model,
+                                                                    meta::Class const& metaClass) {
+    return createBuilderFromStruct(array, 0, model, metaClass);
+}
+
+std::optional<boost::uuids::uuid> extractUuid(zxArray const* array) {
+    return zxIsText(array) ? parse(zx::textOf(array)) : std::nullopt;
+}
+
+std::optional<boost::uuids::uuid> extractUuid(OrdoValue const& value) {
+    return value.isText() ? parse(value.toText()) : std::nullopt;
+}
+
+}  // namespace quay::zero::mi::detail

@@ -1,0 +1,35 @@
+// The methods of elements' classes that make elements.
+#pragma once
+
+#include <ordo/factory/method.h>
+
+#include <string_view>
+
+#include "bound_property.h"
+
+namespace quay::zero::mi {
+
+/// The constructor: a model, then an initialiser and an id in either order, both optional.
+class Construct final : public ordo::factory::OrdoMethod {
+public:
+    Construct(std::string_view shortName, std::string const& scriptName, std::string_view description);
+
+    void call(ordo::MethodCall& call) const override;
+
+private:
+    BoundClass class_;
+};
+
+/// Makes a child in an owned property: an initialiser, then an id, both optional.
+class CreateInto final : public ordo::factory::OrdoMethod {
+public:
+    CreateInto(meta::Property const& property, std::string const& ownerName, std::string_view description);
+
+    void call(ordo::MethodCall& call) const override;
+
+private:
+    BoundProperty property_;
+    ordo::InternedName owner_;
+};
+
+}  // namespace quay::zero::mi

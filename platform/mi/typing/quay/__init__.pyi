@@ -1,0 +1,1 @@
+from quay import zero as zero

@@ -1,0 +1,16 @@
+# The meta objects that scripts see.
+from quay.zero import ModelElement
+
+class Class(ModelElement):
+    """A class of elements."""
+
+    @property
+    def name(self) -> str: ...
+    @property
+    def qualifiedName(self) -> str: ...
+    @property
+    def scriptName(self) -> str: ...
+    @property
+    def isAbstract(self) -> bool: ...
+    @property
+    def superclass(self) -> Class | None: ...

@@ -1,0 +1,11 @@
+"""Classes of native libraries as classes of Python.
+
+Packages of the class-object system are imported by their dotted names; their classes come into being when somebody
+first asks for one. What goes wrong is an `Error`.
+"""
+
+from ordo._core import Class, Method, Object, Property, count_bindings
+from ordo._errors import Error
+from ordo._packages import Package, attach, load
+
+__all__ = ["Class", "Error", "Method", "Object", "Package", "Property", "attach", "count_bindings", "load"]

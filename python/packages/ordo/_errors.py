@@ -1,0 +1,52 @@
+"""What failures of native code become: one class for all, and one more for each family that Python has its own for."""
+
+from __future__ import annotations
+
+import builtins
+
+from ordo import _core
+
+
+class Error(Exception):
+    """A failure of native code, or of a conversion on the way to it. Its text is a readable sentence.
+
+    `identifier` tells failures apart for programs, such as "quay0:messages:UniquenessConstraint", and `arguments` are
+    what the sentence is made with.
+    """
+
+    identifier: str
+    arguments: tuple[str, ...]
+
+    def __init__(self, text: str = "", identifier: str = "", arguments: tuple[str, ...] = ()) -> None:
+        super().__init__(text)
+        self.identifier = identifier
+        self.arguments = arguments
+
+    def __str__(self) -> str:
+        return str(self.args[0])
+
+    def __reduce__(self) -> tuple[object, ...]:
+        return type(self), (self.args[0], self.identifier, self.arguments)
+
+
+class ValueError(Error, builtins.ValueError):
+    """The value is of the right type and can't be used."""
+
+
+class TypeError(Error, builtins.TypeError):
+    """The value is of another type than is wanted, or can't be left out."""
+
+
+class AttributeError(Error, builtins.AttributeError):
+    """There is no such member, or it can't be assigned to."""
+
+
+class KeyError(Error, builtins.KeyError):
+    """There is no such key."""
+
+
+class IndexError(Error, builtins.IndexError):
+    """There is no such position."""
+
+
+_core.set_errors((Error, ValueError, TypeError, AttributeError, KeyError, IndexError))

@@ -1,0 +1,126 @@
+// Arrays of numbers that come in through the interpreter's buffer protocol, which NumPy's arrays and scalars speak.
+#include "from_python.h"
+
+#include <ordo/error.h>
+
+#include <zx/values.h>
+
+#include <array>
+#include <bit>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+namespace host {
+namespace {
+
+struct Format {
+    zxClassCode classCode;
+    bool isComplex;
+    std::size_t size;  // of one element
+};
+
+/// What a format of the `struct` module means here; size 0 if it is nothing of ours.
+Format formatOf(Py_buffer const& buffer) {
+    std::string_view text = buffer.format != nullptr ? buffer.format : "B";
+    constexpr std::string_view own = std::endian::native == std::endian::little ? "@=<" : "@=>!";
+    if (!text.empty() && own.find(text.front()) != std::string_view::npos) {
+        text.remove_prefix(1);
+    }
+    bool const isComplex = text.size() == 2 && text.front() == 'Z';
+    if (isComplex) {
+        text.remove_prefix(1);
+    }
+    Format result{zxDoubleClass, isComplex, 0};
+    auto const itemSize = static_cast<std::size_t>(buffer.itemsize);
+    std::size_t const partSize = isComplex ? itemSize / 2 : itemSize;
+    if (text.size() != 1 || (isComplex && text != "d" && text != "f")) {
+        return result;
+    }
+    auto const integer = [&](zxClassCode smallest) {
+        // Sizes of C's types differ between machines, so the item's size says which one it is.
+        unsigned const step = partSize == 1 ? 0 : partSize == 2 ? 2 : partSize == 4 ? 4 : 6;
+        result.classCode = static_cast<zxClassCode>(smallest + step);
+        result.size = partSize <= 8 ? itemSize : 0;
+    };
+    constexpr std::string_view signedCodes = "bhilqn";
+    constexpr std::string_view unsignedCodes = "BHILQN";
+    if (text == "d" || text == "f") {
+        result.classCode = text == "d" ? zxDoubleClass : zxSingleClass;
+        result.size = itemSize;
+    } else if (text == "?") {
+        result.classCode = zxLogicalClass;
+        result.size = itemSize;
+    } else if (signedCodes.find(text.front()) != std::string_view::npos) {
+        integer(zxInt8Class);
+    } else if (unsignedCodes.find(text.front()) != std::string_view::npos) {
+        integer(zxUint8Class);
+    }
+    return result;
+}
+
+/// A view of an object's memory, for as long as this lives.
+class View {
+public:
+    explicit View(PyObject* object) { checked(PyObject_GetBuffer(object, &buffer_, PyBUF_FULL_RO)); }
+    View(View const&) = delete;
+    View& operator=(View const&) = delete;
+    ~View() { PyBuffer_Release(&buffer_); }
+
+    Py_buffer const& operator*() const { return buffer_; }
+    Py_buffer const* operator->() const { return &buffer_; }
+
+private:
+    Py_buffer buffer_{};
+};
+
+/// Copies the elements in column-major order.
+void copyElements(Py_buffer const& from, std::size_t size, char* to, std::size_t count) {
+    std::array<Py_ssize_t, PyBUF_MAX_NDIM> place{};
+    for (std::size_t i = 0; i < count; ++i) {
+        std::memcpy(to + i * size, PyBuffer_GetPointer(&from, place.data()), size);
+        for (int d = 0; d < from.ndim; ++d) {
+            if (++place[static_cast<std::size_t>(d)] < from.shape[d]) {
+                break;
+            }
+            place[static_cast<std::size_t>(d)] = 0;
+        }
+    }
+}
+
+}  // namespace
+
+zx::Array arrayFromBuffer(PyObject* object) {
+    View const view(object);
+    Format const format = formatOf(*view);
+    if (format.size == 0 || view->ndim > PyBUF_MAX_NDIM) {
+        ordo::raiseWith(ordo::failures::WrongType, {describeObject(object), "a value or an array of numbers"});
+    }
+    std::vector<std::size_t> dimensions;
+    if (view->ndim < 2) {
+        dimensions.push_back(1);
+    }
+    if (view->ndim == 0) {
+        dimensions.push_back(1);
+    }
+    std::size_t count = 1;
+    for (int d = 0; d < view->ndim; ++d) {
+        dimensions.push_back(static_cast<std::size_t>(view->shape[d]));
+        count *= dimensions.back();
+    }
+    zx::Array array(zxCreateNumericArray(dimensions, format.classCode, format.isComplex ? 1 : 0));
+    if (count == 0) {
+        return array;
+    }
+    auto* const data = static_cast<char*>(zxGetDataForWriting(array.get()));
+    copyElements(*view, format.size, data, count);
+    if (format.classCode == zxLogicalClass) {
+        // Only 0 and 1 are logical values, whatever the memory of others holds.
+        for (std::size_t i = 0; i < count; ++i) {
+            data[i] = data[i] != 0 ? 1 : 0;
+        }
+    }
+    return array;
+}
+
+}  // namespace host

@@ -1,0 +1,320 @@
+#include "classes.h"
+
+#include "collections.h"
+#include "errors.h"
+#include "from_python.h"
+#include "members.h"
+#include "text.h"
+#include "to_python.h"
+#include "transactions.h"
+
+#include <ordo/error.h>
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+PyTypeObject* objectType = nullptr;  // the base of all script classes but enumerations
+PyTypeObject* metaType = nullptr;    // the class of script classes
+std::unordered_map<PyTypeObject*, ordo::OrdoClass*>* classes = nullptr;
+
+template <class Function>
+PyType_Slot slot(int number, Function* function) {
+    return {number, reinterpret_cast<void*>(function)};
+}
+
+void freeInstance(PyObject* self) noexcept {
+    PyTypeObject* const type = Py_TYPE(self);
+    Instance& object = instance(self);
+    // The script object forgets this instance first: whoever asks for it from here on, even a callback of a weak
+    // reference, gets a new one.
+    if (object.object->peer() == self) {
+        object.object->setPeer(nullptr);
+    }
+    if (object.weakReferences != nullptr) {
+        PyObject_ClearWeakRefs(self);
+    }
+    object.object->dropReference();
+    type->tp_free(self);
+    Py_DECREF(type);
+}
+
+int isTrue(PyObject* self) noexcept {
+    return guarded(-1, [&] {
+        Instance const& object = instance(self);
+        if (!isValid(object)) {
+            return 0;
+        }
+        ordo::OrdoCollection const* const collection = object.object->getClass().collection();
+        return collection == nullptr || collection->size(object.native) != 0 ? 1 : 0;
+    });
+}
+
+/// Copies of values are values of their own; of objects that have identity there is only one.
+PyObject* copyInstance(PyObject* self, PyObject*) noexcept {
+    return guarded([&] { return wrap(*instance(self).object->copy()).release(); });
+}
+
+PyObject* refuseToReduce(PyObject* self, PyObject*) noexcept {
+    PyErr_Format(PyExc_TypeError, "objects of class '%s' can't be pickled", Py_TYPE(self)->tp_name);
+    return nullptr;
+}
+
+PyObject* makeInstance(PyTypeObject* type, PyObject* arguments, PyObject* keywords) noexcept {
+    return guarded([&]() -> PyObject* {
+        ordo::OrdoClass* const ordoClass = classOf(type);
+        if (ordoClass == nullptr) {
+            ordo::raiseWith(ordo::failures::AbstractClass, {type->tp_name});
+        }
+        return construct(*ordoClass, arguments, keywords);
+    });
+}
+
+/// Scripts can't derive from script classes: an object of theirs could then have attributes that no schema knows.
+PyObject* refuseClass(PyTypeObject*, PyObject*, PyObject*) noexcept {
+    PyErr_SetString(PyExc_TypeError, "script classes can't be made or derived from in Python");
+    return nullptr;
+}
+
+PyMethodDef instanceMethods[] = {
+    {"__copy__", copyInstance, METH_NOARGS, "A value's copy; an object that has identity is itself."},
+    {"__deepcopy__", copyInstance, METH_O, "The same, since there is nothing below."},
+    {"__reduce_ex__", refuseToReduce, METH_O, "Script objects can't be pickled."},
+    {},
+};
+
+PyMemberDef instanceMembers[] = {
+    {"__weaklistoffset__", T_PYSSIZET, offsetof(Instance, weakReferences), READONLY, nullptr},
+    {},
+};
+
+std::string docOf(ordo::OrdoClassInfo const& info) {
+    std::string text(info.getDescription());
+    if (!info.getDetailedDescription().empty()) {
+        text += "\n\n" + std::string(info.getDetailedDescription());
+    }
+    return text;
+}
+
+/// Gives a type its members, in the order of their definition.
+void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
+    auto const add = [&](ordo::InternedName name, Ref const& member) {
+        Ref text = nameToPython(name.text());
+        PyObject* interned = text.release();
+        PyUnicode_InternInPlace(&interned);
+        Ref const key(interned);
+        checked(PyDict_SetItem(type->tp_dict, key.get(), member.get()));
+    };
+    if (!ordoClass.info().isEnumeration()) {
+        for (auto const& property : ordoClass.properties()) {
+            add(property->name(), makeProperty(*property, ordoClass, type));
+        }
+    }
+    for (auto const& method : ordoClass.methods()) {
+        if (method.get() != ordoClass.constructor()) {
+            add(method->name(), makeMethod(*method, ordoClass, type));
+        }
+    }
+}
+
+/// Makes a type from its specification, below `base`, which needn't be open to scripts.
+PyTypeObject* makeType(PyType_Spec& spec, PyTypeObject* base) {
+    bool const isOpen = PyType_HasFeature(base, Py_TPFLAGS_BASETYPE);
+    base->tp_flags |= Py_TPFLAGS_BASETYPE;
+    PyObject* const made = PyType_FromSpecWithBases(&spec, reinterpret_cast<PyObject*>(base));
+    if (!isOpen) {
+        base->tp_flags &= ~Py_TPFLAGS_BASETYPE;
+    }
+    Ref type(made);
+    Py_INCREF(metaType);
+    Py_SET_TYPE(type.get(), metaType);
+    return reinterpret_cast<PyTypeObject*>(type.release());
+}
+
+PyTypeObject* baseOf(ordo::OrdoClass& ordoClass) {
+    if (ordoClass.info().isEnumeration()) {
+        return &PyLong_Type;
+    }
+    return ordoClass.superclasses().empty() ? objectType : peerOf(*ordoClass.superclasses().front()).type;
+}
+
+PyObject* representLiteral(PyObject* self) noexcept {
+    return guarded([&] {
+        ordo::OrdoClass const& ordoClass = *classOf(Py_TYPE(self));
+        auto const number = static_cast<std::int32_t>(PyLong_AsLong(self));
+        std::string text(ordoClass.shortName().text());
+        if (ordo::OrdoEnumInfo const* const literal = ordoClass.findEnumeration(number)) {
+            return nameToPython(text + '.' + std::string(literal->getName().text())).release();
+        }
+        return nameToPython(text + '(' + std::to_string(number) + ')').release();
+    });
+}
+
+PyTypeObject* typeFor(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
+    ordo::OrdoClassInfo const& info = ordoClass.info();
+    std::string const doc = docOf(info);
+    std::vector<PyType_Slot> slots{{Py_tp_doc, const_cast<char*>(doc.c_str())}, slot(Py_tp_new, makeInstance)};
+    if (info.isEnumeration()) {
+        slots.push_back(slot(Py_tp_repr, representLiteral));
+        slots.push_back(slot(Py_tp_getattro, getAttribute));
+        slots.push_back(slot(Py_tp_setattro, setAttribute));
+    }
+    if (peer.equals != nullptr) {
+        slots.push_back(slot(Py_tp_richcompare, compare));
+        slots.push_back(slot(Py_tp_hash, PyObject_HashNotImplemented));
+    }
+    if (info.collection() != nullptr) {
+        addCollectionSlots(*info.collection(), slots);
+    }
+    slots.push_back({0, nullptr});
+    PyType_Spec spec{ordoClass.name().text().data(), 0, 0, Py_TPFLAGS_DEFAULT, slots.data()};
+    return makeType(spec, baseOf(ordoClass));
+}
+
+/// Fills what a type has beside its slots.
+void finish(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
+    addMembers(ordoClass, type);
+    if (ordoClass.info().collection() != nullptr) {
+        finishCollection(*ordoClass.info().collection(), type);
+    }
+    if (ordoClass.info().isTransaction()) {
+        addTransactionMethods(type);
+    }
+    PyType_Modified(type);
+    for (auto const& literal : ordoClass.enumerations()) {
+        Ref const value = enumerationToPython(ordoClass, literal->getNumericValue());
+        Ref const name = nameToPython(literal->getName().text());
+        checked(PyDict_SetItem(type->tp_dict, name.get(), value.get()));
+    }
+    type->tp_flags |= Py_TPFLAGS_IMMUTABLETYPE;
+    PyType_Modified(type);
+}
+
+}  // namespace
+
+void setUpClasses(PyObject* module) {
+    classes = std::make_unique<std::unordered_map<PyTypeObject*, ordo::OrdoClass*>>().release();
+    PyType_Slot metaSlots[] = {
+        slot(Py_tp_new, refuseClass),
+        slot(Py_tp_getattro, getClassAttribute),
+        {Py_tp_doc, const_cast<char*>("The class of script classes.")},
+        {0, nullptr},
+    };
+    PyType_Spec metaSpec{"ordo.Class", 0, 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_IMMUTABLETYPE, metaSlots};
+    metaType = reinterpret_cast<PyTypeObject*>(
+        Ref(PyType_FromSpecWithBases(&metaSpec, reinterpret_cast<PyObject*>(&PyType_Type))).release());
+    PyType_Slot slots[] = {
+        {Py_tp_doc, const_cast<char*>("An object of a script class.")},
+        slot(Py_tp_dealloc, freeInstance),
+        slot(Py_tp_getattro, getAttribute),
+        slot(Py_tp_setattro, setAttribute),
+        slot(Py_tp_repr, represent),
+        slot(Py_nb_bool, isTrue),
+        slot(Py_tp_new, makeInstance),
+        {Py_tp_methods, instanceMethods},
+        {Py_tp_members, instanceMembers},
+        {0, nullptr},
+    };
+    PyType_Spec spec{"ordo.Object", sizeof(Instance), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_IMMUTABLETYPE, slots};
+    objectType = makeType(spec, &PyBaseObject_Type);
+    checked(PyModule_AddType(module, objectType));
+    checked(PyModule_AddType(module, metaType));
+}
+
+ClassPeer& peerOf(ordo::OrdoClass& ordoClass) {
+    if (void* const peer = ordoClass.peer()) {
+        return *static_cast<ClassPeer*>(peer);
+    }
+    auto peer = std::make_unique<ClassPeer>();
+    peer->ordoClass = &ordoClass;
+    peer->equals = ordoClass.findMethod(ordo::internName("eq"));
+    peer->lessThan = ordoClass.findMethod(ordo::internName("lt"));
+    peer->type = typeFor(ordoClass, *peer);
+    // Members may need the peer, so it is there first; a class that can't be finished is taken back.
+    PyTypeObject* const type = peer->type;
+    classes->emplace(type, &ordoClass);
+    ordoClass.setPeer(peer.get());
+    try {
+        finish(ordoClass, type);
+    } catch (...) {
+        ordoClass.setPeer(nullptr);
+        classes->erase(type);
+        for (auto const& [number, literal] : peer->literals) {
+            Py_DECREF(literal);
+        }
+        Py_DECREF(type);
+        throw;
+    }
+    return *peer.release();
+}
+
+ordo::OrdoClass* classOf(PyTypeObject* type) noexcept {
+    auto const found = classes->find(type);
+    return found != classes->end() ? found->second : nullptr;
+}
+
+Ref wrap(ordo::OrdoInterface& object) {
+    if (void* const peer = object.peer()) {
+        return Ref::borrow(static_cast<PyObject*>(peer));
+    }
+    PyTypeObject* const type = peerOf(object.getClass()).type;
+    // Making a class may have run code that asked for the object too.
+    if (void* const peer = object.peer()) {
+        return Ref::borrow(static_cast<PyObject*>(peer));
+    }
+    Instance* const self = PyObject_New(Instance, type);
+    if (self == nullptr) {
+        throw PythonError();
+    }
+    object.addReference();
+    self->native = object.native();
+    self->object = &object;
+    self->weakReferences = nullptr;
+    auto* const result = reinterpret_cast<PyObject*>(self);
+    object.setPeer(result);
+    return Ref(result);
+}
+
+bool isInstance(PyObject* object) noexcept { return PyObject_TypeCheck(object, objectType) != 0; }
+
+bool isValid(Instance const& self) noexcept {
+    ordo::ValidityCheck const check = self.object->getClass().validityCheck();
+    return self.native != nullptr && (check == nullptr || check(self.native));
+}
+
+void* validNative(PyObject* self) {
+    if (!isValid(instance(self))) {
+        ordo::raiseInvalidHandle();
+    }
+    return instance(self).native;
+}
+
+Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number) {
+    ClassPeer& peer = peerOf(enumeration);
+    auto const known = peer.literals.find(number);
+    if (known != peer.literals.end()) {
+        return Ref::borrow(known->second);
+    }
+    Ref const arguments(Py_BuildValue("(i)", number));
+    Ref made(PyLong_Type.tp_new(peer.type, arguments.get(), nullptr));
+    if (enumeration.findEnumeration(number) != nullptr) {
+        peer.literals.emplace(number, made.get());
+        Py_INCREF(made.get());
+    }
+    return made;
+}
+
+ordo::OrdoClass* enumerationOf(PyObject* object) noexcept {
+    return PyLong_Check(object) && !PyLong_CheckExact(object) ? classOf(Py_TYPE(object)) : nullptr;
+}
+
+bool isIntegerScalar(PyObject* object) noexcept {
+    return PyIndex_Check(object) != 0 && std::strcmp(Py_TYPE(object)->tp_name, "numpy.bool_") != 0;
+}
+
+}  // namespace host

@@ -1,0 +1,145 @@
+#include "packages.h"
+
+#include "classes.h"
+#include "errors.h"
+#include "text.h"
+
+#include <ordo/class.h>
+#include <ordo/error.h>
+#include <ordo/factory/binding_registry.h>
+#include <ordo/package.h>
+
+#include <dlfcn.h>
+
+#include <string>
+
+namespace host {
+namespace {
+
+ordo::InternedName nameArgument(PyObject* text) {
+    if (!PyUnicode_Check(text)) {
+        PyErr_SetString(PyExc_TypeError, "a name is a str");
+        throw PythonError();
+    }
+    return ordo::internName(nameFromPython(text));
+}
+
+/// The package of a dotted name, null if there is none.
+ordo::OrdoPackage* packageNamed(PyObject* name) {
+    ordo::InternedName const interned = nameArgument(name);
+    return interned ? ordo::OrdoPackage::getPackage(interned) : nullptr;
+}
+
+PyObject* hasPackage(PyObject*, PyObject* name) noexcept {
+    return guarded([&] { return PyBool_FromLong(packageNamed(name) != nullptr ? 1 : 0); });
+}
+
+PyObject* describePackage(PyObject*, PyObject* name) noexcept {
+    return guarded([&]() -> PyObject* {
+        ordo::OrdoPackage const* const package = packageNamed(name);
+        if (package == nullptr) {
+            Py_RETURN_NONE;
+        }
+        return nameToPython(package->info().getDescription()).release();
+    });
+}
+
+/// The short names of what is in a package: subpackages and classes.
+PyObject* listPackage(PyObject*, PyObject* name) noexcept {
+    return guarded([&] {
+        Ref list(PyList_New(0));
+        if (ordo::OrdoPackage const* const package = packageNamed(name)) {
+            for (ordo::OrdoPackage const* const inner : package->subPackages()) {
+                Ref const text = nameToPython(inner->shortName().text());
+                checked(PyList_Append(list.get(), text.get()));
+            }
+            for (ordo::InternedName const className : package->classNames()) {
+                Ref const text = nameToPython(className.text());
+                checked(PyList_Append(list.get(), text.get()));
+            }
+        }
+        return list.release();
+    });
+}
+
+/// The class of a whole dotted name, None if there is none.
+PyObject* findClass(PyObject*, PyObject* name) noexcept {
+    return guarded([&]() -> PyObject* {
+        ordo::InternedName const interned = nameArgument(name);
+        ordo::OrdoClass* const found = interned ? ordo::OrdoClass::getClass(interned) : nullptr;
+        if (found == nullptr) {
+            Py_RETURN_NONE;
+        }
+        return Ref::borrow(reinterpret_cast<PyObject*>(peerOf(*found).type)).release();
+    });
+}
+
+/// Fails as an access of a name that isn't there.
+PyObject* raiseNoSuchMember(PyObject*, PyObject* const* arguments, Py_ssize_t count) noexcept {
+    return guarded([&]() -> PyObject* {
+        std::vector<std::string> texts;
+        for (Py_ssize_t i = 0; i < count; ++i) {
+            texts.push_back(PyUnicode_Check(arguments[i]) ? nameFromPython(arguments[i]) : std::string());
+        }
+        ordo::raiseWith(ordo::failures::NoSuchMember, texts);
+    });
+}
+
+/// Loads a native library for good, and calls its entry point.
+PyObject* loadLibrary(PyObject*, PyObject* const* arguments, Py_ssize_t count) noexcept {
+    return guarded([&]() -> PyObject* {
+        if (count != 2 || !PyUnicode_Check(arguments[0]) || !PyUnicode_Check(arguments[1])) {
+            PyErr_SetString(PyExc_TypeError, "load(library, entry_point) takes two names");
+            throw PythonError();
+        }
+        Ref const path(PyUnicode_EncodeFSDefault(arguments[0]));
+        void* const library = dlopen(PyBytes_AS_STRING(path.get()), RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) {
+            PyErr_SetString(PyExc_ImportError, dlerror());
+            throw PythonError();
+        }
+        auto* const entry = reinterpret_cast<void (*)()>(dlsym(library, nameFromPython(arguments[1]).c_str()));
+        if (entry == nullptr) {
+            PyErr_SetString(PyExc_ImportError, dlerror());
+            throw PythonError();
+        }
+        entry();
+        Py_RETURN_NONE;
+    });
+}
+
+PyObject* setErrors(PyObject*, PyObject* classes) noexcept {
+    if (!PyTuple_Check(classes) || PyTuple_GET_SIZE(classes) != static_cast<Py_ssize_t>(ordo::ErrorKind::Index) + 1) {
+        PyErr_SetString(PyExc_TypeError, "there is a class of errors for each family");
+        return nullptr;
+    }
+    setErrorClasses(classes);
+    Py_RETURN_NONE;
+}
+
+PyObject* countBindings(PyObject*, PyObject*) noexcept {
+    return PyLong_FromSize_t(ordo::factory::basic::BindingRegistry::size());
+}
+
+template <class Function>
+PyCFunction asFunction(Function* function) {
+    return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
+}
+
+PyMethodDef functions[] = {
+    {"has_package", hasPackage, METH_O, "Whether a package of this dotted name is registered."},
+    {"describe_package", describePackage, METH_O, "A package's line of help."},
+    {"list_package", listPackage, METH_O, "The names of a package's subpackages and classes."},
+    {"find_class", findClass, METH_O, "The class of a whole dotted name, or None."},
+    {"no_such_member", asFunction(raiseNoSuchMember), METH_FASTCALL, "Raises the error of a name that isn't there."},
+    {"load", asFunction(loadLibrary), METH_FASTCALL, "Loads a native library for good and calls its entry point."},
+    {"set_errors", setErrors, METH_O, "Says which classes errors have, by family."},
+    {"count_bindings", countBindings, METH_NOARGS, "How many native objects have a script object now."},
+    {},
+};
+
+}  // namespace
+
+void setUpPackages(PyObject* module) { checked(PyModule_AddFunctions(module, functions)); }
+
+}  // namespace host

@@ -1,0 +1,31 @@
+"""A small native library, `workshop`, whose classes are of every kind that a script can meet."""
+
+from __future__ import annotations
+
+import gc
+import importlib
+import os
+from collections.abc import Iterator
+from pathlib import Path
+from types import ModuleType
+
+import ordo
+import pytest
+
+LIBRARY = Path(os.environ["QUAY_BUILD_DIR"]) / "lib" / "libworkshop.so"
+
+
+@pytest.fixture(scope="session")
+def loaded() -> ModuleType:
+    ordo.load(str(LIBRARY), "ZLInitialize_workshop")
+    return importlib.import_module("workshop")
+
+
+@pytest.fixture
+def workshop(loaded: ModuleType) -> Iterator[ModuleType]:
+    """The package; a test that leaves script objects or items behind fails."""
+    gc.collect()
+    before = ordo.count_bindings(), loaded.Item.itemCount()
+    yield loaded
+    gc.collect()
+    assert (ordo.count_bindings(), loaded.Item.itemCount()) == before

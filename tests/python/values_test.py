@@ -1,0 +1,271 @@
+"""What crosses to native code, and what comes back."""
+
+from __future__ import annotations
+
+import random
+import sys
+import uuid
+from types import ModuleType, SimpleNamespace
+from typing import Any
+
+import numpy
+import ordo
+import pytest
+
+NUMBERS = [0, 1, -1, 2**31 - 1, 2**31, -(2**31), -(2**31) - 1, 2**32 - 1, 2**32, 2**63, 2**64 - 1, 2**64, 10**400]
+REALS = [0.5, -0.0, 3.0, 1e300, float("inf"), float("nan")]
+OTHERS: list[Any] = [None, "", "1", b"1", [], [1, 2], {}, {1}, object(), len, ordo, complex(1, 2), numpy.zeros(2)]
+RANGES = {"count": (-(2**31), 2**31 - 1), "size": (0, 2**32 - 1), "serial": (0, 2**64 - 1)}
+
+
+@pytest.mark.parametrize("name", RANGES)
+def test_integers_are_taken_whole_or_refused(workshop: ModuleType, name: str) -> None:
+    low, high = RANGES[name]
+    item = workshop.Item()
+    for value in [*NUMBERS, *REALS]:
+        fits = value == value and low <= value <= high and value == int(value)
+        for given in [value, numpy.float64(value)] if isinstance(value, float) else [value]:
+            before = getattr(item, name)
+            if fits:
+                setattr(item, name, given)
+                assert getattr(item, name) == int(value)
+                assert type(getattr(item, name)) is int
+            else:
+                with pytest.raises(ValueError) as caught:
+                    setattr(item, name, given)
+                assert isinstance(caught.value, ordo.Error)
+                assert caught.value.identifier.startswith("ordo:messages:")
+                assert getattr(item, name) == before
+    for value in OTHERS:
+        with pytest.raises((ValueError, TypeError)) as refused:
+            setattr(item, name, value)
+        assert isinstance(refused.value, ordo.Error)
+    for number in (numpy.int8(5), numpy.uint64(5), numpy.array([5]), numpy.array(5.0), True, workshop.Color.Blue):
+        setattr(item, name, number)
+        assert getattr(item, name) == int(number)
+
+
+def test_booleans_take_any_number(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    for value in [*NUMBERS[:-1], *REALS, numpy.bool_(True), numpy.bool_(False)]:
+        item.ready = value
+        assert item.ready is bool(value)
+    for value in OTHERS:
+        with pytest.raises(TypeError):
+            item.ready = value
+
+
+def test_doubles_take_every_number(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    for value in [*NUMBERS[:-1], *REALS]:
+        item.weight = value
+        assert repr(item.weight) == repr(float(value))
+    with pytest.raises(ValueError):
+        item.weight = 10**400
+
+
+TEXTS = ["", "ä", "a\0b", "\ud800", "\udfff\ud800", "😀", "a😀\uffff", "€" * 1000, "\x7f\x80\xff\u0100"]
+
+
+def test_texts_keep_every_unit(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    for text in TEXTS:
+        item.name = text
+        assert item.name.encode("utf-16", "surrogatepass") == text.encode("utf-16", "surrogatepass")
+        item.notes = text
+        assert item.notes == text
+    item.label = b"\xff\x00 \xc3\xa4".decode("utf-8", "surrogateescape")
+    assert item.label.encode("utf-8", "surrogateescape") == b"\xff\x00 \xc3\xa4"
+    with pytest.raises(ValueError, match="surrogate"):
+        item.label = "\ud800"
+    for value in (None, 1, b"text", ["a"], object()):
+        for name in ("name", "label"):
+            with pytest.raises(TypeError):
+                setattr(item, name, value)
+
+
+def test_optionals_are_none_until_they_are_set(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    for name, value in {"limit": True, "rank": -3, "stamp": 2**64 - 1}.items():
+        assert getattr(item, name) is None
+        for nothing in (None, [], numpy.array([])):
+            setattr(item, name, value)
+            assert getattr(item, name) == value and type(getattr(item, name)) is type(value)
+            setattr(item, name, nothing)
+            assert getattr(item, name) is None
+        with pytest.raises(TypeError):
+            setattr(item, name, "")
+
+
+def test_enumerations_take_literals_names_and_numbers(workshop: ModuleType) -> None:
+    item, color = workshop.Item(), workshop.Color
+    for given in (color.Blue, "Blue", 5, 5.0, numpy.int16(5)):
+        item.color = color.Red
+        item.color = given
+        assert item.color is color.Blue
+    assert item.color == 5 and item.color + 1 == 6 and isinstance(item.color, int)
+    assert repr(item.color) == "Color.Blue" and item.color.getValue() == 5
+    assert color(5) is color("Blue") is color(color.Blue) is color.Blue
+    for wrong in (3, "Mauve", "", 5.5, object(), item, [1, 2], b"Blue"):
+        with pytest.raises((ValueError, TypeError)) as caught:
+            item.color = wrong
+        assert isinstance(caught.value, ordo.Error)
+    assert item.color is color.Blue
+    item.color = None
+    assert item.color == 0 and repr(item.color) == "Color(0)"
+    with pytest.raises(AttributeError, match="did you mean 'Green'"):
+        color.Gren
+    with pytest.raises(TypeError):
+        color(None)
+
+
+def same(left: Any, right: Any) -> bool:
+    if isinstance(left, numpy.ndarray) or isinstance(right, numpy.ndarray):
+        return numpy.array_equal(left, right) and numpy.asarray(left).dtype == numpy.asarray(right).dtype
+    if isinstance(left, list) and isinstance(right, list):
+        return len(left) == len(right) and all(map(same, left, right))
+    if isinstance(left, dict) and isinstance(right, dict):
+        return left.keys() == right.keys() and all(same(left[k], right[k]) for k in left)
+    return type(left) is type(right) and bool(left == right)
+
+
+DTYPES = ["bool", "i1", "u1", "i2", "u2", "i4", "u4", "i8", "u8", "f4", "f8", "c8", "c16"]
+
+
+def random_array(rng: random.Random) -> Any:
+    shape = rng.choice([(rng.randint(3, 6),), (rng.randint(2, 4), rng.randint(2, 4)), (2, 3, rng.randint(2, 4))])
+    numbers = numpy.random.default_rng(rng.randint(0, 9999)).integers(0, 100, shape)
+    made = numbers.astype(rng.choice(DTYPES))
+    return rng.choice([made, numpy.asfortranarray(made), made[::-1], made.T if made.ndim > 1 else made[::2]])
+
+
+def random_value(rng: random.Random, depth: int = 0) -> Any:
+    """A value and what it is expected to read back as are one, for all that this makes."""
+    kinds = ["bool", "int", "float", "text", "none", "array"] + (["list", "dict", "dicts"] if depth < 4 else [])
+    match rng.choice(kinds):
+        case "bool":
+            return rng.random() < 0.5
+        case "int":
+            return rng.choice([0, -5, 2**40, -(2**63), 2**64 - 1])
+        case "float":
+            return rng.uniform(-1, 1)
+        case "text":
+            return rng.choice(TEXTS)
+        case "none":
+            return None
+        case "array":
+            return random_array(rng)
+        case "list":
+            # Something that is neither a number nor a dict keeps the list from being taken for a row or for structs.
+            return ["mixed", *(random_value(rng, depth + 1) for _ in range(rng.randint(0, 4)))]
+        case "dict":
+            return {f"f{i}": random_value(rng, depth + 1) for i in range(rng.randint(0, 4))}
+        case _:
+            return [{"a": random_value(rng, depth + 1)} for _ in range(rng.randint(2, 3))]
+
+
+def test_arrays_come_back_as_they_went(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    rng = random.Random(5)
+    for _ in range(1500):
+        value = random_value(rng)
+        item.notes = value
+        expected = value if not isinstance(value, numpy.ndarray) or value.size else None
+        assert same(item.notes, expected), value
+
+
+def test_lists_of_numbers_are_rows(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    for given, dtype in (([1, -2], "i8"), ([1, 2**63], "u8"), ([1, 0.5], "f8"), ([True, False], "bool")):
+        item.notes = given
+        assert isinstance(item.notes, numpy.ndarray) and item.notes.dtype == dtype and item.notes.tolist() == given
+        item.notes = tuple(given)
+        assert item.notes.tolist() == given
+    item.notes = [2**53 + 1, 0.5]
+    assert item.notes == [2**53 + 1, 0.5], "a row of doubles would have another integer"
+    item.notes = [7]
+    assert item.notes == 7
+    item.notes = [{"a": 1}, {"b": "x"}]
+    assert item.notes == [{"a": 1, "b": None}, {"a": None, "b": "x"}]
+    item.notes = [workshop.Color.Red, workshop.Color.Blue]
+    assert item.notes == [workshop.Color.Red, workshop.Color.Blue]
+    assert item.notes[0] is workshop.Color.Red
+
+
+def test_plain_objects_and_uuids_have_forms(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    item.notes = SimpleNamespace(a=1, b=SimpleNamespace(c="x"))
+    assert item.notes == {"a": 1, "b": {"c": "x"}}
+    identity = uuid.uuid4()
+    item.notes = identity
+    assert item.notes == str(identity)
+    for value in (2**64, -(2**63) - 1, b"", bytearray(b"x"), {1, 2}, object(), len, iter([]), {1: 2}, {"": 1}, int,
+                  {"\ud800": 1}, numpy.array(["text"]), numpy.array([object()]), [1, object()], lambda: 0):  # fmt: skip
+        before = item.notes
+        with pytest.raises((ValueError, TypeError)) as caught:
+            item.notes = value
+        assert isinstance(caught.value, ordo.Error), value
+        assert item.notes == before
+
+
+def test_values_that_hold_themselves_are_refused(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    cycle: list[Any] = []
+    cycle += [cycle, cycle]
+    loop: dict[str, Any] = {}
+    loop["self"] = [loop]
+    own = SimpleNamespace()
+    own.me = own
+    deep: Any = "x"
+    for _ in range(100_000):
+        deep = [deep, "x"]
+    wide: Any = "x"
+    for _ in range(100):
+        wide = {"a": [wide]}
+    old = sys.getrecursionlimit()
+    sys.setrecursionlimit(1_000_000)
+    try:
+        for value in (cycle, loop, own, deep, {"a": [{"b": cycle}]}):
+            with pytest.raises(ValueError, match="nested too deep"):
+                item.notes = value
+        item.notes = wide[next(iter(wide))]
+        assert item.notes is not None
+    finally:
+        sys.setrecursionlimit(old)
+
+
+class Meddler:
+    """An integer that does something when it is asked for its value."""
+
+    def __init__(self, action: Any) -> None:
+        self.action = action
+
+    def __index__(self) -> int:
+        self.action()
+        return 1
+
+
+def test_what_conversions_do_to_objects_is_noticed(workshop: ModuleType) -> None:
+    item = workshop.Item()
+    part = item.createPart()
+    with pytest.raises(ordo.Error) as caught:
+        part.count = Meddler(item.destroy)
+    assert caught.value.identifier == "ZELDRA:class:InvalidHandle"
+    other = workshop.Item()
+    with pytest.raises(ordo.Error):
+        other.echo(Meddler(other.destroy))
+    growing: list[Any] = ["x"]
+    growing.append(Meddler(growing.clear))
+    changing: dict[str, Any] = {}
+    changing.update(a=Meddler(changing.clear), b=2)
+    third = workshop.Item()
+    third.notes = growing
+    assert third.notes == ["x", 1]
+    third.notes = changing
+    assert third.notes == {"a": 1, "b": 2}
+
+    def fail() -> None:
+        raise ZeroDivisionError
+
+    with pytest.raises(ZeroDivisionError):
+        third.count = Meddler(fail)

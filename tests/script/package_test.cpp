@@ -1,0 +1,383 @@
+// The script package of the record, as a host meets it.
+#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+
+#include <ordo/ordo.h>
+#include <quay/zero/mi/bindings.h>
+#include <quay/zero/mi/meta_marshaler_registry.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <zx/zx.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+extern "C" void ZLInitialize_vw_modelref_info();
+
+namespace {
+
+namespace qz = quay::zero;
+using ordo::OrdoClass;
+using ordo::OrdoValue;
+using testing::ElementsAre;
+
+constexpr std::string_view kPackage = "Varlow.ModelReference.internal.compileInfo";
+
+std::string fullName(std::string_view name) { return std::string(kPackage) + "." + std::string(name); }
+
+OrdoClass& classNamed(std::string const& name) {
+    OrdoClass* const found = OrdoClass::getClass(ordo::internName(name));
+    if (found == nullptr) throw std::runtime_error("no class " + name);
+    return *found;
+}
+OrdoClass& recordClass(std::string_view name) { return classNamed(fullName(name)); }
+
+/// The identifier of what `run` throws; empty if it throws nothing.
+template <class F>
+std::string errorOf(F const& run) {
+    try {
+        run();
+    } catch (keel::core::except::Error const& error) {
+        return error.GetID();
+    }
+    return {};
+}
+
+OrdoValue construct(std::string const& name, std::vector<OrdoValue> const& arguments) {
+    return classNamed(name).construct(arguments);
+}
+
+OrdoValue call(OrdoValue const& self, char const* name, std::vector<OrdoValue> arguments = {}) {
+    ordo::OrdoMethodInfo* const method = self.object()->getClass().findMethod(ordo::internName(name));
+    if (method == nullptr) throw std::runtime_error(std::string("no method ") + name);
+    arguments.insert(arguments.begin(), self);
+    ordo::MethodCall made(arguments);
+    method->call(made);
+    return made.result();
+}
+
+ordo::OrdoPropInfo& propertyOf(OrdoValue const& self, char const* name) {
+    ordo::OrdoPropInfo* const property = self.object()->getClass().findProperty(ordo::internName(name));
+    if (property == nullptr) throw std::runtime_error(std::string("no property ") + name);
+    return *property;
+}
+OrdoValue get(OrdoValue const& self, char const* name) { return propertyOf(self, name).get(self.object()->native()); }
+void set(OrdoValue const& self, char const* name, OrdoValue const& value) {
+    propertyOf(self, name).set(self.object()->native(), value);
+}
+
+/// A struct array of one field, one element for each value.
+OrdoValue structOf(std::string_view field, std::vector<OrdoValue> const& values) {
+    zx::Array array(zxCreateStructMatrix(1, values.size()));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        zxSetField(array.get(), i, field, values[i].toArray().release());
+    }
+    return OrdoValue::fromArray(std::move(array));
+}
+
+class Scripts : public testing::Test {
+protected:
+    static void SetUpTestSuite() { ZLInitialize_vw_modelref_info(); }
+
+    OrdoValue model_ = construct("quay.zero.Model", {});
+    OrdoValue root_ = construct(fullName("ModelRefInfoRoot"), {model_});
+    qz::Model native_ = qz::mi::modelIn(model_);
+};
+
+std::vector<std::string> namesIn(std::string_view package) {
+    std::vector<std::string> names;
+    for (ordo::InternedName const name : ordo::OrdoPackage::getPackage(ordo::internName(package))->classNames()) {
+        names.emplace_back(name.text());
+    }
+    return names;
+}
+
+TEST_F(Scripts, RegistersClassesEnumerationsAndDataTypesInOrder) {
+    std::vector<std::string> const names = namesIn(kPackage);
+    ASSERT_EQ(names.size(), 113u);
+    EXPECT_TRUE(std::is_sorted(names.begin(), names.begin() + 103));
+    EXPECT_EQ(names.front(), "AUTOSARInportInfo");
+    EXPECT_EQ(names[102], "ZeroCrossingInfo");
+    EXPECT_THAT(
+        std::vector<std::string>(names.begin() + 103, names.end()),
+        ElementsAre("DataClass", "DenormalBehavior", "MessagePortType", "ModelWideEventType", "QueuePriorityOrder",
+                    "QueueType", "SolverMode", "vwSolverType", "RateInfo", "ServicePortKey"));
+    ZLInitialize_vw_modelref_info();
+    EXPECT_EQ(namesIn(kPackage), names);
+    for (char const* other : {"vwtp.mm.core.BlockSource", "vw.quayzero.treeNode.BlockAttributes",
+                              "quay.zero.meta.Argument", "vw.type_info.BusElement", "vwexec.sto.BuiltInDTypeId",
+                              "vwexec.sto.ClientDataRegistry", "ci.Model", "vwtp.mm.core.EventScope"}) {
+        EXPECT_NE(OrdoClass::getClass(ordo::internName(other)), nullptr) << other;
+    }
+    EXPECT_EQ(OrdoClass::getClass(ordo::internName(fullName("NoSuchClass"))), nullptr);
+}
+
+/// What the meta-model says a class's members are, in order.
+std::vector<std::string> expectedMembers(qz::meta::Class const& type) {
+    std::vector<std::string> singles, several, into, intoSingle;
+    for (qz::meta::Property const& p : *type->getOwnedProperties()) {
+        std::string const name = ordo::factory::bytesOf(p->getName());
+        std::string creator = "createInto" + name;
+        creator[10] = static_cast<char>(std::toupper(creator[10]));
+        bool const isSingle = p->getUpper() == 1;
+        (isSingle ? singles : several).push_back(name);
+        if (p->isComposite()) (isSingle ? intoSingle : into).push_back(creator);
+    }
+    std::vector<std::string> result;
+    if (!type->isAbstract()) result.push_back(ordo::factory::bytesOf(type->getName()));
+    for (auto const* part : {&singles, &several, &into, &intoSingle}) {
+        result.insert(result.end(), part->begin(), part->end());
+    }
+    result.emplace_back("StaticMetaClass");
+    return result;
+}
+
+TEST_F(Scripts, EveryClassHasTheMembersOfItsSchemaInOrder) {
+    std::size_t creators = 0;
+    for (qz::meta::Type const& type : *MetaPackageVw_modelref_info::getInstance()->ModelRefInfoRepo->getOwnedTypes()) {
+        auto const metaClass = qz::meta::Class::cast(type);
+        if (!metaClass) continue;
+        OrdoClass& c = classNamed(metaClass->getScriptName());
+        SCOPED_TRACE(c.name().text());
+        ASSERT_EQ(c.superclasses().size(), 1u);
+        auto const base = metaClass->getSuperclass();
+        bool const isPlain = base == qz::ModelElement::metaClass();
+        EXPECT_EQ(c.superclasses()[0]->name().text(), isPlain ? "quay.zero.ModelElement" : base->getScriptName());
+        EXPECT_EQ(c.constructor() == nullptr, metaClass->isAbstract());
+        std::vector<std::string> members;
+        if (c.constructor() != nullptr) members.emplace_back(c.constructor()->name().text());
+        for (auto const& p : c.properties()) {
+            members.emplace_back(p->name().text());
+            EXPECT_EQ(p->getAttributes(), 0u);
+            EXPECT_FALSE(p->getDescription().empty()) << p->name().text();
+        }
+        for (auto const& m : c.methods()) {
+            if (m.get() == c.constructor()) continue;
+            members.emplace_back(m->name().text());
+            creators += m->name().text().starts_with("createInto");
+        }
+        EXPECT_EQ(members, expectedMembers(metaClass));
+        EXPECT_EQ(c.methods().back()->getAttributes(), 520u);
+        EXPECT_FALSE(c.info().getDescription().empty());
+    }
+    EXPECT_EQ(creators, 114u);
+    EXPECT_TRUE(recordClass("InterfaceParameter").info().isAbstract());
+}
+
+TEST_F(Scripts, PropertiesAndMethodsNameTheirTypes) {
+    struct {
+        char const* owner;
+        char const* property;
+        std::string word;
+        bool readOnly;
+    } const cases[] = {
+        {"InportInformation", "isNotDerivPort", "logical scalar", false},
+        {"ModelRefInfoRoot", "triggerType", "int32 scalar", false},
+        {"InterfaceParameter", "numDimensions", "uint32 scalar", false},
+        {"InterfaceParameter", "parameterName", "OrdoFactoryString scalar", false},
+        {"InterfaceParameter", "datatypeName", "char", false},
+        {"InterfaceParameter", "dimensions", "quay.zero.PrimitiveSet", true},
+        {"InterfaceParameterInfo", "groupedArgumentMap", "quay.zero.Set", true},
+        {"ModelRefInfoRoot", "inports", "quay.zero.Set", true},
+        {"ModelRefInfoRoot", "dataTransferInfos", "any", false},
+        {"CompServicePort", "servicePortKey", fullName("ServicePortKey"), false},
+        {"VwtpEventData", "scope", "vwtp.mm.core.EventScope", false},
+    };
+    for (auto const& c : cases) {
+        ordo::OrdoPropInfo const* const p = recordClass(c.owner).findProperty(ordo::internName(c.property));
+        ASSERT_NE(p, nullptr) << c.property;
+        EXPECT_EQ(p->getTypeWord(), c.word) << c.property;
+        EXPECT_EQ(p->isReadOnly(), c.readOnly) << c.property;
+    }
+    auto const& constructor = recordClass("CompFunction").constructor()->signature();
+    EXPECT_THAT(constructor.parameterNames, ElementsAre("model", "opt_init", "opt_uuid"));
+    EXPECT_THAT(constructor.inputs, ElementsAre("quay.zero.Model", "any", "any"));
+    EXPECT_EQ(constructor.optionalInputs, 2u);
+    auto const& into = recordClass("ModelRefInfoRoot").findMethod(ordo::internName("createIntoInports"))->signature();
+    EXPECT_TRUE(into.parameterNames.empty());
+    EXPECT_EQ(into.result, fullName("InportInformation"));
+    EXPECT_THAT(into.inputs, ElementsAre(fullName("ModelRefInfoRoot"), "any", "char"));
+    EXPECT_EQ(into.optionalInputs, 2u);
+}
+
+TEST_F(Scripts, OneElementHasOneScriptObjectThatKeepsItAndDropsOneReference) {
+    std::size_t const bindings = ordo::factory::basic::BindingRegistry::size();
+    OrdoValue port = call(root_, "createIntoInports", {structOf("isNotDerivPort", {OrdoValue::logical(true)})});
+    EXPECT_TRUE(get(port, "isNotDerivPort").toLogical());
+    qz::ModelElement const element = qz::mi::elementIn(port);
+    auto const held = element->refCount();
+    {
+        OrdoValue const sequence = get(root_, "inports");
+        EXPECT_EQ(sequence.object()->getClass().name().text(), "quay.zero.Sequence");
+        EXPECT_EQ(get(root_, "inports").object(), sequence.object());
+        auto const* const protocol = sequence.object()->getClass().collection();
+        EXPECT_EQ(protocol->size(sequence.object()->native()), 1u);
+        EXPECT_EQ(protocol->at(sequence.object()->native(), 0).object(), port.object());
+        EXPECT_EQ(get(port, "container").object(), root_.object());
+        EXPECT_EQ(get(port, "model").object(), model_.object());
+    }
+    port = OrdoValue();
+    EXPECT_EQ(element->refCount(), held - 1);
+    EXPECT_EQ(ordo::factory::basic::BindingRegistry::size(), bindings);
+
+    // An element's object keeps the model, also when every other holder has let go.
+    native_ = qz::Model();
+    model_ = OrdoValue();
+    EXPECT_NO_THROW(root_.object()->getClass().checkValid(root_.object()->native()));
+    EXPECT_EQ(call(get(root_, "model"), "elements").count(), 2u);
+    call(root_, "destroy");
+    EXPECT_EQ(errorOf([&] { root_.object()->getClass().checkValid(root_.object()->native()); }),
+              "ZELDRA:class:InvalidHandle");
+    EXPECT_EQ(errorOf([&] { call(root_, "createIntoInports"); }), "ZELDRA:class:InvalidHandle");
+}
+
+TEST_F(Scripts, ArgumentsOfConstructorsAndCreateInto) {
+    OrdoValue const id = OrdoValue::bytes("0E54007F-7a55-3c94-a420-4268d173b4cb");
+    OrdoValue const other = OrdoValue::bytes("1e54007f-7a55-3c94-a420-4268d173b4cb");
+    OrdoValue const one = structOf("triggerType", {OrdoValue::int32(3)});
+    OrdoValue const two = structOf("triggerType", {OrdoValue::int32(3), OrdoValue::int32(4)});
+    OrdoValue const none = structOf("triggerType", {});
+    std::string const bad = "quay0:messages:InvalidValue";
+    struct {
+        std::vector<OrdoValue> arguments;
+        std::string error;
+    } const constructions[] = {
+        {{model_}, ""},
+        {{model_, one}, ""},
+        {{model_, id}, ""},
+        {{model_, other, one}, ""},
+        {{model_, one, id}, "quay0:messages:UniquenessConstraint"},
+        {{model_, id, id}, bad},
+        {{model_, one, one}, bad},
+        {{model_, two}, bad},
+        {{model_, none}, bad},
+        {{model_, OrdoValue::real(1)}, bad},
+        {{model_, OrdoValue::bytes("{0E54007F-7a55-3c94-a420-4268d173b4cb}")}, bad},
+        {{model_, root_}, bad},
+        {{OrdoValue()}, "quay0:messages:CannotCreateWithoutModel"},
+        {{root_}, "quay0:messages:CannotCreateWithoutModel"},
+        {{model_, structOf("noSuchField", {OrdoValue()})}, "quay0:messages:NoSuchProperty"},
+        {{model_, structOf("autoSolverStatusFlags", {OrdoValue::int32(1)})}, "quay0:messages:NoSuchProperty"},
+        {{model_, structOf("triggerType", {OrdoValue::bytes("x")})}, "ordo:messages:WrongType"},
+    };
+    std::vector<OrdoValue> made;
+    for (auto const& c : constructions) {
+        std::size_t const before = native_->elementCount();
+        EXPECT_EQ(errorOf([&] { made.push_back(construct(fullName("ModelRefInfoRoot"), c.arguments)); }), c.error)
+            << &c - constructions;
+        EXPECT_EQ(native_->elementCount(), before + c.error.empty()) << &c - constructions;
+    }
+    EXPECT_EQ(errorOf([&] { construct(fullName("InterfaceParameter"), {model_}); }), "ordo:messages:AbstractClass");
+
+    OrdoValue const flag = structOf("isNotDerivPort", {OrdoValue::logical(true)});
+    OrdoValue const flags = structOf("isNotDerivPort", {OrdoValue::logical(true), OrdoValue::logical(false)});
+    OrdoValue const third = OrdoValue::bytes("2e54007f-7a55-3c94-a420-4268d173b4cb");
+    struct {
+        std::vector<OrdoValue> arguments;
+        std::string error;
+    } const creations[] = {
+        {{}, ""},
+        {{flag}, ""},
+        {{flags}, ""},
+        {{third}, ""},
+        {{flag, third}, "quay0:messages:UniquenessConstraint"},
+        {{flag, flag}, bad},
+        {{third, flag}, bad},
+        {{OrdoValue()}, bad},
+        {{none}, bad},
+        {{root_}, bad},
+    };
+    for (auto const& c : creations) {
+        std::size_t const before = native_->elementCount();
+        EXPECT_EQ(errorOf([&] { call(root_, "createIntoInports", c.arguments); }), c.error) << &c - creations;
+        EXPECT_EQ(native_->elementCount(), before + c.error.empty()) << &c - creations;
+    }
+}
+
+TEST_F(Scripts, ChildWithoutAPlaceLeavesNoTrace) {
+    OrdoValue const map = construct(fullName("InterfaceParameterInfo"), {model_});
+    OrdoValue const named = structOf("parameterName", {OrdoValue::bytes("k")});
+    call(map, "createIntoGroupedArgumentMap", {named});
+    std::size_t const before = native_->elementCount();
+    EXPECT_EQ(errorOf([&] { call(map, "createIntoGroupedArgumentMap", {named}); }),
+              "quay0:messages:UniquenessConstraint");
+    EXPECT_EQ(errorOf([&] { call(map, "createIntoModelArguments"); }), "quay0:messages:InvalidValue");
+    EXPECT_EQ(native_->elementCount(), before);
+}
+
+TEST_F(Scripts, EnumerationsTakeNamesNumbersAndValues) {
+    OrdoClass& type = recordClass("QueueType");
+    EXPECT_EQ(type.builtInBase().text(), "int32");
+    ASSERT_EQ(type.enumerations().size(), 3u);
+    EXPECT_EQ(type.enumerations()[1]->getName().text(), "Q_TYPE_LIFO");
+    EXPECT_EQ(zxGetClassName(type.enumerations()[1]->getValue()), fullName("QueueType"));
+    for (std::string const ending : {"", " property", " scalar"}) {
+        auto* const conversion = ordo::OrdoTypeRepository::getConversion(
+            ordo::internName("any"), ordo::internName(fullName("QueueType") + ending));
+        ASSERT_NE(conversion, nullptr);
+        zx::Array const text(zxCreateString("Q_TYPE_PRIORITY"));
+        EXPECT_EQ(zx::valueAt<std::int32_t>(zxGetUnderlyingArray(conversion->convert(text.get()).get())), 2);
+    }
+    OrdoValue const value = type.constructEnumeration(OrdoValue::bytes("Q_TYPE_LIFO"));
+    ordo::MethodCall literal(std::span(&value, 1));
+    type.findMethod(ordo::internName("getLiteral"))->call(literal);
+    EXPECT_EQ(literal.result().toText(), u"Q_TYPE_LIFO");
+    OrdoValue const strange = OrdoValue::enumeration(type, 77);
+    ordo::MethodCall none(std::span(&strange, 1));
+    type.findMethod(ordo::internName("getPublicIdentifier"))->call(none);
+    EXPECT_EQ(none.result().toText(), u"");
+
+    OrdoValue const event = construct(fullName("VwtpEventData"), {model_});
+    set(event, "scope", OrdoValue::bytes("Global"));
+    EXPECT_EQ(get(event, "scope").toInt32(), 1);
+    EXPECT_EQ(errorOf([&] { set(event, "scope", OrdoValue::bytes("Nowhere")); }), "ordo:messages:NoSuchLiteral");
+    EXPECT_EQ(errorOf([&] { set(event, "scope", value); }), "ordo:messages:WrongType");
+    EXPECT_EQ(get(event, "scope").toInt32(), 1);
+    set(event, "scope", OrdoValue());
+    EXPECT_EQ(get(event, "scope").toInt32(), 0);
+}
+
+TEST_F(Scripts, DataTypesCrossAsCopies) {
+    OrdoValue const port = construct(fullName("CompServicePort"), {model_});
+    OrdoValue const first = get(port, "servicePortKey");
+    OrdoValue const second = get(port, "servicePortKey");
+    EXPECT_NE(first.object(), second.object());
+    EXPECT_TRUE(call(first, "eq", {second}).toLogical());
+    set(first, "portIdx", OrdoValue::int32(4));
+    set(first, "blockPath", OrdoValue::text(u"a/b"));
+    EXPECT_TRUE(call(first, "ne", {second}).toLogical());
+    EXPECT_TRUE(call(second, "lt", {first}).toLogical());
+    EXPECT_FALSE(call(first, "lt", {second}).toLogical());
+    EXPECT_EQ(get(get(port, "servicePortKey"), "portIdx").toInt32(), 0);
+    set(port, "servicePortKey", first);
+    EXPECT_EQ(ModelRefInfoRepo::CompServicePort::cast(qz::mi::elementIn(port))->getServicePortKey().getBlockPath(),
+              u"a/b");
+    OrdoValue const rate = construct(fullName("RateInfo"), {});
+    EXPECT_EQ(get(rate, "period").toDouble(), -1.0);
+    EXPECT_EQ(errorOf([&] { set(port, "servicePortKey", rate); }), "ordo:messages:WrongType");
+    EXPECT_EQ(errorOf([&] { set(port, "servicePortKey", OrdoValue()); }), "ordo:messages:NoValue");
+    EXPECT_EQ(errorOf([&] { set(first, "portIdx", OrdoValue::real(0.5)); }), "ordo:messages:NotInteger");
+    EXPECT_EQ(get(first, "portIdx").toInt32(), 4);
+}
+
+TEST_F(Scripts, NestedStructsMakeTrees) {
+    OrdoValue const ports = structOf("isNotDerivPort", {OrdoValue::logical(true), OrdoValue::logical(false)});
+    OrdoValue const root = construct(fullName("ModelRefInfoRoot"), {model_, structOf("inports", {ports})});
+    OrdoValue const made = get(root, "inports");
+    EXPECT_EQ(made.object()->getClass().collection()->size(made.object()->native()), 2u);
+    std::string const bad = "quay0:messages:InvalidValue";
+    std::size_t const before = native_->elementCount();
+    for (OrdoValue const& child : {OrdoValue::real(1), root, made}) {
+        EXPECT_EQ(errorOf([&] {
+                      construct(fullName("ModelRefInfoRoot"), {model_, structOf("inports", {child})});
+                  }),
+                  bad);
+    }
+    OrdoValue const abstract = structOf("modelArguments", {structOf("parameterName", {OrdoValue::bytes("x")})});
+    EXPECT_EQ(errorOf([&] { construct(fullName("InterfaceParameterInfo"), {model_, abstract}); }), bad);
+    EXPECT_EQ(native_->elementCount(), before);
+}
+
+}  // namespace
