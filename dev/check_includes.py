@@ -39,7 +39,7 @@ HOUSE = {
     "package": Grant(("valuetypes", *PLATFORM), generated=True),
     "script": Grant(("package",), generated=True),
     "python": Grant(PLATFORM, ("python", "posix")),
-    "tools": Grant(PRODUCT, ("posix",), generated=True),
+    "tools": Grant(PRODUCT, ("posix", "cli11", "pugixml", "libzip"), generated=True),
     "examples": Grant(PRODUCT, ("posix",), generated=True),
     "bench": Grant(PRODUCT, ("posix", "benchmark", "python", "pybind11"), generated=True),
     "tests": Grant(PRODUCT, ("posix", "gtest"), generated=True),
@@ -52,6 +52,9 @@ LIBRARIES = {
     "python": re.compile(r"(Python|structmember|numpy/\w+)(\.h)?$"),
     "pybind11": re.compile(r"pybind11/"),
     "benchmark": re.compile(r"benchmark/"),
+    "cli11": re.compile(r"CLI/"),
+    "pugixml": re.compile(r"pugixml\.hpp$"),
+    "libzip": re.compile(r"zip\.h$"),
     "gtest": re.compile(r"(gtest|gmock|rapidcheck)[/.]"),
 }
 

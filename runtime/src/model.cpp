@@ -46,6 +46,7 @@ void ModelImpl::releaseElements() noexcept {
         proxy->setFlag(kAlive, false);
         proxy->model_ = &closed();
     }
+    classes_.clear();
     proxies_.clear();
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
         e->setFlag(kAlive, false);
@@ -85,6 +86,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
     log_.lives.push_back({false, listed ? 1U : 0U, &element, &element});
     if (listed) {
         ids_.forget(element);
+        classes_.leaving(element);
         elements_.takeOut(element, element, 1);
     } else {
         element.addRef();
@@ -96,6 +98,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
 void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     ids_.remove(element);
     forgetProxy(element);
+    classes_.remove(element);
     element.model_ = &closed();
     element.track_ = 1;
     element.removeRef();

@@ -279,6 +279,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
         if (entry.born) {
             for (auto* e = entry.last;; e = e->previous_) {
                 ids_.forget(*e);
+                classes_.leaving(*e);
                 e->setFlag(kAlive, false);
                 if (buried != nullptr) buried->emplace_back(e);
                 if (e == entry.first) break;
@@ -288,6 +289,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
             for (auto* e = entry.first;; e = e->next_) {
                 if ((e->flags_ & (kIndexed | kListed)) == kListed) ids_.startOver();
                 e->setFlag(kAlive, true);
+                classes_.returned(*e);
                 if (revived != nullptr) revived->emplace_back(e);
                 if (e == entry.last) break;
             }

@@ -1,4 +1,4 @@
-#include "fmi/archive.h"
+#include "archive.h"
 
 #include <sys/stat.h>
 #include <zip.h>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "failure.h"
+#include "../failure.h"
 
 namespace modelref::fmi {
 

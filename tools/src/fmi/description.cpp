@@ -1,4 +1,4 @@
-#include "fmi/description.h"
+#include "description.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "fmi/numbers.h"
+#include "numbers.h"
 
 #include <algorithm>
 #include <limits>

@@ -3,8 +3,8 @@
 #include <optional>
 #include <unordered_map>
 
-#include "failure.h"
-#include "fmi/reader.h"
+#include "../failure.h"
+#include "reader.h"
 
 namespace modelref::fmi {
 

@@ -2,9 +2,9 @@
 #include <array>
 #include <unordered_map>
 
-#include "failure.h"
-#include "fmi/numbers.h"
-#include "fmi/reader.h"
+#include "../failure.h"
+#include "numbers.h"
+#include "reader.h"
 
 namespace modelref::fmi {
 

@@ -1,11 +1,11 @@
-#include "fmi/reader.h"
+#include "reader.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "failure.h"
-#include "fmi/archive.h"
-#include "fmi/numbers.h"
+#include "../failure.h"
+#include "archive.h"
+#include "numbers.h"
 
 namespace modelref::fmi {
 

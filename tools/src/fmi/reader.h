@@ -7,8 +7,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "fmi/description.h"
-#include "fmi/xml.h"
+#include "description.h"
+#include "xml.h"
 
 namespace modelref::fmi {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "fmi/description.h"
+#include "description.h"
 
 namespace modelref::fmi {
 

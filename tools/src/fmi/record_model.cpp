@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "fmi/numbers.h"
-#include "fmi/recording.h"
+#include "numbers.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "fmi/recording.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

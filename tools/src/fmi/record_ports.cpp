@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "fmi/recording.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "fmi/recording.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

@@ -3,8 +3,8 @@
 
 #include <limits>
 
-#include "failure.h"
-#include "fmi/recording.h"
+#include "../failure.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "fmi/record.h"
+#include "record.h"
 
 namespace modelref::fmi {
 

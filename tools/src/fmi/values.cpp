@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "fmi/numbers.h"
-#include "fmi/recording.h"
+#include "numbers.h"
+#include "recording.h"
 
 namespace modelref::fmi {
 

@@ -1,4 +1,4 @@
-#include "fmi/xml.h"
+#include "xml.h"
 
 #include <keel/text.h>
 #include <quay/zero/text.h>
@@ -7,8 +7,8 @@
 #include <cstring>
 #include <set>
 
-#include "failure.h"
-#include "fmi/numbers.h"
+#include "../failure.h"
+#include "numbers.h"
 
 namespace modelref::fmi {
 

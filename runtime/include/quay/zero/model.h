@@ -4,6 +4,7 @@
 #include <quay/zero/element_list.h>
 #include <quay/zero/model_element.h>
 #include <quay/zero/proxy_id.h>
+#include <quay/zero/query/class_index.h>
 #include <quay/zero/random_ids.h>
 #include <quay/zero/storage.h>
 #include <quay/zero/transaction.h>
@@ -97,6 +98,11 @@ public:
     void forEachElement(F&& f) const {
         elements_.forEach(std::forward<F>(f));
     }
+    /// All elements by class; the first call after creations costs a step for each of them.
+    query::ClassIndex const& elementsByClass() const {
+        classes_.catchUp(elements_);
+        return classes_;
+    }
 
     // --- Proxies.
 
@@ -117,6 +123,7 @@ public:
     int resolutionHolds() const noexcept { return resolutionHolds_; }
     ProxyId const* proxyIdOf(ModelElement::Impl const& element) const noexcept;
     void setProxyId(ModelElement::Impl& element, ProxyId id);
+    bool hasProxies() const noexcept { return !proxies_.empty(); }
     void forgetProxy(ModelElement::Impl const& element) noexcept {
         if (!proxies_.empty()) proxies_.erase(&element);
     }
@@ -226,6 +233,7 @@ private:
     Storage* freeStorages_ = nullptr;
     ElementList elements_;
     mutable IdIndex ids_;
+    mutable query::ClassIndex classes_;
     RandomIds generator_;
     std::unique_ptr<History> history_;
     std::shared_ptr<std::vector<NumberedListener> const> listeners_;

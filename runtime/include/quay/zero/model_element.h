@@ -17,6 +17,10 @@ class Class;
 class Property;
 }  // namespace meta
 
+namespace query {
+class ClassIndex;
+}
+
 class AbstractOwnedCollection;
 class ClassTable;
 class Model;
@@ -215,6 +219,7 @@ private:
     friend Storage;
     friend class ElementList;
     friend class IdIndex;
+    friend class query::ClassIndex;
 
     [[noreturn]] void refuseWrite() const;
     [[noreturn]] void refuseProxy() const;
