@@ -5,62 +5,97 @@
 
 namespace hand {
 
+void Log::undo(std::size_t from) {
+    while (entries.size() > from) {
+        Entry const& e = entries.back();
+        switch (e.kind) {
+            case Entry::Kind::Word:
+                std::memcpy(e.where, &e.old, 8);
+                break;
+            case Entry::Kind::HalfWord:
+                std::memcpy(e.where, &e.old, 4);
+                break;
+            case Entry::Kind::Text:
+                static_cast<std::u16string*>(e.where)->swap(texts.back());
+                texts.pop_back();
+                break;
+            case Entry::Kind::Made: {
+                auto const& operations = *reinterpret_cast<LifeOperations const*>(e.old);
+                operations.leave(e.where);
+                operations.end(e.where);
+                break;
+            }
+            case Entry::Kind::Gone:
+                reinterpret_cast<LifeOperations const*>(e.old)->comeBack(e.where, e.position);
+                break;
+        }
+        entries.pop_back();
+    }
+}
+
+void Log::forget() {
+    if (hasGone) {
+        for (Entry const& e : entries) {
+            if (e.kind == Entry::Kind::Gone) reinterpret_cast<LifeOperations const*>(e.old)->end(e.where);
+        }
+        hasGone = false;
+    }
+    entries.clear();
+    texts.clear();
+}
+
+Store::~Store() {
+    for (Log& log : ring_) log.forget();
+    log_.forget();
+}
+
 void Store::commit() {
     marks_.pop_back();
     if (!marks_.empty()) return;
     if (!ring_.empty()) {
-        ring_[next_].swap(log_);
-        next_ = (next_ + 1) % ring_.size();
+        std::swap(ring_[next_], log_);
+        if (++next_ == ring_.size()) next_ = 0;
         if (kept_ < ring_.size()) ++kept_;
     }
-    log_.clear();
+    log_.forget();
 }
 
 void Store::rollback() {
-    while (log_.size() > marks_.back()) {
-        Entry const& e = log_.back();
-        e.restore(e.field, e.oldBits);
-        log_.pop_back();
-    }
+    log_.undo(marks_.back());
     marks_.pop_back();
 }
 
 bool Store::undo() {
     if (kept_ == 0) return false;
-    next_ = (next_ + ring_.size() - 1) % ring_.size();
+    next_ = (next_ == 0 ? ring_.size() : next_) - 1;
     --kept_;
-    auto& log = ring_[next_];
-    for (std::size_t i = log.size(); i-- > 0;) log[i].restore(log[i].field, log[i].oldBits);
-    log.clear();
+    ring_[next_].undo(0);
     return true;
 }
 
-Id Store::drawId() noexcept {
-    auto const next = [this] {
-        seed_ ^= seed_ << 13;
-        seed_ ^= seed_ >> 7;
-        seed_ ^= seed_ << 17;
-        return seed_;
-    };
-    return {next(), next()};
-}
-
-namespace {
-
-void restoreReal(void* field, std::uint64_t bits) { *static_cast<double*>(field) = std::bit_cast<double>(bits); }
-
-}  // namespace
-
 void Small::setFirst(double value) {
-    if (first_ == value) return;
-    if (store_.open()) store_.log({&first_, std::bit_cast<std::uint64_t>(first_), &restoreReal, nullptr});
-    first_ = value;
+    if (first == value) return;
+    if (store->open()) {
+        store->log().entries.emplace_back(Entry::Kind::Word, 0, &first, std::bit_cast<std::uint64_t>(first));
+    }
+    first = value;
 }
 
 void Small::setSecond(double value) {
-    if (second_ == value) return;
-    if (store_.open()) store_.log({&second_, std::bit_cast<std::uint64_t>(second_), &restoreReal, nullptr});
-    second_ = value;
+    if (second == value) return;
+    if (store->open()) {
+        store->log().entries.emplace_back(Entry::Kind::Word, 0, &second, std::bit_cast<std::uint64_t>(second));
+    }
+    second = value;
+}
+
+void Note::setText(std::u16string const& value) {
+    if (text == value) return;
+    if (store->open()) {
+        store->log().entries.emplace_back(Entry::Kind::Text, 0, &text, 0);
+        store->log().texts.push_back(std::move(text));
+    }
+    text = value;
 }
 
 }  // namespace hand

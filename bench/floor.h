@@ -5,11 +5,12 @@
 // hardly be quicker, and is slow if it is much slower.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace hand {
@@ -24,50 +25,144 @@ struct IdHash {
     std::size_t operator()(Id const& id) const noexcept { return id.high ^ (id.low * 0x9e3779b97f4a7c15); }
 };
 
-/// Old values, in the order in which they were written; a mark per nested transaction; a ring of committed logs.
+/// How an object of some class leaves its home, comes back, and ends.
+struct LifeOperations {
+    void (*leave)(void* object);
+    void (*comeBack)(void* object, std::size_t position);
+    void (*end)(void* object);
+};
+
+/// One change, as it is undone.
+struct Entry {
+    enum class Kind : std::uint32_t { Word, HalfWord, Text, Made, Gone };
+    Entry(Kind k, std::uint32_t at, void* w, std::uint64_t bits) noexcept
+        : kind(k), position(at), where(w), old(bits) {}
+    Kind kind;
+    std::uint32_t position;  // of an object that is gone, in its home
+    void* where;             // the field or the object
+    std::uint64_t old;       // the old bits, or the object's LifeOperations
+};
+
+/// Old values, in the order in which they were written. Texts stand apart.
+struct Log {
+    std::vector<Entry> entries;
+    std::vector<std::u16string> texts;
+    bool hasGone = false;
+
+    void undo(std::size_t from);
+    void forget();
+};
+
+/// A mark per nested transaction; a ring of committed logs.
 class Store {
 public:
-    struct Entry {
-        void* field;
-        std::uint64_t oldBits;
-        void (*restore)(void* field, std::uint64_t bits);
-        std::string* oldText;
-    };
+    Store() = default;
+    Store(Store const&) = delete;
+    Store& operator=(Store const&) = delete;
+    ~Store();
 
-    void begin() { marks_.push_back(log_.size()); }
+    void begin() { marks_.push_back(log_.entries.size()); }
     void commit();
     void rollback();
     bool open() const noexcept { return !marks_.empty(); }
     void keepHistory(std::size_t limit) { ring_.resize(limit); }
     bool undo();
 
-    void log(Entry const& entry) { log_.push_back(entry); }
-    Id drawId() noexcept;
+    Log& log() noexcept { return log_; }
+    Id drawId() noexcept {
+        auto const next = [this] {
+            seed_ ^= seed_ << 13;
+            seed_ ^= seed_ >> 7;
+            seed_ ^= seed_ << 17;
+            return seed_;
+        };
+        std::uint64_t const high = next();
+        return {high, next()};
+    }
     std::unordered_map<Id, void*, IdHash> index;
 
 private:
-    std::vector<Entry> log_;
+    Log log_;
     std::vector<std::size_t> marks_;
-    std::vector<std::vector<Entry>> ring_;
+    std::vector<Log> ring_;
     std::size_t next_ = 0;
     std::size_t kept_ = 0;
     std::uint64_t seed_ = 0x123456789abcdef;
 };
 
+/// Base of the structs: no virtual functions.
+struct Object {
+    explicit Object(Store& s) : store(&s), id(s.drawId()) {}
+    Store* store;
+    Id id;
+};
+
+template <class T>
+using List = std::vector<std::unique_ptr<T>>;
+
+template <class T>
+LifeOperations const lifeOf{
+    [](void* object) {
+        auto& o = *static_cast<T*>(object);
+        o.store->index.erase(o.id);
+        o.home->back().release();
+        o.home->pop_back();
+    },
+    [](void* object, std::size_t position) {
+        auto& o = *static_cast<T*>(object);
+        o.store->index.emplace(o.id, object);
+        o.home->insert(o.home->begin() + static_cast<std::ptrdiff_t>(position), std::unique_ptr<T>(&o));
+    },
+    [](void* object) { delete static_cast<T*>(object); },
+};
+
+/// Makes a T at the end of its home, a list that owns it.
+template <class T>
+T& make(Store& store, List<T>& home) {
+    T& made = *home.emplace_back(std::make_unique<T>(store));
+    made.home = &home;
+    store.index.emplace(made.id, &made);
+    if (store.open()) {
+        auto const operations = reinterpret_cast<std::uint64_t>(&lifeOf<T>);
+        store.log().entries.emplace_back(Entry::Kind::Made, 0, &made, operations);
+    }
+    return made;
+}
+
+template <class T>
+void destroy(T& object) {
+    Store& store = *object.store;
+    List<T>& home = *object.home;
+    std::size_t position = home.size() - 1;
+    while (home[position].get() != &object) --position;
+    store.index.erase(object.id);
+    std::unique_ptr<T> gone = std::move(home[position]);
+    home.erase(home.begin() + static_cast<std::ptrdiff_t>(position));
+    if (!store.open()) return;
+    auto const operations = reinterpret_cast<std::uint64_t>(&lifeOf<T>);
+    auto const at = static_cast<std::uint32_t>(position);
+    store.log().entries.emplace_back(Entry::Kind::Gone, at, gone.release(), operations);
+    store.log().hasGone = true;
+}
+
 /// Two 64-bit values, as a small element has.
-class Small {
-public:
-    Small(Store& store, Id id) : store_(store), id_(id) {}
-    Id const& id() const noexcept { return id_; }
-    double first() const { return first_; }
+struct Small : Object {
+    using Object::Object;
     void setFirst(double value);
     void setSecond(double value);
 
-private:
-    Store& store_;
-    Id id_;
-    double first_ = 0;
-    double second_ = 0;
+    double first = 0;
+    double second = 0;
+    List<Small>* home = nullptr;
+};
+
+struct Note : Object {
+    using Object::Object;
+    void setText(std::u16string const& value);
+
+    int key = 0;
+    std::u16string text;
+    List<Note>* home = nullptr;
 };
 
 }  // namespace hand

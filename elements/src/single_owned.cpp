@@ -1,6 +1,8 @@
 #include <quay/zero/elements/single_owned.h>
 #include <quay/zero/model.h>
 
+#include <optional>
+
 namespace quay::zero::elements {
 
 ModelElement ChildRow::read(Element const& e) const {
@@ -13,11 +15,10 @@ ModelElement ChildRow::read(Element const& e) const {
         return held;
     }
     if (held->isProxy()) {
-        ModelElement const found = e.model().resolveProxy(&e, held);
-        if (found && !found->isProxy()) {
-            held = found;
-            const_cast<Element&>(e)._setContainedByThis(found.impl(), index());
-        }
+        ModelElement const proxy = held;
+        ModelElement const found = e.model().resolveProxy(&e, proxy);
+        // The host's resolver may have written the slot.
+        if (held == proxy && found != proxy) e.model().resolveSlot(const_cast<Element&>(e), *this, proxy, found);
     }
     return held;
 }
@@ -30,7 +31,7 @@ void ChildRow::write(Element& e, ModelElement const& child) const {
     Savepoint savepoint(e.model());
     e.notifyModifying(index());
     ModelElement const going = slot(e);
-    if (going) e._basicSetUncontained(going.impl());
+    if (going && e.owns(*going.impl())) e._basicSetUncontained(going.impl());
     basicWrite(e, coming);
     if (coming) e._setContainedByThis(coming.impl(), index());
     savepoint.commit();
@@ -41,7 +42,9 @@ void ChildRow::basicWrite(Element& e, ModelElement const& child) const noexcept 
 void ChildRow::save(Element const& e, Cell& old) const { old.emplace<ModelElement>(slot(e)); }
 void ChildRow::exchange(Element& e, Cell& old) const noexcept { std::swap(slot(e), old.get<ModelElement>()); }
 void ChildRow::restore(Element& e, Cell const& old) const { slot(e) = old.get<ModelElement>(); }
-bool ChildRow::unchanged(Element const& e, Cell const& old) const { return slot(e) == old.get<ModelElement>(); }
+bool ChildRow::unchanged(Element const& e, Cell const& old) const {
+    return slot(e) == old.get<ModelElement>() || standsFor(old.get<ModelElement>(), slot(e));
+}
 void ChildRow::discard(Cell& old) const noexcept { old.drop<ModelElement>(); }
 void ChildRow::relocate(Cell& from, Cell& to) const noexcept { from.moveTo<ModelElement>(to); }
 
@@ -58,9 +61,10 @@ Value ChildRow::get(Element const& e, meta::Property const& property, Reflection
 void ChildRow::set(Element& e, meta::Property const& /*property*/, Value const& value,
                    ReflectionPrivateTag const& tag) const {
     ModelElement const child = unpack(value);
-    // Without leave to resolve, a proxy in the slot gives way silently, so that the write doesn't resolve it either.
+    // Without leave to resolve, a proxy in the slot gives way as it is.
     ModelElement const& held = slot(e);
-    if (!tag.mayResolve() && child && !child->isProxy() && held && held->isProxy()) basicWrite(e, ModelElement());
+    std::optional<Model::ResolutionHold> hold;
+    if (!tag.mayResolve() && child && !child->isProxy() && held && held->isProxy()) hold.emplace(e.getModel());
     write(e, child);
 }
 
@@ -80,7 +84,7 @@ void ChildRow::destroyChildren(Element& owner, bool a, bool b) const {
     ModelElement const child = slot(owner);
     if (!child) return;
     owner.notifyModifying(index());
-    child->destroyRecursively(a, false, b);
+    if (owner.owns(*child.impl())) child->destroyRecursively(a, false, b);
     basicWrite(owner, ModelElement());
 }
 

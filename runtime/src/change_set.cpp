@@ -10,7 +10,9 @@ namespace quay::zero {
 
 namespace {
 
-bool changesCollection(Step const& step) noexcept { return step.kind != StepKind::Contained; }
+bool changesCollection(Step const& step) noexcept {
+    return step.kind != StepKind::Contained && step.kind != StepKind::Resolved;
+}
 
 }  // namespace
 
@@ -88,9 +90,11 @@ void ChangeSet::collect(IsNew const& isNew) {
         if (!changesCollection(step)) continue;
         Touched& touched = touched_[static_cast<AbstractOwnedCollection*>(step.subject)];
         if (step.kind != StepKind::Touched) touched.steps.push_back(&step);
+        touched.isChange = touched.isChange || !step.quiet;
     }
     for (auto& [collection, touched] : touched_) {
         if (log_.done) std::reverse(touched.steps.begin(), touched.steps.end());
+        if (!touched.isChange) continue;
         ModelElement::Impl& owner = *collection->owner();
         if (!owner.isAlive() || isNew(owner)) continue;
         if (isChanged(*collection)) partsOf(owner).push_back({collection->index(), nullptr, collection});
@@ -147,7 +151,7 @@ bool ChangeSet::isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t born
     }
     bool unsure = false;
     for (Step const& step : log.steps) {
-        if (!changesCollection(step)) continue;
+        if (!changesCollection(step) || step.quiet) continue;
         auto const& collection = *static_cast<AbstractOwnedCollection const*>(step.subject);
         if (!collection.owner()->isAlive() || isNew(*collection.owner())) continue;
         if (collection.size() > 1) return false;

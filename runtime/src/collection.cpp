@@ -53,21 +53,7 @@ void ReferenceCollection::checkCompatibleModel(ModelElement::Impl* e) const {
 }
 
 ModelElement ReferenceCollection::resolveProxy(ModelElement const& e) const {
-    ModelElement::Impl* const o = owner();
-    if (o == nullptr) return e;
-    ModelElement const found = o->model().resolveProxy(o, e);
-    return found && found != e && !mayTakePlace(*found.impl()) ? e : found;
-}
-
-/// Reading changes nothing: an element that has its place elsewhere keeps it, and one above the owner can't come below.
-bool ReferenceCollection::mayTakePlace(ModelElement::Impl const& found) const noexcept {
-    if (found.containerImpl() != nullptr) {
-        return found.containerImpl() == owner() && found.containmentIndex() == index();
-    }
-    for (auto const* above = owner(); above != nullptr; above = above->containerImpl()) {
-        if (above == &found) return false;
-    }
-    return true;
+    return owner() == nullptr ? e : owner()->model().resolveProxy(owner(), e);
 }
 
 ModelElement ReferenceCollection::peekResolveProxy(ModelElement const& e) const {

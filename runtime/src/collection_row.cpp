@@ -13,7 +13,7 @@ using Copy = std::unique_ptr<AbstractOwnedCollection>;
 
 void CollectionRow::save(ModelElement::Impl const& e, Cell& old) const {
     AbstractOwnedCollection const& content = *collection(e);
-    old.emplace<Copy>(content.empty() ? nullptr : content.detachedCopy());
+    old.emplace<Copy>(content.holdsNothing() ? nullptr : content.detachedCopy());
 }
 
 void CollectionRow::exchange(ModelElement::Impl& /*e*/, Cell& /*old*/) const noexcept {}

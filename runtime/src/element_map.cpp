@@ -5,6 +5,7 @@
 
 #include <quay0/messages.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -80,19 +81,20 @@ void KeyedCore<K>::swapContent(Content&& content) {
         auto other = std::make_unique<Content>();
         Step& step = this->record(StepKind::Swapped);
         other->tree.swap(tree_);
-        other->proxies.swap(proxies_);
+        other->proxies.swap(this->proxies_);
         step.payload = other.release();
     }
     tree_.swap(content.tree);
-    proxies_.swap(content.proxies);
+    this->proxies_.swap(content.proxies);
 }
 
 template <class K>
 void KeyedCore<K>::exchange(Step& step) noexcept {
+    if (this->exchangeProxy(step)) return;
     if (step.kind == StepKind::Swapped) {
         auto& other = *static_cast<Content*>(step.payload);
         other.tree.swap(tree_);
-        other.proxies.swap(proxies_);
+        other.proxies.swap(this->proxies_);
         return;
     }
     auto& taken = *static_cast<Taken*>(step.payload);
@@ -108,6 +110,7 @@ void KeyedCore<K>::exchange(Step& step) noexcept {
 
 template <class K>
 void KeyedCore<K>::discard(Step& step) noexcept {
+    if (this->discardProxy(step)) return;
     if (step.kind == StepKind::Swapped) {
         delete static_cast<Content*>(step.payload);
     } else {
@@ -120,6 +123,7 @@ template <class K>
 bool KeyedCore<K>::sameByRule(AbstractOwnedCollection const& old) const {
     auto const& before = static_cast<KeyedCore const&>(old).tree_;
     if (before.size() != tree_.size() || before.size() > 1) return false;
+    if (!this->hasSameProxies(static_cast<KeyedCore const&>(old))) return false;
     return before.empty() ||
            (before.begin()->first == tree_.begin()->first && before.begin()->second == tree_.begin()->second);
 }
@@ -132,7 +136,9 @@ typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) cons
     for (auto i = range.first; i != range.second; ++i) {
         if (i->second == e) return i;
     }
-    return tree_.end();
+    // A guest may have got another key where it has its place.
+    if (!hasGuests_) return tree_.end();
+    return std::find_if(tree_.begin(), tree_.end(), [&](auto const& entry) { return entry.second == e; });
 }
 
 template <class K>
@@ -141,7 +147,7 @@ void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy polic
     ModelElement const e = element;  // it may be one of our own members
     this->checkCompatibleModel(e.impl());
     if (e->isProxy()) {
-        addProxy(e);
+        this->addProxy(e);
         return;
     }
     K key(keyOf(*e.impl()));
@@ -178,7 +184,7 @@ void KeyedCore<K>::removeElement(ModelElement const& element) {
     if (element.impl() == nullptr) return;
     ModelElement const e = element;
     if (e->isProxy()) {
-        removeProxy(e);
+        this->removeProxy(e);
         return;
     }
     auto const position = locate(e);
@@ -193,7 +199,7 @@ template <class K>
 void KeyedCore<K>::clear() {
     AbstractOwnedCollection::Operation operation(*this);
     this->modifying();
-    std::vector<ModelElement> const gone = getAllValuesAndProxies();
+    std::vector<ModelElement> const gone = this->getAllValuesAndProxies();
     if (!gone.empty()) {
         swapContent({});
         for (ModelElement const& e : gone) this->release(e.impl());
@@ -231,7 +237,7 @@ void KeyedCore<K>::basicAdd(ModelElement const& e) {
 template <class K>
 void KeyedCore<K>::basicRemove(ModelElement const& e) {
     if (e->isProxy()) {
-        removeProxy(e);
+        this->basicRemoveProxy(e);
         return;
     }
     auto const position = locate(e);
@@ -240,105 +246,39 @@ void KeyedCore<K>::basicRemove(ModelElement const& e) {
 
 template <class K>
 void KeyedCore<K>::basicClear() {
-    if (!tree_.empty() || proxies_ != nullptr) swapContent({});
+    if (!this->holdsNothing()) swapContent({});
 }
 
 template <class K>
 void KeyedCore<K>::basicCopyValues(ReferenceCollection const& other) {
     auto const& from = static_cast<KeyedCore const&>(other);
-    swapContent({from.tree_, from.proxies_ == nullptr ? nullptr : std::make_unique<Proxies>(*from.proxies_)});
-}
-
-// --- Proxies: they stand apart, since they have no key --------------------------------------------------------------
-
-template <class K>
-void KeyedCore<K>::addProxy(ModelElement const& e) {
-    AbstractOwnedCollection::Operation operation(*this);
-    basicAddWithProxy(e);
-    this->contain(e.impl());
-    operation.commit();
+    swapContent({from.tree_, from.copyOfProxies()});
 }
 
 template <class K>
 void KeyedCore<K>::basicAddWithProxy(ModelElement const& e) {
-    if (!e->isProxy()) {
-        basicAdd(e);
-        return;
-    }
-    auto proxies = proxies_ == nullptr ? std::make_unique<Proxies>() : std::make_unique<Proxies>(*proxies_);
-    proxies->insert_or_assign(e->getProxyId(), e);
-    swapContent({tree_, std::move(proxies)});
+    e->isProxy() ? this->basicAddProxy(e) : basicAdd(e);
 }
 
-template <class K>
-void KeyedCore<K>::removeProxy(ModelElement const& e) {
-    if (proxies_ == nullptr || !proxies_->contains(e->getProxyId())) return;
-    auto proxies = std::make_unique<Proxies>(*proxies_);
-    proxies->erase(e->getProxyId());
-    AbstractOwnedCollection::Operation operation(*this);
-    swapContent({tree_, proxies->empty() ? nullptr : std::move(proxies)});
-    this->release(e.impl());
-    operation.commit();
-}
+// --- Proxies --------------------------------------------------------------------------------------------------------
 
 template <class K>
 bool KeyedCore<K>::resolveAdd(ModelElement const& e) {
     K key(keyOf(*e.impl()));
-    if (unique_ && tree_.contains(key)) return false;
-    tree_.emplace(std::move(key), e);
+    if (unique_ ? tree_.contains(key) : locate(e) != tree_.end()) return false;
+    if constexpr (std::is_floating_point_v<K>) {
+        if (std::isnan(key)) return false;
+    }
+    auto taken = std::make_unique<Taken>();
+    taken->position = tree_.emplace(std::move(key), e);
+    if (Step* const step = this->recordResolution(StepKind::Inserted)) step->payload = taken.release();
+    hasGuests_ = hasGuests_ || &e->model() != &this->owner()->model() || e->containerImpl() != nullptr;
     return true;
 }
 
 template <class K>
-void KeyedCore<K>::resolveProxies(bool localOnly) {
-    if (proxies_ == nullptr || this->owner() == nullptr) return;
-    std::u16string const& store = this->owner()->model().storeName();
-    for (auto i = proxies_->begin(); i != proxies_->end();) {
-        auto const at = i++;
-        if (localOnly && at->first.hasOutsidePart(store)) continue;
-        ModelElement const found = this->resolveProxy(at->second);
-        if (!found || found->isProxy() || !resolveAdd(found)) continue;
-        this->contain(found.impl());
-        proxies_->erase(at);
-    }
-    if (proxies_->empty()) proxies_.reset();
-}
-
-template <class K>
-void KeyedCore<K>::resolveUnlessHeld() {
-    if (this->owner() != nullptr && this->owner()->model().resolutionHolds() < 1) resolveAll();
-}
-
-template <class K>
-void KeyedCore<K>::resolveAll() {
-    resolveProxies(false);
-}
-
-template <class K>
-void KeyedCore<K>::resolveLocal() {
-    resolveProxies(true);
-}
-
-template <class K>
-void KeyedCore<K>::replaceProxy(ModelElement const& e, unsigned long /*index*/) {
-    if (proxies_ == nullptr) return;
-    auto const found = proxies_->find(e->getPersistentProxyId(true));
-    if (found != proxies_->end() && resolveAdd(e)) {
-        this->contain(e.impl());
-        proxies_->erase(found);
-    }
-}
-
-template <class K>
-bool KeyedCore<K>::basicContainsProxyTo(ModelElement const& e) {
-    if (proxies_ == nullptr) return false;
-    for (auto i = proxies_->begin(); i != proxies_->end(); ++i) {
-        if (this->peekResolveProxy(i->second) == e && resolveAdd(e)) {
-            proxies_->erase(i);
-            return true;
-        }
-    }
-    return false;
+void KeyedCore<K>::appendMembers(std::vector<ModelElement>& to) const {
+    for (auto const& entry : tree_) to.push_back(entry.second);
 }
 
 template <class K>
@@ -347,17 +287,6 @@ std::vector<ModelElement> KeyedCore<K>::getAllValues() const {
     std::vector<ModelElement> result;
     result.reserve(tree_.size());
     for (auto const& entry : tree_) result.push_back(entry.second);
-    return result;
-}
-
-template <class K>
-std::vector<ModelElement> KeyedCore<K>::getAllValuesAndProxies() const {
-    std::vector<ModelElement> result;
-    result.reserve(tree_.size());
-    for (auto const& entry : tree_) result.push_back(entry.second);
-    if (proxies_ != nullptr) {
-        for (auto const& entry : *proxies_) result.push_back(entry.second);
-    }
     return result;
 }
 

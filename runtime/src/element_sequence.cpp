@@ -133,7 +133,7 @@ void SequenceCore::discard(Step& step) noexcept {
 bool SequenceCore::sameByRule(AbstractOwnedCollection const& old) const {
     Members const& before = static_cast<SequenceCore const&>(old).members_;
     if (before.size() != members_.size() || before.size() > 1) return false;
-    return before.empty() || resolveProxy(before.front()) == members_.front();
+    return before.empty() || before.front() == members_.front() || standsFor(before.front(), members_.front());
 }
 
 // --- Typed operations -----------------------------------------------------------------------------------------------
@@ -172,8 +172,7 @@ void SequenceCore::eraseAt(std::size_t position) {
 
 void SequenceCore::replaceAt(std::size_t position, ModelElement const& e) {
     requirePosition(position, members_.size());
-    if (members_[position]->isProxy()) resolveSlot(position);
-    if (members_[position] == e) return;
+    if (at(position) == e) return;
     if (!e) reportException(quay0::messages::CannotAddNonExistentObject());
     checkCompatibleModel(e.impl());
     Operation operation(*this);
@@ -203,7 +202,10 @@ void SequenceCore::clear() {
 
 ModelElement const& SequenceCore::at(std::size_t position) const {
     requirePosition(position, members_.size());
-    if (members_[position]->isProxy()) resolveSlot(position);
+    if (members_[position]->isProxy()) {
+        resolveSlot(position);
+        requirePosition(position, members_.size());
+    }
     return members_[position];
 }
 
@@ -235,10 +237,27 @@ void SequenceCore::basicCopyValues(ReferenceCollection const& other) {
 // --- Proxies: resolving one is no change ----------------------------------------------------------------------------
 
 void SequenceCore::resolveSlot(std::size_t position) const {
-    ModelElement const found = resolveProxy(members_[position]);
-    if (!found || found->isProxy()) return;
-    members_[position] = found;
-    contain(found.impl());
+    ModelElement const proxy = members_[position];
+    ModelElement const found = resolveProxy(proxy);
+    // The host's resolver may have changed the sequence.
+    bool const stands = position < members_.size() && members_[position] == proxy;
+    if (stands && found && !found->isProxy()) putResolved(position, found);
+}
+
+void SequenceCore::putResolved(std::size_t position, ModelElement const& e) const {
+    if (owner() == nullptr) {
+        members_[position] = e;
+        return;
+    }
+    ModelElement const gone = members_[position];
+    ModelImpl::Resolution resolution(owner()->model());
+    if (Step* const step = const_cast<SequenceCore*>(this)->recordResolution(StepKind::Replaced)) {
+        step->position = position;
+        giveTo(*step, gone);
+    }
+    members_[position] = e;
+    owner()->model().takePlace(*gone.impl(), *e.impl(), *owner(), index());
+    resolution.commit();
 }
 
 void SequenceCore::resolveAll() {
@@ -259,19 +278,19 @@ std::vector<ModelElement> SequenceCore::getAllValues() const {
     std::vector<ModelElement> result;
     result.reserve(members_.size());
     for (std::size_t i = 0; i < members_.size(); ++i) {
-        if (members_[i]->isProxy()) resolveSlot(i);
-        if (!members_[i]->isProxy()) result.push_back(members_[i]);
+        ModelElement const& e = at(i);
+        if (e && !e->isProxy()) result.push_back(e);
     }
     return result;
 }
 
 bool SequenceCore::basicContainsProxyTo(ModelElement const& e) {
     if (owner() == nullptr) return false;
-    for (ModelElement& member : members_) {
-        if (!member->isProxy()) continue;
-        ModelElement const found = peekResolveProxy(member);
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        if (!members_[i]->isProxy()) continue;
+        ModelElement const found = peekResolveProxy(members_[i]);
         if (found && !found->isProxy() && isMemberClass(found) && found == e) {
-            member = e;
+            putResolved(i, e);
             return true;
         }
     }
@@ -280,8 +299,7 @@ bool SequenceCore::basicContainsProxyTo(ModelElement const& e) {
 
 void SequenceCore::replaceProxy(ModelElement const& e, unsigned long index) {
     requirePosition(index, members_.size());
-    members_[index] = e;
-    contain(e.impl());
+    putResolved(index, e);
 }
 
 // --- The generic interface ------------------------------------------------------------------------------------------

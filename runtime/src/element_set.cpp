@@ -63,6 +63,7 @@ void SetCore::swapContent(Content&& content) {
 
 // A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
 void SetCore::exchange(Step& step) noexcept {
+    if (exchangeProxy(step)) return;
     if (step.kind == StepKind::Swapped) {
         auto& other = *static_cast<Content*>(step.payload);
         other.members.swap(members_);
@@ -80,6 +81,7 @@ void SetCore::exchange(Step& step) noexcept {
 }
 
 void SetCore::discard(Step& step) noexcept {
+    if (discardProxy(step)) return;
     if (step.kind == StepKind::Swapped) {
         delete static_cast<Content*>(step.payload);
     } else {
@@ -91,6 +93,7 @@ void SetCore::discard(Step& step) noexcept {
 bool SetCore::sameByRule(AbstractOwnedCollection const& old) const {
     Members const& before = static_cast<SetCore const&>(old).members_;
     if (before.size() != members_.size() || before.size() > 1) return false;
+    if (!hasSameProxies(static_cast<SetCore const&>(old))) return false;
     return before.empty() || *before.begin() == *members_.begin();
 }
 
@@ -100,7 +103,7 @@ void SetCore::addElement(ModelElement const& element) {
     if (!element) return;
     ModelElement const e = element;  // it may be one of our own members
     checkCompatibleModel(e.impl());
-    if (e->isProxy() ? proxies_ != nullptr && proxies_->contains(e->getProxyId()) : members_.contains(e)) return;
+    if (e->isProxy() ? holdsProxy(e) : members_.contains(e)) return;
     Operation operation(*this);
     basicAddWithProxy(e);
     contain(e.impl());
@@ -112,8 +115,7 @@ bool SetCore::containsElement(ModelElement const& e) const { return e && !e->isP
 void SetCore::removeElement(ModelElement const& element) {
     if (element.impl() == nullptr) return;
     ModelElement const e = element;
-    bool const here = e->isProxy() ? proxies_ != nullptr && proxies_->contains(e->getProxyId()) : members_.contains(e);
-    if (!here) return;
+    if (e->isProxy() ? !holdsProxy(e) : !members_.contains(e)) return;
     Operation operation(*this);
     basicRemove(e);
     release(e.impl());
@@ -144,92 +146,43 @@ void SetCore::basicAdd(ModelElement const& e) {
     if (!members_.contains(e)) put(e);
 }
 
-void SetCore::basicAddWithProxy(ModelElement const& e) {
-    if (!e->isProxy()) {
-        basicAdd(e);
-        return;
-    }
-    auto proxies = proxies_ == nullptr ? std::make_unique<Proxies>() : std::make_unique<Proxies>(*proxies_);
-    proxies->insert_or_assign(e->getProxyId(), e);
-    swapContent({members_, std::move(proxies)});
-}
+void SetCore::basicAddWithProxy(ModelElement const& e) { e->isProxy() ? basicAddProxy(e) : basicAdd(e); }
 
 void SetCore::basicRemove(ModelElement const& e) {
-    if (!e->isProxy()) {
-        if (members_.contains(e)) take(e);
-        return;
+    if (e->isProxy()) {
+        basicRemoveProxy(e);
+    } else if (members_.contains(e)) {
+        take(e);
     }
-    if (proxies_ == nullptr || !proxies_->contains(e->getProxyId())) return;
-    auto proxies = std::make_unique<Proxies>(*proxies_);
-    proxies->erase(e->getProxyId());
-    swapContent({members_, proxies->empty() ? nullptr : std::move(proxies)});
 }
 
 void SetCore::basicClear() {
-    if (!members_.empty() || proxies_ != nullptr) swapContent({});
+    if (!holdsNothing()) swapContent({});
 }
 
 void SetCore::basicCopyValues(ReferenceCollection const& other) {
     auto const& from = static_cast<SetCore const&>(other);
-    swapContent({from.members_, from.proxies_ == nullptr ? nullptr : std::make_unique<Proxies>(*from.proxies_)});
+    swapContent({from.members_, from.copyOfProxies()});
 }
 
 // --- Proxies --------------------------------------------------------------------------------------------------------
 
-bool SetCore::resolveAdd(ModelElement const& e) { return members_.insert(e).second; }
-
-void SetCore::resolveProxies(bool localOnly) {
-    if (proxies_ == nullptr || owner() == nullptr) return;
-    std::u16string const& store = owner()->model().storeName();
-    for (auto i = proxies_->begin(); i != proxies_->end();) {
-        auto const at = i++;
-        if (localOnly && at->first.hasOutsidePart(store)) continue;
-        ModelElement const found = resolveProxy(at->second);
-        if (!found || found->isProxy() || !resolveAdd(found)) continue;
-        contain(found.impl());
-        proxies_->erase(at);
-    }
-    if (proxies_->empty()) proxies_.reset();
+bool SetCore::resolveAdd(ModelElement const& e) {
+    auto taken = std::make_unique<Taken>();
+    taken->member = e;
+    if (!members_.insert(e).second) return false;
+    if (Step* const step = recordResolution(StepKind::Inserted)) step->payload = taken.release();
+    return true;
 }
 
 SetCore::Members const& SetCore::resolvedMembers() const {
-    if (proxies_ != nullptr && owner() != nullptr && owner()->model().resolutionHolds() < 1) {
-        const_cast<SetCore*>(this)->resolveAll();
-    }
+    const_cast<SetCore*>(this)->resolveUnlessHeld();
     return members_;
-}
-
-void SetCore::replaceProxy(ModelElement const& e, unsigned long /*index*/) {
-    if (proxies_ == nullptr) return;
-    auto const found = proxies_->find(e->getPersistentProxyId(true));
-    if (found != proxies_->end() && resolveAdd(e)) {
-        contain(e.impl());
-        proxies_->erase(found);
-    }
-}
-
-bool SetCore::basicContainsProxyTo(ModelElement const& e) {
-    if (proxies_ == nullptr) return false;
-    for (auto i = proxies_->begin(); i != proxies_->end(); ++i) {
-        if (peekResolveProxy(i->second) == e && resolveAdd(e)) {
-            proxies_->erase(i);
-            return true;
-        }
-    }
-    return false;
 }
 
 std::vector<ModelElement> SetCore::getAllValues() const {
     Members const& members = resolvedMembers();
     return {members.begin(), members.end()};
-}
-
-std::vector<ModelElement> SetCore::getAllValuesAndProxies() const {
-    std::vector<ModelElement> result(members_.begin(), members_.end());
-    if (proxies_ != nullptr) {
-        for (auto const& entry : *proxies_) result.push_back(entry.second);
-    }
-    return result;
 }
 
 // --- The generic interface ------------------------------------------------------------------------------------------

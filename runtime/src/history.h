@@ -37,12 +37,24 @@ public:
         ++done_;
     }
 
+    /// The proxies that were resolved since the last log: they are taken back before anything else is undone or redone,
+    /// and the next reads resolve them again.
+    UndoLog& resolved() noexcept { return resolved_; }
+    /// A log is to follow: what was resolved now lies between two, and is undone and redone with the earlier one.
+    void settle() {
+        if (done_ == 0) return resolved_.discard();
+        auto& steps = at(done_ - 1).steps;
+        steps.reserve(steps.size() + resolved_.steps.size());
+        resolved_.moveSteps(at(done_ - 1));
+    }
+
     /// Takes the latest done logs of another history, as many as fit.
     void takeOver(History& other) {
         for (std::size_t i = other.done_ - std::min(other.done_, limit_); i < other.done_; ++i) {
             reserve();
             push(other.at(i));
         }
+        resolved_.swap(other.resolved_);
     }
 
     /// The log to undo or redo next; null if there is none. `step` then moves on.
@@ -63,6 +75,7 @@ public:
     /// What was destroyed by a log is in use by those before it, and what was born in one by those after it; so logs
     /// go oldest first, undone ones latest first.
     void clear() noexcept {
+        resolved_.discard();
         dropUndone();
         for (std::size_t i = 0; i < done_; ++i) at(i).discard();
         done_ = 0;
@@ -76,6 +89,7 @@ private:
 
     std::size_t limit_;
     std::vector<UndoLog> slots_;
+    UndoLog resolved_;       // steps alone
     std::size_t first_ = 0;  // not 0 only once the ring is full
     std::size_t done_ = 0;
     std::size_t undone_ = 0;

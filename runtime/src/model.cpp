@@ -41,6 +41,12 @@ void ModelImpl::releaseElements() noexcept {
     ModelElement::Impl* const first = elements_.first();
     elements_ = ElementList();
     ids_.clear();
+    for (auto const& entry : proxies_) {  // most stand in no list
+        auto* const proxy = const_cast<ModelElement::Impl*>(entry.first);
+        proxy->setFlag(kAlive, false);
+        proxy->model_ = &closed();
+    }
+    classes_.clear();
     proxies_.clear();
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
         e->setFlag(kAlive, false);
@@ -80,6 +86,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
     log_.lives.push_back({false, listed ? 1U : 0U, &element, &element});
     if (listed) {
         ids_.forget(element);
+        classes_.leaving(element);
         elements_.takeOut(element, element, 1);
     } else {
         element.addRef();
@@ -90,7 +97,8 @@ void ModelImpl::bury(ModelElement::Impl& element) {
 /// An element that no log can bring back leaves for good.
 void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     ids_.remove(element);
-    if (!proxies_.empty()) proxies_.erase(&element);
+    forgetProxy(element);
+    classes_.remove(element);
     element.model_ = &closed();
     element.track_ = 1;
     element.removeRef();
@@ -114,32 +122,6 @@ std::vector<ModelElement> ModelImpl::getRoots() const {
 ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior /*behavior*/) const {
     ids_.catchUp(elements_);
     return ModelElement(ids_.find(id));
-}
-
-// --- Proxies --------------------------------------------------------------------------------------------------------
-
-ProxyId const* ModelImpl::proxyIdOf(ModelElement::Impl const& element) const noexcept {
-    auto const found = proxies_.find(&element);
-    return found == proxies_.end() ? nullptr : &found->second;
-}
-
-void ModelImpl::setProxyId(ModelElement::Impl& element, ProxyId id) {
-    proxies_.insert_or_assign(&element, std::move(id));
-    element.setFlag(kProxy, true);
-}
-
-ModelElement ModelImpl::resolveProxy(ModelElement::Impl const* /*referrer*/, ModelElement const& proxy) {
-    ProxyId const* const id = proxy && proxy->isProxy() ? proxyIdOf(*proxy.impl()) : nullptr;
-    if (id == nullptr || resolutionHolds_ > 0) return proxy;
-    ModelElement found;
-    if (id->hasOutsidePart(storeName_)) {
-        if (resolver_) found = resolver_(*id);
-        if (found && &found->model() != this) found = ModelElement();
-    } else {
-        found = findElement(id->id(), FindElementBehavior::InMemoryOnly);
-    }
-    bool const fits = found && !found->isProxy() && found->classTable().conformsTo(proxy->classTable());
-    return fits ? found : proxy;
 }
 
 // --- Listeners and history ------------------------------------------------------------------------------------------

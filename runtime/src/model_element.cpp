@@ -35,7 +35,9 @@ ModelElement::Impl::Impl(Model const& model, boost::uuids::uuid const& id)
     }
 }
 
-ModelElement::Impl::~Impl() = default;
+ModelElement::Impl::~Impl() {
+    if (isProxy()) model_->forgetProxy(*this);
+}
 
 void ModelElement::Impl::removeRef() const noexcept { ElementImpl::removeRef(); }
 
@@ -306,6 +308,7 @@ ProxyId ModelElement::Impl::getProxyId() const {
 }
 
 ProxyId ModelElement::Impl::getPersistentProxyId(bool withStore) const {
+    if (isProxy()) return getProxyId();
     return withStore ? ProxyId(model_->storeName(), uuid()) : ProxyId(uuid());
 }
 

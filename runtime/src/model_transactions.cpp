@@ -8,6 +8,7 @@
 #include <quay0/messages.h>
 
 #include "history.h"
+#include "slot_resolution.h"
 
 #include <algorithm>
 
@@ -95,7 +96,7 @@ void ModelImpl::giveBack(Storage* s) noexcept {
     freeStorages_ = s;
 }
 
-Step& ModelImpl::recordStep(StepKind kind, void* subject) { return log_.steps.emplace_back(Step{kind, subject}); }
+Step& ModelImpl::recordStep(StepKind kind, void* subject) { return log_.steps.emplace_back(kind, subject); }
 
 void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) {
     if (child.container_ == container && (container == nullptr || child.containmentIndex_ == index)) return;
@@ -103,9 +104,17 @@ void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* cont
         Step& step = recordStep(StepKind::Contained, &child);
         step.payload = child.container_;
         step.position = child.containmentIndex_;
+        holdUnlisted(step, child);
     }
     child.container_ = container;
     child.containmentIndex_ = index;
+}
+
+/// What no list of the model holds, such as a proxy, must live as long as the step that knows it.
+void ModelImpl::holdUnlisted(Step& step, ModelElement::Impl& child) noexcept {
+    if ((child.flags_ & kListed) != 0) return;
+    child.addRef();
+    step.count = 1;
 }
 
 Step* ModelImpl::lastStep(StepKind kind, void const* subject) noexcept {
@@ -184,7 +193,10 @@ void ModelImpl::commitOutermost() {
     if (keep) {
         for (Step& step : log_.steps) prepareStep(step);
         history_->reserve();
+        history_->settle();
     }
+    bool const onlyResolves = history_ && !keep && log_.onlyResolves();
+    if (onlyResolves) history_->resolved().steps.reserve(history_->resolved().steps.size() + log_.steps.size());
 
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
     endLevel();
@@ -197,7 +209,11 @@ void ModelImpl::commitOutermost() {
     }
     // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
     // left and came again has another one: so the former ones come back.
-    if (heard && history_ && nothingLeft) exchangeSteps(log_, 0);
+    if (onlyResolves) {
+        log_.moveSteps(history_->resolved());
+    } else if (heard && history_ && nothingLeft) {
+        exchangeSteps(log_, 0);
+    }
     changes.reset();
     finish(keep, system);
 }
@@ -246,6 +262,8 @@ void ModelImpl::exchangeStep(Step& step) noexcept {
         step.position = child.containmentIndex_;
         child.container_ = other;
         child.containmentIndex_ = index;
+    } else if (step.kind == StepKind::Resolved) {
+        static_cast<SlotResolution*>(step.payload)->exchange(*static_cast<ModelElement::Impl*>(step.subject));
     } else if (step.kind != StepKind::Touched) {
         static_cast<AbstractOwnedCollection*>(step.subject)->exchange(step);
     }
@@ -261,6 +279,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
         if (entry.born) {
             for (auto* e = entry.last;; e = e->previous_) {
                 ids_.forget(*e);
+                classes_.leaving(*e);
                 e->setFlag(kAlive, false);
                 if (buried != nullptr) buried->emplace_back(e);
                 if (e == entry.first) break;
@@ -270,6 +289,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
             for (auto* e = entry.first;; e = e->next_) {
                 if ((e->flags_ & (kIndexed | kListed)) == kListed) ids_.startOver();
                 e->setFlag(kAlive, true);
+                classes_.returned(*e);
                 if (revived != nullptr) revived->emplace_back(e);
                 if (e == entry.last) break;
             }
@@ -290,6 +310,8 @@ bool ModelImpl::replay(bool redo) {
     if (frozen_) reportException(quay0::messages::ModelIsFrozen());
     UndoLog* const log = history_ ? history_->next(redo) : nullptr;
     if (log == nullptr) return false;
+    exchangeSteps(history_->resolved(), 0);
+    history_->resolved().discard();
 
     std::vector<ModelElement> revived;
     std::vector<ModelElement> buried;

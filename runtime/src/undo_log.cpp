@@ -2,6 +2,10 @@
 #include <quay/zero/model.h>
 #include <quay/zero/undo_log.h>
 
+#include "slot_resolution.h"
+
+#include <algorithm>
+
 namespace quay::zero {
 
 // Storages and steps go first: they point at elements that the last births and deaths may let go.
@@ -18,10 +22,15 @@ void UndoLog::discard() noexcept {
 void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
     for (std::size_t i = steps.size(); i-- > step;) {
         Step& s = steps[i];
-        if (s.payload == nullptr || s.kind == StepKind::Contained || s.kind == StepKind::Touched) continue;
-        static_cast<AbstractOwnedCollection*>(s.subject)->discard(s);
+        if (s.kind == StepKind::Contained) {
+            if (s.count == 1) static_cast<ModelElement::Impl*>(s.subject)->removeRef();
+        } else if (s.kind == StepKind::Resolved) {
+            delete static_cast<SlotResolution*>(s.payload);
+        } else if (s.payload != nullptr && s.kind != StepKind::Touched) {
+            static_cast<AbstractOwnedCollection*>(s.subject)->discard(s);
+        }
     }
-    steps.resize(step);
+    steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(step), steps.end());
     for (std::size_t i = lives.size(); i-- > life;) {
         LifeEntry const entry = lives[i];
         lives.pop_back();
@@ -35,6 +44,10 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
         }
     }
     lives.resize(life);
+}
+
+bool UndoLog::onlyResolves() const noexcept {
+    return lives.empty() && std::all_of(steps.begin(), steps.end(), [](Step const& s) { return s.quiet; });
 }
 
 std::size_t UndoLog::lifeCount() const noexcept {

@@ -1,5 +1,5 @@
 // Builders and createInto: trees, refusals, and that what fails leaves nothing.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
 

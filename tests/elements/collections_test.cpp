@@ -1,5 +1,5 @@
 // The typed faces of collections: positions, iterators, look-up.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
 

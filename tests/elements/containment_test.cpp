@@ -1,5 +1,5 @@
 // Owners and children: keys, slots, moving, destroying.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
 

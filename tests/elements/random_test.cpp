@@ -1,6 +1,6 @@
 // Random sequences of typed and generic operations on records of every shape, step by step against the
 // reference.
-#include "../runtime/support/random.h"
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/reference.h"
 #include "support/samples.h"
@@ -672,15 +672,15 @@ struct Arbitrary<Operation> {
 namespace {
 
 TEST(RandomRecords, DoAsTheReferenceDoes) {
-    nodes::checkRandomly(500 * nodes::kEffort,
-                         [](std::vector<Operation> const& operations, std::uint8_t limit, bool listening) {
-                             World world(limit % 5, listening);
-                             for (std::size_t i = 0; i < operations.size(); ++i) {
-                                 world.run(operations[i]);
-                                 if (i % 4 == 0) world.compare();
-                             }
-                             world.compare();
-                         });
+    randomly::check(500 * randomly::kEffort,
+                    [](std::vector<Operation> const& operations, std::uint8_t limit, bool listening) {
+                        World world(limit % 5, listening);
+                        for (std::size_t i = 0; i < operations.size(); ++i) {
+                            world.run(operations[i]);
+                            if (i % 4 == 0) world.compare();
+                        }
+                        world.compare();
+                    });
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // Every property of every class, driven by reflection alone: default, write, event, rolling back, undo, old
 // values, building, refusal, destruction.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
 #include "support/samples.h"

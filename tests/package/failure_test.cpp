@@ -89,6 +89,7 @@ void expectNothingOfThePackage() {
 void expectRecovery(Product const& product) {
     std::vector<void*> instances(4);
     std::vector<std::thread> threads;
+    threads.reserve(instances.size());
     for (void*& instance : instances) threads.emplace_back([&] { instance = product.getInstance(); });
     for (std::thread& t : threads) t.join();
     EXPECT_EQ(instances, std::vector<void*>(instances.size(), instances[0]));

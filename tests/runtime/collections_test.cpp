@@ -1,6 +1,6 @@
 // Collections of elements and of values: their own operations, and the generic ones by which scripts work.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>

@@ -1,6 +1,6 @@
 // Containers: who owns a child, what moves it, and what goes down with what.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay0/messages.h>

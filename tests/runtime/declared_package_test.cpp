@@ -1,6 +1,6 @@
 // A package that is declared from tables: what is made in which order, and what a failure leaves.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/memory.h"
 
 #include <quay/zero/meta/declared_package.h>

@@ -1,6 +1,6 @@
 // Undo and redo: what is kept and for how long, and that what comes back is the very same.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay0/messages.h>

@@ -1,6 +1,6 @@
 // Listeners: what a change set tells, to whom, and what may not be done meanwhile.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>

@@ -1,6 +1,6 @@
 // Elements come and go: ids, the order of creation, handles, and the end of a model.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>

@@ -1,6 +1,6 @@
 // Proxies: elements that aren't loaded, alone and in collections.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/proxy_id.h>
@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <stdexcept>
 #include <unordered_set>
 
 namespace {
@@ -134,27 +135,109 @@ TEST(Proxies, KeepTheirPositionInASequence) {
 }
 
 TEST(Proxies, DontMoveWhatTheyStandFor) {
-    // Reading is no change, so an element that has its place elsewhere stays there, and the proxy a proxy.
+    // Reading is no change, so an element that has its place elsewhere stays there and is a guest where the proxy was.
+    Sample s;
+    s.model->enableHistory(100);
+    Node const elsewhere = Node::create(s.model);
+    elsewhere->children().add(s.target);
+    s.owner->children().add(s.local());
+    s.owner->byRank().insert(s.local());
+    EXPECT_EQ(s.owner->children()[0], s.target);
+    s.owner->byRank().resolveAll();
+    EXPECT_TRUE(s.owner->byRank().contains(s.target));
+    EXPECT_EQ(s.target->container(), elsewhere);
+    EXPECT_EQ(elsewhere->children().size(), 1U);
+
+    s.target->setRank(7);
+    EXPECT_EQ(s.owner->byRank().find(0).size(), 1U) << "under the key that it had";
+    s.owner->byRank().remove(s.target);
+    EXPECT_TRUE(s.owner->byRank().empty());
+    s.owner->children().erase(0);
+    EXPECT_EQ(s.target->container(), elsewhere);
+    s.model->undo();
+    EXPECT_EQ(s.owner->children()[0], s.target);
+    s.owner->destroy();
+    EXPECT_TRUE(s.target) << "it isn't the owner's to destroy";
+    EXPECT_EQ(s.target->container(), elsewhere);
+
+    Special const owner = Special::create(s.model);
+    elsewhere->children().add(owner);
+    Node const toAncestor = s.proxyOf(ProxyId(elsewhere->uuid()));
+    owner->parts().add(toAncestor);
+    EXPECT_EQ(owner->parts()[0], toAncestor) << "what contains a collection can't stand in it";
+    while (s.model->undo()) continue;
+    EXPECT_EQ(s.model->elementCount(), 2U);
+    EXPECT_FALSE(s.target->container());
+}
+
+TEST(Proxies, ResolveToElementsOfAnotherModel) {
     Sample s;
     s.model->enableHistory(10);
-    Node const elsewhere = Node::create(s.model);
-    elsewhere->children().add(Node::create(s.model));
-    elsewhere->children().add(s.target);
-    Node const inSequence = s.local();
-    Node const inMap = s.local();
-    s.owner->children().add(inSequence);
-    s.owner->byName().insert(inMap);
-    EXPECT_EQ(s.owner->children()[0], inSequence);
-    s.owner->byName().resolveAll();
-    EXPECT_TRUE(s.owner->byName().empty());
-    EXPECT_EQ(s.target->container(), elsewhere);
-    EXPECT_EQ(elsewhere->children().size(), 2U);
-    Node const toOwner = s.proxyOf(ProxyId(s.owner->uuid()));
-    s.owner->parts().add(toOwner);
-    EXPECT_EQ(s.owner->parts()[0], toOwner) << "what contains a collection can't stand in it";
+    auto there = Model::create();
+    Node const found = Node::create(there, idOf(50));
+    s.model->setProxyResolver([&](ProxyId const& id) { return there->findElement(id.id(), FindElementBehavior(1)); });
+    auto const proxy = [&] { return s.proxyOf(ProxyId(u"there", found->uuid())); };
+    s.owner->children().add(proxy());
+    s.owner->byName().insert(proxy());
+    EXPECT_EQ(s.owner->children()[0], found);
+    s.owner->byName().prepareForReading();
+    EXPECT_EQ(s.owner->byName().find(u""), found);
+    EXPECT_FALSE(found->container());
+    EXPECT_TRUE(failsWith<msg::CannotCreateCrossModelAssociation>([&] { s.owner->parts().add(found); }));
     while (s.model->undo()) continue;
-    EXPECT_EQ(s.model->undoDepth(), 0U);
-    EXPECT_EQ(s.model->elementCount(), 2U);
+    EXPECT_TRUE(s.owner->children().empty());
+    while (s.model->redo()) continue;
+    EXPECT_EQ(s.owner->children()[0], found);
+    there = Model();  // it ends, and its elements with it
+    EXPECT_FALSE(s.owner->children()[0]);
+    EXPECT_TRUE(s.owner->children().getAllValues().empty());
+    s.owner->destroy();
+    EXPECT_FALSE(s.owner);
+}
+
+TEST(Proxies, LeaveTheHostsResolverFree) {
+    Sample s;
+    auto& children = s.owner->children();
+    auto& map = s.owner->byName();
+    Node const inSequence = s.outside();
+    Node const inMap = s.outside();
+    children.add(inSequence);
+    map.insert(inMap);
+    int asked = 0;
+    auto const resolve = [&](std::function<ModelElement()> const& f) {
+        s.model->setProxyResolver([&asked, f](ProxyId const&) {
+            ++asked;
+            return f();
+        });
+    };
+    // It reads where the proxy stands, gives way to another resolver, and makes what is asked for.
+    resolve([&]() -> ModelElement {
+        EXPECT_EQ(children[0], inSequence) << "it is being asked for already";
+        s.model->setProxyResolver(nullptr);
+        return Node::create(s.model, idOf(60));
+    });
+    EXPECT_EQ(children[0]->uuid(), idOf(60));
+    EXPECT_EQ(asked, 1);
+    // It takes the proxy away.
+    resolve([&]() -> ModelElement {
+        map.remove(inMap);
+        return s.target;
+    });
+    EXPECT_TRUE(map.getAllValues().empty());
+    EXPECT_TRUE(map.holdsNothing());
+    children.add(s.outside());
+    resolve([&]() -> ModelElement {
+        children.clear();
+        return s.target;
+    });
+    EXPECT_TRUE(throws<std::out_of_range>([&] { children.at(1); }));
+    EXPECT_FALSE(s.target->container());
+    // It fails.
+    map.insert(inMap);
+    resolve([]() -> ModelElement { throw 1; });
+    EXPECT_THROW(map.resolveAll(), int);
+    EXPECT_EQ(map.getAllValuesAndProxies(), std::vector<ModelElement>{inMap});
+    EXPECT_THROW(map.resolveAll(), int) << "and is asked again";
 }
 
 TEST(Proxies, StandApartInAMap) {

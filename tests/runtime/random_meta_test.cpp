@@ -1,6 +1,6 @@
 // Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
+#include "../common/random.h"
 #include "support/dump.h"
-#include "support/random.h"
 
 #include <keel/exception.h>
 #include <quay/zero/meta/types.h>
@@ -243,7 +243,7 @@ struct Arbitrary<Operation> {
 namespace {
 
 TEST(RandomMetaObjects, ComeBackAsTheyWere) {
-    checkRandomly(30 * kEffort, [](std::vector<Operation> const& operations) {
+    randomly::check(30 * randomly::kEffort, [](std::vector<Operation> const& operations) {
         World world;
         for (Operation const& o : operations) world.run(o);
     });

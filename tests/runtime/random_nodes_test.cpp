@@ -1,8 +1,8 @@
 // Random sequences of operations on nodes, step by step against the reference.
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/memory.h"
 #include "support/node.h"
-#include "support/random.h"
 #include "support/reference.h"
 
 #include <keel/exception.h>
@@ -592,17 +592,18 @@ namespace {
 
 TEST(RandomNodes, DoAsTheReferenceDoes) {
     int const before = Node::Impl::living;
-    checkRandomly(200 * kEffort, [&](std::vector<Operation> const& operations, std::uint8_t limit, bool listening) {
-        {
-            World world(limit % 5, listening);
-            for (std::size_t i = 0; i < operations.size(); ++i) {
-                world.run(operations[i]);
-                if (i % 4 == 0) world.compare();
-            }
-            world.compare();
-        }
-        RC_ASSERT(Node::Impl::living == before);
-    });
+    randomly::check(200 * randomly::kEffort,
+                    [&](std::vector<Operation> const& operations, std::uint8_t limit, bool listening) {
+                        {
+                            World world(limit % 5, listening);
+                            for (std::size_t i = 0; i < operations.size(); ++i) {
+                                world.run(operations[i]);
+                                if (i % 4 == 0) world.compare();
+                            }
+                            world.compare();
+                        }
+                        RC_ASSERT(Node::Impl::living == before);
+                    });
 }
 
 }  // namespace

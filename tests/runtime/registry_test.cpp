@@ -1,6 +1,6 @@
 // The registry of types and packages.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/builder.h>
@@ -262,6 +262,30 @@ TEST(MetaObjects, FollowTheirFlags) {
     EXPECT_FALSE(p->isUnique() || p->isOrdered() || p->isComposite() || p->isDerived());
     EXPECT_TRUE(p->isQualificationUnique());
     EXPECT_FALSE(p->getDefaultValue());
+}
+
+TEST(MetaObjects, RefuseOwnersAndSuperclassesThatCannotBe) {
+    Model const model = Model::create();
+    auto const a = meta::Class::create(model, {});
+    auto const b = meta::Class::create(model, {});
+    auto const c = meta::Class::create(model, {});
+    b->setSuperclass(a);
+    c->setSuperclass(b);
+    std::function<void()> const refused[] = {
+        [&] { a->setSuperclass(a); },
+        [&] { a->setSuperclass(c); },
+        [&] { a->setOwningPackage({}); },
+        [&] { meta::Package::create(model, {})->setParentPackage({}); },
+        [&] { meta::Property::create(model, {})->setOwningType({}); },
+        [&] { meta::Operation::create(model, {})->setOwningType({}); },
+        [&] { meta::Argument::create(model, {})->setOperation({}); },
+        [&] { meta::EnumLiteral::create(model, {})->setParentEnum({}); },
+    };
+    for (auto const& set : refused) EXPECT_TRUE(failsWith<msg::InvalidValue>(set)) << &set - refused;
+    EXPECT_FALSE(a->getSuperclass());
+    c->setSuperclass({});
+    a->setSuperclass(c);
+    EXPECT_TRUE(b->conformsTo(c));
 }
 
 TEST(MetaObjects, RefuseASecondLiteralOfOneName) {

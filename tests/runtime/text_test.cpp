@@ -7,31 +7,6 @@
 namespace {
 
 using quay::zero::textOf;
-using quay::zero::toUtf16;
-
-TEST(Texts, BecomeUtf16) {
-    struct Case {
-        char const* bytes;
-        char16_t const* text;
-    };
-    Case const cases[] = {
-        {"", u""},
-        {"plain", u"plain"},
-        {"\xc3\xa9", u"\u00e9"},
-        {"\xe2\x98\x83!", u"\u2603!"},
-        {"\xf0\x9f\x98\x80", u"\U0001f600"},
-        {"\xf4\x8f\xbf\xbf", u"\U0010ffff"},
-        {"\xf4\x90\x80\x80", u"\ufffd\ufffd\ufffd\ufffd"},  // beyond the last code point
-        {"\xed\xa0\x80", u"\ufffd\ufffd\ufffd"},            // half a surrogate pair
-        {"\xc0\xaf", u"\ufffd\ufffd"},                      // longer than need be
-        {"\xe0\x80\xaf", u"\ufffd\ufffd\ufffd"},
-        {"\xff", u"\ufffd"},
-        {"a\x80z", u"a\ufffdz"},
-        {"\xe2\x98", u"\ufffd\ufffd"},  // cut off
-        {"\xe2\x98z", u"\ufffd\ufffdz"},
-    };
-    for (Case const& c : cases) EXPECT_EQ(toUtf16(c.bytes), c.text) << c.bytes;
-}
 
 TEST(Texts, TellValues) {
     EXPECT_EQ(textOf(-12), u"-12");

@@ -1,7 +1,7 @@
 // One thread at a time works in a model, but every thread may have its own. The thread sanitizer does the looking.
+#include "../common/random.h"
 #include "support/dump.h"
 #include "support/node.h"
-#include "support/random.h"
 
 #include <quay/zero/change_set.h>
 #include <quay/zero/meta/registry.h>
@@ -62,7 +62,7 @@ TEST(Threads, EachHaveTheirModels) {
     int const living = Node::Impl::living;
     std::atomic<int> wrong{0};
     inThreads(3, [&](int) {
-        for (int i = 0; i < 5 * kEffort; ++i) wrong += live() != expected ? 1 : 0;
+        for (int i = 0; i < 5 * randomly::kEffort; ++i) wrong += live() != expected ? 1 : 0;
     });
     EXPECT_EQ(wrong, 0);
     EXPECT_EQ(Node::Impl::living, living);

@@ -1,6 +1,6 @@
 // The parts of change tracking that element code can use by itself: storages, changes and announcements.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>

@@ -1,6 +1,6 @@
 // Levels of transactions: what commits and rollbacks leave, whom they tell, and who may open one.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>

@@ -1,6 +1,6 @@
 // Values: payloads of every size, copies and moves, what is compatible with what.
+#include "../common/expect.h"
 #include "support/dump.h"
-#include "support/expect.h"
 #include "support/memory.h"
 #include "support/node.h"
 

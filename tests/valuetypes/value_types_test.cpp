@@ -1,5 +1,5 @@
 // The two structured values: order, equality, hash and reflection, field by field.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ModelRefInfoRepo/RateInfo.h>

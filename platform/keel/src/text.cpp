@@ -1,5 +1,8 @@
 #include <keel/text.h>
 
+#include <cstddef>
+#include <cstdint>
+
 namespace keel {
 namespace {
 
@@ -27,6 +30,42 @@ void append(std::string& out, char32_t code) {
     }
 }
 
+void append(std::u16string& out, char32_t code) {
+    if (code < 0x10000) {
+        out += static_cast<char16_t>(code);
+    } else {
+        out += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10U));
+        out += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FFU));
+    }
+}
+
+// How a character begins: what its first byte brings, how many bytes follow, and between what bounds the next
+// one lies, which is where overlong forms, surrogates and too large codes are refused.
+struct Lead {
+    char32_t bits = 0;
+    int following = -1;  // none: no character begins so
+    std::uint8_t lowest = 0x80;
+    std::uint8_t highest = 0xBF;
+};
+
+Lead leadOf(std::uint8_t byte) {
+    if (byte < 0x80) {
+        return {byte, 0};
+    }
+    if (byte >= 0xC2 && byte <= 0xDF) {
+        return {byte & 0x1FU, 1};
+    }
+    if (byte >= 0xE0 && byte <= 0xEF) {
+        return {byte & 0x0FU, 2, static_cast<std::uint8_t>(byte == 0xE0 ? 0xA0 : 0x80),
+                static_cast<std::uint8_t>(byte == 0xED ? 0x9F : 0xBF)};
+    }
+    if (byte >= 0xF0 && byte <= 0xF4) {
+        return {byte & 0x07U, 3, static_cast<std::uint8_t>(byte == 0xF0 ? 0x90 : 0x80),
+                static_cast<std::uint8_t>(byte == 0xF4 ? 0x8F : 0xBF)};
+    }
+    return {};
+}
+
 }  // namespace
 
 std::string toUtf8(std::u16string_view text) {
@@ -42,6 +81,27 @@ std::string toUtf8(std::u16string_view text) {
         } else {
             append(out, unit);
         }
+    }
+    return out;
+}
+
+std::u16string toUtf16(std::string_view text) {
+    std::u16string out;
+    out.reserve(text.size());
+    std::size_t i = 0;
+    while (i < text.size()) {
+        Lead lead = leadOf(static_cast<std::uint8_t>(text[i++]));
+        char32_t code = lead.bits;
+        for (; lead.following > 0 && i < text.size(); --lead.following, ++i) {
+            auto const byte = static_cast<std::uint8_t>(text[i]);
+            if (byte < lead.lowest || byte > lead.highest) {
+                break;
+            }
+            code = (code << 6U) | (byte & 0x3FU);
+            lead.lowest = 0x80;
+            lead.highest = 0xBF;
+        }
+        append(out, lead.following == 0 ? code : replacementCharacter);
     }
     return out;
 }

@@ -15,7 +15,6 @@ namespace quay::zero::mi {
 using ordo::MethodCall;
 using ordo::OrdoMethodSignature;
 using ordo::OrdoValue;
-using ordo::factory::impl::MethodImpl;
 
 namespace {
 
@@ -62,19 +61,6 @@ std::size_t positionIn(OrdoValue const& value, std::size_t end) {
         ordo::raiseWith(ordo::failures::IndexOutOfRange, {std::to_string(given), std::to_string(end)});
     }
     return static_cast<std::size_t>(position);
-}
-
-void addMethod(ordo::OrdoClass& ordoClass, std::string const& fullName, std::string_view name,
-               std::string_view parameters, std::vector<std::string> inputs, std::string_view result,
-               void (*run)(MethodCall& call), std::string_view description) {
-    inputs.insert(inputs.begin(), fullName);
-    auto const stub = [](MethodImpl::Function function, MethodCall& call) {
-        reinterpret_cast<void (*)(MethodCall&)>(function)(call);
-    };
-    ordoClass.addMethod(
-        std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{},
-                                     OrdoMethodSignature::createMethodSignature(parameters, result, std::move(inputs)),
-                                     stub, reinterpret_cast<MethodImpl::Function>(run), description));
 }
 
 void addCollectionClasses(ordo::OrdoPackage& package) {

@@ -59,9 +59,4 @@ extern ordo::OrdoCollection const& valueSetProtocol;
 void defineValueCollection(ordo::OrdoClass& ordoClass, std::string const& fullName);
 void defineValueSequence(ordo::OrdoClass& ordoClass, std::string const& fullName);
 
-/// Adds a method whose first input is an object of the class.
-void addMethod(ordo::OrdoClass& ordoClass, std::string const& fullName, std::string_view name,
-               std::string_view parameters, std::vector<std::string> inputs, std::string_view result,
-               void (*run)(ordo::MethodCall& call), std::string_view description);
-
 }  // namespace quay::zero::mi

@@ -7,6 +7,7 @@
 #include <quay/zero/mi/meta_marshaler_registry.h>
 
 #include "collection_classes.h"
+#include "methods.h"
 #include "script_names.h"
 
 namespace quay::zero::mi {

@@ -12,7 +12,8 @@
 
 #include <quay0/messages.h>
 
-#include "collection_classes.h"
+#include "file_methods.h"
+#include "methods.h"
 #include "runtime_classes.h"
 #include "script_names.h"
 
@@ -148,6 +149,7 @@ public:
         for (auto const& m : methods) {
             addMethod(c, names::kModel, m.name, m.parameters, m.inputs, m.result, m.run, m.description);
         }
+        addFileMethods(c);
     }
 
 protected:

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "collection_classes.h"
+#include "methods.h"
 
 namespace quay::zero::mi {
 

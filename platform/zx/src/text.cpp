@@ -1,5 +1,4 @@
 #include "array_data.h"
-#include "utf8.h"
 
 #include <zx/text.h>
 #include <zx/values.h>
@@ -23,7 +22,7 @@ zxArray* createStrings(zx::Shape shape) {
 
 zxArray* zxCreateString(std::string_view text) { return zxCreateString_UTF8(text); }
 
-zxArray* zxCreateString_UTF8(std::string_view text) { return zxCreateString_UTF16(zx::fromUtf8(text)); }
+zxArray* zxCreateString_UTF8(std::string_view text) { return zxCreateString_UTF16(keel::toUtf16(text)); }
 
 zxArray* zxCreateString_UTF16(std::u16string_view text) {
     zx::Array array(zxCreateNumericMatrix(text.empty() ? 0 : 1, text.size(), zxCharClass));

@@ -4,7 +4,13 @@ Importing this brings in the native libraries. `quay.zero` has models, elements 
 are in `Varlow.ModelReference.internal.compileInfo`.
 """
 
+import importlib
+
 import ordo
 
 ordo.load("libvw_modelref_info.so.1", "ZLInitialize_vw_modelref_info")
 ordo.attach(__name__)
+
+zero = importlib.import_module("quay.zero")
+for _name in ("load", "loads"):
+    setattr(zero, _name, getattr(zero.Model, _name))

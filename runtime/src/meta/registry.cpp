@@ -50,14 +50,14 @@ void MetaRegistry::declareOwnTypes() {
     Package const root = Package::create(model_, idOf(""));
     root->setUri(u"quay0://quay/quay0/meta/19700101");
     auto const addPackage = [&](char const* name) {
-        Package const package = Package::create(model_, idOf(name));
+        Package package = Package::create(model_, idOf(name));
         package->setName(toUtf16(name));
         package->setParentPackage(root);
         return package;
     };
     auto const add = [&]<class X>(X const& /*tag*/, Package const& package, std::string const& prefix,
                                   char const* name) {
-        X const type = X::create(model_, idOf(prefix + name));
+        X type = X::create(model_, idOf(prefix + name));
         type->setName(toUtf16(name));
         type->setOwningPackage(package);
         registerType(type, nullptr, nullptr);

@@ -1,7 +1,10 @@
 #include <quay/zero/meta/registry.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/owned_collection_row.h>
+#include <quay/zero/report.h>
 #include <quay/zero/value_row.h>
+
+#include <quay0/messages.h>
 
 #include <mutex>
 
@@ -116,10 +119,17 @@ template <class X>
 X make(Model const& model, boost::uuids::uuid const& id) {
     if (!model) return X::of(new typename X::Impl(model, id));  // reports the missing model
     Savepoint savepoint(*model.impl());
-    X const made = X::of(new typename X::Impl(model, id));
+    X made = X::of(new typename X::Impl(model, id));
     made->notifyCreated();
     savepoint.commit();
     return made;
+}
+
+/// The object that is to own another. InvalidValue for an empty handle.
+template <class Handle>
+auto& given(Handle const& owner) {
+    if (owner.impl() == nullptr) reportException(quay0::messages::InvalidValue().about(u"the owner of a meta object"));
+    return *owner.impl();
 }
 
 }  // namespace
@@ -231,7 +241,7 @@ void Package::Impl::setUri(std::u16string const& uri) { MetaRows::uri.write(*thi
 
 Package Package::Impl::getParentPackage() const { return Package::cast(basicContainer()); }
 
-void Package::Impl::setParentPackage(Package const& parent) { parent->packages_.add(Package::of(this)); }
+void Package::Impl::setParentPackage(Package const& parent) { given(parent).packages_.add(Package::of(this)); }
 
 std::u16string Package::Impl::getQualifiedName() const {
     Package const parent = getParentPackage();
@@ -243,7 +253,7 @@ std::u16string Package::Impl::getQualifiedName() const {
 
 Package Type::Impl::getOwningPackage() const { return Package::cast(basicContainer()); }
 
-void Type::Impl::setOwningPackage(Package const& package) { package->ownedTypes_.add(Type::of(this)); }
+void Type::Impl::setOwningPackage(Package const& package) { given(package).ownedTypes_.add(Type::of(this)); }
 
 std::u16string Type::Impl::getQualifiedName() const {
     Package const package = getOwningPackage();
@@ -273,7 +283,13 @@ std::vector<Property> Type::Impl::getProperties() const {
 }
 
 void Class::Impl::setIsAbstract(bool abstract) { MetaRows::classAbstract.write(*this, abstract); }
-void Class::Impl::setSuperclass(Class const& superclass) { MetaRows::superclass.write(*this, superclass.impl()); }
+void Class::Impl::setSuperclass(Class const& superclass) {
+    if (superclass.impl() != nullptr && superclass->conformsTo(Class::of(this))) {
+        reportException(
+            quay0::messages::InvalidValue().about(u"the superclass of " + getName()).withValue(superclass->getName()));
+    }
+    MetaRows::superclass.write(*this, superclass.impl());
+}
 
 bool Class::Impl::conformsTo(Class const& other) const noexcept {
     for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
@@ -322,7 +338,7 @@ EnumLiteral Enum::Impl::findLiteral(int value) const {
 
 void EnumLiteral::Impl::setValue(int value) { MetaRows::literalValue.write(*this, value); }
 Enum EnumLiteral::Impl::getParentEnum() const { return Enum::cast(basicContainer()); }
-void EnumLiteral::Impl::setParentEnum(Enum const& parent) { parent->literals_.insert(EnumLiteral::of(this)); }
+void EnumLiteral::Impl::setParentEnum(Enum const& parent) { given(parent).literals_.insert(EnumLiteral::of(this)); }
 
 // --- Typed elements -------------------------------------------------------------------------------------------------
 
@@ -346,17 +362,17 @@ void Property::Impl::setIndex(int index) { MetaRows::index.write(*this, index); 
 void Property::Impl::setQualifiedBy(Property const& key) { MetaRows::qualifiedBy.write(*this, key.impl()); }
 void Property::Impl::setIsQualificationUnique(bool unique) { MetaRows::qualificationUnique.write(*this, unique); }
 Type Property::Impl::getOwningType() const { return Type::cast(basicContainer()); }
-void Property::Impl::setOwningType(Type const& owner) { owner->ownedProperties_.add(Property::of(this)); }
+void Property::Impl::setOwningType(Type const& owner) { given(owner).ownedProperties_.add(Property::of(this)); }
 
 void Operation::Impl::setIsAbstract(bool value) { MetaRows::operationAbstract.write(*this, value); }
 void Operation::Impl::setIsStatic(bool value) { MetaRows::operationStatic.write(*this, value); }
 void Operation::Impl::setIsPublic(bool value) { MetaRows::operationPublic.write(*this, value); }
 void Operation::Impl::setIsEvent(bool value) { MetaRows::operationEvent.write(*this, value); }
 Class Operation::Impl::getOwningType() const { return Class::cast(basicContainer()); }
-void Operation::Impl::setOwningType(Class const& owner) { owner->ownedOperations_.add(Operation::of(this)); }
+void Operation::Impl::setOwningType(Class const& owner) { given(owner).ownedOperations_.add(Operation::of(this)); }
 
 void Argument::Impl::setIsInput(bool value) { MetaRows::input.write(*this, value); }
 Operation Argument::Impl::getOperation() const { return Operation::cast(basicContainer()); }
-void Argument::Impl::setOperation(Operation const& operation) { operation->arguments_.add(Argument::of(this)); }
+void Argument::Impl::setOperation(Operation const& operation) { given(operation).arguments_.add(Argument::of(this)); }
 
 }  // namespace quay::zero::meta

@@ -27,7 +27,7 @@ zxArray_tag* arraySample(unsigned n) {
 std::u16string textSample(meta::Type const& type, unsigned n) {
     using meta::StandardTypes;
     std::string const digits = std::to_string(n + 1);
-    std::u16string const number(digits.begin(), digits.end());
+    std::u16string number(digits.begin(), digits.end());
     if (type == StandardTypes::booleanMeta) return n % 2 == 0 ? u"true" : u"false";
     if (type == StandardTypes::integerMeta) return n % 2 == 0 ? number : u"-" + number;
     if (type == StandardTypes::realMeta) return number + u".5";

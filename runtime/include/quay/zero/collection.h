@@ -33,6 +33,8 @@ public:
 
     virtual meta::Type getCollectionType() const = 0;
     virtual bool empty() const noexcept = 0;
+    /// Empty, and without proxies that stand apart.
+    virtual bool holdsNothing() const noexcept { return empty(); }
     virtual std::size_t size() const noexcept = 0;
     /// Makes the content that of another collection of the same class.
     virtual void copyContents(AbstractOwnedCollection const& other) = 0;
@@ -73,6 +75,10 @@ protected:
         return !detached_ && owner_->model().inTransaction() && !owner_->model().isBornHere(*owner_);
     }
     Step& record(StepKind kind) { return owner_->model().recordStep(kind, this); }
+    /// The same for a resolution under way; null if it needs no record.
+    Step* recordResolution(StepKind kind) noexcept {
+        return detached_ ? nullptr : owner_->model().recordResolution(kind, this, *owner_);
+    }
 
 private:
     union {
@@ -151,9 +157,6 @@ protected:
     /// The new member gets the owner as its container, leaving a former one; a released one has none.
     void contain(ModelElement::Impl* e) const;
     void release(ModelElement::Impl* e) const;
-
-private:
-    bool mayTakePlace(ModelElement::Impl const& found) const noexcept;
 };
 
 }  // namespace quay::zero

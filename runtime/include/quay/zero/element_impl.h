@@ -42,8 +42,9 @@ public:
 protected:
     static constexpr std::uint8_t kAlive = 1;
     static constexpr std::uint8_t kProxy = 2;
-    static constexpr std::uint8_t kIndexed = 4;  // the model's id index holds it
-    static constexpr std::uint8_t kListed = 8;   // it was entered in its model
+    static constexpr std::uint8_t kIndexed = 4;   // the model's id index holds it
+    static constexpr std::uint8_t kListed = 8;    // it was entered in its model
+    static constexpr std::uint8_t kClassed = 16;  // the model's index by class holds it
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();

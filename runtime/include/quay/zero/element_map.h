@@ -1,8 +1,8 @@
 // Children by key.
 #pragma once
 
-#include <quay/zero/collection.h>
 #include <quay/zero/collection_row.h>
+#include <quay/zero/collection_with_proxies.h>
 #include <quay/zero/generic_collection.h>
 #include <quay/zero/property_row.h>
 
@@ -12,7 +12,6 @@
 #include <memory>
 #include <string>
 #include <type_traits>
-#include <unordered_map>
 #include <vector>
 
 namespace quay::zero {
@@ -46,7 +45,7 @@ enum class InsertPolicy : int { Report = 0, Keep = 1, Replace = 2 };
 /// (texts by code unit, 8-bit ones by unsigned byte), a multimap in order of entry among equal keys. Proxies have no
 /// key; they stand apart until they are resolved. Rolling back puts the stored pairs back and never reads a key.
 template <class K>
-class QUAY_ZERO_API KeyedCore : public ReferenceCollection {
+class QUAY_ZERO_API KeyedCore : public CollectionWithProxies {
 public:
     using Tree = std::multimap<K, ModelElement>;
 
@@ -67,27 +66,18 @@ public:
     Tree const& tree() const noexcept { return tree_; }
     bool isUnique() const noexcept { return unique_; }
     /// Resolves the proxies, unless that is held off, so that access by key sees them.
-    void prepareForReading() final {
-        if (proxies_ != nullptr) resolveUnlessHeld();
-    }
+    void prepareForReading() final { resolveUnlessHeld(); }
 
     std::vector<Value> getAllKeys() const;
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
     std::vector<ModelElement> getAllValues() const final;
-    std::vector<ModelElement> getAllValuesAndProxies() const final;
-    void replaceProxy(ModelElement const& e, unsigned long index) final;
-    void resolveAll() final;
-    void resolveLocal() final;
-    bool basicContainsProxyTo(ModelElement const& e) final;
     void basicAdd(ModelElement const& e) final;
     void basicAddWithProxy(ModelElement const& e) final;
     void basicRemove(ModelElement const& e) final;
     void basicClear() final;
     void basicCopyValues(ReferenceCollection const& other) final;
-    /// Takes a resolved element in; false if its key is taken. No change.
-    bool resolveAdd(ModelElement const& e);
 
     // AbstractOwnedCollection
     void exchange(Step& step) noexcept final;
@@ -96,12 +86,12 @@ public:
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
-    using Proxies = std::unordered_map<ProxyId, ModelElement>;
     using Position = typename Tree::const_iterator;
 
     KeyedCore(ModelElement::Impl* owner, std::uint16_t index, bool unique) noexcept
-        : ReferenceCollection(owner, index), unique_(unique) {}
-    KeyedCore(meta::Property const& property, bool unique) noexcept : ReferenceCollection(property), unique_(unique) {}
+        : CollectionWithProxies(owner, index), unique_(unique) {}
+    KeyedCore(meta::Property const& property, bool unique) noexcept
+        : CollectionWithProxies(property), unique_(unique) {}
     ~KeyedCore() override;
 
     KeyResult<K> keyOf(ModelElement::Impl const& e) const;
@@ -115,14 +105,12 @@ private:
     void put(K key, ModelElement const& e);
     void take(Position position);
     void swapContent(Content&& content);
-    void addProxy(ModelElement const& e);
-    void removeProxy(ModelElement const& e);
-    void resolveProxies(bool localOnly);
-    void resolveUnlessHeld();
+    bool resolveAdd(ModelElement const& e) final;
+    void appendMembers(std::vector<ModelElement>& to) const final;
 
     Tree tree_;
-    std::unique_ptr<Proxies> proxies_;  // null until a first one comes
     bool unique_;
+    bool hasGuests_ = false;  // once a proxy was resolved to an element that has its place elsewhere
 };
 
 extern template class KeyedCore<std::u16string>;

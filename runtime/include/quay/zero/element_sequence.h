@@ -85,6 +85,7 @@ private:
     void take(std::size_t position);
     void swapContent(Members content);
     void resolveSlot(std::size_t position) const;
+    void putResolved(std::size_t position, ModelElement const& e) const;
     void requirePosition(std::size_t position, std::size_t end) const;
 
     mutable Members members_;  // a read resolves proxies in place

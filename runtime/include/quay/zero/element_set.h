@@ -1,13 +1,12 @@
 // Unordered children without duplicates.
 #pragma once
 
-#include <quay/zero/collection.h>
+#include <quay/zero/collection_with_proxies.h>
 #include <quay/zero/generic_collection.h>
 
 #include <cstddef>
 #include <iterator>
 #include <memory>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -15,7 +14,7 @@ namespace quay::zero {
 
 /// The set of whatever class. Looking up, adding and removing cost the same however large it is. Proxies have no place
 /// in the container; they stand apart until they are resolved.
-class QUAY_ZERO_API SetCore : public ReferenceCollection, public GenericCollectionInterface {
+class QUAY_ZERO_API SetCore : public CollectionWithProxies, public GenericCollectionInterface {
 public:
     using Members = std::unordered_set<ModelElement>;
 
@@ -33,19 +32,12 @@ public:
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
     std::vector<ModelElement> getAllValues() const final;
-    std::vector<ModelElement> getAllValuesAndProxies() const final;
     GenericCollectionInterface* getGenericInterface() const noexcept final { return const_cast<SetCore*>(this); }
-    void replaceProxy(ModelElement const& e, unsigned long index) final;
-    void resolveAll() final { resolveProxies(false); }
-    void resolveLocal() final { resolveProxies(true); }
-    bool basicContainsProxyTo(ModelElement const& e) final;
     void basicAdd(ModelElement const& e) final;
     void basicAddWithProxy(ModelElement const& e) final;
     void basicRemove(ModelElement const& e) final;
     void basicClear() final;
     void basicCopyValues(ReferenceCollection const& other) final;
-    /// Takes a resolved element in. No change.
-    bool resolveAdd(ModelElement const& e);
 
     // GenericCollectionInterface
     std::size_t genericSize() const final { return size(); }
@@ -63,8 +55,8 @@ public:
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
-    SetCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
-    explicit SetCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
+    SetCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : CollectionWithProxies(owner, index) {}
+    explicit SetCore(meta::Property const& property) noexcept : CollectionWithProxies(property) {}
     ~SetCore() override;
 
     Members const& members() const noexcept { return members_; }
@@ -74,15 +66,14 @@ protected:
 private:
     struct Taken;
     struct Content;
-    using Proxies = std::unordered_map<ProxyId, ModelElement>;
 
     void put(ModelElement const& e);
     void take(ModelElement const& e);
     void swapContent(Content&& content);
-    void resolveProxies(bool localOnly);
+    bool resolveAdd(ModelElement const& e) final;
+    void appendMembers(std::vector<ModelElement>& to) const final { to.assign(members_.begin(), members_.end()); }
 
     Members members_;
-    std::unique_ptr<Proxies> proxies_;  // null until a first one comes
 };
 
 /// The children of a "set owned" property of class T. Iterates in no particular order.

@@ -4,6 +4,7 @@
 #include <quay/zero/element_list.h>
 #include <quay/zero/model_element.h>
 #include <quay/zero/proxy_id.h>
+#include <quay/zero/query/class_index.h>
 #include <quay/zero/random_ids.h>
 #include <quay/zero/storage.h>
 #include <quay/zero/transaction.h>
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -96,6 +98,11 @@ public:
     void forEachElement(F&& f) const {
         elements_.forEach(std::forward<F>(f));
     }
+    /// All elements by class; the first call after creations costs a step for each of them.
+    query::ClassIndex const& elementsByClass() const {
+        classes_.catchUp(elements_);
+        return classes_;
+    }
 
     // --- Proxies.
 
@@ -104,12 +111,37 @@ public:
     std::u16string const& storeName() const noexcept { return storeName_; }
     /// Resolves proxies that name another store.
     void setProxyResolver(ProxyResolver resolver) { resolver_ = std::move(resolver); }
-    /// The element that a proxy stands for, or the proxy itself while it can't be resolved. No change.
+    /// An element that stands for one that isn't loaded: alive, of that class and with that id, but not found by it,
+    /// and without values. Once it stands in a property of an element, reading there resolves it. InvalidValue for a
+    /// class that is missing or abstract.
+    ModelElement createProxy(meta::Class const& metaClass, ProxyId const& id);
+    /// The element that a proxy stands for, or the proxy itself while it can't be resolved: nobody knows the element,
+    /// it is of another class, or it contains the referrer; a ResolutionHold lives, or listeners are being told. The
+    /// host's resolver may throw, which is passed on. No change.
     ModelElement resolveProxy(ModelElement::Impl const* referrer, ModelElement const& proxy);
     /// While above 0, getters resolve nothing.
     int resolutionHolds() const noexcept { return resolutionHolds_; }
     ProxyId const* proxyIdOf(ModelElement::Impl const& element) const noexcept;
     void setProxyId(ModelElement::Impl& element, ProxyId id);
+    bool hasProxies() const noexcept { return !proxies_.empty(); }
+    void forgetProxy(ModelElement::Impl const& element) noexcept {
+        if (!proxies_.empty()) proxies_.erase(&element);
+    }
+
+    // --- For element code: what a proxy stands for takes its place. That is no change, and so no listener hears of it
+    // and no undo takes it back alone; but what was done before can only be undone once the proxy is back, so it is
+    // recorded all the same. The element gets the place as its container if it has none and is of this model; otherwise
+    // it is a guest there, which its place neither destroys nor releases.
+
+    class Resolution;
+    /// A step of the resolution under way; null if none is needed.
+    Step* recordResolution(StepKind kind, void* subject, ModelElement::Impl const& owner) noexcept;
+    /// Containers follow: the proxy leaves the owner's property of that index for what was found.
+    void takePlace(ModelElement::Impl& proxy, ModelElement::Impl& found, ModelElement::Impl& owner,
+                   std::uint16_t index) noexcept;
+    /// The same for the slot of one child, content and record included.
+    void resolveSlot(ModelElement::Impl& owner, PropertyRow const& row, ModelElement const& proxy,
+                     ModelElement const& found);
 
     // --- For element code: recording. All but the queries need an open transaction.
 
@@ -182,6 +214,11 @@ private:
     static void exchangeSteps(UndoLog& log, std::size_t from) noexcept;
     void exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelElement>* revived,
                        std::vector<ModelElement>* buried) noexcept;
+    ModelElement askResolver(ModelElement const& proxy);
+    UndoLog* resolutionLog() noexcept;
+    static void holdUnlisted(Step& step, ModelElement::Impl& child) noexcept;
+    void moveQuietly(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) noexcept;
+
     Storage* takeStorage(ModelElement::Impl& element);
     void giveBack(Storage* storage) noexcept;
 
@@ -196,14 +233,33 @@ private:
     Storage* freeStorages_ = nullptr;
     ElementList elements_;
     mutable IdIndex ids_;
+    mutable query::ClassIndex classes_;
     RandomIds generator_;
     std::unique_ptr<History> history_;
     std::shared_ptr<std::vector<NumberedListener> const> listeners_;
     std::uint64_t lastListener_ = 0;
     std::u16string storeName_;
     ProxyResolver resolver_;
-    std::unordered_map<ModelElement::Impl const*, ProxyId> proxies_;
+    std::unordered_map<ModelElement::Impl const*, ProxyId> proxies_;  // those that are gone leave it
+    std::vector<ModelElement::Impl const*> asking_;                   // proxies that the resolver is being asked for
 };
+
+/// Brackets one resolution. Inside a transaction it is an operation of its own, as any change of a collection is.
+class QUAY_ZERO_API ModelImpl::Resolution {
+public:
+    /// Makes room for all that is recorded, so that what follows can't fail.
+    explicit Resolution(ModelImpl& model);
+    Resolution(Resolution const&) = delete;
+    Resolution& operator=(Resolution const&) = delete;
+
+    void commit();
+
+private:
+    std::optional<Savepoint> savepoint_;
+};
+
+/// Whether `proxy` is a proxy of that element.
+QUAY_ZERO_API bool standsFor(ModelElement const& proxy, ModelElement const& e);
 
 inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
 inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }

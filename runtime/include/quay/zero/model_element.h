@@ -17,6 +17,10 @@ class Class;
 class Property;
 }  // namespace meta
 
+namespace query {
+class ClassIndex;
+}
+
 class AbstractOwnedCollection;
 class ClassTable;
 class Model;
@@ -94,7 +98,7 @@ public:
     virtual std::u16string identifier() const;
 
     ProxyId getProxyId() const;
-    /// The id under which a reference to this element survives being saved.
+    /// The id under which a reference to this element survives being saved; a proxy's is the one that it has.
     ProxyId getPersistentProxyId(bool withStore) const;
 
     // --- Life.
@@ -142,6 +146,12 @@ public:
     Impl* containerImpl() const noexcept { return container_; }
     /// Index of that property in the container's class; meaningless without a container.
     std::uint16_t containmentIndex() const noexcept { return containmentIndex_; }
+
+    /// Whether a member of one of this element's properties is destroyed with it. A guest isn't: one that stands there
+    /// for a proxy while it has its place elsewhere or is of another model.
+    bool owns(Impl const& child) const noexcept {
+        return child.model_ == model_ && (child.container_ == this || child.container_ == nullptr);
+    }
 
     /// Sets owner and owning property and nothing else; `NO_INDEX` and a null owner clear them.
     void basicSetContainer(Impl* owner, meta::Property const& property, unsigned long index);
@@ -209,6 +219,7 @@ private:
     friend Storage;
     friend class ElementList;
     friend class IdIndex;
+    friend class query::ClassIndex;
 
     [[noreturn]] void refuseWrite() const;
     [[noreturn]] void refuseProxy() const;

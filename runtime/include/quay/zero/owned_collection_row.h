@@ -25,11 +25,16 @@ public:
     }
     void leave(Element& owner, ModelElement const& child) const override { Element::_basicRemove(&of(owner), child); }
     void disassociate(Element& owner) const override { Element::_basicClear(&of(owner)); }
-    /// The children are taken down from a snapshot, which keeps them while the collection changes. Proxies aren't
-    /// destroyed: they stand for elements elsewhere, and only leave.
+    /// The children are taken down from a snapshot, which keeps them while the collection changes. Proxies and guests
+    /// aren't destroyed: they stand for elements elsewhere, or are some, and only leave.
     void destroyChildren(Element& owner, bool a, bool b) const override {
         for (ModelElement const& child : of(owner).getAllValuesAndProxies()) {
-            if (child && !child->isProxy()) child->destroyRecursively(a, false, b);
+            if (!child) continue;
+            if (child->isProxy()) {
+                if (child->containerImpl() == &owner) owner._basicSetUncontained(child.impl());
+            } else if (owner.owns(*child.impl())) {
+                child->destroyRecursively(a, false, b);
+            }
         }
         Element::_basicClear(&of(owner));
     }

@@ -67,6 +67,8 @@ public:
     virtual void disassociate(ModelElement::Impl& owner) const;
     /// Destroys the children and empties the field.
     virtual void destroyChildren(ModelElement::Impl& owner, bool a, bool b) const;
+    /// The child of a child row, resolved if it is a proxy that can be; else an empty handle.
+    virtual ModelElement child(ModelElement::Impl const& owner) const;
     /// The collection of a collection row, else null.
     virtual AbstractOwnedCollection* collection(ModelElement::Impl const& owner) const;
 

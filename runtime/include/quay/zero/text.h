@@ -2,16 +2,14 @@
 #pragma once
 
 #include <keel/export.h>
+#include <keel/text.h>
 
 #include <boost/uuid/uuid.hpp>
 #include <string>
-#include <string_view>
 
 namespace quay::zero {
 
-/// Each 8-bit unit becomes one 16-bit unit if the text is ASCII; otherwise the text is read as UTF-8, and what isn't
-/// UTF-8 becomes U+FFFD.
-QUAY_ZERO_API std::u16string toUtf16(std::string_view text);
+using keel::toUtf16;
 
 QUAY_ZERO_API std::u16string textOf(boost::uuids::uuid const& id);
 QUAY_ZERO_API std::u16string textOf(int value);

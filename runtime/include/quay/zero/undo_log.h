@@ -29,13 +29,17 @@ enum class StepKind : std::uint8_t {
     Erased,     ///< members left; the entry has them
     Replaced,   ///< a member gave way to another; the entry has the other one
     Swapped,    ///< the whole content changed; the entry has the other one
-    Touched     ///< a change was announced; the content is as it was
+    Touched,    ///< a change was announced; the content is as it was
+    Resolved    ///< what a proxy stands for took its place in a slot; the entry has both
 };
 
 /// One step. What position, count and payload mean belongs to the collection that wrote the step; for `Contained`,
-/// the payload is the container and the position its property's index.
+/// the payload is the container, the position its property's index, and the count 1 if the entry counts the child.
 struct Step {
+    Step(StepKind what, void* whose) noexcept : kind(what), subject(whose) {}
+
     StepKind kind;
+    bool quiet = false;  // what a proxy stands for took its place: taken back in its turn, and no change
     void* subject;
     std::size_t position = 0;
     std::size_t count = 0;
@@ -67,6 +71,13 @@ public:
     void discard() noexcept;
     /// Lets go of the steps and lives from these positions on.
     void discardFrom(std::size_t step, std::size_t life) noexcept;
+    /// The steps join the end of another log, which has room.
+    void moveSteps(UndoLog& to) noexcept {
+        to.steps.insert(to.steps.end(), steps.begin(), steps.end());
+        steps.clear();
+    }
+    /// Nothing was done but to resolve proxies.
+    bool onlyResolves() const noexcept;
     /// How many births and deaths there are.
     std::size_t lifeCount() const noexcept;
 

@@ -41,6 +41,7 @@ public:
     void leave(Element& owner, ModelElement const& child) const override;
     void disassociate(Element& owner) const override;
     void destroyChildren(Element& owner, bool a, bool b) const override;
+    ModelElement child(Element const& owner) const override { return read(owner); }
     void place(Element& owner, ModelElement const& child) const override { write(owner, child); }
 
 protected:

@@ -136,6 +136,23 @@ class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay:
   B& clearVisitors() { return this->dropChildren(12); }
 };
 
+/// The properties of Bed as the words of one query.
+class GARDEN_API Bed::Constrainables : public quay::zero::ModelElement::Constrainables {
+ public:
+  Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode);
+  explicit Constrainables(std::pair<quay::zero::query::AbstractQuery&, quay::zero::query::SearchClassMatchMode const> const& asked) : Constrainables(asked.first, metaClass(), asked.second) {}
+
+  Constrainable<std::u16string> label;
+  Constrainable<Soil> soil;
+  Constrainable<double> width;
+  OptionalConstrainable<int> waterings;
+  ConstrainableRelation<Frame> frame;
+  ConstrainableRelation<Lane> lanes;
+  ConstrainableRelation<Support> supports;
+  ConstrainableRelation<Plant> plants;
+  ConstrainableRelation<Visitor> visitors;
+};
+
 /// Makes a new Bed with its values and everything that it owns, in one transaction.
 class GARDEN_API Bed::Builder final : public quay::zero::elements::ConcreteBuilder<Bed> {
  public:

@@ -34,4 +34,13 @@ class Support::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, q
   B& setHeight(double value) { return this->give(1, value); }
 };
 
+/// The properties of Support as the words of one query.
+class GARDEN_API Support::Constrainables : public quay::zero::ModelElement::Constrainables {
+ public:
+  Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode);
+  explicit Constrainables(std::pair<quay::zero::query::AbstractQuery&, quay::zero::query::SearchClassMatchMode const> const& asked) : Constrainables(asked.first, metaClass(), asked.second) {}
+
+  Constrainable<double> height;
+};
+
 }  // namespace Garden

@@ -1,4 +1,5 @@
-// Random testing with a number of runs that is fixed here, so that the whole program stays quick everywhere.
+// Random testing with a number and length of runs that are fixed here, so that the whole program stays quick
+// everywhere.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-namespace nodes {
+namespace randomly {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr int kEffort = 1;
@@ -19,7 +20,7 @@ inline constexpr int kEffort = 4;
 
 /// Checks a property with `runs` random arguments; RC_PARAMS can give another number, and the seed of a failure.
 template <class Testable>
-void checkRandomly(int runs, Testable&& testable) {
+void check(int runs, Testable&& testable) {
     auto const* const test = testing::UnitTest::GetInstance()->current_test_info();
     rc::detail::TestMetadata metadata;
     metadata.id = std::string(test->test_suite_name()) + "/" + test->name();
@@ -27,6 +28,7 @@ void checkRandomly(int runs, Testable&& testable) {
     rc::detail::Configuration defaults;
     defaults.testParams = rc::detail::configuration().testParams;
     defaults.testParams.maxSuccess = runs;
+    defaults.testParams.maxSize = 250;
     char const* const given = std::getenv("RC_PARAMS");
     auto const params = rc::detail::configFromString(given == nullptr ? "" : given, defaults).testParams;
     auto const result = rc::detail::checkTestable(std::forward<Testable>(testable), metadata, params);
@@ -36,4 +38,4 @@ void checkRandomly(int runs, Testable&& testable) {
     FAIL() << text.str() << "\nseed=" << params.seed;
 }
 
-}  // namespace nodes
+}  // namespace randomly

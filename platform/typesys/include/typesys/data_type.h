@@ -1,0 +1,61 @@
+// One entry of a type table.
+#pragma once
+
+#include <typesys/export.h>
+#include <typesys/fixed_point.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace VWTypeSys {
+
+/// What an entry is. An alias has the category of what it stands for.
+enum class Category : std::int32_t {
+    Inherited = 0,
+    BuiltIn = 1,
+    FixedPoint = 2,
+    Enumeration = 3,
+    Bus = 4,
+    Opaque = 5,
+    String = 6,
+    Image = 7,
+    Custom = 8
+};
+
+/// What the numbers of an overridden type have become. The override stands before the type's name: "dtoDouble_Engine".
+enum class Override { Double, Single, ScaledDouble };
+
+/// A data type. Only a DataTypeTable makes them.
+class TYPESYS_API DataType {
+public:
+    /// NUL-terminated, and without a NUL before that.
+    char const* getName() const noexcept { return name_.c_str(); }
+    /// The name without the override before it, if the type was made by one.
+    std::string getNameStripDTOPrefix() const { return name_.substr(prefixLength_); }
+
+    Category category() const noexcept { return category_; }
+    /// The id of what an alias stands for.
+    std::optional<int> aliasOf() const noexcept { return aliasOf_; }
+    bool isAlias() const noexcept { return aliasOf_.has_value(); }
+    bool isNumeric() const noexcept { return number_.has_value(); }
+    bool isOpaque() const noexcept { return category_ == Category::Opaque; }
+
+    /// Of a numeric type; std::bad_optional_access for others.
+    fxpDataTypeProp const& getFxpDataTypeProp() const { return number_.value(); }
+    /// Of a string type; empty for others.
+    std::string const& expression() const noexcept { return expression_; }
+
+private:
+    friend class DataTypeTable;
+    DataType(std::string name, Category category) : name_(std::move(name)), category_(category) {}
+
+    std::string name_;
+    Category category_;
+    std::optional<int> aliasOf_;
+    std::optional<fxpDataTypeProp> number_;
+    std::string expression_;
+    std::size_t prefixLength_ = 0;
+};
+
+}  // namespace VWTypeSys

@@ -1,0 +1,62 @@
+// What sets and maps share: proxies have no place in them and stand apart.
+#pragma once
+
+#include <quay/zero/collection.h>
+#include <quay/zero/proxy_id.h>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace quay::zero {
+
+/// Keeps the proxies of a collection by what they stand for: a proxy has no key and isn't the element that it stands
+/// for. They count as no members until they are resolved. A second proxy of the same element is ignored.
+class QUAY_ZERO_API CollectionWithProxies : public ReferenceCollection {
+public:
+    bool holdsNothing() const noexcept final { return empty() && !hasProxies(); }
+
+    std::vector<ModelElement> getAllValuesAndProxies() const final;
+    void replaceProxy(ModelElement const& e, unsigned long index) final;
+    void resolveAll() final { resolveProxies(false); }
+    void resolveLocal() final { resolveProxies(true); }
+    bool basicContainsProxyTo(ModelElement const& e) final;
+
+protected:
+    using Proxies = std::unordered_map<ProxyId, ModelElement>;
+
+    using ReferenceCollection::ReferenceCollection;
+    ~CollectionWithProxies() override;
+
+    bool hasProxies() const noexcept { return proxies_ != nullptr && !proxies_->empty(); }
+    bool holdsProxy(ModelElement const& proxy) const;
+    bool hasSameProxies(CollectionWithProxies const& other) const;
+    std::unique_ptr<Proxies> copyOfProxies() const;
+    void resolveUnlessHeld() {
+        if (hasProxies() && owner() != nullptr && owner()->model().resolutionHolds() < 1) resolveAll();
+    }
+
+    /// Add and remove as operations, and without.
+    void addProxy(ModelElement const& proxy);
+    void removeProxy(ModelElement const& proxy);
+    void basicAddProxy(ModelElement const& proxy);
+    void basicRemoveProxy(ModelElement const& proxy);
+
+    /// Do what is to be done with a step that is about a proxy, and answer whether it is.
+    bool exchangeProxy(Step& step) noexcept;
+    static bool discardProxy(Step& step) noexcept;
+
+    /// Takes in, and records, what a proxy stands for; false, and nothing is done, if it has no place here.
+    virtual bool resolveAdd(ModelElement const& e) = 0;
+    virtual void appendMembers(std::vector<ModelElement>& to) const = 0;
+
+    std::unique_ptr<Proxies> proxies_;  // null until a first one comes; then it stays, for nodes that come back
+
+private:
+    struct TakenProxy;
+
+    bool resolveTo(ModelElement const& proxy, ModelElement const& found);
+    void resolveProxies(bool localOnly);
+};
+
+}  // namespace quay::zero

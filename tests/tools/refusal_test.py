@@ -1,0 +1,163 @@
+"""What isn't a model description is refused by file, line and reason, and leaves nothing behind."""
+
+from __future__ import annotations
+
+import pathlib
+import stat
+import zipfile
+from collections.abc import Callable
+
+import pytest
+
+MODELS = pathlib.Path(__file__).parents[2] / "examples" / "models"
+Refused = Callable[[pathlib.Path], str]
+
+VERSION2 = '<fmiModelDescription fmiVersion="2.0" modelName="M" guid="g"><CoSimulation modelIdentifier="m"/>{}</fmiModelDescription>'
+VERSION3 = VERSION2.replace('"2.0"', '"3.0"').replace("guid", "instantiationToken")
+
+
+def real(name: str, reference: int, more: str = "", inside: str = "") -> str:
+    return f'<Float64 name="{name}" valueReference="{reference}" {more}>{inside}</Float64>'
+
+
+def scalar(name: str, inside: str = "<Real/>", more: str = "") -> str:
+    return f'<ScalarVariable name="{name}" valueReference="1" {more}>{inside}</ScalarVariable>'
+
+
+def variables(*texts: str) -> str:
+    return "<ModelVariables>" + "\n".join(texts) + "</ModelVariables>"
+
+
+DESCRIPTIONS = {
+    "": "this isn't XML",
+    "plain text": "this isn't XML",
+    "<a>": "this isn't XML",
+    "<a/>": "expected a <fmiModelDescription>, found <a>",
+    '<fmiModelDescription modelName="M"/>': "has no fmiVersion",
+    '<fmiModelDescription fmiVersion="1.0" modelName="M"/>': "version '1.0' of the FMI standard isn't read",
+    '<fmiModelDescription fmiVersion="20" modelName="M"/>': "version '20'",
+    "<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a>&x;</a>": "document types and entities aren't read",
+    VERSION3.format("&x;"): "the reference '&x;' isn't one of XML's own",
+    VERSION3.format('<A b="&x;"/>'): "the reference '&x;' isn't one of XML's own",
+    VERSION3.format('<A b="1" b="2"/>'): "the attribute 'b' stands twice",
+    VERSION3.format(variables()) + "<b/>": "there is a second root element",
+    VERSION3.format(""): "there are no <ModelVariables>",
+    VERSION3.format(variables() * 2): "there is a second <ModelVariables>",
+    VERSION3.format(variables(real("a", 1), real("a", 2))): "line 2: there is a second variable 'a'",
+    VERSION3.format(variables(real("a", 1), real("b", 1))): "line 2: there is a second value reference 1",
+    VERSION3.format(variables('<Float64 name="a"/>')): "<Float64> has no valueReference",
+    VERSION3.format(variables('<Float64 valueReference="1"/>')): "<Float64> has no name",
+    VERSION3.format(variables(real("a", -1))): "valueReference is '-1', which is no natural number",
+    VERSION3.format(variables('<Float16 name="a" valueReference="1"/>')): "<Float16> is no known type",
+    VERSION3.format(variables(real("a", 1, 'causality="in"'))): "causality is 'in', which isn't known",
+    VERSION3.format(variables(real("a", 1, 'start="1 x"'))): "the start of 'a' is 'x', which is no value of double",
+    VERSION3.format(variables('<Int8 name="a" valueReference="1" start="128"/>')): "is '128', which is no value of int8",
+    VERSION3.format(variables(real("a", 1, 'min="2" max="1"'))): "min is above max",
+    VERSION3.format(variables(real("a", 1, 'min="low"'))): "min is 'low', which is no number",
+    VERSION3.format(variables(real("a", 1, 'declaredType="T"'))): "there is no type 'T'",
+    VERSION3.format(variables(real("a", 1, 'derivative="9"'))): "derivative is 9, which is no variable's value reference",
+    VERSION3.format(variables(real("a", 1, 'clocks="1"'))): "clocks names 'a', which is no clock",
+    VERSION3.format(variables(real("a", 1, "", '<Dimension valueReference="7"/>'))): "valueReference is 7, which is no",
+    VERSION3.format(variables(real("a", 1, "", '<Dimension valueReference="1"/>'))): "has no number as its start",
+    VERSION3.format(
+        variables(real("a", 1, "", '<Dimension start="4000000000"/>' * 3))
+    ): "'a' has too many elements",
+    VERSION3.format(variables('<Clock name="c" valueReference="1"/>')): "a clock needs an intervalVariability",
+    VERSION3.format(
+        variables('<Clock name="c" valueReference="1" intervalVariability="fixed" intervalCounter="1" resolution="0"/>')
+    ): "resolution is 0",
+    VERSION3.format(
+        variables(real("a", 1)) + '<ModelStructure><Output valueReference="2"/></ModelStructure>'
+    ): "valueReference is 2",
+    VERSION3.format(
+        variables(real("a", 1)) + '<ModelStructure><ContinuousStateDerivative valueReference="1"/></ModelStructure>'
+    ): "'a' is listed as a derivative and is none",
+    VERSION2.format(variables(scalar("a"), scalar("a"))): "line 2: there is a second variable 'a'",
+    VERSION2.format(variables(real("a", 1))): "expected a <ScalarVariable>, found <Float64>",
+    VERSION2.format(variables(scalar("a", "<Complex/>"))): "<ScalarVariable> has no known type",
+    VERSION2.format(variables(scalar("a", '<Real derivative="2"/>'))): "derivative is 2, and there are 1 variables",
+    VERSION2.format(variables(scalar("a", "<Enumeration/>"))): "an enumeration needs a declaredType",
+    VERSION2.format(
+        variables(scalar("a")) + '<ModelStructure><Outputs><Unknown index="0"/></Outputs></ModelStructure>'
+    ): "index is 0, and there are 1 variables",
+    VERSION2.replace("guid", 'numberOfEventIndicators="9999999999" guid').format(variables()): "is too large",
+}
+
+
+@pytest.mark.parametrize("text", DESCRIPTIONS, ids=range(len(DESCRIPTIONS)))
+def test_refuses_a_bad_description(text: str, refused: Refused, tmp_path: pathlib.Path) -> None:
+    model = tmp_path / "model.xml"
+    model.write_text(text)
+    message = refused(model)
+    assert message.startswith("line ") and DESCRIPTIONS[text] in message
+
+
+def test_refuses_texts_that_are_not_utf8(refused: Refused, tmp_path: pathlib.Path) -> None:
+    model = tmp_path / "model.xml"
+    model.write_bytes(VERSION3.format(variables(real("a?", 1))).encode().replace(b"?", b"\xff"))
+    assert "isn't UTF-8" in refused(model)
+
+
+def test_refuses_every_truncation(refused: Refused, tmp_path: pathlib.Path) -> None:
+    text = (MODELS / "clocks.fmi3.xml").read_bytes()
+    model = tmp_path / "model.xml"
+    for end in range(0, len(text) - 2, 97):
+        model.write_bytes(text[:end])
+        refused(model)
+
+
+def test_refuses_files_that_are_not_there(refused: Refused, tmp_path: pathlib.Path) -> None:
+    assert refused(tmp_path / "nothing.fmu") == "can't be read: No such file or directory"
+    assert refused(tmp_path) == "can't be read: Is a directory"
+
+
+class TestArchives:
+    """Archives that are made to mislead."""
+
+    def fmu(self, folder: pathlib.Path, *names: str) -> pathlib.Path:
+        path = folder / "model.fmu"
+        with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+            for name in names:
+                archive.writestr(name, VERSION3.format(variables()))
+        return path
+
+    @pytest.mark.parametrize("name", ["../up", "a/../../up", "/etc/up", "a\\..\\up", "C:/up"])
+    def test_refuses_paths_that_lead_outside(self, name: str, refused: Refused, tmp_path: pathlib.Path) -> None:
+        assert "names a file outside itself" in refused(self.fmu(tmp_path, "modelDescription.xml", name))
+
+    def test_refuses_other_files(self, refused: Refused, tmp_path: pathlib.Path) -> None:
+        model = tmp_path / "model.fmu"
+        model.write_text("<fmiModelDescription/>")
+        assert "the archive is damaged" in refused(model)
+        assert "the archive has no modelDescription.xml" in refused(self.fmu(tmp_path, "other.xml"))
+
+    @pytest.mark.filterwarnings("ignore:Duplicate name")
+    def test_refuses_a_second_description(self, refused: Refused, tmp_path: pathlib.Path) -> None:
+        names = ("modelDescription.xml", "modelDescription.xml")
+        message = refused(self.fmu(tmp_path, *names))
+        assert "twice" in message or "damaged" in message
+
+    def test_refuses_truncated_archives(self, refused: Refused, tmp_path: pathlib.Path) -> None:
+        model = self.fmu(tmp_path, "modelDescription.xml")
+        whole = model.read_bytes()
+        for end in (2, 30, len(whole) // 2, len(whole) - 1):
+            model.write_bytes(whole[:end])
+            assert "archive" in refused(model)
+
+    def test_refuses_bombs(self, refused: Refused, tmp_path: pathlib.Path) -> None:
+        model = tmp_path / "model.fmu"
+        with zipfile.ZipFile(model, "w", zipfile.ZIP_DEFLATED) as archive:
+            with archive.open("modelDescription.xml", "w") as entry:
+                for _ in range(80):
+                    entry.write(b" " * (1 << 20))
+        assert model.stat().st_size < 1 << 20
+        assert "larger than 64 MiB" in refused(model)
+
+    def test_refuses_links(self, refused: Refused, tmp_path: pathlib.Path) -> None:
+        model = tmp_path / "model.fmu"
+        entry = zipfile.ZipInfo("modelDescription.xml")
+        entry.create_system = 3
+        entry.external_attr = (stat.S_IFLNK | 0o777) << 16
+        with zipfile.ZipFile(model, "w") as archive:
+            archive.writestr(entry, "/etc/passwd")
+        assert "is a link" in refused(model)

@@ -1,0 +1,58 @@
+// Elements by reflection: what they own, what they are called, and where they stand.
+#pragma once
+
+#include <quay/zero/meta/types.h>
+#include <quay/zero/model.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace modelref {
+
+using quay::zero::Model;
+using quay::zero::ModelElement;
+using quay::zero::meta::Property;
+
+/// The properties of the element's class that hold something of their own, in order of declaration.
+std::vector<Property> const& storedProperties(ModelElement const& element);
+bool isSeveral(Property const& property);
+/// What the element owns by a property, in order; the members of a set by rising id.
+std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property);
+
+/// The class's name: "InportInformation".
+std::string classOf(ModelElement const& element);
+/// What people call the element: a port's label, the key of a map's entry, a name; "" without one.
+std::string nameOf(ModelElement const& element);
+/// A text property as it stands, in UTF-8; any other as JSON.
+std::string plainText(ModelElement const& element, Property const& property);
+
+/// A key as a part of a path: "~1" stands for a slash, "~0" for a tilde.
+std::string escaped(std::string_view key);
+std::string unescaped(std::string_view part);
+
+/// The paths of elements, "/inports/0". Entries of a map are known by their key, others by their position. Roots after
+/// the first one begin with their number: "//1/inports/0".
+class Paths {
+public:
+    std::string of(ModelElement const& element);
+
+private:
+    using Place = std::pair<ModelElement::Impl const*, std::uint16_t>;
+    std::map<Place, std::unordered_map<ModelElement::Impl const*, std::size_t>> positions_;
+};
+
+/// The values of fresh elements, as JSON, to tell what was set.
+class Initials {
+public:
+    std::string const& of(ModelElement const& element, Property const& property);
+
+private:
+    Model model_ = Model::create();
+    std::map<std::pair<ModelElement::Impl const*, ModelElement::Impl const*>, std::string> texts_;
+};
+
+}  // namespace modelref

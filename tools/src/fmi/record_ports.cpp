@@ -1,0 +1,184 @@
+// Inputs and outputs as ports, numbered from 0 in the order of the file.
+#include <quay/zero/text.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "recording.h"
+
+namespace modelref::fmi {
+
+using namespace ModelRefInfoRepo;
+using quay::zero::toUtf16;
+
+namespace {
+
+/// What the record has no property for: the variable's own words.
+zx::Array signalObject(Variable const& v, bool isVersion3) {
+    zx::Array object(zxCreateStructMatrix(1, 1));
+    auto const set = [&](char const* field, zxArray* value) { zxSetField(object.get(), 0, field, value); };
+    set("DataType", zxCreateString_UTF8(typeNameOf(v)));
+    std::vector<int> const sizes = dimensionsOf(v);
+    zx::Array dimensions(zxCreateNumericMatrix(1, sizes.size(), zxDoubleClass));
+    std::copy(sizes.begin(), sizes.end(), zx::valuesForWriting<double>(dimensions.get()).begin());
+    set("Dimensions", dimensions.release());
+    set("ValueReference", zx::scalar(v.valueReference).release());
+    if (!v.description.empty()) set("Description", zxCreateString_UTF8(v.description));
+    if (!v.quantity.empty()) set("Quantity", zxCreateString_UTF8(v.quantity));
+    if (!v.unit.empty()) set("Unit", zxCreateString_UTF8(v.unit));
+    if (!v.displayUnit.empty()) set("DisplayUnit", zxCreateString_UTF8(v.displayUnit));
+    if (zx::Array start = startArray(v, isVersion3)) set("InitialValue", start.release());
+    return object;
+}
+
+/// The names of the variables that give the dimensions, numbers where they are fixed, "" if all are.
+std::string symbolicDimensions(Description const& d, Variable const& v) {
+    bool isSymbolic = false;
+    std::string result;
+    for (Dimension const& dimension : v.dimensions) {
+        if (!result.empty()) result += ",";
+        isSymbolic = isSymbolic || dimension.variable;
+        result += dimension.variable ? d.variables[*dimension.variable].name : std::to_string(dimension.size);
+    }
+    return isSymbolic ? result : "";
+}
+
+void addMapRow(std::unique_ptr<GrCompIOPortMaps::Builder>& row, std::size_t number) {
+    row = std::make_unique<GrCompIOPortMaps::Builder>();
+    row->addGrAndCompPorts(static_cast<int>(number));
+}
+
+}  // namespace
+
+/// What both directions have.
+template <class Port>
+void Recording::fillPort(Port& port, std::size_t variable, std::size_t number) {
+    Variable const& v = at(variable);
+    constexpr double kNoLimit = std::numeric_limits<double>::infinity();
+    port.setOriginalPortNumber(static_cast<unsigned>(number));
+    port.setCompiledSignalLabel(toUtf16(v.name));
+    for (RateInfo const& rate : ratesOf(variable)) port.addRateInfos(rate);
+    port.setDesignMin(v.min.value_or(-kNoLimit));
+    port.setDesignMax(v.max.value_or(kNoLimit));
+    port.setDiscreteValuedOutput(v.variability != Variability::Continuous);
+    port.setResolvedSignalObject(signalObject(v, d_.isVersion3).get());
+    port.setResolvedSignalObjectSource(toUtf16(v.declaredType));
+    // The event at which the port's value changes, if a triggered clock says so.
+    std::vector<std::size_t> clocks = v.clocks;
+    if (v.type == Type::Clock) clocks.assign(1, variable);
+    auto const event = std::find_if(clocks.begin(), clocks.end(), [&](std::size_t c) { return isEvent(c); });
+    if (event != clocks.end()) port.setModelWideEventId(toUtf16(at(*event).name));
+}
+
+void Recording::recordPorts() {
+    // An input is a derivative port if a derivative depends on it, or may.
+    std::vector<bool> feedsDerivative(d_.variables.size(), false);
+    for (Unknown const& derivative : d_.derivatives) {
+        if (!derivative.dependencies) feedsDerivative.assign(feedsDerivative.size(), true);
+        for (std::size_t const v : derivative.dependencies.value_or(std::vector<std::size_t>()))
+            feedsDerivative[v] = true;
+    }
+    std::vector<bool> isState(d_.variables.size(), false);
+    for (std::size_t const state : continuousStates_) isState[state] = true;
+    for (std::size_t number = 0; number < inports_.size(); ++number) {
+        std::size_t const i = inports_[number];
+        auto port = std::make_unique<InportInformation::Builder>();
+        fillPort(*port, i, number);
+        port->setIsNotDerivPort(!feedsDerivative[i]);
+        port->setIsFunctionCallInitiator(at(i).type == Type::Clock);
+        root_.addInports(std::move(port));
+        mark(i);
+    }
+    for (std::size_t number = 0; number < outports_.size(); ++number) {
+        std::size_t const i = outports_[number];
+        Variable const& v = at(i);
+        auto port = std::make_unique<OutportInformation::Builder>();
+        fillPort(*port, i, number);
+        port->setNonContinuous(v.variability != Variability::Continuous);
+        port->setIsInitializedWithIC(!v.start.empty());
+        bool const isState =
+            std::find(continuousStates_.begin(), continuousStates_.end(), i) != continuousStates_.end();
+        port->setIsState(isState);
+        if (v.variability == Variability::Constant && v.start.size() == 1)
+            port->setConstantOutputValue(v.start.front());
+        root_.addOutports(std::move(port));
+        mark(i);
+    }
+    recordDataPortGroup();
+    recordStepFunction();
+}
+
+/// The ports that carry data, all but clocks, and the maps between the two numberings, which are the same here.
+void Recording::recordDataPortGroup() {
+    auto group = std::make_unique<DataPortGroup::Builder>();
+    int dataInputs = 0;
+    std::unique_ptr<GrCompIOPortMaps::Builder> row;
+    for (std::size_t n = 0; n < inports_.size(); ++n) {
+        addMapRow(row, n);
+        root_.addGrToCompInputPortsMaps(std::move(row));
+        addMapRow(row, n);
+        root_.addCompToGrInputPortMaps(std::move(row));
+        if (at(inports_[n]).type == Type::Clock) continue;
+        group->addDataInputPorts(static_cast<int>(n));
+        group->addCompDataInputPorts(static_cast<int>(n));
+        ++dataInputs;
+    }
+    for (std::size_t n = 0; n < outports_.size(); ++n) {
+        addMapRow(row, n);
+        root_.addGrToCompOutputPortsMaps(std::move(row));
+        addMapRow(row, n);
+        root_.addCompToGrOutputPortMaps(std::move(row));
+        if (at(outports_[n]).type == Type::Clock) continue;
+        group->addDataOutputPorts(static_cast<int>(n));
+        group->addCompDataOutputPorts(static_cast<int>(n));
+    }
+    root_.setDataPortGroup(std::move(group));
+    root_.setNumDataInputPorts(dataInputs);
+    root_.setNumSigs(inports_.size() + outports_.size());
+}
+
+/// The types and dimensions of the ports: arguments of the function that takes the model one step further.
+void Recording::recordStepFunction() {
+    auto arguments = std::make_unique<CompFunctionArgs::Builder>();
+    int position = 0;
+    auto const add = [&](std::size_t variable, auto append) {
+        Variable const& v = at(variable);
+        if (v.type == Type::Clock) return;
+        auto argument = std::make_unique<CompFunctionArgInfo::Builder>();
+        for (int const size : dimensionsOf(v)) argument->addDims(size);
+        argument->setSymbDimsStr(toUtf16(symbolicDimensions(d_, v)));
+        argument->setDataType(dataTypeOf(v));
+        argument->setPassByType(v.dimensions.empty() ? u"value" : u"pointer");
+        append(std::move(argument));
+        auto name = std::make_unique<ArgNameMap::Builder>();
+        name->setName(toUtf16(v.name));
+        name->setPosition(position);
+        arguments->addArgNameMap(std::move(name));
+        auto index = std::make_unique<ArgIndexMap::Builder>();
+        index->setIndex(toUtf16(std::to_string(position)));
+        index->setPosition(position);
+        arguments->addArgIndexMap(std::move(index));
+        ++position;
+    };
+    for (std::size_t const i : inports_) add(i, [&](auto argument) { arguments->addInArgs(std::move(argument)); });
+    for (std::size_t const i : outports_) add(i, [&](auto argument) { arguments->addOutArgs(std::move(argument)); });
+    arguments->setReturnStatus(true);
+
+    auto function = std::make_unique<CompFunction::Builder>();
+    function->setFunctionName(u"step");
+    function->setScopeName(toUtf16(d_.modelName));
+    function->setSourceModel(toUtf16(d_.modelName));
+    function->setFullPathToFunction(toUtf16(d_.modelName + "/step"));
+    function->setVisibility(u"global");
+    function->setIsDefined(true);
+    function->setHasDeclaration(true);
+    function->setMultiInstance(std::none_of(d_.kinds.begin(), d_.kinds.end(), [](InterfaceKind const& kind) {
+        return kind.has("canBeInstantiatedOnlyOncePerProcess");
+    }));
+    function->setFcnArgs(std::move(arguments));
+    auto functions = std::make_unique<VarlowFunctions::Builder>();
+    functions->addCompFunctions(std::move(function));
+    root_.setVarlowFunctions(std::move(functions));
+}
+
+}  // namespace modelref::fmi

@@ -1,0 +1,164 @@
+// Clocks: those that tick in time as rates, triggered ones as events, and input clocks as function-call ports.
+#include <quay/zero/text.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "recording.h"
+
+namespace modelref::fmi {
+
+using namespace ModelRefInfoRepo;
+using quay::zero::toUtf16;
+using Kind = ClockInterval::Kind;
+
+namespace {
+
+bool isPeriodic(ClockInterval const& clock) { return clock.kind <= Kind::Tunable; }
+
+/// A periodic clock's own rate; -1, "not known", where the interval comes at run time.
+RateInfo clockRate(Variable const& v, int index) {
+    RateInfo rate;
+    rate.setPeriod(v.clock.interval.value_or(-1));
+    rate.setOffset(v.clock.shift);
+    rate.setNonFcnCallPartitionName(toUtf16(v.name));
+    rate.setClockedByExternalRuntimeEvent(v.clock.kind == Kind::Triggered && v.causality == Causality::Input);
+    rate.setRateIdx(index);
+    rate.setPriority(v.clock.priority.value_or(-1));
+    return rate;
+}
+
+}  // namespace
+
+/// A variable ticks with its clocks. Without one it is continuous (period 0), discrete at a rate that isn't told (the
+/// period of a fresh rate), or never changes while time runs (period infinity).
+std::vector<RateInfo> Recording::ratesOf(std::size_t variable) const {
+    Variable const& v = at(variable);
+    std::vector<std::size_t> clocks = v.clocks;
+    if (v.type == Type::Clock) clocks.assign(1, variable);
+    std::vector<RateInfo> result;
+    for (std::size_t const clock : clocks) {
+        auto const index = rateIndices_.find(clock);
+        result.push_back(clockRate(at(clock), index == rateIndices_.end() ? -1 : index->second));
+    }
+    if (!result.empty()) return result;
+    RateInfo rate;
+    if (v.variability == Variability::Continuous) rate.setPeriod(0);
+    if (v.variability < Variability::Discrete) rate.setPeriod(std::numeric_limits<double>::infinity());
+    return {rate};
+}
+
+void Recording::recordClocks() {
+    auto variable = std::make_unique<VarTsUIDMap::Builder>();
+    bool hasVariable = false;
+    for (std::size_t i = 0; i < d_.variables.size(); ++i) {
+        Variable const& v = at(i);
+        if (v.type != Type::Clock || isEvent(i)) continue;
+        int const index = static_cast<int>(ratedClocks_.size());
+        rateIndices_[i] = index;
+        ratedClocks_.push_back(i);
+        root_.addRuntimeNonFcnCallRateInfos(clockRate(v, index));
+        if (!isPeriodic(v.clock) || !v.clock.interval) {
+            auto entry = std::make_unique<VarTsUIDEntry::Builder>();
+            entry->setVarTsIdx(index);
+            entry->setVarTsUID(toUtf16(v.name));
+            variable->addEntries(std::move(entry));
+            hasVariable = true;
+        }
+        mark(i);
+    }
+    if (hasVariable) root_.setVarTsUIDMap(std::move(variable));
+    // A clock that ticks with others depends on them.
+    for (std::size_t const clock : ratedClocks_) {
+        for (std::size_t const source : at(clock).clocks) {
+            auto const from = rateIndices_.find(source);
+            if (from == rateIndices_.end()) continue;
+            auto edge = std::make_unique<SampleTimeGraphEdge::Builder>();
+            edge->setSrcNodeIdx(static_cast<unsigned long>(from->second));
+            edge->setDstNodeIdx(static_cast<unsigned long>(rateIndices_[clock]));
+            root_.addAllEdges(std::move(edge));
+        }
+    }
+    recordRateFlags();
+}
+
+void Recording::recordRateFlags() {
+    int events = 0;
+    bool isContinuous = !continuousStates_.empty();
+    bool hasConstantOutput = false;
+    std::vector<double> periods;
+    for (std::size_t i = 0; i < d_.variables.size(); ++i) {
+        Variable const& v = at(i);
+        bool const isPort = v.causality == Causality::Input || v.causality == Causality::Output;
+        events += v.type == Type::Clock && isEvent(i) && isPort ? 1 : 0;
+        isContinuous = isContinuous || (isPort && v.variability == Variability::Continuous);
+        hasConstantOutput =
+            hasConstantOutput || (v.causality == Causality::Output && v.variability == Variability::Constant);
+        if (v.type == Type::Clock && isPeriodic(v.clock) && v.clock.interval) periods.push_back(*v.clock.interval);
+    }
+    int const rates = static_cast<int>(ratedClocks_.size());
+    root_.setHasContinuousSampleTime(isContinuous);
+    root_.setHasBlockWithPeriodicDiscreteSampleTime(!periods.empty());
+    root_.setHasConstantOutput(hasConstantOutput);
+    root_.setHasModelWideEventTs(events > 0);
+    root_.setNumModelWideEventTs(events);
+    root_.setNumTs(rates + (isContinuous ? 1 : 0));
+    root_.setNumRuntimeExportedRates(rates);
+    root_.setIsPreCompSingleRate(rates + (isContinuous ? 1 : 0) <= 1);
+    // The smallest period is the fundamental one only if it divides the others.
+    auto const smallest = std::min_element(periods.begin(), periods.end());
+    bool const divides = !periods.empty() && std::all_of(periods.begin(), periods.end(), [&](double period) {
+        return std::remainder(period, *smallest) == 0;
+    });
+    if (divides) root_.setFundamentalSampleTimePeriod(*smallest);
+}
+
+void Recording::recordPortGroups() {
+    int groups = 0;
+    for (std::size_t const i : inports_) {
+        if (at(i).type != Type::Clock) continue;
+        recordPortGroup(i);
+        ++groups;
+    }
+    root_.setNumInportFcnCallPortGroups(groups);
+    root_.setIsRootFcnCallPortGroupsEmpty(groups == 0);
+}
+
+/// The ports that an input clock makes tick.
+void Recording::recordPortGroup(std::size_t clock) {
+    Variable const& v = at(clock);
+    auto group = std::make_unique<FcnCallPortGroup::Builder>();
+    auto const ticks = [&](std::size_t i) {
+        auto const& clocks = at(i).clocks;
+        return at(i).type != Type::Clock && std::find(clocks.begin(), clocks.end(), clock) != clocks.end();
+    };
+    for (std::size_t n = 0; n < inports_.size(); ++n) {
+        if (inports_[n] == clock) {
+            group->setFcnCallInputPort(static_cast<int>(n));
+            group->setCompFcnCallInputPort(static_cast<int>(n));
+        } else if (ticks(inports_[n])) {
+            group->addDataInputPorts(static_cast<int>(n));
+            group->addCompDataInputPorts(static_cast<int>(n));
+        }
+    }
+    for (std::size_t n = 0; n < outports_.size(); ++n) {
+        if (!ticks(outports_[n])) continue;
+        group->addDataOutputPorts(static_cast<int>(n));
+        group->addCompDataOutputPorts(static_cast<int>(n));
+    }
+    group->setIsAsync(isEvent(clock));
+    group->setIsPeriodicFcnCall(isPeriodic(v.clock));
+    group->setHasTaskPriority(v.clock.priority.has_value());
+    group->setTaskPriority(v.clock.priority.value_or(0));
+    group->setSchedulingPriority(v.clock.priority.value_or(0));
+    if (v.clock.interval) {
+        auto rate = std::make_unique<RateSpec::Builder>();
+        rate->setPeriod(*v.clock.interval);
+        rate->setOffset(v.clock.shift);
+        group->setPreCompRateSpec(std::move(rate));
+    }
+    root_.addFcnCallPortGroups(std::move(group));
+}
+
+}  // namespace modelref::fmi

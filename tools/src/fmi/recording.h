@@ -1,0 +1,80 @@
+// The making of one record: the description, the builders, and what became of each variable.
+#pragma once
+
+#include <zx/zx.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "record.h"
+
+namespace modelref::fmi {
+
+/// Each step fills its part of the root's builder and marks the variables that it records. The ports come first, since
+/// the other steps name them by number.
+class Recording {
+public:
+    explicit Recording(Description const& description);
+
+    Record make(quay::zero::Model const& model);
+
+private:
+    using Root = ModelRefInfoRepo::ModelRefInfoRoot;
+    using Rate = ModelRefInfoRepo::RateInfo;
+
+    // record_model.cpp
+    void recordModel();
+    void recordInterfaceKinds();
+    void recordMethods();
+    void recordExperiment();
+    void recordEnumerations();
+    // record_rates.cpp
+    void recordClocks();
+    void recordRateFlags();
+    void recordPortGroups();
+    void recordPortGroup(std::size_t clock);
+    std::vector<Rate> ratesOf(std::size_t variable) const;
+    // record_ports.cpp
+    void recordPorts();
+    template <class Port>
+    void fillPort(Port& port, std::size_t variable, std::size_t number);
+    void recordDataPortGroup();
+    void recordStepFunction();
+    // record_parameters.cpp
+    void recordParameters();
+    // record_states.cpp
+    void recordStates();
+    void recordIndicators();
+
+    Variable const& at(std::size_t variable) const { return d_.variables[variable]; }
+    void mark(std::size_t variable) { recorded_[variable] = true; }
+    bool isEvent(std::size_t clock) const { return at(clock).clock.kind == ClockInterval::Kind::Triggered; }
+    std::string reasonFor(Variable const& variable) const;
+
+    Description const& d_;
+    Root::Builder root_;
+    std::vector<bool> recorded_;
+    std::vector<std::string> warnings_;
+    std::vector<std::size_t> inports_;           // variables by port number
+    std::vector<std::size_t> outports_;          // likewise
+    std::map<std::size_t, int> rateIndices_;     // by clock
+    std::vector<std::size_t> ratedClocks_;       // by rate index
+    std::vector<std::size_t> continuousStates_;  // variables
+};
+
+/// The start values as an array in column-major order, of the dimensions of the variable; a variable of one dimension
+/// is a row. Null without start values.
+zx::Array startArray(Variable const& variable, bool isVersion3);
+
+/// A data type as the record names it.
+std::unique_ptr<quay::zero::ModelElement::Builder> dataTypeOf(Variable const& variable);
+/// The dimensions: one of size 1 for a single value.
+std::vector<int> dimensionsOf(Variable const& variable);
+/// The number of a built-in data type, or -1.
+int builtInIdOf(Type type) noexcept;
+/// The type's name: that of the declared type for enumerations.
+std::string typeNameOf(Variable const& variable);
+
+}  // namespace modelref::fmi

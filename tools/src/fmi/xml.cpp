@@ -1,0 +1,173 @@
+#include "xml.h"
+
+#include <keel/text.h>
+#include <quay/zero/text.h>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+
+#include "../failure.h"
+#include "numbers.h"
+
+namespace modelref::fmi {
+
+namespace {
+
+constexpr unsigned kFlags = pugi::parse_default | pugi::parse_doctype;
+
+/// The end of a reference that XML itself knows, such as "&amp;" or "&#65;", at the beginning of a text; or none.
+std::size_t referenceLength(std::string_view text) {
+    for (char const* name : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"}) {
+        if (text.starts_with(name)) return std::strlen(name);
+    }
+    if (!text.starts_with("&#")) return 0;
+    bool const isHex = text.substr(2).starts_with('x');
+    std::size_t const begin = isHex ? 3 : 2;
+    std::size_t const end = text.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789", begin);
+    return end != std::string_view::npos && end > begin && end < begin + 8 && text[end] == ';' ? end + 1 : 0;
+}
+
+}  // namespace
+
+Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move(file)), text_(std::move(text)) {
+    // Once without replacing references, to see which there are.
+    pugi::xml_document raw;
+    parse(raw, kFlags & ~pugi::parse_escapes);
+    requireSound(raw);
+    parse(document_, kFlags);
+    if (std::strcmp(this->root().name(), root) != 0) {
+        fail(this->root(), "expected a <" + std::string(root) + ">, found <" + this->root().name() + ">");
+    }
+}
+
+void Xml::parse(pugi::xml_document& document, unsigned flags) const {
+    pugi::xml_parse_result const result = document.load_buffer(text_.data(), text_.size(), flags);
+    if (!result) failAt(result.offset, std::string("this isn't XML: ") + result.description());
+}
+
+/// Walks the document without recursion, since nothing bounds its depth.
+void Xml::requireSound(pugi::xml_document const& raw) const {
+    std::size_t elements = 0;
+    for (pugi::xml_node const node : raw.children()) {
+        if (node.type() == pugi::node_doctype) fail(node, "document types and entities aren't read");
+        if (node.type() == pugi::node_element && ++elements > 1) fail(node, "there is a second root element");
+    }
+    struct Walker final : pugi::xml_tree_walker {
+        explicit Walker(Xml const& x) : xml(x) {}
+        bool for_each(pugi::xml_node& node) override {
+            if (node.type() == pugi::node_doctype) xml.fail(node, "document types and entities aren't read");
+            xml.requirePlain(node, node.value());
+            std::set<std::string_view> names;
+            for (pugi::xml_attribute const attribute : node.attributes()) {
+                if (!names.insert(attribute.name()).second) {
+                    xml.fail(node, "the attribute " + inQuotes(attribute.name()) + " stands twice");
+                }
+                xml.requirePlain(node, attribute.value());
+            }
+            return true;
+        }
+        Xml const& xml;
+    };
+    Walker walker(*this);
+    const_cast<pugi::xml_document&>(raw).traverse(walker);
+}
+
+void Xml::requirePlain(pugi::xml_node const& node, std::string_view text) const {
+    bool const isCharacterData = node.type() == pugi::node_cdata || node.type() == pugi::node_comment;
+    for (std::size_t at = text.find('&'); !isCharacterData && at != std::string_view::npos;
+         at = text.find('&', at + 1)) {
+        if (referenceLength(text.substr(at)) == 0) {
+            fail(node, "the reference " + inQuotes(std::string(text.substr(at, 20))) + " isn't one of XML's own");
+        }
+    }
+    bool const isAscii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
+    if (!isAscii && keel::toUtf8(quay::zero::toUtf16(text)) != text) fail(node, "there is a text that isn't UTF-8");
+}
+
+std::size_t Xml::lineOf(std::ptrdiff_t offset) const {
+    // The offset is one in UTF-8; in another encoding it may be off by a few characters.
+    auto const end = text_.begin() + std::clamp<std::ptrdiff_t>(offset, 0, static_cast<std::ptrdiff_t>(text_.size()));
+    return 1 + static_cast<std::size_t>(std::count(text_.begin(), end, '\n'));
+}
+
+std::string Xml::placeOf(pugi::xml_node const& node) const {
+    return file_ + ": line " + std::to_string(lineOf(node.offset_debug()));
+}
+
+void Xml::fail(pugi::xml_node const& node, std::string const& reason) const { failAt(node.offset_debug(), reason); }
+
+void Xml::failAt(std::ptrdiff_t offset, std::string const& reason) const {
+    throw Failure(file_ + ": line " + std::to_string(lineOf(offset)) + ": " + reason);
+}
+
+// --- Attributes -----------------------------------------------------------------------------------------------------
+
+std::string Xml::required(pugi::xml_node const& node, char const* attribute) const {
+    std::string value = node.attribute(attribute).value();
+    if (value.empty()) fail(node, std::string("<") + node.name() + "> has no " + attribute);
+    return value;
+}
+
+bool Xml::flag(pugi::xml_node const& node, char const* attribute, bool otherwise) const {
+    pugi::xml_attribute const found = node.attribute(attribute);
+    if (!found) return otherwise;
+    bool value = false;
+    if (!parseBoolean(found.value(), value)) {
+        fail(node, std::string(attribute) + " is " + inQuotes(found.value()) + ", which is neither true nor false");
+    }
+    return value;
+}
+
+std::optional<double> Xml::number(pugi::xml_node const& node, char const* attribute) const {
+    pugi::xml_attribute const found = node.attribute(attribute);
+    if (!found) return {};
+    double value = 0;
+    if (!parseReal(found.value(), value)) {
+        fail(node, std::string(attribute) + " is " + inQuotes(found.value()) + ", which is no number");
+    }
+    return value;
+}
+
+std::optional<std::uint64_t> Xml::natural(pugi::xml_node const& node, char const* attribute) const {
+    pugi::xml_attribute const found = node.attribute(attribute);
+    if (!found) return {};
+    std::uint64_t value = 0;
+    if (!parseInteger(found.value(), value)) {
+        fail(node, std::string(attribute) + " is " + inQuotes(found.value()) + ", which is no natural number");
+    }
+    return value;
+}
+
+std::vector<std::uint64_t> Xml::naturals(pugi::xml_node const& node, char const* attribute) const {
+    std::vector<std::uint64_t> result;
+    for (std::string const& word : words(node.attribute(attribute).value())) {
+        std::uint64_t value = 0;
+        if (!parseInteger(word, value)) {
+            fail(node, std::string(attribute) + " has " + inQuotes(word) + ", which is no natural number");
+        }
+        result.push_back(value);
+    }
+    return result;
+}
+
+pugi::xml_node Xml::child(pugi::xml_node const& node, char const* name) const {
+    pugi::xml_node const found = node.child(name);
+    if (pugi::xml_node const second = found.next_sibling(name)) {
+        fail(second, std::string("there is a second <") + name + ">");
+    }
+    return found;
+}
+
+std::vector<std::string> words(std::string_view text) {
+    std::vector<std::string> result;
+    constexpr char kSpace[] = " \t\r\n";
+    for (std::size_t begin = text.find_first_not_of(kSpace); begin != std::string_view::npos;) {
+        std::size_t const end = std::min(text.find_first_of(kSpace, begin), text.size());
+        result.emplace_back(text.substr(begin, end - begin));
+        begin = text.find_first_not_of(kSpace, end);
+    }
+    return result;
+}
+
+}  // namespace modelref::fmi

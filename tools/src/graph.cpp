@@ -1,0 +1,150 @@
+// modelref graph: ownership or sample times as a picture for Graphviz.
+#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <keel/text.h>
+
+#include <charconv>
+#include <limits>
+#include <memory>
+#include <set>
+
+#include "commands.h"
+#include "console.h"
+#include "elements.h"
+#include "failure.h"
+#include "record_file.h"
+
+namespace modelref {
+
+using namespace ModelRefInfoRepo;
+
+namespace {
+
+struct Options {
+    std::string record;
+    std::string kind = "ownership";
+    std::string output;
+    std::size_t depth = std::numeric_limits<std::size_t>::max();
+};
+
+std::string dotText(std::string const& text) {
+    std::string result = "\"";
+    for (char const c : text) {
+        if (c == '"' || c == '\\') result += '\\';
+        if (c == '\n') {
+            result += "\\n";
+        } else {
+            result += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+        }
+    }
+    return result + "\"";
+}
+
+class Dot {
+public:
+    explicit Dot(std::string const& name) {
+        text_ = "digraph " + name + " {\n  rankdir=LR;\n  node [shape=box, fontname=\"sans-serif\"];\n";
+    }
+    void node(std::string const& id, std::string const& label) {
+        text_ += "  " + id + " [label=" + dotText(label) + "];\n";
+    }
+    void edge(std::string const& from, std::string const& to, std::string const& label, std::string const& more = "") {
+        text_ += "  " + from + " -> " + to + " [label=" + dotText(label) + more + "];\n";
+    }
+    std::string finish() { return text_ + "}\n"; }
+
+private:
+    std::string text_;
+};
+
+void drawOwned(Dot& dot, ModelElement const& element, std::string const& id, std::size_t depth, std::size_t& count) {
+    std::string const name = nameOf(element);
+    dot.node(id, classOf(element) + (name.empty() ? "" : "\n" + name));
+    if (depth == 0) return;
+    for (Property const& property : storedProperties(element)) {
+        if (!property->isComposite()) continue;
+        for (ModelElement const& child : childrenOf(element, property)) {
+            std::string const place = "n" + std::to_string(++count);
+            drawOwned(dot, child, place, depth - 1, count);
+            dot.edge(id, place, keel::toUtf8(property->getName()));
+        }
+    }
+}
+
+std::string drawOwnership(Model const& model, std::size_t depth) {
+    Dot dot("ownership");
+    std::size_t count = 0;
+    for (ModelElement const& root : model->getRoots()) {
+        std::string const id = "n" + std::to_string(++count);
+        drawOwned(dot, root, id, depth, count);
+    }
+    return dot.finish();
+}
+
+std::string shortNumber(double number) {
+    char text[40];
+    return {text, std::to_chars(text, text + sizeof text, number).ptr};
+}
+
+/// Rates by number, an arrow for each edge, and a dashed one from a union rate to what it contains.
+std::string drawRates(Model const& model) {
+    Dot dot("rates");
+    std::set<std::uint64_t> drawn;
+    auto const idOf = [&](std::uint64_t number) {
+        std::string id = "r" + std::to_string(number);
+        if (drawn.insert(number).second) dot.node(id, "rate " + std::to_string(number));
+        return id;
+    };
+    for (ModelElement const& element : model->getRoots()) {
+        ModelRefInfoRoot const root = ModelRefInfoRoot::cast(element);
+        if (!root) continue;
+        std::uint64_t number = 0;
+        for (RateInfo const& rate : *root->getRuntimeNonFcnCallRateInfos()) {
+            std::string const name = keel::toUtf8(rate.getNonFcnCallPartitionName());
+            std::string const period =
+                rate.getPeriod() < 0 ? "period not known" : "period " + shortNumber(rate.getPeriod());
+            dot.node("r" + std::to_string(number),
+                     (name.empty() ? "rate " + std::to_string(number) : name) + "\n" + period);
+            drawn.insert(number++);
+        }
+        for (SampleTimeGraphEdge const& edge : *root->getAllEdges()) {
+            std::string const from = idOf(edge->getSrcNodeIdx());
+            dot.edge(from, idOf(edge->getDstNodeIdx()), "");
+        }
+        for (UnionTsContainedTsElem const& entry : *root->getUnionTsContainedTs()) {
+            std::string const from = idOf(static_cast<std::uint64_t>(entry->getUnionTs()));
+            dot.edge(from, idOf(static_cast<std::uint64_t>(entry->getContainedTs())), "contains", ", style=dashed");
+        }
+    }
+    return dot.finish();
+}
+
+int graph(Options const& options) {
+    Model const model = loadRecord(options.record);
+    std::string const text = options.kind == "rates" ? drawRates(model) : drawOwnership(model, options.depth);
+    if (options.output.empty()) {
+        print(text);
+    } else {
+        saveText(text, options.output);
+    }
+    return 0;
+}
+
+}  // namespace
+
+void addGraph(CLI::App& program, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = program.add_subcommand("graph", "Draw ownership or sample times for Graphviz");
+    command->add_option("RECORD", options->record, "A record")->required();
+    command->add_option("-k,--kind", options->kind, "ownership or rates")
+        ->check(CLI::IsMember({"ownership", "rates"}))
+        ->capture_default_str();
+    command->add_option("-d,--depth", options->depth, "How many levels of ownership below the root");
+    command->add_option("-o,--output", options->output, "Where the picture goes, instead of standard output");
+    command->footer(
+        "Examples:\n"
+        "  modelref graph plant.record --depth 2 | dot -Tsvg > plant.svg\n"
+        "  modelref graph plant.record --kind rates -o rates.dot");
+    command->callback([options, &action] { action = [options] { return graph(*options); }; });
+}
+
+}  // namespace modelref

@@ -1,0 +1,70 @@
+// modelref import: a model description of the FMI standard becomes a record.
+#include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
+
+#include <boost/json.hpp>
+#include <memory>
+
+#include "commands.h"
+#include "console.h"
+#include "fmi/record.h"
+#include "record_file.h"
+
+namespace modelref {
+
+namespace {
+
+struct Options {
+    std::string input;
+    std::string output;
+    bool json = false;
+};
+
+void report(Options const& options, fmi::Description const& description, fmi::Record const& record) {
+    std::size_t const total = description.variables.size();
+    for (std::string const& warning : record.warnings) note("warning: " + warning);
+    for (auto const& [name, reason] : record.notPlaced) note("not placed: " + name + ": " + reason);
+    note(options.input + ": FMI " + description.version + ", model " + description.modelName + ": " +
+         std::to_string(total) + " variables, " + std::to_string(record.recorded) + " recorded, " +
+         std::to_string(record.notPlaced.size()) + " not placed");
+    if (!options.json) return;
+    boost::json::array notPlaced;
+    for (auto const& [name, reason] : record.notPlaced) notPlaced.push_back({{"name", name}, {"reason", reason}});
+    boost::json::array warnings;
+    for (std::string const& warning : record.warnings) warnings.push_back(boost::json::string(warning));
+    printJson({{"file", options.input},
+               {"record", options.output},
+               {"fmiVersion", description.version},
+               {"modelName", description.modelName},
+               {"variables", total},
+               {"recorded", record.recorded},
+               {"notPlaced", std::move(notPlaced)},
+               {"warnings", std::move(warnings)}});
+}
+
+int import(Options const& options) {
+    MetaPackageVw_modelref_info::getInstance();
+    fmi::Description const description = fmi::readDescription(options.input);
+    quay::zero::Model const model = quay::zero::Model::create();
+    fmi::Record const record = fmi::makeRecord(model, description);
+    saveRecord(model, options.output);
+    report(options, description, record);
+    return 0;
+}
+
+}  // namespace
+
+void addImport(CLI::App& program, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = program.add_subcommand("import", "Make a record of an FMU or a modelDescription.xml");
+    command->add_option("MODEL", options->input, "An FMU, or the modelDescription.xml of one")->required();
+    command->add_option("-o,--output", options->output, "Where the record goes")->required();
+    command->add_flag("--json", options->json, "Print what was recorded as JSON");
+    command->footer(
+        "Every variable is recorded or listed as not placed.\n\n"
+        "Examples:\n"
+        "  modelref import plant.fmu -o plant.record\n"
+        "  modelref import modelDescription.xml -o plant.record --json | jq .notPlaced");
+    command->callback([options, &action] { action = [options] { return import(*options); }; });
+}
+
+}  // namespace modelref

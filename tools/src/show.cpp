@@ -1,0 +1,181 @@
+// modelref show: one element, collection or value by its path.
+#include <keel/text.h>
+#include <quay/zero/io/io.h>
+#include <quay/zero/primitive_collection.h>
+#include <quay/zero/value.h>
+
+#include <boost/json.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <charconv>
+#include <memory>
+#include <optional>
+
+#include "commands.h"
+#include "console.h"
+#include "elements.h"
+#include "failure.h"
+#include "record_file.h"
+
+namespace modelref {
+
+namespace io = quay::zero::io;
+
+namespace {
+
+struct Options {
+    std::string record;
+    std::string path = "/";
+    bool all = false;
+    bool json = false;
+};
+
+/// What a path leads to: an element, or one of its properties, or one value of a property that has several.
+struct Target {
+    ModelElement element;
+    Property property;
+    std::optional<std::size_t> position;
+};
+
+std::vector<std::string> partsOf(std::string_view path) {
+    std::vector<std::string> parts;
+    while (!path.empty()) {
+        std::size_t const end = std::min(path.find('/'), path.size());
+        if (end > 0) parts.push_back(unescaped(path.substr(0, end)));
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    return parts;
+}
+
+std::optional<std::size_t> numberOf(std::string const& text) {
+    std::size_t number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) return {};
+    return number;
+}
+
+Property propertyOf(ModelElement const& element, std::string const& name) {
+    for (Property const& property : element->getMetaClass()->getProperties()) {
+        if (keel::toUtf8(property->getName()) == name) return property;
+    }
+    throw Failure(classOf(element) + " has no property " + inQuotes(name));
+}
+
+/// By name first, a map's key among them, then by position.
+ModelElement memberOf(ModelElement const& element, Property const& property, std::string const& part) {
+    auto const children = childrenOf(element, property);
+    for (ModelElement const& child : children) {
+        if (nameOf(child) == part) return child;
+    }
+    auto const number = numberOf(part);
+    if (number && *number < children.size()) return children[*number];
+    throw Failure(keel::toUtf8(property->getName()) + " has no " + inQuotes(part) + " among its " +
+                  std::to_string(children.size()));
+}
+
+Target find(Model const& model, std::string const& path) {
+    auto const roots = model->getRoots();
+    std::vector<std::string> parts = partsOf(path);
+    std::size_t root = 0;
+    if (path.starts_with("//") && !parts.empty()) {
+        root = numberOf(parts.front()).value_or(roots.size());
+        parts.erase(parts.begin());
+    }
+    if (root >= roots.size()) throw Failure("there is no such root: there are " + std::to_string(roots.size()));
+    Target target{roots[root], {}, {}};
+    for (std::string const& part : parts) {
+        if (target.position || (target.property && !target.property->isComposite() && !isSeveral(target.property))) {
+            throw Failure(inQuotes(part) + " leads nowhere: a value has no parts");
+        }
+        if (!target.property) {
+            target.property = propertyOf(target.element, part);
+            if (!target.property->isComposite() || isSeveral(target.property)) continue;
+            auto const children = childrenOf(target.element, target.property);
+            if (children.empty()) throw Failure(part + " is empty");
+            target = {children.front(), {}, {}};
+        } else if (target.property->isComposite()) {
+            target = {memberOf(target.element, target.property, part), {}, {}};
+        } else {
+            target.position = numberOf(part);
+            if (!target.position) throw Failure(inQuotes(part) + " is no position");
+        }
+    }
+    return target;
+}
+
+/// The values of a property that has several, as JSON.
+boost::json::value valuesOf(Target const& target) {
+    boost::json::value const text = boost::json::parse(io::propertyText(target.element, target.property));
+    if (!target.position) return text;
+    boost::json::array const& all = text.as_array();
+    if (*target.position >= all.size()) throw Failure("there are only " + std::to_string(all.size()) + " values");
+    return all[*target.position];
+}
+
+void showProperty(ModelElement const& element, Property const& property, Initials& initials, bool all) {
+    std::string const name = coloured(Colour::Blue, keel::toUtf8(property->getName()));
+    if (property->isComposite()) {
+        auto const children = childrenOf(element, property);
+        if (children.empty() && !all) return;
+        std::string const what = isSeveral(property) ? "(" + std::to_string(children.size()) + ")"
+                                 : children.empty()  ? "none"
+                                                     : classOf(children.front());
+        printLine("  " + name + " " + coloured(Colour::Dim, what));
+        return;
+    }
+    std::string const text = io::propertyText(element, property);
+    if (all || text != initials.of(element, property)) printLine("  " + name + " = " + text);
+}
+
+void showElement(ModelElement const& element, bool all) {
+    std::string const name = nameOf(element);
+    printLine(coloured(Colour::Bold, classOf(element)) +
+              (name.empty() ? "" : " " + coloured(Colour::Green, inQuotes(name))) + " " +
+              coloured(Colour::Dim, to_string(element->uuid())));
+    Initials initials;
+    for (Property const& property : storedProperties(element)) showProperty(element, property, initials, all);
+}
+
+int show(Options const& options) {
+    Model const model = loadRecord(options.record);
+    Target target;
+    try {
+        target = find(model, options.path);
+    } catch (Failure const& failure) {
+        throw Failure(options.record + ": " + options.path + ": " + failure.what());
+    }
+    if (!target.property) {
+        options.json ? printLine(io::toText(target.element)) : showElement(target.element, options.all);
+    } else if (!target.property->isComposite()) {
+        printJson(valuesOf(target));
+    } else if (options.json) {
+        std::string list;
+        for (ModelElement const& child : childrenOf(target.element, target.property)) {
+            list += (list.empty() ? "" : ",") + io::toText(child);
+        }
+        printLine("[" + list + "]");
+    } else {
+        for (ModelElement const& child : childrenOf(target.element, target.property)) showElement(child, options.all);
+    }
+    return 0;
+}
+
+}  // namespace
+
+void addShow(CLI::App& program, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = program.add_subcommand("show", "Print what stands at a path");
+    command->add_option("RECORD", options->record, "A record")->required();
+    command->add_option("PATH", options->path,
+                        "Properties, and positions or names: /inports/0/rateInfos; / is the root");
+    command->add_flag("--all", options->all, "Print properties that have their initial value as well");
+    command->add_flag("--json", options->json, "Print JSON");
+    command->footer(
+        "In names, ~1 stands for a slash and ~0 for a tilde; //1/ begins at the second root.\n\n"
+        "Examples:\n"
+        "  modelref show plant.record /inports/0\n"
+        "  modelref show plant.record /inports/speed/rateInfos\n"
+        "  modelref show plant.record /argumentParameters/entries/gain --json");
+    command->callback([options, &action] { action = [options] { return show(*options); }; });
+}
+
+}  // namespace modelref

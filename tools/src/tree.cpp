@@ -1,0 +1,106 @@
+// modelref tree: what owns what.
+#include <keel/text.h>
+
+#include <boost/json.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <limits>
+#include <memory>
+
+#include "commands.h"
+#include "console.h"
+#include "elements.h"
+#include "failure.h"
+#include "record_file.h"
+
+namespace modelref {
+
+namespace {
+
+struct Options {
+    std::string record;
+    std::size_t depth = std::numeric_limits<std::size_t>::max();
+    bool ids = false;
+    bool json = false;
+};
+
+std::string labelOf(ModelElement const& element, Options const& options) {
+    std::string label = coloured(Colour::Bold, classOf(element));
+    if (std::string const name = nameOf(element); !name.empty()) label += " " + coloured(Colour::Green, inQuotes(name));
+    if (options.ids) label += " " + coloured(Colour::Dim, to_string(element->uuid()));
+    return label;
+}
+
+struct Branch {
+    std::string label;
+    ModelElement element;
+};
+
+/// A line for each child: "inports/0 InportInformation 'speed'".
+std::vector<Branch> branchesOf(ModelElement const& element, Options const& options) {
+    std::vector<Branch> result;
+    for (Property const& property : storedProperties(element)) {
+        if (!property->isComposite()) continue;
+        std::string const name = keel::toUtf8(property->getName());
+        std::size_t position = 0;
+        for (ModelElement const& child : childrenOf(element, property)) {
+            std::string const place = isSeveral(property) ? name + "/" + std::to_string(position++) : name;
+            result.push_back({coloured(Colour::Blue, place) + " " + labelOf(child, options), child});
+        }
+    }
+    return result;
+}
+
+void printBranches(ModelElement const& element, std::string const& indent, std::size_t depth, Options const& options) {
+    if (depth == 0) return;
+    std::vector<Branch> const branches = branchesOf(element, options);
+    for (Branch const& branch : branches) {
+        bool const isLast = &branch == &branches.back();
+        printLine(indent + (isLast ? "└─ " : "├─ ") + branch.label);
+        printBranches(branch.element, indent + (isLast ? "   " : "│  "), depth - 1, options);
+    }
+}
+
+boost::json::object describe(ModelElement const& element, std::size_t depth) {
+    boost::json::object result{{"class", classOf(element)}, {"id", to_string(element->uuid())}};
+    if (std::string const name = nameOf(element); !name.empty()) result["name"] = name;
+    if (depth == 0) return result;
+    boost::json::object owned;
+    for (Property const& property : storedProperties(element)) {
+        if (!property->isComposite()) continue;
+        boost::json::array children;
+        for (ModelElement const& child : childrenOf(element, property)) children.push_back(describe(child, depth - 1));
+        if (!children.empty()) owned[keel::toUtf8(property->getName())] = std::move(children);
+    }
+    if (!owned.empty()) result["owns"] = std::move(owned);
+    return result;
+}
+
+int tree(Options const& options) {
+    Model const model = loadRecord(options.record);
+    boost::json::array roots;
+    for (ModelElement const& root : model->getRoots()) {
+        if (options.json) {
+            roots.push_back(describe(root, options.depth));
+        } else {
+            printLine(labelOf(root, options));
+            printBranches(root, "", options.depth, options);
+        }
+    }
+    if (options.json) printJson(roots);
+    return 0;
+}
+
+}  // namespace
+
+void addTree(CLI::App& program, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = program.add_subcommand("tree", "Print what owns what");
+    command->add_option("RECORD", options->record, "A record")->required();
+    command->add_option("-d,--depth", options->depth, "How many levels below the root");
+    command->add_flag("--ids", options->ids, "Print ids as well");
+    command->add_flag("--json", options->json, "Print JSON");
+    command->footer("Examples:\n  modelref tree plant.record\n  modelref tree plant.record --depth 1");
+    command->callback([options, &action] { action = [options] { return tree(*options); }; });
+}
+
+}  // namespace modelref
