@@ -126,7 +126,7 @@ void defineProperty(ordo::OrdoClass& c) {
 
 class MetaClassInfo final : public QUAY0WrapperInfo {
 public:
-    MetaClassInfo(std::string shortName, std::string base, Define define, std::string_view description)
+    MetaClassInfo(std::string const& shortName, std::string base, Define define, std::string_view description)
         : QUAY0WrapperInfo(shortName, std::string(names::kMetaPackage) + "." + shortName),
           base_(std::move(base)),
           define_(define),
