@@ -27,7 +27,7 @@ def main() -> None:
     root.inports[1].designMin = -5.0
     print("changed:", root.inports[1].designMin, "undone:", model.undo() and root.inports[1].designMin)
     try:
-        root.inports[0].desginMin = 2.0
+        root.inports[0].desginMin = 2.0  # type: ignore[attr-defined]
     except AttributeError as error:
         print("refused:", error)
 
