@@ -3,11 +3,13 @@
 import sys
 
 import quay
+from Varlow.ModelReference.internal.compileInfo import ModelRefInfoRoot
 
 
 def main(old: str, new: str) -> None:
     model = quay.zero.load(old)
     (root,) = model.roots()
+    assert isinstance(root, ModelRefInfoRoot)
     port = root.inports[0]
     model.enableHistory(10)
 
