@@ -53,10 +53,10 @@ TEST(Ids, AreCanonicalTextsInAnyCase) {
     EXPECT_EQ(read(good)->data[0], 0x0e);
     EXPECT_EQ(read(good)->data[15], 0xcb);
     EXPECT_TRUE(read("00000000-0000-0000-0000-000000000000")->is_nil());
-    for (std::string const& bad : {std::string(), "{" + good + "}", good + "0", good.substr(1), good + "\n",
-                                   std::string("0e54007f7a553c94a4204268d173b4cb"),
-                                   std::string("0e54007f-7a55-3c94-a420-4268d173b4cg"),
-                                   std::string("0e54007f-7a55-3c94-a4204-268d173b4cb")}) {
+    for (std::string const& bad :
+         {std::string(), "{" + good + "}", good + "0", good.substr(1), good + "\n",
+          std::string("0e54007f7a553c94a4204268d173b4cb"), std::string("0e54007f-7a55-3c94-a420-4268d173b4cg"),
+          std::string("0e54007f-7a55-3c94-a4204-268d173b4cb")}) {
         EXPECT_FALSE(read(bad)) << bad;
     }
     EXPECT_FALSE(quay::zero::mi::detail::extractUuid(OrdoValue::real(1)));
