@@ -109,6 +109,11 @@ def script_name(found: OwnType) -> str:
     return found.entry.script or f"{found.scope.package.schema.script}.{found.entry.name}"
 
 
+def short_name(found: OwnType) -> str:
+    """The name of a type within its module."""
+    return script_name(found).rpartition(".")[2]
+
+
 def script_module(found: OwnType) -> str:
     return script_name(found).rpartition(".")[0]
 
@@ -125,11 +130,11 @@ def _plan_module(module: str, types: list[tuple[Scope, OwnType]], compiled: Scop
         foreign=compiled not in scopes,
         classes=tuple(_plan_class(cls, user) for cls in ordered),
         enumerations=tuple(
-            TypedEnumeration(e.entry.name, e.entry.doc or "", e.entry.literals)
+            TypedEnumeration(short_name(e), e.entry.doc or "", e.entry.literals)
             for e in sorted((o for o in own if isinstance(o, EnumerationType)), key=lambda e: e.entry.name)
         ),
         data_types=tuple(
-            TypedDataType(d.entry.name, d.entry.doc or "", tuple(_plan_property(d.scope, p, user) for p in d.properties))
+            TypedDataType(short_name(d), d.entry.doc or "", tuple(_plan_property(d.scope, p, user) for p in d.properties))
             for d in sorted((o for o in own if isinstance(o, DataType)), key=lambda d: d.entry.name)
         ),
         imports=tuple(sorted(user.imports)),
@@ -149,16 +154,17 @@ class _User:
         if isinstance(found, PrimitiveType):
             return _PRIMITIVES[found.name]
         other = script_module(found)
-        if other == self.module and f"{found.entry.name}{ending}" not in self._attributes:
-            return f"{found.entry.name}{ending}"
+        name = f"{short_name(found)}{ending}"
+        if other == self.module and name not in self._attributes:
+            return name
         self.imports.add(other)
-        return f"{other}.{found.entry.name}{ending}"
+        return f"{other}.{name}"
 
 
 def _plan_class(cls: ClassType, user: _User) -> TypedClass:
     base = cls.scope.base_of(cls)
     return TypedClass(
-        name=cls.entry.name,
+        name=short_name(cls),
         doc=cls.entry.doc or "",
         base=user.name(base) if base else "_zero.ModelElement",
         base_fields=user.name(base, "Fields") if base else "_TypedDict",

@@ -113,6 +113,31 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
     assert "&declare::makeSerializer<orchard::trees::PositionDatatypeSerializer>}," in declaration
 
 
+# What type checkers are told, and what scripts show for help.
+SCRIPT_LINES = [
+    ("orchard/trees/__init__.pyi", "class Bench(garden.RaisedBed):"),
+    ("orchard/trees/__init__.pyi", "class BenchFields(garden.RaisedBedFields, total=False):"),
+    ("orchard/trees/__init__.pyi", "    harvest: _zero.Attribute[almanac.Harvest, almanac.Harvest | str | int]"),
+    ("orchard/trees/__init__.pyi", "    def young(self) -> _zero.Multimap[int, Apple]:"),
+    ("orchard/trees/__init__.pyi", "    young: _Children[AppleFields] | None"),
+    ("orchard/trees/__init__.pyi", "    def createIntoYoung(self, uuid: _Id = ..., /) -> Apple: ..."),
+    ("almanac/__init__.pyi", "class Harvest(int):"),
+    ("almanac/__init__.pyi", "    Early: _ClassVar[Harvest]"),
+    ("garden/__init__.py", "ordo.attach(__name__)"),
+    ("src/ScriptDocs.cpp", '    {"harvest", "When the tree is ripe."},'),
+    ("src/ScriptDocs.cpp", '    {{"orchard.trees.Apple", "An apple tree."}, {}},'),
+]
+
+
+def test_tells_scripts_of_types_and_docs(workshop: Workshop) -> None:
+    options = ("--typing", str(workshop.out), "--out", str(workshop.out), "--script-docs")
+    assert workshop.run("orchard", *options).errors == []
+    written = workshop.files()
+    assert [(file, line) for file, line in SCRIPT_LINES if line not in written[file].splitlines()] == []
+    assert sorted(workshop.run("orchard", "--list", *options).output.splitlines()) == list(written)
+    assert "orchard/__init__.py" not in written
+
+
 def test_puts_bases_before_derived_handles(workshop: Workshop) -> None:
     assert workshop.run().code == 0
     text = workshop.files()[HANDLES]
