@@ -15,8 +15,12 @@ namespace quay::zero {
 /// element may stand at several positions; it has its container until the last one is gone.
 class QUAY_ZERO_API SequenceCore : public ReferenceCollection, public GenericSequenceInterface {
 public:
+    using Members = std::vector<ModelElement>;
+
     bool empty() const noexcept final { return members_.empty(); }
     std::size_t size() const noexcept final { return members_.size(); }
+    /// The members as they stand: nothing is resolved.
+    Members const& members() const noexcept { return members_; }
 
     /// Appends. An empty or dead handle is ignored. InvalidValue, CannotCreateCrossModelAssociation: see
     /// ModelElement::Impl::checkCompatibleModel. Takes the element out of a former container.
@@ -72,13 +76,9 @@ public:
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
-    using Members = std::vector<ModelElement>;
-
     SequenceCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
     explicit SequenceCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
     ~SequenceCore() override;
-
-    Members const& members() const noexcept { return members_; }
 
 private:
     void put(std::size_t position, ModelElement const& e);
