@@ -124,7 +124,7 @@ PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t fla
         if (call.resultCount() == 0) {
             return none().release();
         }
-        return shown(call.result(), method.info->signature().result == "cell").release();
+        return shown(call.result(), method.isList).release();
     });
 }
 
@@ -274,6 +274,7 @@ Ref makeMethod(ordo::OrdoMethodInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     auto* const made = PyObject_New(MethodMember, methodType);
     Ref result(reinterpret_cast<PyObject*>(made));
     made->call = callMethod;
+    made->isList = info.signature().result == "cell";
     made->info = &info;
     made->ordoClass = &ordoClass;
     made->type = type;

@@ -54,40 +54,56 @@ def plain_values() -> list[Any]:
     ]
 
 
+def make(draw: random.Random, pool: list[Any], value: Any, info: Any) -> Any:
+    """An element, mostly a root or a child of one."""
+    arguments = [value] if draw.random() < 0.2 else []
+    parents = [one for one in pool if isinstance(one, quay.zero.ModelElement) and one]
+    if parents and draw.random() < 0.7:
+        parent = draw.choice(parents)
+        creators = [n for n in dir(parent) if n.startswith("createInto")] or ["destroy"]
+        return getattr(parent, draw.choice(creators))(*arguments)
+    name = draw.choice(CLASSES) if draw.random() < 0.6 else "ModelRefInfoRoot"
+    return getattr(info, name)(draw.choice([m for m in pool if isinstance(m, quay.zero.Model)]), *arguments)
+
+
+def use(draw: random.Random, pool: list[Any], self: Any, value: Any) -> Any:
+    """A member that the object has, with one argument or none."""
+    name = draw.choice([n for n in dir(self) if not n.startswith("_") and (n != "destroy" or draw.random() < 0.1)])
+    if draw.random() < 0.3:
+        return setattr(self, name, value)
+    member = getattr(self, name)
+    return member(*[value, draw.choice(pool)][: draw.randrange(3)]) if callable(member) else member
+
+
 def act(draw: random.Random, pool: list[Any], plain: list[Any], info: Any) -> Any:
     """One thing that a script might do with what it has."""
     value = draw.choice(draw.choice((pool, plain)))
     self = draw.choice(pool)
-    kind = draw.randrange(12)
-    if kind == 0:
-        return getattr(info, draw.choice(CLASSES))(draw.choice([m for m in pool if isinstance(m, quay.zero.Model)]), value)
-    if kind == 1:
+    kind = draw.randrange(100)
+    if kind < 25:
+        return make(draw, pool, value, info)
+    if kind < 65:
+        return use(draw, pool, self, value)
+    if kind < 67:
         return quay.zero.Model()
-    if kind == 2:
-        return self.destroy()
-    if kind == 3:
-        return (draw.choice((len, list, iter, repr, str, bool, hash, dir, int, reversed)))(self)
-    if kind == 4:
+    if kind < 75:
+        ask: Any = draw.choice((len, list, iter, repr, str, bool, hash, dir, int, reversed))
+        return ask(self)
+    if kind < 85:
         return self[draw.choice((0, -1, 10**30, slice(None, None, -1), "x", value))]
-    if kind == 5:
+    if kind < 90:
         return value in self
-    if kind == 6:
+    if kind < 95:
         with self.transaction():
             setattr(draw.choice(pool), "triggerType", value)
             if draw.random() < 0.5:
                 raise KeyError
         return None
-    if kind == 7:
+    if kind < 97:
         for one in self:
             one.destroy()
         return None
-    if kind == 8:
-        return draw.choice((self.undo, self.redo, lambda: self.enableHistory(draw.choice((0, 5, value)))))()
-    name = draw.choice([n for n in dir(self) if not n.startswith("_")])
-    if kind == 9:
-        return setattr(self, name, value)
-    member = getattr(self, name)
-    return member(*[value, draw.choice(pool)][: draw.randrange(3)]) if callable(member) else member
+    return draw.choice((self.undo, self.redo, lambda: self.enableHistory(draw.choice((0, 5, value)))))()
 
 
 def run(seed: int) -> None:

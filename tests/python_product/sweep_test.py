@@ -197,7 +197,7 @@ def check_children(element: Any, prop: form.Property, found: ClassType, model: A
         children.add(child)  # it is there already
     assert len(children) == 1 and child.container is element
     with pytest.raises(TypeError):
-        children.add(element.model)
+        children.add(model)
     with refused("ordo:messages:ReadOnly", AttributeError):
         setattr(element, prop.name, None)
     children.clear()
