@@ -116,7 +116,7 @@ private:
     }
     /// Of this model's store or of the other, and in no list of the model.
     Node proxyOf(Node const& target) {
-        Node const made = Node::of(new Node::Impl(model_, {}));
+        Node made = Node::of(new Node::Impl(model_, {}));
         bool const isFar = &target->model() == far_.impl();
         model_->setProxyId(*made.impl(), isFar ? ProxyId(u"far", target->uuid()) : ProxyId(target->uuid()));
         return made;
