@@ -78,6 +78,13 @@ public:
             case 11:
                 replay(true);
                 break;
+            case 12:
+                change([&] {
+                    for (auto const& e : place.getAllValuesAndProxies()) {
+                        if (e->isProxy()) e->destroy();
+                    }
+                });
+                break;
             default:
                 change([&] {
                     Model::ResolutionHold const hold(model_);
@@ -223,7 +230,7 @@ RC_GTEST_PROP(RandomProxies, AreTakenBackExactly, ()) {
     int const living = Node::Impl::living;
     {
         Plant plant;
-        for (auto const& [what, a, b, c] : steps) plant.step(what % 13U, a, b, c);
+        for (auto const& [what, a, b, c] : steps) plant.step(what % 14U, a, b, c);
         plant.finish();
     }
     RC_ASSERT(Node::Impl::living == living);
