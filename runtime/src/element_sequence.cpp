@@ -133,7 +133,7 @@ void SequenceCore::discard(Step& step) noexcept {
 bool SequenceCore::sameByRule(AbstractOwnedCollection const& old) const {
     Members const& before = static_cast<SequenceCore const&>(old).members_;
     if (before.size() != members_.size() || before.size() > 1) return false;
-    return before.empty() || before.front() == members_.front() || standsFor(before.front(), members_.front());
+    return before.empty() || peekResolveProxy(before.front()) == members_.front();
 }
 
 // --- Typed operations -----------------------------------------------------------------------------------------------

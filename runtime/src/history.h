@@ -43,8 +43,7 @@ public:
     /// A log is to follow: what was resolved now lies between two, and is undone and redone with the earlier one.
     void settle() {
         if (done_ == 0) return resolved_.discard();
-        auto& steps = at(done_ - 1).steps;
-        steps.reserve(steps.size() + resolved_.steps.size());
+        at(done_ - 1).reserveSteps(resolved_.steps.size());
         resolved_.moveSteps(at(done_ - 1));
     }
 

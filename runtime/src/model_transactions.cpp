@@ -196,7 +196,7 @@ void ModelImpl::commitOutermost() {
         history_->settle();
     }
     bool const onlyResolves = history_ && !keep && log_.onlyResolves();
-    if (onlyResolves) history_->resolved().steps.reserve(history_->resolved().steps.size() + log_.steps.size());
+    if (onlyResolves) history_->resolved().reserveSteps(log_.steps.size());
 
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
     endLevel();

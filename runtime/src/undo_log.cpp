@@ -34,7 +34,10 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
     for (std::size_t i = lives.size(); i-- > life;) {
         LifeEntry const entry = lives[i];
         lives.pop_back();
-        if (entry.born) continue;
+        if (entry.born) {
+            if (entry.count == 0) entry.first->removeRef();  // a proxy that came back: nobody else held it
+            continue;
+        }
         for (auto* e = entry.first;;) {
             bool const last = e == entry.last;
             auto* const next = e->next_;

@@ -258,9 +258,6 @@ private:
     std::optional<Savepoint> savepoint_;
 };
 
-/// Whether `proxy` is a proxy of that element.
-QUAY_ZERO_API bool standsFor(ModelElement const& proxy, ModelElement const& e);
-
 inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
 inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }
 
