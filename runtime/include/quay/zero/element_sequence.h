@@ -25,6 +25,8 @@ public:
     /// Appends. An empty or dead handle is ignored. InvalidValue, CannotCreateCrossModelAssociation: see
     /// ModelElement::Impl::checkCompatibleModel. Takes the element out of a former container.
     void addElement(ModelElement const& e) { insertElement(members_.size(), e); }
+    /// The same for an element that was just made, in an operation that undoes itself.
+    void addNewElement(ModelElement const& e);
     /// The same at a position, at most size(); further ones are std::out_of_range.
     void insertElement(std::size_t position, ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
@@ -40,6 +42,9 @@ public:
     /// The member at a position, resolved if it can be.
     ModelElement const& at(std::size_t position) const;
     std::size_t indexOf(ModelElement const& e) const noexcept;
+
+    /// Neither members nor proxies.
+    bool holdsNothing() const noexcept { return members_.empty(); }
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
@@ -78,7 +83,7 @@ public:
 protected:
     SequenceCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
     explicit SequenceCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
-    ~SequenceCore() override;
+    ~SequenceCore() override = default;
 
 private:
     void put(std::size_t position, ModelElement const& e);

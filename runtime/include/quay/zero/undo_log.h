@@ -17,6 +17,9 @@ namespace quay::zero {
 
 /// One birth or death, or a run of births that stand side by side in the model's list.
 struct LifeEntry {
+    LifeEntry(bool isBirth, std::size_t number, ModelElement::Impl& e) noexcept
+        : born(isBirth), count(number), first(&e), last(&e) {}
+
     bool born;          // else dead: the entry then holds the model's reference to each of its elements
     std::size_t count;  // 0: one that is in no list, such as a proxy, whose reference the entry keeps either way
     ModelElement::Impl* first;
