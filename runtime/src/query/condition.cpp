@@ -1,4 +1,5 @@
 #include <quay/zero/element_sequence.h>
+#include <quay/zero/element_set.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/property_row.h>
 #include <quay/zero/query/condition.h>
@@ -6,14 +7,13 @@
 
 #include <quay0/messages.h>
 
+#include <array>
 #include <bit>
 #include <utility>
 
 namespace quay::zero::query {
 
 namespace {
-
-Mask firstBits(unsigned count) noexcept { return count == 64 ? ~Mask{0} : (Mask{1} << count) - 1; }
 
 /// Those of the wanted elements for which f(Element const&) is true.
 template <class F>
@@ -92,30 +92,28 @@ private:
     bool hasOne(Element const& owner, bool meeting) const {
         auto* const collection = row()->collection(owner);
         if (collection == nullptr) {
-            ModelElement const child = row()->child(owner);
-            return hasOneOf(&child, 1, meeting);
+            return hasOneAmong(std::array{row()->child(owner)}, meeting);
         }
-        if (collection->empty()) return false;
-        if (property()->getFlags() != ValueFlags::Sequence) {
-            collection->prepareForReading();
-            auto const children = static_cast<ReferenceCollection*>(collection)->getAllValues();
-            return hasOneOf(children.data(), children.size(), meeting);
+        if (!owner.model().hasProxies()) {
+            if (collection->empty()) return false;
+            ValueFlags const flags = property()->getFlags();
+            if (flags == ValueFlags::Set) return hasOneAmong(static_cast<SetCore*>(collection)->members(), meeting);
+            if (flags == ValueFlags::Sequence) {
+                return hasOneAmong(static_cast<SequenceCore*>(collection)->members(), meeting);
+            }
         }
-        auto const& children = *static_cast<SequenceCore const*>(collection);
-        for (std::size_t i = 0; i < children.size(); ++i) {
-            if (hasOneOf(&children.at(i), 1, meeting)) return true;
-        }
-        return false;
+        return hasOneAmong(static_cast<ReferenceCollection*>(collection)->getAllValues(), meeting);
     }
 
-    bool hasOneOf(ModelElement const* children, std::size_t count, bool meeting) const {
+    template <class Members>
+    bool hasOneAmong(Members const& members, bool meeting) const {
         Element* block[64];
-        while (count > 0) {
-            unsigned length = 0;
-            for (; count > 0 && length < 64; ++children, --count) {
-                if (*children && !(*children)->isProxy()) block[length++] = children->impl();
+        for (auto next = members.begin(); next != members.end();) {
+            unsigned count = 0;
+            for (; next != members.end() && count < 64; ++next) {
+                if (*next && !(*next)->isProxy()) block[count++] = next->impl();
             }
-            Mask const there = firstBits(length);
+            Mask const there = firstBits(count);
             Mask const met = inner_ == nullptr || there == 0 ? there : inner_->match(block, there);
             if ((meeting ? met : there & ~met) != 0) return true;
         }

@@ -10,9 +10,9 @@ constexpr unsigned kBlock = ClassIndex::Walk::kBlock;
 
 /// Asks about one block and hands on what meets the condition.
 void ask(Question const& question, bool mayStray, Element* const* block, unsigned count, Sink const& sink) {
-    Mask wanted = 0;
-    for (unsigned i = 0; i < count; ++i) {
-        wanted |= Mask{!mayStray || block[i]->getMetaClass()->conformsTo(question.result)} << i;
+    Mask wanted = firstBits(count);
+    for (unsigned i = 0; mayStray && i < count; ++i) {
+        if (!block[i]->getMetaClass()->conformsTo(question.result)) wanted &= ~(Mask{1} << i);
     }
     if (wanted != 0 && question.condition != nullptr) wanted = question.condition->match(block, wanted);
     if (wanted != 0) sink.take(sink.target, block, wanted);

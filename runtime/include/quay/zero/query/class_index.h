@@ -4,9 +4,9 @@
 #include <quay/zero/element_list.h>
 #include <quay/zero/query/forward.h>
 
-#include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -18,13 +18,18 @@ class Class;
 
 namespace query {
 
-/// Numbers elements in order of creation, and keeps the numbers of each class. The first query builds it and the next
+/// Numbers elements in order of creation, and keeps them by class. The first query builds it and the next
 /// ones catch it up, so whoever never queries pays nothing. It holds an element from its first indexing until the
 /// element is let go for good, dead or alive, and walks pass over the dead; so undoing never touches it.
 class QUAY_ZERO_API ClassIndex {
 public:
     using Element = ModelElement::Impl;
     class Walk;
+
+    ClassIndex() noexcept;
+    ~ClassIndex();
+    ClassIndex(ClassIndex const&) = delete;
+    ClassIndex& operator=(ClassIndex const&) = delete;
 
     /// Adds all elements of the list that aren't there yet.
     void catchUp(ElementList const& list);
@@ -48,7 +53,14 @@ public:
     }
 
 private:
-    using Numbers = std::vector<std::uint32_t>;
+    /// The members of one class, and their numbers, which rise. Those that are gone leave gaps, not more than half.
+    struct Members {
+        std::vector<Element*> elements;
+        std::vector<std::uint32_t> numbers;
+        std::size_t gaps = 0;
+
+        void takeOut(std::uint32_t number) noexcept;
+    };
 
     static bool has(Element const& e) noexcept { return (e.flags_ & Element::kClassed) != 0; }
     void add(Element& e);
@@ -57,9 +69,10 @@ private:
     void closeGaps();
 
     std::vector<Element*> members_;  // by number; null: gone
-    std::unordered_map<Element const*, Numbers> byClass_;
+    std::unordered_map<Element const*, Members> byClass_;
     // The members' numbers, kept from the first time on that a member had to be found; until then, all start over.
-    boost::unordered_flat_map<Element const*, std::uint32_t> numbers_;
+    class NumberSet;
+    std::unique_ptr<NumberSet> numbers_;
     bool keepsNumbers_ = false;
     bool stale_ = false;
     std::size_t dead_ = 0;
@@ -77,17 +90,16 @@ public:
     unsigned next(Element** block);
 
 private:
-    unsigned take(std::uint32_t number, Element** block, unsigned count) const noexcept {
-        Element* const e = index_.members_[number];
+    unsigned take(Element* e, Element** block, unsigned count) const noexcept {
         if (e == nullptr || (index_.dead_ > 0 && !e->isAlive())) return count;
         block[count] = e;
         return count + 1;
     }
 
     ClassIndex const& index_;
-    Numbers const* only_ = nullptr;  // of a single class; of several, a bit for each member
-    std::vector<std::uint64_t> several_;
-    std::size_t position_ = 0;  // the next number or word
+    std::vector<Element*> const* only_ = nullptr;  // of a single class
+    std::vector<std::uint64_t> several_;           // of several: a bit for each number
+    std::size_t position_ = 0;                     // the next number or word
 };
 
 }  // namespace query

@@ -9,6 +9,7 @@
 #include <quay/zero/typed_handle.h>
 
 #include <bit>
+#include <concepts>
 #include <utility>
 #include <vector>
 
@@ -50,13 +51,23 @@ struct Sink {
 /// created since the last query of the model. An empty or dead model has no elements.
 QUAY_ZERO_API void answer(Question const& question, Sink const& sink);
 
+/// A handle to an element that is known to be an X.
+template <class X>
+X asHit(ModelElement::Impl* e) noexcept {
+    if constexpr (std::same_as<X, ModelElement>) {
+        return X(e);
+    } else {
+        return X::of(e);
+    }
+}
+
 /// The answer as handles of X.
 template <class X>
 std::vector<X> answer(Question const& question) {
     std::vector<X> hits;
     answer(question, {&hits, [](void* target, ModelElement::Impl* const* block, Mask met) {
                           for (; met != 0; met &= met - 1) {
-                              static_cast<std::vector<X>*>(target)->push_back(X::of(block[std::countr_zero(met)]));
+                              static_cast<std::vector<X>*>(target)->push_back(asHit<X>(block[std::countr_zero(met)]));
                           }
                       }});
     return hits;

@@ -54,22 +54,17 @@ Frame Bed::Impl::getFrame() const { return Rows::frame.get(*this); }
 void Bed::Impl::setFrame(Frame const& value) { Rows::frame.set(*this, value); }
 void Bed::Impl::basicSetFrame(Frame const& value) { Rows::frame.basicSet(*this, value); }
 Frame Bed::Impl::createIntoFrame() { return Rows::frame.createInto(*this); }
-Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder) { return Rows::frame.createInto(*this, builder); }
 Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::frame.createInto(*this, builder, id); }
 
 Lane Bed::Impl::createIntoLanes() { return Rows::lanes.createInto(*this); }
-Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder) { return Rows::lanes.createInto(*this, builder); }
 Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::lanes.createInto(*this, builder, id); }
 
-Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder) { return Rows::supports.createInto(*this, builder); }
 Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::supports.createInto(*this, builder, id); }
 
 Plant Bed::Impl::createIntoPlants() { return Rows::plants.createInto(*this); }
-Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder) { return Rows::plants.createInto(*this, builder); }
 Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::plants.createInto(*this, builder, id); }
 
 Visitor Bed::Impl::createIntoVisitors() { return Rows::visitors.createInto(*this); }
-Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder) { return Rows::visitors.createInto(*this, builder); }
 Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::visitors.createInto(*this, builder, id); }
 
 Bed::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
