@@ -129,10 +129,8 @@ TEST(Values, LeaveOptionalsUnsetWhereTheyAreEmptyAndNoText) {
 }
 
 TEST(Values, AsTextsKeepEveryUnit) {
-    std::u16string const text =
-        u"a\0\xD800\xDC00 \xDFFF\xD800"
-        u"\x00E4";
-    std::u16string const whole(text.data(), 8);
+    std::u16string whole = u"a\xD800\xDC00 \xDFFF\xD800\u00E4";
+    whole.insert(1, 1, u'\0');
     for (OrdoValue const& form : formsOf(OrdoValue::text(whole))) {
         EXPECT_EQ(form.toText(), whole);
     }

@@ -18,7 +18,10 @@ enum class Color : std::int32_t { Red = 1, Green = 2, Blue = 5 };
 struct Extent {
     double width = 1;
     std::int32_t height = 2;
-    auto operator<=>(Extent const&) const = default;
+    bool operator==(Extent const&) const = default;
+    bool operator<(Extent const& other) const {
+        return width != other.width ? width < other.width : height < other.height;
+    }
 };
 
 class Item;
