@@ -44,15 +44,15 @@ TEST(DataTypeTables, HoldEachTypeAtItsIdPlusOne) {
         {[&] { return text = table.addString("string(20)"); }, "string(20)", Category::String, "string(20)"},
         {[&] { return table.addImage("Camera"); }, "Camera", Category::Image, "Camera"},
         {[&] { return table.addOpaque("Cipher"); }, "Cipher", Category::Opaque, "Cipher"},
-        {[&] { return table.addCustom("dtoDouble_Own"); }, "dtoDouble_Own", Category::Custom, "dtoDouble_Own"},
+        {[&] { return table.addCustom("dto_double_Own"); }, "dto_double_Own", Category::Custom, "dto_double_Own"},
         {[&] { return table.addFixedPoint(fxpDataTypeProp::fixed(true, 16, -4)); }, "fixed(signed,16,2^-4)",
          Category::FixedPoint, "fixed(signed,16,2^-4)"},
         {[&] { return table.addAlias("Motor", bus); }, "Motor", Category::Bus, "Motor"},
         {[&] { return table.addAlias("Label", text); }, "Label", Category::String, "Label"},
-        {[&] { return table.addOverride(bus, Override::Double); }, "dtoDouble_Engine", Category::Bus, "Engine"},
-        {[&] { return table.addOverride(bus, Override::Single); }, "dtoSingle_Engine", Category::Bus, "Engine"},
-        {[&] { return table.addOverride(bus, Override::ScaledDouble); }, "dtoScaled_Engine", Category::Bus, "Engine"},
-        {[&] { return table.addAlias("Own", table.find("dtoDouble_Engine").value()); }, "Own", Category::Bus, "Own"},
+        {[&] { return table.addOverride(bus, Override::Double); }, "dto_double_Engine", Category::Bus, "Engine"},
+        {[&] { return table.addOverride(bus, Override::Single); }, "dto_single_Engine", Category::Bus, "Engine"},
+        {[&] { return table.addOverride(bus, Override::ScaledDouble); }, "dto_scaled_Engine", Category::Bus, "Engine"},
+        {[&] { return table.addAlias("Own", table.find("dto_double_Engine").value()); }, "Own", Category::Bus, "Own"},
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.name);

@@ -13,11 +13,11 @@ namespace {
 std::string_view prefixOf(Override by) {
     switch (by) {
         case Override::Double:
-            return "dtoDouble_";
+            return "dto_double_";
         case Override::Single:
-            return "dtoSingle_";
+            return "dto_single_";
         case Override::ScaledDouble:
-            return "dtoScaled_";
+            return "dto_scaled_";
     }
     return {};
 }

@@ -23,7 +23,7 @@ enum class Category : std::int32_t {
     Custom = 8
 };
 
-/// What the numbers of an overridden type have become. The override stands before the type's name: "dtoDouble_Engine".
+/// What the numbers of an overridden type have become. The override stands before the type's name: "dto_double_Engine".
 enum class Override { Double, Single, ScaledDouble };
 
 /// A data type. Only a DataTypeTable makes them.
