@@ -19,7 +19,7 @@ packages:
 
 demo: packages
 	$(MAKE) --no-print-directory all
-	$(BUILD_DIR)/bin/schema_tour
+	examples/demo $(BUILD_DIR)
 
 test: packages
 	$(MAKE) --no-print-directory all
@@ -28,6 +28,8 @@ test: packages
 bench: packages
 	$(MAKE) --no-print-directory all
 	$(BUILD_DIR)/bin/bench
+	[ ! -d $(BUILD_DIR)/bench_python ] || PYTHONPATH=$(BUILD_DIR)/python:$(BUILD_DIR)/bench_python \
+	  /usr/bin/python3 bench/python/python_bench.py
 
 lint:
 	dev/install-packages dev/packages.txt dev/packages-lint.txt

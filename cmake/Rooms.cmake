@@ -43,9 +43,10 @@ function(add_room folder)
   endif()
 endfunction()
 
+# add_subdirectory_if_present(<folder> [<folder in the build tree>])
 function(add_subdirectory_if_present folder)
   if(EXISTS ${PROJECT_SOURCE_DIR}/${folder}/CMakeLists.txt)
-    add_subdirectory(${folder})
+    add_subdirectory(${folder} ${ARGN})
   endif()
 endfunction()
 

@@ -38,10 +38,10 @@ HOUSE = {
     "valuetypes": Grant(("valuetypes/foreign", "platform/typesys"), generated=True),
     "package": Grant(("valuetypes", *PLATFORM), generated=True),
     "script": Grant(("package",), generated=True),
-    "python": Grant(PLATFORM, ("python",)),
+    "python": Grant(PLATFORM, ("python", "posix")),
     "tools": Grant(PRODUCT, ("posix", "cli11", "pugixml", "libzip"), generated=True),
     "examples": Grant(PRODUCT, ("posix",), generated=True),
-    "bench": Grant(PRODUCT, ("posix", "benchmark"), generated=True),
+    "bench": Grant(PRODUCT, ("posix", "benchmark", "python", "pybind11"), generated=True),
     "tests": Grant(PRODUCT, ("posix", "gtest"), generated=True),
 }
 
@@ -50,6 +50,7 @@ LIBRARIES = {
     "boost": re.compile(r"boost/"),
     "posix": re.compile(r"(sys/|(dlfcn|fcntl|link|malloc|pthread|unistd)\.h$)"),
     "python": re.compile(r"(Python|structmember|numpy/\w+)(\.h)?$"),
+    "pybind11": re.compile(r"pybind11/"),
     "benchmark": re.compile(r"benchmark/"),
     "cli11": re.compile(r"CLI/"),
     "pugixml": re.compile(r"pugixml\.hpp$"),

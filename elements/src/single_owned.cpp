@@ -37,14 +37,15 @@ void ChildRow::write(Element& e, ModelElement const& child) const {
     savepoint.commit();
 }
 
-void ChildRow::basicWrite(Element& e, ModelElement const& child) const noexcept { slot(e) = child; }
+void ChildRow::basicWrite(Element& e, ModelElement const& child) const noexcept {
+    if (child.impl() != nullptr) e.noteOwned();
+    slot(e) = child;
+}
 
 void ChildRow::save(Element const& e, Cell& old) const { old.emplace<ModelElement>(slot(e)); }
 void ChildRow::exchange(Element& e, Cell& old) const noexcept { std::swap(slot(e), old.get<ModelElement>()); }
-void ChildRow::restore(Element& e, Cell const& old) const { slot(e) = old.get<ModelElement>(); }
-bool ChildRow::unchanged(Element const& e, Cell const& old) const {
-    return slot(e) == old.get<ModelElement>() || standsFor(old.get<ModelElement>(), slot(e));
-}
+void ChildRow::restore(Element& e, Cell const& old) const { basicWrite(e, old.get<ModelElement>()); }
+bool ChildRow::unchanged(Element const& e, Cell const& old) const { return slot(e) == old.get<ModelElement>(); }
 void ChildRow::discard(Cell& old) const noexcept { old.drop<ModelElement>(); }
 void ChildRow::relocate(Cell& from, Cell& to) const noexcept { from.moveTo<ModelElement>(to); }
 

@@ -41,6 +41,15 @@ std::size_t distance(std::string const& left, std::string const& right) {
     return line.back();
 }
 
+/// Whether a member is a property, and one of objects of this type, wherever it was found.
+bool isProperty(PyObject* member, PyTypeObject* type) {
+    if (!Py_IS_TYPE(member, propertyType)) {
+        return false;
+    }
+    PyTypeObject* const owner = reinterpret_cast<PropertyMember*>(member)->type;
+    return owner == type || PyType_IsSubtype(type, owner) != 0;
+}
+
 [[noreturn]] void raiseNoSuchMember(PyTypeObject* type, PyObject* name) {
     std::string const missing = nameFromPython(name);
     std::vector<std::string> arguments{missing, type->tp_name};
@@ -85,7 +94,7 @@ std::string nearestName(PyTypeObject* type, std::string const& name) {
 PyObject* getAttribute(PyObject* self, PyObject* name) noexcept {
     PyTypeObject* const type = Py_TYPE(self);
     if (PyObject* const member = PyUnicode_Check(name) ? _PyType_Lookup(type, name) : nullptr) [[likely]] {
-        if (Py_IS_TYPE(member, propertyType)) {
+        if (isProperty(member, type)) {
             return readProperty(*reinterpret_cast<PropertyMember*>(member), self);
         }
         if (Py_IS_TYPE(member, methodType)) {
@@ -110,7 +119,7 @@ PyObject* getClassAttribute(PyObject* type, PyObject* name) noexcept {
 int setAttribute(PyObject* self, PyObject* name, PyObject* value) noexcept {
     PyTypeObject* const type = Py_TYPE(self);
     PyObject* const member = PyUnicode_Check(name) ? _PyType_Lookup(type, name) : nullptr;
-    if (member != nullptr && Py_IS_TYPE(member, propertyType)) {
+    if (member != nullptr && isProperty(member, type)) {
         return writeProperty(*reinterpret_cast<PropertyMember*>(member), self, value);
     }
     if (!PyUnicode_Check(name) || (member != nullptr && Py_TYPE(member)->tp_descr_set != nullptr)) {

@@ -225,26 +225,45 @@ PyObject* mappedItemOr(PyObject* self, PyObject* const* arguments, Py_ssize_t co
 
 enum class Part { Keys, Values, Items };
 
+/// A map as it is now, as a dict.
+Ref dictOf(Snapshot const& snapshot) {
+    Ref dict(PyDict_New());
+    for (std::size_t i = 0; i < snapshot.members.size(); ++i) {
+        if (isAlive(snapshot.members[i])) {
+            Ref const key = toPython(snapshot.keys[i]);
+            Ref const member = toPython(snapshot.members[i]);
+            checked(PyDict_SetItem(dict.get(), key.get(), member.get()));
+        }
+    }
+    return dict;
+}
+
+/// Entries of a multimap as they are now, which no dict could have.
+Ref entriesOf(Snapshot const& snapshot, Part part) {
+    Ref list(PyList_New(0));
+    for (std::size_t i = 0; i < snapshot.members.size(); ++i) {
+        if (!isAlive(snapshot.members[i])) {
+            continue;
+        }
+        Ref entry = toPython(part == Part::Values ? snapshot.members[i] : snapshot.keys[i]);
+        if (part == Part::Items) {
+            Ref const member = toPython(snapshot.members[i]);
+            entry = Ref(PyTuple_Pack(2, entry.get(), member.get()));
+        }
+        checked(PyList_Append(list.get(), entry.get()));
+    }
+    return list;
+}
+
 template <Part part>
 PyObject* partsOf(PyObject* self, PyObject*) noexcept {
-    return guarded([&] {
+    return guarded([&]() -> PyObject* {
         Snapshot const snapshot = snapshotOf(self);
-        Ref list(PyList_New(0));
-        for (std::size_t i = 0; i < snapshot.members.size(); ++i) {
-            if (!isAlive(snapshot.members[i])) {
-                continue;
-            }
-            Ref entry;
-            if constexpr (part == Part::Items) {
-                Ref const key = toPython(snapshot.keys[i]);
-                Ref const member = toPython(snapshot.members[i]);
-                entry = Ref(PyTuple_Pack(2, key.get(), member.get()));
-            } else {
-                entry = toPython(part == Part::Keys ? snapshot.keys[i] : snapshot.members[i]);
-            }
-            checked(PyList_Append(list.get(), entry.get()));
+        if (collectionOf(self).kind() == CollectionKind::Multimap) {
+            return entriesOf(snapshot, part).release();
         }
-        return list.release();
+        constexpr char const* view = part == Part::Keys ? "keys" : part == Part::Values ? "values" : "items";
+        return PyObject_CallMethod(dictOf(snapshot).get(), view, nullptr);
     });
 }
 
@@ -263,9 +282,10 @@ PyMethodDef const setMethods[] = {
 };
 PyMethodDef const mapMethods[] = {
     {"get", asFunction(mappedItemOr), METH_FASTCALL, "What stands under a key, or a default."},
-    {"keys", partsOf<Part::Keys>, METH_NOARGS, "A list of the keys, each as often as it has members."},
-    {"values", partsOf<Part::Values>, METH_NOARGS, "A list of the members."},
-    {"items", partsOf<Part::Items>, METH_NOARGS, "A list of pairs of a key and a member."},
+    {"keys", partsOf<Part::Keys>, METH_NOARGS,
+     "The keys as they are now; a multimap's in a list, each as often as it has members."},
+    {"values", partsOf<Part::Values>, METH_NOARGS, "The members as they are now."},
+    {"items", partsOf<Part::Items>, METH_NOARGS, "Pairs of a key and a member, as they are now."},
 };
 
 void addMethods(PyTypeObject* type, std::span<PyMethodDef const> methods) {

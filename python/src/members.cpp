@@ -42,10 +42,12 @@ void checkNative(PropertyMember const& property, Instance const& self) {
 
 /// The uuid.UUID of a text.
 Ref uuidFromText(Ref const& text) {
-    static PyObject* const uuidClass = [] {
+    // Not initialised in one step: while a module is imported other threads run, and must not wait for this one.
+    static PyObject* uuidClass = nullptr;
+    if (uuidClass == nullptr) {
         Ref const module(PyImport_ImportModule("uuid"));
-        return PyObject_GetAttrString(module.get(), "UUID");
-    }();
+        uuidClass = Ref(PyObject_GetAttrString(module.get(), "UUID")).release();
+    }
     return Ref(PyObject_CallOneArg(uuidClass, text.get()));
 }
 
@@ -122,7 +124,7 @@ PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t fla
         if (call.resultCount() == 0) {
             return none().release();
         }
-        return shown(call.result(), method.info->signature().result == "cell").release();
+        return shown(call.result(), method.isList).release();
     });
 }
 
@@ -272,6 +274,7 @@ Ref makeMethod(ordo::OrdoMethodInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     auto* const made = PyObject_New(MethodMember, methodType);
     Ref result(reinterpret_cast<PyObject*>(made));
     made->call = callMethod;
+    made->isList = info.signature().result == "cell";
     made->info = &info;
     made->ordoClass = &ordoClass;
     made->type = type;

@@ -26,6 +26,7 @@ struct MethodMember {
     ordo::OrdoMethodInfo* info;
     ordo::OrdoClass* ordoClass;
     PyTypeObject* type;
+    bool isList;  // an empty result is a list as well
 };
 
 extern PyTypeObject* propertyType;

@@ -13,8 +13,7 @@ PyModuleDef definition{
 
 }  // namespace
 
-PyMODINIT_FUNC PyInit__core();
-
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the interpreter makes the name out of the module's
 PyMODINIT_FUNC PyInit__core() {
     return host::guarded([] {
         host::Ref module(PyModule_Create(&definition));

@@ -62,6 +62,7 @@ void CollectionWithProxies::removeProxy(ModelElement const& proxy) {
 
 void CollectionWithProxies::basicAddProxy(ModelElement const& proxy) {
     if (holdsProxy(proxy)) return;
+    noteContent();
     if (proxies_ == nullptr) proxies_ = std::make_unique<Proxies>();
     ProxyId const id = proxy->getProxyId();
     if (!recording()) {

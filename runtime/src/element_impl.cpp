@@ -6,7 +6,11 @@ namespace quay::zero {
 
 ElementImpl::InvalidateCallback ElementImpl::m_callback = nullptr;
 
-ElementImpl::~ElementImpl() { count_.store(REFCOUNT_DELETING, std::memory_order_seq_cst); }
+ElementImpl::~ElementImpl() {
+    // The fence is for other threads.
+    auto const order = __libc_single_threaded ? std::memory_order_relaxed : std::memory_order_seq_cst;
+    count_.store(REFCOUNT_DELETING, order);
+}
 
 void ElementImpl::removeRef() const noexcept {
     if (changeCount(static_cast<std::uint32_t>(-1)) == 1) delete this;

@@ -45,15 +45,16 @@ KeyResult<K> KeyedCore<K>::keyOf(ModelElement::Impl const& e) const {
 // --- Content and its record -----------------------------------------------------------------------------------------
 
 template <class K>
-void KeyedCore<K>::put(K key, ModelElement const& e) {
+void KeyedCore<K>::put(K key, ModelElement const& e, Position before) {
+    this->noteContent();
     if (!this->recording()) {
-        tree_.emplace(std::move(key), e);
+        tree_.emplace_hint(before, std::move(key), e);
         return;
     }
     auto taken = std::make_unique<Taken>();
     Step& step = this->record(StepKind::Inserted);
     try {
-        taken->position = tree_.emplace(std::move(key), e);
+        taken->position = tree_.emplace_hint(before, std::move(key), e);
     } catch (...) {
         step.kind = StepKind::Touched;
         throw;
@@ -86,6 +87,7 @@ void KeyedCore<K>::swapContent(Content&& content) {
     }
     tree_.swap(content.tree);
     this->proxies_.swap(content.proxies);
+    if (!holdsNothing()) this->noteContent();
 }
 
 template <class K>
@@ -132,8 +134,8 @@ bool KeyedCore<K>::sameByRule(AbstractOwnedCollection const& old) const {
 
 template <class K>
 typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) const {
-    auto const range = tree_.equal_range(keyOf(*e.impl()));
-    for (auto i = range.first; i != range.second; ++i) {
+    KeyResult<K> const key = keyOf(*e.impl());
+    for (auto i = tree_.lower_bound(key); i != tree_.end() && i->first == key; ++i) {
         if (i->second == e) return i;
     }
     // A guest may have got another key where it has its place.
@@ -154,22 +156,23 @@ void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy polic
     if constexpr (std::is_floating_point_v<K>) {
         if (std::isnan(key)) reportException(quay0::messages::InvalidValue().about(this->describe()).withValue(u"NaN"));
     }
-    auto const range = tree_.equal_range(key);
-    for (auto i = range.first; i != range.second; ++i) {
-        if (i->second == e) return;
+    auto const first = tree_.lower_bound(key);
+    auto before = first;
+    for (; before != tree_.end() && before->first == key; ++before) {
+        if (before->second == e) return;
     }
-    bool const taken = unique_ && range.first != range.second;
+    bool const taken = unique_ && first != before;
     if (taken && policy == InsertPolicy::Keep) return;
     if (taken && policy == InsertPolicy::Report) {
         reportException(quay0::messages::UniquenessConstraint().about(this->describe()).withValue(textOf(key)));
     }
     AbstractOwnedCollection::Operation operation(*this);
     if (taken) {
-        ModelElement const old = range.first->second;
-        take(range.first);
+        ModelElement const old = first->second;
+        take(first);
         this->release(old.impl());
     }
-    put(std::move(key), e);
+    put(std::move(key), e, before);
     this->contain(e.impl());
     operation.commit();
 }
@@ -231,7 +234,9 @@ void KeyedCore<K>::copyContents(AbstractOwnedCollection const& other) {
 
 template <class K>
 void KeyedCore<K>::basicAdd(ModelElement const& e) {
-    put(K(keyOf(*e.impl())), e);
+    K key(keyOf(*e.impl()));
+    auto const before = tree_.upper_bound(key);
+    put(std::move(key), e, before);
 }
 
 template <class K>
@@ -270,6 +275,7 @@ bool KeyedCore<K>::resolveAdd(ModelElement const& e) {
         if (std::isnan(key)) return false;
     }
     auto taken = std::make_unique<Taken>();
+    this->noteContent();
     taken->position = tree_.emplace(std::move(key), e);
     if (Step* const step = this->recordResolution(StepKind::Inserted)) step->payload = taken.release();
     hasGuests_ = hasGuests_ || &e->model() != &this->owner()->model() || e->containerImpl() != nullptr;

@@ -33,8 +33,6 @@ bool countsOne(Step const& step) noexcept {
 
 }  // namespace
 
-SequenceCore::~SequenceCore() = default;
-
 void SequenceCore::requirePosition(std::size_t position, std::size_t end) const {
     if (position >= end) throw std::out_of_range("position beyond the end of the sequence");
 }
@@ -55,7 +53,12 @@ void SequenceCore::put(std::size_t position, ModelElement const& e) {
             step.count = 1;
         }
     }
-    members_.insert(members_.begin() + static_cast<std::ptrdiff_t>(position), std::move(member));
+    noteContent();
+    if (position == members_.size()) {
+        members_.push_back(std::move(member));
+    } else {
+        members_.insert(members_.begin() + static_cast<std::ptrdiff_t>(position), std::move(member));
+    }
 }
 
 void SequenceCore::take(std::size_t position) {
@@ -76,6 +79,7 @@ void SequenceCore::swapContent(Members content) {
         static_cast<Members*>(step.payload)->swap(members_);
     }
     members_.swap(content);
+    if (!members_.empty()) noteContent();
 }
 
 void SequenceCore::exchange(Step& step) noexcept {
@@ -133,7 +137,7 @@ void SequenceCore::discard(Step& step) noexcept {
 bool SequenceCore::sameByRule(AbstractOwnedCollection const& old) const {
     Members const& before = static_cast<SequenceCore const&>(old).members_;
     if (before.size() != members_.size() || before.size() > 1) return false;
-    return before.empty() || before.front() == members_.front() || standsFor(before.front(), members_.front());
+    return before.empty() || peekResolveProxy(before.front()) == members_.front();
 }
 
 // --- Typed operations -----------------------------------------------------------------------------------------------
@@ -147,6 +151,19 @@ void SequenceCore::insertElement(std::size_t position, ModelElement const& e) {
     put(position, e);
     contain(member);
     operation.commit();
+}
+
+void SequenceCore::addNewElement(ModelElement const& e) {
+    ModelElement::Impl* const member = e.impl();
+    ModelElement::Impl* const o = owner();
+    bool const unbound = o != nullptr && o->isWritable() && e && member->containerImpl() == nullptr &&
+                         !member->hasOwned() && &member->model() == &o->model() && o->model().inOperation();
+    if (!unbound) {  // a host's own class may have done more to it than making it
+        addElement(e);
+        return;
+    }
+    put(members_.size(), e);
+    o->model().setContainer(*member, o, index());
 }
 
 bool SequenceCore::containsElement(ModelElement const& e) const { return e && !e->isProxy() && indexOf(e) != NONE; }

@@ -20,6 +20,7 @@ SetCore::~SetCore() = default;
 // --- Content and its record -----------------------------------------------------------------------------------------
 
 void SetCore::put(ModelElement const& e) {
+    noteContent();
     if (!recording()) {
         members_.insert(e);
         return;
@@ -59,6 +60,7 @@ void SetCore::swapContent(Content&& content) {
     }
     members_.swap(content.members);
     proxies_.swap(content.proxies);
+    if (!holdsNothing()) noteContent();
 }
 
 // A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
@@ -171,6 +173,7 @@ bool SetCore::resolveAdd(ModelElement const& e) {
     auto taken = std::make_unique<Taken>();
     taken->member = e;
     if (!members_.insert(e).second) return false;
+    noteContent();
     if (Step* const step = recordResolution(StepKind::Inserted)) step->payload = taken.release();
     return true;
 }

@@ -27,13 +27,14 @@ public:
     }
     /// Keeps the log, and leaves an empty one in its place. What could be redone is dropped, and the oldest if need be.
     void push(UndoLog& log) noexcept {
-        dropUndone();
-        if (done_ == slots_.size()) {
-            at(0).discard();
-            first_ = (first_ + 1) % slots_.size();
-            --done_;
-        }
+        makeRoom();
         at(done_).swap(log);
+        ++done_;
+    }
+    /// The same for a log of one storage.
+    void push(Storage& s) noexcept {
+        makeRoom();
+        at(done_).storages = &s;
         ++done_;
     }
 
@@ -43,8 +44,7 @@ public:
     /// A log is to follow: what was resolved now lies between two, and is undone and redone with the earlier one.
     void settle() {
         if (done_ == 0) return resolved_.discard();
-        auto& steps = at(done_ - 1).steps;
-        steps.reserve(steps.size() + resolved_.steps.size());
+        at(done_ - 1).reserveSteps(resolved_.steps.size());
         resolved_.moveSteps(at(done_ - 1));
     }
 
@@ -85,7 +85,15 @@ public:
     }
 
 private:
-    UndoLog& at(std::size_t i) noexcept { return slots_[(first_ + i) % slots_.size()]; }
+    void makeRoom() noexcept {
+        dropUndone();
+        if (done_ < slots_.size()) return;
+        at(0).discard();
+        first_ = wrap(first_ + 1);
+        --done_;
+    }
+    UndoLog& at(std::size_t i) noexcept { return slots_[wrap(first_ + i)]; }
+    std::size_t wrap(std::size_t i) const noexcept { return i < slots_.size() ? i : i - slots_.size(); }
 
     std::size_t limit_;
     std::vector<UndoLog> slots_;

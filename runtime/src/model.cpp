@@ -30,7 +30,7 @@ ModelImpl& ModelImpl::closed() noexcept {
         made.addRef();
         made.setFlag(kAlive, false);
         made.frozen_ = true;
-        made.quiet_ = false;
+        made.refreshQuiet();
         return made;
     }();
     return model;
@@ -46,6 +46,7 @@ void ModelImpl::releaseElements() noexcept {
         proxy->setFlag(kAlive, false);
         proxy->model_ = &closed();
     }
+    classes_.clear();
     proxies_.clear();
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
         e->setFlag(kAlive, false);
@@ -69,7 +70,7 @@ void ModelImpl::enter(ModelElement::Impl& element) {
             log_.lives.back().last = &element;
             ++log_.lives.back().count;
         } else {
-            log_.lives.push_back({true, 1, &element, &element});
+            log_.lives.emplace_back(true, 1, element);
         }
         element.track_ = (levelSerial_ << 1) | 1;
     }
@@ -82,9 +83,10 @@ void ModelImpl::enter(ModelElement::Impl& element) {
 void ModelImpl::bury(ModelElement::Impl& element) {
     // A proxy was never entered: the model doesn't hold it, so the log counts it itself, as a run of none.
     bool const listed = (element.flags_ & kListed) != 0;
-    log_.lives.push_back({false, listed ? 1U : 0U, &element, &element});
+    log_.lives.emplace_back(false, listed ? 1 : 0, element);
     if (listed) {
         ids_.forget(element);
+        classes_.leaving(element);
         elements_.takeOut(element, element, 1);
     } else {
         element.addRef();
@@ -96,6 +98,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
 void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     ids_.remove(element);
     forgetProxy(element);
+    classes_.remove(element);
     element.model_ = &closed();
     element.track_ = 1;
     element.removeRef();
@@ -144,7 +147,7 @@ void ModelImpl::removeListener(std::uint64_t id) {
 void ModelImpl::tell(ChangeSet const& changes) noexcept {
     auto const listeners = listeners_;
     telling_ = true;
-    quiet_ = false;
+    refreshQuiet();
     for (NumberedListener const& listener : *listeners) {
         try {
             listener.call(changes);
@@ -172,7 +175,8 @@ bool ModelImpl::redo() { return replay(true); }
 // --- Freezing and holding -------------------------------------------------------------------------------------------
 
 void ModelImpl::refreshQuiet() noexcept {
-    quiet_ = levels_.empty() && !listeners_ && !history_ && !frozen_ && !telling_;
+    if (!levels_.empty()) return;
+    levelSerial_ = listeners_ || history_ || frozen_ || telling_ ? UINT64_MAX >> 1 : 0;
 }
 
 Model::Freezer::Freezer(Model const& model) : model_(model) {

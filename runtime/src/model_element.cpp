@@ -54,7 +54,7 @@ void ModelElement::Impl::destroy() {
     if (!isAlive()) return;
     ModelElement const alive(this);
     Savepoint savepoint(*model_);
-    destroyRecursively(false, true, false);
+    takeDown(false, true, false);
     savepoint.commit();
 }
 
@@ -62,18 +62,26 @@ void ModelElement::Impl::destroyRecursively(bool a, bool detach, bool b) {
     if (!isAlive()) return;
     ModelElement const alive(this);
     ImplicitTransaction transaction(*model_);
-    aboutToDestroy();
-    if (detach && container_ != nullptr) {
-        ModelElement const owner(container_);
-        if (PropertyRow const* row = container_->classTable().rowAt(containmentIndex_)) row->leave(*container_, alive);
-        model_->setContainer(*this, nullptr, 0);
-    }
-    doDestroy(a, b);
+    takeDown(a, detach, b);
     transaction.commit();
 }
 
+/// What destroying is, in an open transaction, for an element that somebody holds.
+void ModelElement::Impl::takeDown(bool a, bool detach, bool b) {
+    aboutToDestroy();
+    if (detach && container_ != nullptr) {
+        Impl* const owner = container_;
+        ModelElement const held(owner);
+        if (PropertyRow const* row = owner->classTable().rowAt(containmentIndex_)) {
+            row->leave(*owner, ModelElement(this));
+        }
+        model_->setContainer(*this, nullptr, 0);
+    }
+    doDestroy(a, b);
+}
+
 void ModelElement::Impl::doDestroy(bool a, bool b) {
-    for (ClassTable const* level = &classTable(); level != nullptr; level = level->base()) {
+    for (ClassTable const* level = hasOwned() ? &classTable() : nullptr; level != nullptr; level = level->base()) {
         for (PropertyRow const* row : level->rows()) {
             if (row->ownsElements()) row->destroyChildren(*this, a, b);
         }
@@ -109,7 +117,7 @@ void ModelElement::Impl::notifyModifying(unsigned long index) {
     if (row == nullptr || !model_->inTransaction()) return;
     if (AbstractOwnedCollection* const collection = row->collection(*this)) {
         collection->modifying();
-    } else if (!model_->isRecorded(*this, index)) {
+    } else if (!model_->isRecorded(*this, *row)) {
         Cell present;
         row->save(*this, present);
         Cell* kept = nullptr;

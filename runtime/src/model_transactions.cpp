@@ -16,8 +16,6 @@ namespace quay::zero {
 
 namespace {
 
-constexpr std::uint64_t kNoLevel = UINT64_MAX >> 1;
-
 /// A birth serial or a Storage, as an element's track word tells.
 bool isBirth(std::uintptr_t track) noexcept { return (track & 1) != 0; }
 std::uint64_t birthOf(std::uintptr_t track) noexcept { return track >> 1; }
@@ -32,9 +30,8 @@ Transaction ModelImpl::beginTransaction(bool system) { return {*this, openLevel(
 std::uint64_t ModelImpl::openLevel(bool system, bool isOperation) {
     if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
     if (frozen_) reportException(quay0::messages::ModelIsFrozen());
-    levels_.push_back({lastSerial_ + 1, log_.lives.size(), log_.steps.size(), log_.storages, system, isOperation});
+    levels_.emplace_back(lastSerial_ + 1, log_, system, isOperation);
     levelSerial_ = ++lastSerial_;
-    quiet_ = false;
     return levelSerial_;
 }
 
@@ -62,32 +59,45 @@ void ModelImpl::rollbackLevel(std::uint64_t serial) noexcept {
 
 void ModelImpl::endLevel() noexcept {
     levels_.pop_back();
-    levelSerial_ = levels_.empty() ? kNoLevel : levels_.back().serial;
-    if (levels_.empty()) refreshQuiet();
+    if (levels_.empty()) {
+        refreshQuiet();
+    } else {
+        levelSerial_ = levels_.back().serial;
+    }
 }
 
 // --- Recording ------------------------------------------------------------------------------------------------------
 
-Cell& ModelImpl::record(ModelElement::Impl& element, PropertyRow const& row) {
-    if (!isBirth(element.track_)) {
-        Storage& present = *storageOf(element.track_);
-        if (present.serial_ >= levelSerial_) return present.add(row);
-    }
-    Storage* const s = takeStorage(element);
-    Cell& cell = s->add(row);
-    s->serial_ = levelSerial_;
-    s->outerTrack_ = element.track_;
-    s->next_ = log_.storages;
-    log_.storages = s;
-    element.track_ = reinterpret_cast<std::uintptr_t>(s);
-    return cell;
+/// A storage for the element from the pool.
+inline Storage& ModelImpl::takeStorage(ModelElement::Impl& element) {
+    if (freeStorages_ == nullptr) makeStorage();
+    Storage& s = *freeStorages_;
+    freeStorages_ = s.next_;
+    s.element_ = &element;
+    return s;
 }
 
-Storage* ModelImpl::takeStorage(ModelElement::Impl& element) {
-    if (freeStorages_ == nullptr) return new Storage(element);
-    Storage* const s = std::exchange(freeStorages_, freeStorages_->next_);
-    s->element_ = &element;
-    return s;
+void ModelImpl::makeStorage() { freeStorages_ = new Storage; }
+
+Cell& ModelImpl::record(ModelElement::Impl& element, PropertyRow const& row) {
+    std::uintptr_t const track = element.track_;
+    if (!isBirth(track) && storageOf(track)->serial_ >= levelSerial_) return storageOf(track)->add(row);
+    Storage& s = takeStorage(element);
+    s.serial_ = levelSerial_;
+    s.outerTrack_ = track;
+    s.next_ = log_.storages;
+    log_.storages = &s;
+    element.track_ = reinterpret_cast<std::uintptr_t>(&s);
+    return s.add(row);
+}
+
+Cell& ModelImpl::recordAlone(ModelElement::Impl& element, PropertyRow const& row) {
+    history_->reserve();
+    history_->settle();
+    Storage& s = takeStorage(element);
+    s.next_ = nullptr;
+    history_->push(s);
+    return s.add(row);
 }
 
 void ModelImpl::giveBack(Storage* s) noexcept {
@@ -108,6 +118,7 @@ void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* cont
     }
     child.container_ = container;
     child.containmentIndex_ = index;
+    if (container != nullptr) container->noteOwned();
 }
 
 /// What no list of the model holds, such as a proxy, must live as long as the step that knows it.
@@ -179,16 +190,20 @@ void ModelImpl::mergeAt(Level const& level) noexcept {
 
 void ModelImpl::commitOutermost() {
     bool const system = levels_.front().system;
-    bool const heard = !system && (history_ || listeners_) && !log_.empty();
+    if (system || (!history_ && !listeners_) || log_.empty()) {
+        if (history_ && log_.storages == nullptr && log_.onlyResolves()) {
+            history_->resolved().reserveSteps(log_.steps.size());
+            log_.moveSteps(history_->resolved());
+        }
+        commitUnheard(system);
+        return;
+    }
     std::uint64_t const bornSince = levels_.front().serial;
 
     // All that can fail comes before anything is final.
     std::unique_ptr<ChangeSet> changes;
-    bool nothingLeft = true;
-    if (heard) {
-        if (listeners_) changes.reset(new ChangeSet(*this, log_, bornSince));
-        nothingLeft = changes != nullptr ? changes->empty() : ChangeSet::isNothingLeft(*this, log_, bornSince);
-    }
+    if (listeners_) changes.reset(new ChangeSet(*this, log_, bornSince));
+    bool const nothingLeft = changes != nullptr ? changes->empty() : ChangeSet::isNothingLeft(*this, log_, bornSince);
     bool const keep = history_ && !nothingLeft;
     if (keep) {
         for (Step& step : log_.steps) prepareStep(step);
@@ -196,7 +211,7 @@ void ModelImpl::commitOutermost() {
         history_->settle();
     }
     bool const onlyResolves = history_ && !keep && log_.onlyResolves();
-    if (onlyResolves) history_->resolved().steps.reserve(history_->resolved().steps.size() + log_.steps.size());
+    if (onlyResolves) history_->resolved().reserveSteps(log_.steps.size());
 
     for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
     endLevel();
@@ -204,26 +219,39 @@ void ModelImpl::commitOutermost() {
         Model const alive(this);  // a listener may drop the last handle
         tell(*changes);
         changes.reset();
-        finish(keep, system);
+        finish(keep);
         return;
     }
     // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
     // left and came again has another one: so the former ones come back.
     if (onlyResolves) {
         log_.moveSteps(history_->resolved());
-    } else if (heard && history_ && nothingLeft) {
+    } else if (history_ && nothingLeft) {
         exchangeSteps(log_, 0);
     }
     changes.reset();
-    finish(keep, system);
+    finish(keep);
+}
+
+/// A commit that nobody hears of and nobody can take back. What was done before a system transaction can't be undone
+/// after it, since that would take its work along.
+void ModelImpl::commitUnheard(bool system) noexcept {
+    bool const nothingDone = log_.empty();
+    while (Storage* const s = log_.storages) {
+        s->element_->track_ = 1;
+        log_.storages = s->next_;
+        giveBack(s);
+    }
+    endLevel();
+    if (system && history_ && !nothingDone) history_->clear();
+    log_.discard();
 }
 
 /// The log of a finished transaction goes into the history or away.
-void ModelImpl::finish(bool keep, bool system) noexcept {
+void ModelImpl::finish(bool keep) noexcept {
     if (keep && history_) {
         history_->push(log_);
     } else {
-        if (system && history_ && (!log_.lives.empty() || !log_.steps.empty())) history_->clear();
         log_.discard();
     }
 }
@@ -279,6 +307,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
         if (entry.born) {
             for (auto* e = entry.last;; e = e->previous_) {
                 ids_.forget(*e);
+                classes_.leaving(*e);
                 e->setFlag(kAlive, false);
                 if (buried != nullptr) buried->emplace_back(e);
                 if (e == entry.first) break;
@@ -288,6 +317,7 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
             for (auto* e = entry.first;; e = e->next_) {
                 if ((e->flags_ & (kIndexed | kListed)) == kListed) ids_.startOver();
                 e->setFlag(kAlive, true);
+                classes_.returned(*e);
                 if (revived != nullptr) revived->emplace_back(e);
                 if (e == entry.last) break;
             }

@@ -41,6 +41,7 @@ void PropertyRow::join(ModelElement::Impl&, ModelElement const&) const {}
 void PropertyRow::leave(ModelElement::Impl&, ModelElement const&) const {}
 void PropertyRow::disassociate(ModelElement::Impl&) const {}
 void PropertyRow::destroyChildren(ModelElement::Impl&, bool, bool) const {}
+ModelElement PropertyRow::child(ModelElement::Impl const&) const { return {}; }
 AbstractOwnedCollection* PropertyRow::collection(ModelElement::Impl const&) const { return nullptr; }
 void PropertyRow::give(ModelElement::Builder& builder, meta::Property const& property, Value const&) const {
     reportException(quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));

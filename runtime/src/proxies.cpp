@@ -35,10 +35,6 @@ void ModelImpl::setProxyId(ModelElement::Impl& element, ProxyId id) {
     element.setFlag(kProxy, true);
 }
 
-bool standsFor(ModelElement const& proxy, ModelElement const& e) {
-    return proxy && e && proxy->isProxy() && !e->isProxy() && proxy->getProxyId().id() == e->uuid();
-}
-
 // --- What they stand for --------------------------------------------------------------------------------------------
 
 ModelElement ModelImpl::resolveProxy(ModelElement::Impl const* referrer, ModelElement const& proxy) {
@@ -80,9 +76,7 @@ UndoLog* ModelImpl::resolutionLog() noexcept {
 ModelImpl::Resolution::Resolution(ModelImpl& model) {
     if (model.inTransaction() && !model.inOperation()) savepoint_.emplace(model);
     constexpr std::size_t most = 4;  // the proxy leaves, the element comes, and both containers
-    UndoLog* const log = model.resolutionLog();
-    if (log == nullptr || log->steps.capacity() - log->steps.size() >= most) return;
-    log->steps.reserve(std::max(log->steps.size() + most, 2 * log->steps.capacity()));
+    if (UndoLog* const log = model.resolutionLog()) log->reserveSteps(most);
 }
 
 void ModelImpl::Resolution::commit() {

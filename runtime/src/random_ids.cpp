@@ -1,9 +1,7 @@
 #include <quay/zero/random_ids.h>
 
 #include <atomic>
-#include <bit>
 #include <chrono>
-#include <cstring>
 #include <exception>
 #include <random>
 
@@ -36,28 +34,6 @@ RandomIds::RandomIds() noexcept {
     std::uint64_t seed = entropy[0] + generators.fetch_add(1, std::memory_order_relaxed) * 0xd1342543de82ef95;
     for (std::uint64_t& word : state_) word = mix(seed += 0x9e3779b97f4a7c15) ^ entropy[1];
     state_[0] |= 1;  // the state may not be all zero
-}
-
-std::uint64_t RandomIds::next() noexcept {
-    std::uint64_t const result = std::rotl(state_[0] + state_[3], 23) + state_[0];
-    std::uint64_t const t = state_[1] << 17;
-    state_[2] ^= state_[0];
-    state_[3] ^= state_[1];
-    state_[1] ^= state_[2];
-    state_[0] ^= state_[3];
-    state_[2] ^= t;
-    state_[3] = std::rotl(state_[3], 45);
-    return result;
-}
-
-boost::uuids::uuid RandomIds::draw() noexcept {
-    std::uint64_t words[2] = {next(), next()};
-    boost::uuids::uuid id;
-    static_assert(sizeof id == sizeof words);
-    std::memcpy(&id, words, sizeof id);
-    id.data[6] = static_cast<std::uint8_t>((id.data[6] & 0x0f) | 0x40);  // version 4
-    id.data[8] = static_cast<std::uint8_t>((id.data[8] & 0x3f) | 0x80);  // the usual variant
-    return id;
 }
 
 }  // namespace quay::zero

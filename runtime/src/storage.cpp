@@ -29,12 +29,7 @@ Storage::Overflow& Storage::overflow() {
     return *more_;
 }
 
-Cell& Storage::add(PropertyRow const& row) {
-    if (count_ == 0) {
-        first_.row = &row;
-        count_ = 1;
-        return first_.old;
-    }
+Cell& Storage::addMore(PropertyRow const& row) {
     Overflow& more = overflow();
     std::size_t const wanted = std::max<std::size_t>(row.index(), first_.row->index()) + 1;
     if (more.mask.size() < wanted) more.mask.resize(std::max<std::size_t>(64, wanted));
@@ -119,19 +114,12 @@ ModelElement const& Storage::oldContainer() const noexcept {
     return more_ == nullptr ? none : more_->container;
 }
 
-void Storage::exchange() noexcept {
-    forEach([&](Entry& e) { e.row->exchange(*element_, e.old); });
-}
-
-void Storage::clear() noexcept {
+void Storage::clearAll() noexcept {
     forEach([](Entry& e) { e.row->discard(e.old); });
-    count_ = 0;
-    if (more_ != nullptr) {
-        more_->mask.reset();
-        more_->entries.clear();
-        more_->container = ModelElement();
-        more_->containmentFeature = meta::Property();
-    }
+    more_->mask.reset();
+    more_->entries.clear();
+    more_->container = ModelElement();
+    more_->containmentFeature = meta::Property();
 }
 
 }  // namespace quay::zero

@@ -15,7 +15,7 @@ void UndoLog::discard() noexcept {
         storages = s->next_;
         s->element().model().giveBack(s);
     }
-    discardFrom(0, 0);
+    if (!steps.empty() || !lives.empty()) discardFrom(0, 0);
     done = true;
 }
 
@@ -32,18 +32,19 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
     }
     steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(step), steps.end());
     for (std::size_t i = lives.size(); i-- > life;) {
-        LifeEntry const entry = lives[i];
+        bool const born = lives.back().born;
+        std::size_t const count = lives.back().count;
+        auto* e = lives.back().first;
+        auto const* const last = lives.back().last;
         lives.pop_back();
-        if (entry.born) continue;
-        for (auto* e = entry.first;;) {
-            bool const last = e == entry.last;
-            auto* const next = e->next_;
+        if (born && count == 0) e->removeRef();  // a proxy that came back: nobody else held it
+        while (!born) {
+            auto* const next = e == last ? nullptr : e->next_;
             e->model().letGo(*e);
-            if (last) break;
+            if (next == nullptr) break;
             e = next;
         }
     }
-    lives.resize(life);
 }
 
 bool UndoLog::onlyResolves() const noexcept {

@@ -60,7 +60,6 @@ void Value::reportIncompatible() const {
                                                                                         : type->getQualifiedName()));
 }
 
-ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
 bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
 
 Value Value::createElementValue(meta::Property const& property, ModelElement const& element) {

@@ -123,9 +123,25 @@ def _check_members(cls: ClassType, report: Report) -> None:
     for member in [*cls.properties, *cls.operations]:
         if lower(member.name) in HANDLE_FUNCTIONS:
             report.add(member.place, f"{name}.{member.name}", f"every handle has another member {lower(member.name)}")
+    _check_words(cls, report)
     for operation in cls.operations:
         _check_operation(cls.scope, name, operation, report)
     _check_once(name, cls.operations, report)
+
+
+def _check_words(cls: ClassType, report: Report) -> None:
+    """The words by which queries name the properties of the chain are members of the handle, as its operations are."""
+    chain = [cls, *cls.scope.ancestors(cls)]
+    words = {lower(prop.name): (owner, prop) for owner in chain for prop in owner.properties}
+    for owner in chain:
+        for operation in owner.operations:
+            holder, prop = words.get(operation.name, (owner, None))
+            # Two members of one class with one name are told apart from their slots.
+            if prop is None or (holder is owner and prop.name == operation.name) or cls not in (holder, owner):
+                continue
+            mine, other, others = (operation, prop, holder) if owner is cls else (prop, operation, owner)
+            text = f"collides with {others.entry.name}.{other.name} ({other.place}): both would be members of the handle"
+            report.add(mine.place, f"{cls.entry.name}.{mine.name}", text)
 
 
 def _check_operation(scope: Scope, owner: str, operation: form.Operation, report: Report) -> None:

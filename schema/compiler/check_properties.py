@@ -45,6 +45,8 @@ class _Judge:
     def field(self) -> None:
         """A data type's field: a plain value, at the place where it stands."""
         prop = self._prop
+        if prop.unqueried:
+            self._fault("queries have no word for a field of a data type")
         if prop.index is not None or prop.derives is not None or prop.key is not None:
             self._fault("a field of a data type has neither an index nor a source nor a key")
         if prop.shape != "single":

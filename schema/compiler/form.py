@@ -45,6 +45,8 @@ class Property(Described):
     shape: str
     default: str | None
     key: str | None
+    # Queries have no word for the property.
+    unqueried: bool
 
 
 @dataclass(frozen=True)

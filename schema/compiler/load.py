@@ -175,6 +175,7 @@ def _property(entry: Entry) -> Property:
         shape=entry.text("shape"),
         default=entry.optional_text("default"),
         key=entry.optional_text("key"),
+        unqueried=entry.flag("unqueried"),
     )
 
 

@@ -27,9 +27,10 @@ MACROS = frozenset("NULL EOF NAN INFINITY HUGE_VAL assert errno offsetof stdin s
 
 # What generated code would find in its own scope, or beside it, instead of a schema type of that name.
 HIDING = frozenset(
-    """B Builder BuilderBase BuilderImpl BuilderWrapper Changes Children CollectionPrivateTag ConcreteBuilder
-    Constrainables Element ElementImpl Given Handle Impl InvalidateCallback Level ModelElement Orchestrator R
-    ReflectionPrivateTag Rows Setters Storage builder child id model rows shapes table value values""".split()
+    """Attachment B Builder BuilderBase BuilderImpl BuilderWrapper Changes Children CollectionPrivateTag
+    ConcreteBuilder Constrainable ConstrainableRelation Constrainables Element ElementImpl Given Handle Impl
+    InvalidateCallback Level ModelElement OptionalConstrainable Orchestrator R ReflectionPrivateTag Rows Setters
+    Storage builder child id model rows shapes table value values""".split()
 )
 # Operations of every element and builder that an accessor of the same name would hide.
 MEMBER_FUNCTIONS = frozenset(
@@ -76,7 +77,8 @@ def accessors(prop: form.Property) -> tuple[str, ...]:
 
 
 def row(name: str, scope: Scope) -> str:
-    """A property's member of Rows: its name, made different from keywords and from names that Rows itself uses."""
+    """A property's member of Rows and its word in queries: its name, made different from keywords, from types, which a
+    member would hide, and from names that Rows itself uses."""
     lowered = lower(name)
     return f"{lowered}_" if lowered in KEYWORDS or lowered in scope.own or lowered in roots(scope) else lowered
 

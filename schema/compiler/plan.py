@@ -9,7 +9,7 @@ from compiler.names import flat, lower, slot, slots
 from compiler.plan_class import Maps, PlannedClass, bases_first, keyed_maps, native_declarations, plan_class
 from compiler.files import all_header
 from compiler.plan_docs import PlannedDoc, plan_docs
-from compiler.plan_property import MetaProperty, plan_meta
+from compiler.plan_property import MetaProperty, plan_constrainable, plan_meta
 from compiler.scope import Scope
 
 
@@ -227,12 +227,18 @@ def _slot_groups(scope: Scope) -> tuple[tuple[PlannedSlot, ...], ...]:
 
 
 def _handles_includes(scope: Scope) -> tuple[str, ...]:
-    """The headers of foreign bases, and of the types that operations take."""
+    """The headers of foreign bases, and of the types that operations take and queries compare with."""
     found = {cpp.header_path(scope.package, "export")}
     for cls in scope.classes.values():
         base = scope.base_of(cls)
         if base is not None and base.scope is not scope:
             found.add(cpp.header(base) or "")
+        for owner in (cls, *scope.ancestors(cls)):
+            for prop in owner.properties:
+                used = owner.scope.find(prop.type)
+                path = cpp.header(used) if used and plan_constrainable(scope, owner, prop) else None
+                if path and path != cpp.header(cls):
+                    found.add(path)
         for operation in cls.operations:
             for name in (operation.result, *(argument.type for argument in operation.arguments)):
                 used = scope.find(name)

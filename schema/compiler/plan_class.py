@@ -6,7 +6,13 @@ from dataclasses import dataclass
 
 from compiler import cpp, form
 from compiler.names import lower, slot, upper
-from compiler.plan_property import KeyedMap, PlannedProperty, plan_property
+from compiler.plan_property import (
+    KeyedMap,
+    PlannedConstrainable,
+    PlannedProperty,
+    plan_constrainable,
+    plan_property,
+)
 from compiler.scope import ClassType, Scope
 
 _ELEMENT = "quay::zero::ModelElement"
@@ -64,6 +70,9 @@ class PlannedClass:
     # Those with an index, then the derived ones; and their rows cut into lines of some width.
     rows: tuple[PlannedProperty, ...]
     row_lines: tuple[tuple[str, ...], ...]
+    # The words for queries: of the own properties, and of all, inherited ones first.
+    constrainables: tuple[PlannedConstrainable, ...]
+    all_constrainables: tuple[PlannedConstrainable, ...]
     operations: tuple[PlannedOperation, ...]
     meta_name: str
     meta_base: str
@@ -119,6 +128,8 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
         fields=values + children,
         rows=rows,
         row_lines=_lines([p.row for p in rows]),
+        constrainables=_plan_constrainables(scope, [cls]),
+        all_constrainables=_plan_constrainables(scope, [*reversed(scope.ancestors(cls)), cls]),
         operations=tuple(_plan_operation(scope, name, operation) for operation in cls.operations),
         meta_name=cpp.text16(name),
         meta_base=cpp.text16(entry.base or "ModelElement"),
@@ -149,6 +160,11 @@ def native_declarations(scope: Scope) -> tuple[str, ...]:
     return tuple(sorted({n.declaration for n in natives if n and n.declaration}))
 
 
+def _plan_constrainables(scope: Scope, chain: list[ClassType]) -> tuple[PlannedConstrainable, ...]:
+    planned = (plan_constrainable(scope, cls, prop) for cls in chain for prop in cls.properties)
+    return tuple(one for one in planned if one)
+
+
 def _sources(cls: ClassType) -> str:
     files: list[str] = []
     for part in cls.parts:
@@ -170,8 +186,12 @@ def _header_includes(scope: Scope, cls: ClassType, base: ClassType | None) -> tu
 
 
 def _source_includes(scope: Scope, cls: ClassType, meta_header: str) -> tuple[str, ...]:
-    """The headers of what a class's source makes: the children, whole, and the meta package."""
+    """The headers of what a class's source makes: the children, whole, and the meta packages of its properties."""
     found = {meta_header}
+    for ancestor in scope.ancestors(cls):
+        if any(plan_constrainable(scope, ancestor, prop) for prop in ancestor.properties):
+            package = ancestor.scope.package
+            found.add(cpp.header_path(package, package.singleton.rpartition("::")[2]))
     for prop in cls.properties:
         child = scope.find(prop.type)
         if isinstance(child, ClassType) and child is not cls:

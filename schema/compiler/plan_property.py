@@ -6,7 +6,7 @@ from dataclasses import dataclass
 
 from compiler import cpp, form
 from compiler.names import lower, row, slot, upper
-from compiler.scope import ClassType, Scope, Type
+from compiler.scope import ClassType, DataType, Scope, Type
 
 
 @dataclass(frozen=True)
@@ -30,6 +30,7 @@ _SHAPES = {
     "map owned": Shape("keyed_children", "MapOwned", "MapOwned", "ElementMap"),
     "multimap owned": Shape("keyed_children", "MultimapOwned", "MultimapOwned", "ElementMultimap"),
 }
+_CONSTRAINABLES = {"single": "Constrainable", "optional": "OptionalConstrainable"}
 _ARRAY = Shape("array", "SingleArray", "Single")
 _KEY = Shape("key", "SingleKey", "Single")
 _DERIVED = Shape("derived", "Derived", "Single")
@@ -117,6 +118,38 @@ def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tup
         has_setter=prop.shape in ("single", "optional", "single owned"),
         makes_child=isinstance(found, ClassType) and not found.entry.abstract,
         meta=plan_meta(owner.entry.name, prop),
+    )
+
+
+@dataclass(frozen=True)
+class PlannedConstrainable:
+    """A property's word in queries: a static function of the handle, and a member of Constrainables."""
+
+    name: str
+    # Its type under an attachment, which the scope that it stands in gives.
+    type: str
+    # The meta package and its member, the property.
+    slot: str
+
+
+def plan_constrainable(scope: Scope, owner: ClassType, prop: form.Property) -> PlannedConstrainable | None:
+    """Plans the word for a property that `owner` declares, as `scope` writes it; None where queries have none."""
+    found = owner.scope.find(prop.type)
+    assert found is not None
+    if prop.derives is not None or prop.unqueried:
+        return None
+    if isinstance(found, ClassType):
+        # A single element of another package is looked at as a whole.
+        whole = prop.shape == "single owned" and found.scope is not owner.scope
+        kind = "Constrainable" if whole else "ConstrainableRelation"
+    elif prop.shape not in _CONSTRAINABLES or prop.type == "ZxArray" or isinstance(found, DataType):
+        return None
+    else:
+        kind = _CONSTRAINABLES[prop.shape]
+    return PlannedConstrainable(
+        name=row(prop.name, scope),
+        type=f"{kind}<{cpp.type_name(found, scope)}>",
+        slot=f"{owner.scope.package.singleton}::getInstance()->{slot(owner.entry.name, prop.name)}",
     )
 
 

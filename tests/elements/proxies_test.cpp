@@ -60,9 +60,9 @@ private:
     /// What stands there.
     std::vector<ModelElement> stored() const {
         if (!isChild()) return collection().getAllValuesAndProxies();
-        auto const child = owner_->getPropertyValue(property_, ReflectionPrivateTag::NO_PROXY_RESOLVE);
-        return child.hasPayload() ? std::vector<ModelElement>{child.getValue<ModelElement>()}
-                                  : std::vector<ModelElement>();
+        auto const child =
+            owner_->getPropertyValue(property_, ReflectionPrivateTag::NO_PROXY_RESOLVE).getValue<ModelElement>();
+        return child.impl() != nullptr ? std::vector<ModelElement>{child} : std::vector<ModelElement>();
     }
     void put(ModelElement const& e) const {
         if (isChild()) {
@@ -255,7 +255,7 @@ TEST(Proxies, AreMadeOfAClassThatCanBeMade) {
     EXPECT_EQ(group->getPreCompRateSpec(), proxy);
 
     // A write that may not resolve takes the proxy's place, and gives it back.
-    auto const spec = ModelRefInfoRepo::RateSpec::create(model, {});
+    auto spec = ModelRefInfoRepo::RateSpec::create(model, {});
     model->setProxyResolver([&](ProxyId const&) {
         ADD_FAILURE() << "asked";
         return spec;

@@ -94,10 +94,10 @@ struct TypedCreation {
 
 template <class Owner, class Child>
 TypedCreation typedCreation(char const* kind, char const* property, Child (Owner::Impl::*plain)(),
-                            Child (Owner::Impl::*built)(typename Child::BuilderWrapper)) {
+                            Child (Owner::Impl::*built)(typename Child::BuilderWrapper, boost::uuids::uuid const&)) {
     return {plan().slot(kind, property), [plain, built](ModelElement const& e, ModelElement::Builder* b) {
                 auto* const owner = Owner::cast(e).impl();
-                b == nullptr ? (owner->*plain)() : (owner->*built)(typename Child::BuilderWrapper(*b));
+                b == nullptr ? (owner->*plain)() : (owner->*built)(typename Child::BuilderWrapper(*b), {});
             }};
 }
 

@@ -8,6 +8,7 @@ import os
 from collections.abc import Iterator
 from pathlib import Path
 from types import ModuleType
+from typing import Any
 
 import ordo
 import pytest
@@ -22,7 +23,7 @@ def loaded() -> ModuleType:
 
 
 @pytest.fixture
-def workshop(loaded: ModuleType) -> Iterator[ModuleType]:
+def workshop(loaded: ModuleType) -> Iterator[Any]:
     """The package; a test that leaves script objects or items behind fails."""
     gc.collect()
     before = ordo.count_bindings(), loaded.Item.itemCount()

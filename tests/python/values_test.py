@@ -5,7 +5,7 @@ from __future__ import annotations
 import random
 import sys
 import uuid
-from types import ModuleType, SimpleNamespace
+from types import SimpleNamespace
 from typing import Any
 
 import numpy
@@ -19,7 +19,7 @@ RANGES = {"count": (-(2**31), 2**31 - 1), "size": (0, 2**32 - 1), "serial": (0, 
 
 
 @pytest.mark.parametrize("name", RANGES)
-def test_integers_are_taken_whole_or_refused(workshop: ModuleType, name: str) -> None:
+def test_integers_are_taken_whole_or_refused(workshop: Any, name: str) -> None:
     low, high = RANGES[name]
     item = workshop.Item()
     for value in [*NUMBERS, *REALS]:
@@ -45,7 +45,7 @@ def test_integers_are_taken_whole_or_refused(workshop: ModuleType, name: str) ->
         assert getattr(item, name) == int(number)
 
 
-def test_booleans_take_any_number(workshop: ModuleType) -> None:
+def test_booleans_take_any_number(workshop: Any) -> None:
     item = workshop.Item()
     for value in [*NUMBERS[:-1], *REALS, numpy.bool_(True), numpy.bool_(False)]:
         item.ready = value
@@ -55,7 +55,7 @@ def test_booleans_take_any_number(workshop: ModuleType) -> None:
             item.ready = value
 
 
-def test_doubles_take_every_number(workshop: ModuleType) -> None:
+def test_doubles_take_every_number(workshop: Any) -> None:
     item = workshop.Item()
     for value in [*NUMBERS[:-1], *REALS]:
         item.weight = value
@@ -67,7 +67,7 @@ def test_doubles_take_every_number(workshop: ModuleType) -> None:
 TEXTS = ["", "ä", "a\0b", "\ud800", "\udfff\ud800", "😀", "a😀\uffff", "€" * 1000, "\x7f\x80\xff\u0100"]
 
 
-def test_texts_keep_every_unit(workshop: ModuleType) -> None:
+def test_texts_keep_every_unit(workshop: Any) -> None:
     item = workshop.Item()
     for text in TEXTS:
         item.name = text
@@ -84,11 +84,12 @@ def test_texts_keep_every_unit(workshop: ModuleType) -> None:
                 setattr(item, name, value)
 
 
-def test_optionals_are_none_until_they_are_set(workshop: ModuleType) -> None:
+def test_optionals_are_none_until_they_are_set(workshop: Any) -> None:
     item = workshop.Item()
     for name, value in {"limit": True, "rank": -3, "stamp": 2**64 - 1}.items():
         assert getattr(item, name) is None
-        for nothing in (None, [], numpy.array([])):
+        nothings: list[Any] = [None, [], numpy.array([])]
+        for nothing in nothings:
             setattr(item, name, value)
             assert getattr(item, name) == value and type(getattr(item, name)) is type(value)
             setattr(item, name, nothing)
@@ -97,14 +98,15 @@ def test_optionals_are_none_until_they_are_set(workshop: ModuleType) -> None:
             setattr(item, name, "")
 
 
-def test_enumerations_take_literals_names_and_numbers(workshop: ModuleType) -> None:
-    item, color = workshop.Item(), workshop.Color
+def test_enumerations_take_literals_names_and_numbers(workshop: Any) -> None:
+    item: Any = workshop.Item()
+    color: Any = workshop.Color
     for given in (color.Blue, "Blue", 5, 5.0, numpy.int16(5)):
         item.color = color.Red
         item.color = given
         assert item.color is color.Blue
-    assert item.color == 5 and item.color + 1 == 6 and isinstance(item.color, int)
-    assert repr(item.color) == "Color.Blue" and item.color.getValue() == 5
+    assert item.color == 5 and item.color + 1 == 6 and item.color.getValue() == 5
+    assert repr(item.color) == "Color.Blue" and isinstance(item.color, int)
     assert color(5) is color("Blue") is color(color.Blue) is color.Blue
     for wrong in (3, "Mauve", "", 5.5, object(), item, [1, 2], b"Blue"):
         with pytest.raises((ValueError, TypeError)) as caught:
@@ -164,7 +166,7 @@ def random_value(rng: random.Random, depth: int = 0) -> Any:
             return [{"a": random_value(rng, depth + 1)} for _ in range(rng.randint(2, 3))]
 
 
-def test_arrays_come_back_as_they_went(workshop: ModuleType) -> None:
+def test_arrays_come_back_as_they_went(workshop: Any) -> None:
     item = workshop.Item()
     rng = random.Random(5)
     for _ in range(1500):
@@ -174,9 +176,10 @@ def test_arrays_come_back_as_they_went(workshop: ModuleType) -> None:
         assert same(item.notes, expected), value
 
 
-def test_lists_of_numbers_are_rows(workshop: ModuleType) -> None:
-    item = workshop.Item()
-    for given, dtype in (([1, -2], "i8"), ([1, 2**63], "u8"), ([1, 0.5], "f8"), ([True, False], "bool")):
+def test_lists_of_numbers_are_rows(workshop: Any) -> None:
+    item: Any = workshop.Item()
+    rows: list[tuple[list[Any], str]] = [([1, -2], "i8"), ([1, 2**63], "u8"), ([1, 0.5], "f8"), ([True, False], "bool")]
+    for given, dtype in rows:
         item.notes = given
         assert isinstance(item.notes, numpy.ndarray) and item.notes.dtype == dtype and item.notes.tolist() == given
         item.notes = tuple(given)
@@ -184,7 +187,7 @@ def test_lists_of_numbers_are_rows(workshop: ModuleType) -> None:
     item.notes = [2**53 + 1, 0.5]
     assert item.notes == [2**53 + 1, 0.5], "a row of doubles would have another integer"
     item.notes = [7]
-    assert item.notes == 7
+    assert repr(item.notes) == "7"
     item.notes = [{"a": 1}, {"b": "x"}]
     assert item.notes == [{"a": 1, "b": None}, {"a": None, "b": "x"}]
     item.notes = [workshop.Color.Red, workshop.Color.Blue]
@@ -192,10 +195,10 @@ def test_lists_of_numbers_are_rows(workshop: ModuleType) -> None:
     assert item.notes[0] is workshop.Color.Red
 
 
-def test_plain_objects_and_uuids_have_forms(workshop: ModuleType) -> None:
+def test_plain_objects_and_uuids_have_forms(workshop: Any) -> None:
     item = workshop.Item()
     item.notes = SimpleNamespace(a=1, b=SimpleNamespace(c="x"))
-    assert item.notes == {"a": 1, "b": {"c": "x"}}
+    assert same(item.notes, {"a": 1, "b": {"c": "x"}})
     identity = uuid.uuid4()
     item.notes = identity
     assert item.notes == str(identity)
@@ -208,7 +211,7 @@ def test_plain_objects_and_uuids_have_forms(workshop: ModuleType) -> None:
         assert item.notes == before
 
 
-def test_values_that_hold_themselves_are_refused(workshop: ModuleType) -> None:
+def test_values_that_hold_themselves_are_refused(workshop: Any) -> None:
     item = workshop.Item()
     cycle: list[Any] = []
     cycle += [cycle, cycle]
@@ -245,7 +248,7 @@ class Meddler:
         return 1
 
 
-def test_what_conversions_do_to_objects_is_noticed(workshop: ModuleType) -> None:
+def test_what_conversions_do_to_objects_is_noticed(workshop: Any) -> None:
     item = workshop.Item()
     part = item.createPart()
     with pytest.raises(ordo.Error) as caught:

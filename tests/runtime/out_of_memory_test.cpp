@@ -95,6 +95,7 @@ Mode const kModes[] = {
     {"quiet", false, false, 0, false},
     {"with a listener", false, true, 0, false},
     {"with a history", true, true, 0, false},
+    {"with a history that nobody watches", true, false, 0, false},
     {"in a transaction", false, false, 1, false},
     {"written before", true, false, 1, true},
     {"in an inner transaction", false, false, 2, false},

@@ -287,9 +287,9 @@ private:
         reference_.setLimit(limit);
         model_->enableHistory(limit);
     }
-    /// A key is only written outside its map, and in system transactions not at all: undo would bring the map back.
+    /// A key is only written outside its map.
     bool mayWriteKey(int n, Index map) const {
-        return !reference_.inSystem() && !(reference_.at(n).container >= 0 && reference_.at(n).property == map);
+        return !(reference_.at(n).container >= 0 && reference_.at(n).property == map);
     }
     /// Ends an open transaction, and with it those inside; their objects go after it.
     void endLevel(std::size_t level, bool commit) {

@@ -78,6 +78,13 @@ public:
             case 11:
                 replay(true);
                 break;
+            case 12:
+                change([&] {
+                    for (auto const& e : place.getAllValuesAndProxies()) {
+                        if (e->isProxy()) e->destroy();
+                    }
+                });
+                break;
             default:
                 change([&] {
                     Model::ResolutionHold const hold(model_);
@@ -116,7 +123,7 @@ private:
     }
     /// Of this model's store or of the other, and in no list of the model.
     Node proxyOf(Node const& target) {
-        Node const made = Node::of(new Node::Impl(model_, {}));
+        Node made = Node::of(new Node::Impl(model_, {}));
         bool const isFar = &target->model() == far_.impl();
         model_->setProxyId(*made.impl(), isFar ? ProxyId(u"far", target->uuid()) : ProxyId(target->uuid()));
         return made;
@@ -223,7 +230,7 @@ RC_GTEST_PROP(RandomProxies, AreTakenBackExactly, ()) {
     int const living = Node::Impl::living;
     {
         Plant plant;
-        for (auto const& [what, a, b, c] : steps) plant.step(what % 13U, a, b, c);
+        for (auto const& [what, a, b, c] : steps) plant.step(what % 14U, a, b, c);
         plant.finish();
     }
     RC_ASSERT(Node::Impl::living == living);

@@ -60,6 +60,18 @@ LINES = [
     (BENCH, "  unsigned long seats_ = 2ul;"),
     ("src/Tree.cpp", "  static constexpr shapes::Single<std::u16string> default_{5, &Impl::default_};"),
     ("src/Tree.cpp", "  static constexpr shapes::Single<harvest> harvest_{3, &Impl::harvest_};"),
+    # Words for queries: beside a type or a keyword of that name, of another package's property, and into its classes.
+    (HANDLES, "  static Constrainable<harvest> const& harvest_();"),
+    (HANDLES, "  static Constrainable<std::u16string> const& default_();"),
+    (HANDLES, "  static Constrainable<Garden::Soil> const& soil();"),
+    (HANDLES, "  static ConstrainableRelation<Garden::Bed> const& beds();"),
+    (HANDLES, "  static Constrainable<Garden::Bed> const& best();"),
+    ("src/Bench.cpp", '#include "Garden/MetaPackageGarden.h"'),
+    (
+        "src/Bench.cpp",
+        "auto Bench::legs() -> Constrainable<unsigned int> const& { static Constrainable<unsigned int> const "
+        "made(MetaPackageGarden::getInstance()->RaisedBed_legs); return made; }",
+    ),
     # One key of two maps, one of which has it by inheritance and takes equal keys.
     (
         "src/Tree.cpp",
@@ -85,6 +97,7 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
     written = workshop.files()
     missing = [(file, line) for file, line in LINES if line not in written[file].splitlines()]
     assert missing == []
+    assert " pairs()" not in written[HANDLES]
 
     header = written["include/orchard/trees/MetaPackageOrchard.h"]
     slots = re.findall(r"^  quay::zero::meta::\w+ (\w+);$", header, re.MULTILINE)

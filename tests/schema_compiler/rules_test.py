@@ -202,6 +202,18 @@ NAMES: dict[str, Case] = {
         "name: ground",
         ["Tree.ground: collides with Tree.ground (...): both would be the meta package's member Tree_ground"],
     ),
+    "operation of a query's word": (
+        TREES,
+        "name: Default",
+        "name: Count",
+        ["-11|Tree.count: collides with Tree.Count (...): both would be members of the handle"],
+    ),
+    "unqueried field": (
+        TREES,
+        "name: row, type: Integer, shape: single,",
+        "name: row, type: Integer, shape: single, unqueried: true,",
+        ["Position.row: queries have no word for a field of a data type"],
+    ),
     "argument twice": (TREES, "name: where", "name: table", ["Tree.plant.table: the name is given twice (first ...)"]),
     "argument of a type's name": (
         TREES,

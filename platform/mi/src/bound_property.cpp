@@ -9,7 +9,7 @@
 namespace quay::zero::mi {
 
 meta::Type typeOfScriptName(std::string_view scriptName) {
-    meta::Type const found = meta::MetaRegistry::getInstance()->findTypeByScriptName(scriptName);
+    meta::Type found = meta::MetaRegistry::getInstance()->findTypeByScriptName(scriptName);
     if (!found) reportException(quay0::messages::NoSuchType(toUtf16(scriptName)));
     return found;
 }

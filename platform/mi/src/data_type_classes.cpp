@@ -124,10 +124,10 @@ void DataTypeWrapper::defineClass(ordo::OrdoClass& ordoClass) {
                                                              std::make_unique<FieldGetter>(bound),
                                                              std::make_unique<FieldSetter>(bound), docOf(full, name)));
     }
-    auto const add = [&](char const* name, MethodImpl::CallStub stub, char const* description) {
+    auto const add = [&](char const* name, MethodImpl::CallStub run, char const* description) {
         auto signature = OrdoMethodSignature::createMethodSignature("", "logical scalar", {full, full});
         ordoClass.addMethod(std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{}, std::move(signature),
-                                                         stub, nullptr, description));
+                                                         run, nullptr, description));
     };
     add("eq", comparison([](Value const& a, Value const& b) { return a == b; }), "Whether all fields are equal.");
     add("ne", comparison([](Value const& a, Value const& b) { return !(a == b); }), "Whether a field differs.");

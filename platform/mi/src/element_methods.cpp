@@ -86,29 +86,37 @@ CreateInto::CreateInto(meta::Property const& property, std::string const& ownerN
       property_(property),
       owner_(ordo::internName(ownerName)) {}
 
+BuilderPointer CreateInto::emptyBuilder(Model const& model) const {
+    if (makeBuilder_ != nullptr && childClass_) return makeBuilder_(model);
+    childClass_ = meta::Class::cast(property_.get()->getType());
+    BuilderPointer builder = detail::createEmptyBuilder(model, childClass_);
+    makeBuilder_ = builder->classTable().builderFactory();
+    return builder;
+}
+
 void CreateInto::call(ordo::MethodCall& call) const {
     ModelElement const parent(static_cast<ModelElement::Impl*>(call.argument(0).native(owner_)));
     if (!parent) ordo::raiseInvalidHandle();
-    auto const metaClass = meta::Class::cast(property_.get()->getType());
     Model const model = parent->getModel();
+    auto const metaClass = [&] { return meta::Class::cast(property_.get()->getType()); };
 
     // One change, so that a child that finds no place leaves no trace.
-    Transaction transaction = model->beginTransaction(false);
+    Savepoint savepoint(*model.impl());
     BuilderPointer builder;
     boost::uuids::uuid id{};  // nil has the model draw one
     OrdoValue const& first = call.argument(1);
     if (call.count() > 1 && first.isStruct()) {
-        builder = builderFrom(first, model, metaClass);
-        if (call.count() > 2) id = requireUuid(call.argument(2), metaClass);
+        builder = builderFrom(first, model, metaClass());
+        if (call.count() > 2) id = requireUuid(call.argument(2), metaClass());
     } else if (call.count() > 2) {
-        reportException(quay0::messages::InvalidValue().about(metaClass->getName()));
+        reportException(quay0::messages::InvalidValue().about(metaClass()->getName()));
     } else {
-        if (call.count() == 2) id = requireUuid(first, metaClass);
-        builder = detail::createEmptyBuilder(model, metaClass);
+        if (call.count() == 2) id = requireUuid(first, metaClass());
+        builder = emptyBuilder(model);
     }
     ModelElement const child = builder->create(id);
     property_.row().place(*parent.impl(), child);
-    transaction.commit(boost::none);
+    savepoint.commit();
 
     call.setResultCount(1);
     if (call.wantsResult()) call.setResult(toScript(child));

@@ -3,6 +3,9 @@
 
 #include <ordo/factory/method.h>
 
+#include <quay/zero/builder.h>
+
+#include <memory>
 #include <string_view>
 
 #include "bound_property.h"
@@ -28,8 +31,14 @@ public:
     void call(ordo::MethodCall& call) const override;
 
 private:
+    std::unique_ptr<ModelElement::Builder> emptyBuilder(Model const& model) const;
+
     BoundProperty property_;
     ordo::InternedName owner_;
+    // The class of the children, and how builders of it are made: known once the first child was made, and as long as
+    // the class lives.
+    mutable meta::Class childClass_;
+    mutable ClassTable::BuilderFactory makeBuilder_ = nullptr;
 };
 
 }  // namespace quay::zero::mi

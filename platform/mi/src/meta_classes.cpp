@@ -126,7 +126,7 @@ void defineProperty(ordo::OrdoClass& c) {
 
 class MetaClassInfo final : public QUAY0WrapperInfo {
 public:
-    MetaClassInfo(std::string shortName, std::string base, Define define, std::string_view description)
+    MetaClassInfo(std::string const& shortName, std::string base, Define define, std::string_view description)
         : QUAY0WrapperInfo(shortName, std::string(names::kMetaPackage) + "." + shortName),
           base_(std::move(base)),
           define_(define),
@@ -136,7 +136,8 @@ public:
     bool isAbstract() const noexcept override { return true; }
     std::string_view getDescription() const noexcept override { return description_; }
     std::string describeInstance(void const* native) const override {
-        auto const& element = *static_cast<meta::MetaElement::Impl const*>(static_cast<ModelElement::Impl const*>(native));
+        auto const& element =
+            *static_cast<meta::MetaElement::Impl const*>(static_cast<ModelElement::Impl const*>(native));
         return "'" + ordo::factory::bytesOf(element.getName()) + "'";
     }
     void defineClass(ordo::OrdoClass& c) override {

@@ -14,12 +14,12 @@ using ordo::factory::impl::MethodImpl;
 void add(ordo::OrdoClass& ordoClass, std::string_view name, unsigned attributes, std::string_view parameters,
          std::vector<std::string> inputs, std::string_view result, void (*run)(ordo::MethodCall& call),
          std::string_view description) {
-    auto const stub = [](MethodImpl::Function function, ordo::MethodCall& call) {
+    auto const thunk = [](MethodImpl::Function function, ordo::MethodCall& call) {
         reinterpret_cast<void (*)(ordo::MethodCall&)>(function)(call);
     };
     auto signature = ordo::OrdoMethodSignature::createMethodSignature(parameters, result, std::move(inputs));
     ordoClass.addMethod(std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{attributes},
-                                                     std::move(signature), stub,
+                                                     std::move(signature), thunk,
                                                      reinterpret_cast<MethodImpl::Function>(run), description));
 }
 

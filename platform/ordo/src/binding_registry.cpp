@@ -27,25 +27,18 @@ OrdoClass& classNamed(InternedName className) {
 
 OrdoObject BindingRegistry::announce(void* object, InternedName className, bool& isNew) {
     isNew = false;
-    if (OrdoInterface* const bound = find(object, className)) {
+    if (object == nullptr) {
+        return OrdoInterface::make(classNamed(className));
+    }
+    auto entry = bindings().find(object);
+    if (OrdoInterface* const bound = entry != bindings().end() ? inChain(entry->second, className) : nullptr) {
         return OrdoObject(bound);
     }
-    OrdoClass& ordoClass = classNamed(className);
-    if (object == nullptr) {
-        return OrdoInterface::make(ordoClass);
-    }
-    OrdoInterface*& first = bindings()[object];
-    OrdoObject made;
-    try {
-        made = OrdoInterface::make(ordoClass);
-    } catch (...) {
-        if (first == nullptr) {
-            bindings().erase(object);
-        }
-        throw;
-    }
+    // Defining the class may bind other objects, so the place is looked up again when that is done.
+    OrdoObject made = OrdoInterface::make(classNamed(className));
+    entry = bindings().try_emplace(object).first;
     made->native_ = object;
-    made->nextBound_ = std::exchange(first, made.get());
+    made->nextBound_ = std::exchange(entry->second, made.get());
     made->bound_ = true;
     isNew = true;
     return made;
@@ -100,11 +93,14 @@ bool BindingRegistry::remove(void const* object) noexcept {
 
 OrdoInterface* BindingRegistry::find(void const* object, InternedName className) noexcept {
     auto const entry = bindings().find(object);
-    OrdoInterface* bound = entry != bindings().end() ? entry->second : nullptr;
-    while (bound != nullptr && bound->class_->name() != className) {
-        bound = bound->nextBound_;
+    return entry != bindings().end() ? inChain(entry->second, className) : nullptr;
+}
+
+OrdoInterface* BindingRegistry::inChain(OrdoInterface* first, InternedName className) noexcept {
+    while (first != nullptr && first->class_->name() != className) {
+        first = first->nextBound_;
     }
-    return bound;
+    return first;
 }
 
 std::size_t BindingRegistry::size() noexcept {

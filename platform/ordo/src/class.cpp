@@ -21,10 +21,10 @@ bool isBuiltIn(std::string_view name) {
 
 /// Looks for a class in a package, which may bring it in.
 OrdoClass* findIn(OrdoPackage& package, std::string_view shortName) {
-    ClassTable& table = ClassTable::instance();
     InternedName const name = internName(std::string(package.name().text()) + '.' + std::string(shortName));
-    OrdoClass* const found = table.find(name);
-    return found != nullptr || !package.info().attemptToLoadClass(internName(shortName)) ? found : table.find(name);
+    OrdoClass* const found = ClassTable::find(name);
+    return found != nullptr || !package.info().attemptToLoadClass(internName(shortName)) ? found
+                                                                                         : ClassTable::find(name);
 }
 
 OrdoClass* findByName(InternedName name, OrdoPackage* context) {
@@ -33,7 +33,7 @@ OrdoClass* findByName(InternedName name, OrdoPackage* context) {
             return found;
         }
     }
-    if (OrdoClass* const found = ClassTable::instance().find(name)) {
+    if (OrdoClass* const found = ClassTable::find(name)) {
         return found;
     }
     std::size_t const dot = name.text().rfind('.');

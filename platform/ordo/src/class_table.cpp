@@ -2,7 +2,8 @@
 
 #include <zx/array.h>
 
-#include <memory>
+#include <stdexcept>
+#include <utility>
 
 namespace ordo {
 namespace {
@@ -14,27 +15,21 @@ bool derivesFrom(std::string_view className, std::string_view ancestor) {
 
 }  // namespace
 
-ClassTable::ClassTable() { zx::setClassHierarchy(derivesFrom); }
-
-ClassTable& ClassTable::instance() {
-    static auto* const table = new ClassTable;  // never destroyed, nor is any class: script objects refer to theirs
-    return *table;
-}
-
 void ClassTable::add(std::unique_ptr<OrdoClassInfo> description) {
+    // The arrays are told by the first class that there is.
+    [[maybe_unused]] static auto* const former = zx::setClassHierarchy(derivesFrom);
     InternedName const name = internName(description->getFullName());
-    OrdoClass*& place = classes[name];
+    if (!name) {
+        throw std::invalid_argument("a class needs a name");
+    }
+    OrdoClass*& place = name.entry_->ordoClass;
     if (place == nullptr) {
+        // Never destroyed, as no class is: script objects refer to theirs.
         place = new OrdoClass(name, *description);
         static_cast<void>(description.release());
     } else if (place->state_ == OrdoClass::State::Undefined) {
         delete std::exchange(place->info_, description.release());
     }
-}
-
-OrdoClass* ClassTable::find(InternedName name) const noexcept {
-    auto const found = classes.find(name);
-    return found != classes.end() ? found->second : nullptr;
 }
 
 }  // namespace ordo

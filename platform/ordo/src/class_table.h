@@ -3,24 +3,19 @@
 
 #include <ordo/class.h>
 
-#include <string_view>
-#include <unordered_map>
+#include <memory>
 
 namespace ordo {
 
+/// Keeps each class with its name, so that finding one is a look at the name.
 struct ClassTable {
-    static ClassTable& instance();
-
     /// Enters a description under its whole name, and owns it from then on, unless the class is defined already.
-    void add(std::unique_ptr<OrdoClassInfo> description);
+    static void add(std::unique_ptr<OrdoClassInfo> description);
 
     /// Defined or not; null if the name is unknown.
-    OrdoClass* find(InternedName name) const noexcept;
-
-    std::unordered_map<InternedName, OrdoClass*> classes;
-
-private:
-    ClassTable();
+    static OrdoClass* find(InternedName name) noexcept {
+        return name.entry_ != nullptr ? name.entry_->ordoClass : nullptr;
+    }
 };
 
 }  // namespace ordo

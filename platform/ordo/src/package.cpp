@@ -90,7 +90,7 @@ void OrdoPackage::addClass(OrdoClassInfo* description, int /*mode*/) {
     } else {
         classNames_.reserve(classNames_.size() + 1);
     }
-    ClassTable::instance().add(std::move(owned));
+    ClassTable::add(std::move(owned));
     if (!known) {
         classNames_.push_back(shortName);
     }

@@ -108,7 +108,6 @@ std::size_t OrdoValue::count() const noexcept {
         case Kind::Nothing:
             return 0;
         case Kind::Text:
-            return extra_;
         case Kind::Bytes:
             return extra_;
         case Kind::Array:

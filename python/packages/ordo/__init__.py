@@ -4,8 +4,16 @@ Packages of the class-object system are imported by their dotted names; their cl
 first asks for one. What goes wrong is an `Error`.
 """
 
+from ordo import _errors
 from ordo._core import Class, Method, Object, Property, count_bindings
 from ordo._errors import Error
 from ordo._packages import Package, attach, load
+
+# Errors that are Python's own as well show themselves as `ordo.ValueError` and so on.
+ValueError = _errors.ValueError
+TypeError = _errors.TypeError
+AttributeError = _errors.AttributeError
+KeyError = _errors.KeyError
+IndexError = _errors.IndexError
 
 __all__ = ["Class", "Error", "Method", "Object", "Package", "Property", "attach", "count_bindings", "load"]

@@ -49,4 +49,8 @@ class IndexError(Error, builtins.IndexError):
     """There is no such position."""
 
 
-_core.set_errors((Error, ValueError, TypeError, AttributeError, KeyError, IndexError))
+_CLASSES: tuple[type[Error], ...] = (Error, ValueError, TypeError, AttributeError, KeyError, IndexError)
+for _class in _CLASSES:
+    _class.__module__ = "ordo"
+
+_core.set_errors(_CLASSES)

@@ -14,8 +14,6 @@ void eraseMember(std::multimap<K, int>& map, int child) {
     std::erase_if(map, [&](auto const& entry) { return entry.second == child; });
 }
 
-bool isValue(int index) { return index <= kBox || index == kNote; }
-
 }  // namespace
 
 // --- Transactions ---------------------------------------------------------------------------------------------------
@@ -35,10 +33,9 @@ void Reference::commit() {
     Level const level = std::move(levels_.back());
     levels_.pop_back();
     Touched const touched = std::exchange(now_.touched, {});
-    bool const values = std::all_of(touched.begin(), touched.end(), [](auto const& t) { return isValue(t.second); });
-    bool const structural = std::exchange(now_.structural, false) || !values;
+    bool const structural = std::exchange(now_.structural, false);
     if (level.system) {
-        if (structural) {
+        if (structural || !touched.empty()) {
             done_.clear();
             undone_.clear();
         }
@@ -51,24 +48,9 @@ void Reference::commit() {
     if (done_.size() > limit_) done_.pop_front();
 }
 
-/// Exchanges the present state with the entry's. Values that the entry's transaction didn't write stay what they are.
+/// Exchanges the present state with the entry's.
 void Reference::replay(Entry& entry) {
     State target = std::move(entry.other);
-    for (auto& entryOfNode : target.nodes) {
-        auto const n = entryOfNode.first;
-        Node& node = entryOfNode.second;
-        if (!node.alive || !isAlive(n)) continue;
-        Node const& present = at(n);
-        auto const keep = [&](Index index, auto Node::*field) {
-            if (!entry.touched.contains({n, index})) node.*field = present.*field;
-        };
-        keep(kText, &Node::text);
-        keep(kNumber, &Node::number);
-        keep(kCount, &Node::count);
-        keep(kRank, &Node::rank);
-        keep(kBox, &Node::box);
-        keep(kNote, &Node::note);
-    }
     for (auto const& [n, node] : now_.nodes) {
         auto const [place, fresh] = target.nodes.emplace(n, node);
         if (fresh) place->second.alive = false;

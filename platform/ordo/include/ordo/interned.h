@@ -11,6 +11,7 @@
 namespace ordo {
 
 class InternedName;
+class OrdoClass;
 
 /// The one name of this text, from any thread. Takes a lock and a look-up: keep the result.
 ORDO_API InternedName internName(std::string_view text);
@@ -21,20 +22,29 @@ class InternedName {
 public:
     constexpr InternedName() noexcept = default;
 
-    explicit operator bool() const noexcept { return text_ != nullptr; }
+    explicit operator bool() const noexcept { return entry_ != nullptr; }
     /// Empty for null.
-    std::string_view text() const noexcept { return text_ != nullptr ? std::string_view(*text_) : std::string_view(); }
+    std::string_view text() const noexcept { return entry_ != nullptr ? std::string_view(entry_->text) : ""; }
 
-    std::size_t hash() const noexcept { return std::hash<std::string const*>()(text_); }
+    std::size_t hash() const noexcept { return std::hash<void const*>()(entry_); }
 
     friend bool operator==(InternedName, InternedName) noexcept = default;
 
 private:
     friend InternedName internName(std::string_view text);
+    friend struct ClassTable;
 
-    constexpr explicit InternedName(std::string const* text) noexcept : text_(text) {}
+    /// A name as the process keeps it, with the class that has it as its whole name.
+    struct Entry {
+        explicit Entry(std::string_view name) : text(name) {}
 
-    std::string const* text_ = nullptr;
+        std::string text;
+        mutable OrdoClass* ordoClass = nullptr;
+    };
+
+    constexpr explicit InternedName(Entry const* entry) noexcept : entry_(entry) {}
+
+    Entry const* entry_ = nullptr;
 };
 
 namespace internal {

@@ -73,7 +73,7 @@ private:
     /// A collection with steps in the log, in the order in which they are taken back.
     struct Touched {
         std::vector<Step*> steps;
-        bool isChange = false;  // not if proxies were resolved and that was all
+        bool isChange = false;                                // not if proxies were resolved and that was all
         std::unique_ptr<AbstractOwnedCollection> oldContent;  // once somebody asked
     };
 

@@ -79,6 +79,10 @@ protected:
     Step* recordResolution(StepKind kind) noexcept {
         return detached_ ? nullptr : owner_->model().recordResolution(kind, this, *owner_);
     }
+    /// Elements come in: the owner is told that it owns something.
+    void noteContent() noexcept {
+        if (!detached_) owner_->noteOwned();
+    }
 
 private:
     union {

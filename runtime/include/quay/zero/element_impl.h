@@ -33,6 +33,15 @@ public:
     void addRef() const noexcept { changeCount(1); }
     /// Drops a reference; the object is deleted with the last one.
     virtual void removeRef() const noexcept;
+    /// Drops a reference if that takes no call: answers false, and does nothing, for the last one or with several
+    /// threads. Whoever drops a reference tries this first.
+    bool dropShared() const noexcept {
+        if (!__libc_single_threaded) return false;
+        std::uint32_t const count = count_.load(std::memory_order_relaxed);
+        if (count < 2) return false;
+        count_.store(count - 1, std::memory_order_relaxed);
+        return true;
+    }
     /// How many references are held; for tests and tools, since another thread may change it at once.
     std::uint32_t refCount() const noexcept { return count_.load(std::memory_order_relaxed); }
 
@@ -42,8 +51,10 @@ public:
 protected:
     static constexpr std::uint8_t kAlive = 1;
     static constexpr std::uint8_t kProxy = 2;
-    static constexpr std::uint8_t kIndexed = 4;  // the model's id index holds it
-    static constexpr std::uint8_t kListed = 8;   // it was entered in its model
+    static constexpr std::uint8_t kIndexed = 4;   // the model's id index holds it
+    static constexpr std::uint8_t kListed = 8;    // it was entered in its model
+    static constexpr std::uint8_t kClassed = 16;  // the model's index by class holds it
+    static constexpr std::uint8_t kOwns = 32;    // a child, or a proxy of one, has been in one of its properties
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();

@@ -5,6 +5,7 @@
 #include <quay/zero/collection_with_proxies.h>
 #include <quay/zero/generic_collection.h>
 #include <quay/zero/property_row.h>
+#include <quay/zero/text.h>
 
 #include <cstddef>
 #include <iterator>
@@ -21,6 +22,16 @@ template <class K>
 using KeyResult = std::conditional_t<std::is_arithmetic_v<K>, K, K const&>;
 template <class K>
 using KeyFunction = KeyResult<K> (*)(ModelElement::Impl const&);
+
+/// The order of keys. Texts go by code unit, 8-bit ones by unsigned byte.
+template <class K>
+struct KeyLess {
+    bool operator()(K const& a, K const& b) const noexcept { return a < b; }
+};
+template <>
+struct KeyLess<std::u16string> {
+    bool operator()(std::u16string_view a, std::u16string_view b) const noexcept { return lessByUnit(a, b); }
+};
 
 /// The row of a keyed property: knows how to read a child's key.
 template <class K>
@@ -47,7 +58,7 @@ enum class InsertPolicy : int { Report = 0, Keep = 1, Replace = 2 };
 template <class K>
 class QUAY_ZERO_API KeyedCore : public CollectionWithProxies {
 public:
-    using Tree = std::multimap<K, ModelElement>;
+    using Tree = std::multimap<K, ModelElement, KeyLess<K>>;
 
     bool empty() const noexcept final { return tree_.empty(); }
     std::size_t size() const noexcept final { return tree_.size(); }
@@ -69,6 +80,9 @@ public:
     void prepareForReading() final { resolveUnlessHeld(); }
 
     std::vector<Value> getAllKeys() const;
+
+    /// Neither entries nor proxies.
+    bool holdsNothing() const noexcept { return tree_.empty() && proxies_ == nullptr; }
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
@@ -102,7 +116,7 @@ private:
     struct Content;
 
     Position locate(ModelElement const& e) const;
-    void put(K key, ModelElement const& e);
+    void put(K key, ModelElement const& e, Position before);
     void take(Position position);
     void swapContent(Content&& content);
     bool resolveAdd(ModelElement const& e) final;

@@ -15,12 +15,18 @@ namespace quay::zero {
 /// element may stand at several positions; it has its container until the last one is gone.
 class QUAY_ZERO_API SequenceCore : public ReferenceCollection, public GenericSequenceInterface {
 public:
+    using Members = std::vector<ModelElement>;
+
     bool empty() const noexcept final { return members_.empty(); }
     std::size_t size() const noexcept final { return members_.size(); }
+    /// The members as they stand: nothing is resolved.
+    Members const& members() const noexcept { return members_; }
 
     /// Appends. An empty or dead handle is ignored. InvalidValue, CannotCreateCrossModelAssociation: see
     /// ModelElement::Impl::checkCompatibleModel. Takes the element out of a former container.
     void addElement(ModelElement const& e) { insertElement(members_.size(), e); }
+    /// The same for an element that was just made, in an operation that undoes itself.
+    void addNewElement(ModelElement const& e);
     /// The same at a position, at most size(); further ones are std::out_of_range.
     void insertElement(std::size_t position, ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
@@ -36,6 +42,9 @@ public:
     /// The member at a position, resolved if it can be.
     ModelElement const& at(std::size_t position) const;
     std::size_t indexOf(ModelElement const& e) const noexcept;
+
+    /// Neither members nor proxies.
+    bool holdsNothing() const noexcept { return members_.empty(); }
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
@@ -72,13 +81,9 @@ public:
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
-    using Members = std::vector<ModelElement>;
-
     SequenceCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
     explicit SequenceCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
-    ~SequenceCore() override;
-
-    Members const& members() const noexcept { return members_; }
+    ~SequenceCore() override = default;
 
 private:
     void put(std::size_t position, ModelElement const& e);

@@ -20,6 +20,8 @@ public:
 
     bool empty() const noexcept final { return members_.empty(); }
     std::size_t size() const noexcept final { return members_.size(); }
+    /// The members as they stand: nothing is resolved.
+    Members const& members() const noexcept { return members_; }
 
     /// An empty or dead handle, and an element that is here already, is ignored. Fails as
     /// ModelElement::Impl::checkCompatibleModel does. Takes the element out of a former container.
@@ -28,6 +30,9 @@ public:
     void removeElement(ModelElement const& e);
     /// Releases every member; they live on without a container.
     void clear() final;
+
+    /// Neither members nor proxies.
+    bool holdsNothing() const noexcept { return members_.empty() && proxies_ == nullptr; }
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
@@ -59,7 +64,6 @@ protected:
     explicit SetCore(meta::Property const& property) noexcept : CollectionWithProxies(property) {}
     ~SetCore() override;
 
-    Members const& members() const noexcept { return members_; }
     /// As members(), once the proxies that can be resolved are, unless that is held off.
     Members const& resolvedMembers() const;
 

@@ -37,7 +37,7 @@ public:
         if (impl_ != nullptr) impl_->addRef();
     }
     void removeRef() const noexcept {
-        if (impl_ != nullptr) impl_->removeRef();
+        if (impl_ != nullptr && !impl_->dropShared()) impl_->removeRef();
     }
 
     friend bool operator==(CountedHandle const& a, CountedHandle const& b) noexcept { return a.impl_ == b.impl_; }

@@ -4,6 +4,7 @@
 #include <quay/zero/element_list.h>
 #include <quay/zero/model_element.h>
 #include <quay/zero/proxy_id.h>
+#include <quay/zero/query/class_index.h>
 #include <quay/zero/random_ids.h>
 #include <quay/zero/storage.h>
 #include <quay/zero/transaction.h>
@@ -62,8 +63,8 @@ public:
     // --- Transactions and history.
 
     /// Opens a transaction, or a savepoint in the open one. `system`: when it is the outermost, no listener is told and
-    /// nothing enters the history (and one that changed more than plain values ends what could be undone, which could
-    /// no longer be put back in order). ModelIsFrozen on a frozen model, ListenerMayNotWrite from a listener.
+    /// nothing enters the history (and one that changed something ends what could be undone, which could no longer be
+    /// put back in order). ModelIsFrozen on a frozen model, ListenerMayNotWrite from a listener.
     Transaction beginTransaction(bool system);
     bool inTransaction() const noexcept { return !levels_.empty(); }
 
@@ -97,6 +98,11 @@ public:
     void forEachElement(F&& f) const {
         elements_.forEach(std::forward<F>(f));
     }
+    /// All elements by class; the first call after creations costs a step for each of them.
+    query::ClassIndex const& elementsByClass() const {
+        classes_.catchUp(elements_);
+        return classes_;
+    }
 
     // --- Proxies.
 
@@ -117,6 +123,7 @@ public:
     int resolutionHolds() const noexcept { return resolutionHolds_; }
     ProxyId const* proxyIdOf(ModelElement::Impl const& element) const noexcept;
     void setProxyId(ModelElement::Impl& element, ProxyId id);
+    bool hasProxies() const noexcept { return !proxies_.empty(); }
     void forgetProxy(ModelElement::Impl const& element) noexcept {
         if (!proxies_.empty()) proxies_.erase(&element);
     }
@@ -139,19 +146,31 @@ public:
     // --- For element code: recording. All but the queries need an open transaction.
 
     /// No transaction, listener or history, and not frozen: a single value may be stored without further ado.
-    bool isQuiet() const noexcept { return quiet_; }
-    /// Whether the old value of that property needs no record: the element was born, or the value kept, at this level.
-    bool isRecorded(ModelElement::Impl const& e, unsigned long index) const noexcept {
+    bool isQuiet() const noexcept { return levelSerial_ == 0; }
+    /// Whether a new value may be stored without a record of the old one: the element was born, or the value kept, at
+    /// this level; or the model is quiet.
+    bool isRecorded(ModelElement::Impl const& e, PropertyRow const& row) const noexcept {
         if ((e.track_ & 1) != 0) return (e.track_ >> 1) >= levelSerial_;
         Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
-        return s.serial_ >= levelSerial_ && s.has(index);
+        return s.serial_ >= levelSerial_ && s.has(row);
     }
+    /// The same, answered without a call; false where that would take one.
+    bool isSurelyRecorded(ModelElement::Impl const& e, PropertyRow const& row) const noexcept {
+        if ((e.track_ & 1) != 0) return (e.track_ >> 1) >= levelSerial_;
+        Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
+        return s.serial_ >= levelSerial_ && s.hasFirst(row);
+    }
+    /// Whether a single value that is written now is a transaction of which only the history hears. It is then recorded
+    /// as one, without opening any.
+    bool keepsAlone() const noexcept { return history_ && !inTransaction() && !listeners_ && !frozen_ && !telling_; }
     bool isBornHere(ModelElement::Impl const& e) const noexcept { return isBornSince(e, levelSerial_); }
     static bool isBornSince(ModelElement::Impl const& e, std::uint64_t serial) noexcept {
         return (e.track_ & 1) != 0 && (e.track_ >> 1) >= serial;
     }
     /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
     Cell& record(ModelElement::Impl& element, PropertyRow const& row);
+    /// The same where `keepsAlone`: the history gets a transaction of that one value.
+    Cell& recordAlone(ModelElement::Impl& element, PropertyRow const& row);
     /// Records a step. Only if the collection's owner (or the child) wasn't born here.
     Step& recordStep(StepKind kind, void* subject);
     /// The last step if it may be merged with: recorded at this level, of that kind and subject; else null.
@@ -178,6 +197,14 @@ private:
     friend class Model::ResolutionHold;
 
     struct Level {
+        Level(std::uint64_t number, UndoLog const& log, bool isSystem, bool isSavepoint) noexcept
+            : serial(number),
+              lives(log.lives.size()),
+              steps(log.steps.size()),
+              storages(log.storages),
+              system(isSystem),
+              isOperation(isSavepoint) {}
+
         std::uint64_t serial;
         std::size_t lives;
         std::size_t steps;
@@ -196,7 +223,8 @@ private:
     void commitInner();
     void mergeAt(Level const& level) noexcept;
     void commitOutermost();
-    void finish(bool keep, bool system) noexcept;
+    void commitUnheard(bool system) noexcept;
+    void finish(bool keep) noexcept;
     void unwindTo(Level const& level) noexcept;
     bool replay(bool redo);
     void tell(ChangeSet const& changes) noexcept;
@@ -212,20 +240,23 @@ private:
     static void holdUnlisted(Step& step, ModelElement::Impl& child) noexcept;
     void moveQuietly(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) noexcept;
 
-    Storage* takeStorage(ModelElement::Impl& element);
+    void makeStorage();
+    Storage& takeStorage(ModelElement::Impl& element);
     void giveBack(Storage* storage) noexcept;
 
-    bool quiet_ = true;
+    // Of the innermost level. While none is open it is above every other, or 0 while the model is quiet: then every
+    // element counts as born at it.
+    std::uint64_t levelSerial_ = 0;
     bool frozen_ = false;
     bool telling_ = false;
     int resolutionHolds_ = 0;
-    std::uint64_t levelSerial_ = UINT64_MAX >> 1;  // of the innermost level; above every other while none is open
     std::uint64_t lastSerial_ = 0;
     std::vector<Level> levels_;
     UndoLog log_;
     Storage* freeStorages_ = nullptr;
     ElementList elements_;
     mutable IdIndex ids_;
+    mutable query::ClassIndex classes_;
     RandomIds generator_;
     std::unique_ptr<History> history_;
     std::shared_ptr<std::vector<NumberedListener> const> listeners_;
@@ -250,8 +281,33 @@ private:
     std::optional<Savepoint> savepoint_;
 };
 
-/// Whether `proxy` is a proxy of that element.
-QUAY_ZERO_API bool standsFor(ModelElement const& proxy, ModelElement const& e);
+inline ImplicitTransaction::ImplicitTransaction(ModelImpl& model) : opened_(nullptr) {
+    if (model.inTransaction()) return;
+    model.openLevel(false, true);
+    opened_ = &model;
+}
+inline ImplicitTransaction::~ImplicitTransaction() {
+    if (opened_ != nullptr) opened_->rollbackLevel(0);
+}
+inline void ImplicitTransaction::commit() {
+    if (opened_ == nullptr) return;
+    opened_->commitLevel(0);
+    opened_ = nullptr;
+}
+
+inline Savepoint::Savepoint(ModelImpl& model) : model_(nullptr), serial_(0) {
+    if (model.inOperation()) return;
+    serial_ = model.openLevel(false, true);
+    model_ = &model;
+}
+inline Savepoint::~Savepoint() {
+    if (model_ != nullptr) model_->rollbackLevel(serial_);
+}
+inline void Savepoint::commit() {
+    if (model_ == nullptr) return;
+    model_->commitLevel(serial_);
+    model_ = nullptr;
+}
 
 inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
 inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }

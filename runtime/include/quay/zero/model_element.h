@@ -17,6 +17,10 @@ class Class;
 class Property;
 }  // namespace meta
 
+namespace query {
+class ClassIndex;
+}
+
 class AbstractOwnedCollection;
 class ClassTable;
 class Model;
@@ -124,9 +128,9 @@ public:
 
     // --- Reflection. An unknown property is absent, and NoSuchProperty on get and set.
 
-    bool hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
-    Value getPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
-    void setPropertyValue(meta::Property const& property, Value const& value, ReflectionPrivateTag const& tag);
+    virtual bool hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
+    virtual Value getPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
+    virtual void setPropertyValue(meta::Property const& property, Value const& value, ReflectionPrivateTag const& tag);
     /// The property of an index of this class, or an empty handle.
     meta::Property getPropertyByIndex(unsigned long index) const;
     /// The row of a property of this element's class chain, or null. A comparison a level.
@@ -180,11 +184,18 @@ public:
     static void _basicClear(ReferenceCollection* collection);
     static void _basicCopyValues(ReferenceCollection* target, ReferenceCollection const* source);
 
-    // --- For element code: the guards of a write.
+    // --- For element code.
+
+    /// A child, or a proxy of one, comes into one of the properties. An element that never heard of any is destroyed
+    /// without asking its properties.
+    void noteOwned() noexcept { flags_ |= kOwns; }
+    bool hasOwned() const noexcept { return (flags_ & kOwns) != 0; }
+
+    bool isWritable() const noexcept { return (flags_ & (kAlive | kProxy)) == kAlive; }
 
     /// Raises what refuses a write on a proxy or a dead element. One test when it may be written.
     void requireWritable() const {
-        if ((flags_ & (kAlive | kProxy)) != kAlive) refuseWrite();
+        if (!isWritable()) refuseWrite();
     }
     /// Raises CannotModifyProxy on a proxy, whose collections can't be reached even for reading.
     void requireLoaded() const {
@@ -215,7 +226,9 @@ private:
     friend Storage;
     friend class ElementList;
     friend class IdIndex;
+    friend class query::ClassIndex;
 
+    void takeDown(bool a, bool detach, bool b);
     [[noreturn]] void refuseWrite() const;
     [[noreturn]] void refuseProxy() const;
 

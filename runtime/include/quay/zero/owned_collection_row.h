@@ -23,11 +23,12 @@ public:
         owner.notifyModifying(this->index());
         Element::_basicAdd(&of(owner), child);
     }
-    void leave(Element& owner, ModelElement const& child) const override { Element::_basicRemove(&of(owner), child); }
+    void leave(Element& owner, ModelElement const& child) const override { of(owner).basicRemove(child); }
     void disassociate(Element& owner) const override { Element::_basicClear(&of(owner)); }
     /// The children are taken down from a snapshot, which keeps them while the collection changes. Proxies and guests
     /// aren't destroyed: they stand for elements elsewhere, or are some, and only leave.
     void destroyChildren(Element& owner, bool a, bool b) const override {
+        if (of(owner).holdsNothing()) return;
         for (ModelElement const& child : of(owner).getAllValuesAndProxies()) {
             if (!child) continue;
             if (child->isProxy()) {

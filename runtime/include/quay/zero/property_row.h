@@ -27,11 +27,14 @@ enum class RowKind : std::uint8_t {
 /// passed to an operation is always of the class that the row belongs to.
 class QUAY_ZERO_API PropertyRow {
 public:
-    constexpr PropertyRow(std::uint16_t index, RowKind kind) noexcept : index_(index), kind_(kind) {}
+    /// `plain`: what a cell holds of it is bytes in place, and needs no discarding.
+    constexpr PropertyRow(std::uint16_t index, RowKind kind, bool plain = false) noexcept
+        : index_(index), kind_(kind), plain_(plain) {}
 
     /// The property's index, from 1 along the class chain; 0 for a derived one.
     std::uint16_t index() const noexcept { return index_; }
     RowKind kind() const noexcept { return kind_; }
+    bool isPlain() const noexcept { return plain_; }
     bool ownsElements() const noexcept { return kind_ == RowKind::Child || kind_ == RowKind::ElementCollection; }
 
     // --- Undo. A cell is filled by `save` or by the row's own setter; the other operations read or drop it.
@@ -67,6 +70,8 @@ public:
     virtual void disassociate(ModelElement::Impl& owner) const;
     /// Destroys the children and empties the field.
     virtual void destroyChildren(ModelElement::Impl& owner, bool a, bool b) const;
+    /// The child of a child row, resolved if it is a proxy that can be; else an empty handle.
+    virtual ModelElement child(ModelElement::Impl const& owner) const;
     /// The collection of a collection row, else null.
     virtual AbstractOwnedCollection* collection(ModelElement::Impl const& owner) const;
 
@@ -85,6 +90,7 @@ protected:
 private:
     std::uint16_t index_;
     RowKind kind_;
+    bool plain_;
 };
 
 /// What a class is to the runtime: its rows, its base's table, and how collections and builders of it are made. One

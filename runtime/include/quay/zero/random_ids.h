@@ -3,8 +3,10 @@
 
 #include <keel/export.h>
 
+#include <bit>
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
+#include <cstring>
 
 namespace quay::zero {
 
@@ -15,10 +17,32 @@ public:
     /// Seeds from the process's source. Any thread may construct one.
     RandomIds() noexcept;
 
-    boost::uuids::uuid draw() noexcept;
+    boost::uuids::uuid draw() noexcept {
+        // Version 4 and the usual variant, in bytes 6 and 8.
+        std::uint64_t const words[2] = {(next() & ~kVersionMask) | kVersion, (next() & ~kVariantMask) | kVariant};
+        boost::uuids::uuid id;
+        static_assert(sizeof id == sizeof words && std::endian::native == std::endian::little);
+        std::memcpy(&id, words, sizeof id);
+        return id;
+    }
 
 private:
-    std::uint64_t next() noexcept;
+    static constexpr std::uint64_t kVersionMask = 0x00f0'0000'0000'0000;
+    static constexpr std::uint64_t kVersion = 0x0040'0000'0000'0000;
+    static constexpr std::uint64_t kVariantMask = 0xc0;
+    static constexpr std::uint64_t kVariant = 0x80;
+
+    std::uint64_t next() noexcept {
+        std::uint64_t const result = std::rotl(state_[0] + state_[3], 23) + state_[0];
+        std::uint64_t const t = state_[1] << 17;
+        state_[2] ^= state_[0];
+        state_[3] ^= state_[1];
+        state_[1] ^= state_[2];
+        state_[0] ^= state_[3];
+        state_[2] ^= t;
+        state_[3] = std::rotl(state_[3], 45);
+        return result;
+    }
 
     std::uint64_t state_[4];
 };

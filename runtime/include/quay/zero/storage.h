@@ -4,6 +4,7 @@
 #include <quay/zero/cell.h>
 #include <quay/zero/meta/handles.h>
 #include <quay/zero/model_element.h>
+#include <quay/zero/property_row.h>
 
 #include <boost/dynamic_bitset.hpp>
 #include <cstddef>
@@ -22,6 +23,8 @@ class QUAY_ZERO_API Storage {
 public:
     /// Old values of that element; none yet.
     explicit Storage(ModelElement::Impl& element) noexcept : element_(&element) {}
+    /// For a pool.
+    Storage() noexcept = default;
     ~Storage() { clear(); }
     Storage(Storage const&) = delete;
     Storage& operator=(Storage const&) = delete;
@@ -30,12 +33,20 @@ public:
 
     /// Whether the old value of that index is here: the bit of the changed mask.
     bool has(unsigned long index) const noexcept;
+    bool has(PropertyRow const& row) const noexcept { return hasFirst(row) || (count_ > 1 && has(row.index())); }
+    /// Whether that is the value that stands inline.
+    bool hasFirst(PropertyRow const& row) const noexcept { return first_.row == &row && count_ != 0; }
     bool empty() const noexcept { return count_ == 0; }
     /// The indices that have an old value, in the order in which they were first written.
     std::vector<unsigned long> indices() const;
 
     /// Room for the row's old value, which the caller fills at once without throwing.
-    Cell& add(PropertyRow const& row);
+    Cell& add(PropertyRow const& row) {
+        if (count_ != 0) return addMore(row);
+        first_.row = &row;
+        count_ = 1;
+        return first_.old;
+    }
     /// The old value of an index, or null.
     Cell* find(unsigned long index) noexcept;
 
@@ -52,8 +63,17 @@ public:
     ModelElement const& oldContainer() const noexcept;
 
     /// Exchanges every field with its old value.
-    void exchange() noexcept;
-    void clear() noexcept;
+    void exchange() noexcept {
+        forEach([&](Entry& e) { e.row->exchange(*element_, e.old); });
+    }
+    void clear() noexcept {
+        if (more_ != nullptr) {
+            clearAll();
+        } else if (count_ != 0 && !first_.row->isPlain()) {
+            first_.row->discard(first_.old);
+        }
+        count_ = 0;
+    }
     /// Takes over what `inner`, a later storage of the same element, has and this one doesn't; the rest of it is
     /// dropped. Answers false when memory ran out: `inner` then keeps what was not yet taken.
     bool absorb(Storage& inner) noexcept;
@@ -83,16 +103,19 @@ private:
             for (Entry& e : more_->entries) f(e);
         }
     }
+    Cell& addMore(PropertyRow const& row);
+    void clearAll() noexcept;
     void drop(std::size_t position) noexcept;
     void removeLast() noexcept;
     Overflow& overflow();
 
-    ModelElement::Impl* element_;
+    // In this order, a write to a number touches one cache line of it.
+    ModelElement::Impl* element_ = nullptr;
     Storage* next_ = nullptr;        // in its level's list, or in the pool
     std::uint64_t serial_ = 0;       // the level that it was made at
     std::uintptr_t outerTrack_ = 1;  // the element's track word before this storage
     std::unique_ptr<Overflow> more_;
-    std::uint32_t count_ = 0;
+    std::uint64_t count_ = 0;
     Entry first_;
 };
 

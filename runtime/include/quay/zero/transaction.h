@@ -36,7 +36,8 @@ private:
 };
 
 /// For element code: makes sure that a transaction is open. If none was, it opens one and commits it with `commit`;
-/// otherwise it does nothing, and a caller that fails leaves its undoing to the transaction around it.
+/// otherwise it does nothing, and a caller that fails leaves its undoing to the transaction around it. Its operations
+/// stand in <quay/zero/model.h>.
 class QUAY_ZERO_API ImplicitTransaction {
 public:
     explicit ImplicitTransaction(ModelImpl& model);
@@ -51,7 +52,8 @@ private:
 };
 
 /// For element code: a savepoint of its own, inside an open transaction or as one. What happened since is undone
-/// unless `commit` was reached. Inside another operation's savepoint it opens nothing: a failure unwinds that one.
+/// unless `commit` was reached. Inside another operation's savepoint it opens nothing: a failure unwinds that one. Its
+/// operations stand in <quay/zero/model.h>.
 class QUAY_ZERO_API Savepoint {
 public:
     explicit Savepoint(ModelImpl& model);

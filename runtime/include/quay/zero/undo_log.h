@@ -7,6 +7,7 @@
 
 #include <quay/zero/storage.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -16,8 +17,11 @@ namespace quay::zero {
 
 /// One birth or death, or a run of births that stand side by side in the model's list.
 struct LifeEntry {
-    bool born;  // else dead: the entry then holds the model's reference to each of its elements
-    std::size_t count;
+    LifeEntry(bool isBirth, std::size_t number, ModelElement::Impl& e) noexcept
+        : born(isBirth), count(number), first(&e), last(&e) {}
+
+    bool born;          // else dead: the entry then holds the model's reference to each of its elements
+    std::size_t count;  // 0: one that is in no list, such as a proxy, whose reference the entry keeps either way
     ModelElement::Impl* first;
     ModelElement::Impl* last;
 };
@@ -71,9 +75,15 @@ public:
     void discard() noexcept;
     /// Lets go of the steps and lives from these positions on.
     void discardFrom(std::size_t step, std::size_t life) noexcept;
-    /// The steps join the end of another log, which has room.
+    /// Makes room for that many more steps.
+    void reserveSteps(std::size_t more) {
+        if (steps.capacity() - steps.size() < more) {
+            steps.reserve(std::max(steps.size() + more, 2 * steps.capacity()));
+        }
+    }
+    /// The steps join the end of another log, which has room for them.
     void moveSteps(UndoLog& to) noexcept {
-        to.steps.insert(to.steps.end(), steps.begin(), steps.end());
+        for (Step const& step : steps) to.steps.push_back(step);
         steps.clear();
     }
     /// Nothing was done but to resolve proxies.

@@ -296,3 +296,5 @@ std::vector<Value> typeMapperBasedExtractor(Value const& value) {
 }
 
 }  // namespace quay::zero
+
+#include <quay/zero/meta/types.h>

@@ -23,17 +23,29 @@ class ValueRow : public PropertyRow {
 public:
     using Element = ModelElement::Impl;
 
+    /// How a value is passed: small ones by value, so that they stay in registers.
+    using Passed = std::conditional_t<std::is_scalar_v<T>, T, T const&>;
+
     template <class X>
     constexpr ValueRow(std::uint16_t index, T X::*field) noexcept
-        : PropertyRow(index, RowKind::Value), field_(static_cast<T Element::*>(field)) {}
+        : PropertyRow(index, RowKind::Value, std::is_trivially_copyable_v<T> && Cell::kInPlace<T>),
+          field_(static_cast<T Element::*>(field)) {}
 
     T const& read(Element const& e) const noexcept { return e.*field_; }
 
     /// The life of a write: refuse proxies and the dead, compare, record the old value in a transaction, store. Writing
     /// the present value is no event. If it throws, nothing was changed.
-    void write(Element& e, T const& value) const {
+    void write(Element& e, Passed value) const {
         e.requireWritable();
-        if (!isSameValue(e.*field_, value)) replace(e, value);
+        if (isSameValue(e.*field_, value)) return;
+        // What is nearly always all there is to do for a number stands here, the rest where it costs others nothing.
+        if constexpr (std::is_scalar_v<T>) {
+            if (e.model().isSurelyRecorded(e, *this)) {
+                e.*field_ = value;
+                return;
+            }
+        }
+        writeOther(e, value);
     }
 
     void save(Element const& e, Cell& old) const override { old.emplace<T>(e.*field_); }
@@ -53,18 +65,30 @@ protected:
     template <class V>
     void replace(Element& e, V&& value) const {
         ModelImpl& model = e.model();
-        if (model.isQuiet()) {
+        if (model.isRecorded(e, *this)) {
             assign(e.*field_, std::forward<V>(value));
         } else if (model.inTransaction()) {
-            store(model, e, std::forward<V>(value));
+            storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
         } else {
-            ImplicitTransaction transaction(model);
-            store(model, e, std::forward<V>(value));
-            transaction.commit();
+            replaceAlone(model, e, std::forward<V>(value));
         }
     }
 
 private:
+    [[gnu::noinline]] void writeOther(Element& e, Passed value) const { replace(e, value); }
+
+    /// A value that is a transaction of its own.
+    template <class V>
+    [[gnu::noinline]] void replaceAlone(ModelImpl& model, Element& e, V&& value) const {
+        if (model.keepsAlone()) {
+            storeRecorded<&ModelImpl::recordAlone>(model, e, std::forward<V>(value));
+            return;
+        }
+        ImplicitTransaction transaction(model);
+        storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
+        transaction.commit();
+    }
+
     /// Assigns so that the field keeps its value if it throws.
     template <class V>
     static void assign(T& field, V&& value) {
@@ -78,16 +102,12 @@ private:
         }
     }
 
-    template <class V>
-    void store(ModelImpl& model, Element& e, V&& value) const {
-        if (model.isRecorded(e, index())) {
-            assign(e.*field_, std::forward<V>(value));
-            return;
-        }
+    template <auto Record, class V>
+    void storeRecorded(ModelImpl& model, Element& e, V&& value) const {
         // The new value is made and the record taken before anything moves: only these two can fail.
         if constexpr (Cell::kInPlace<T>) {
             T made(std::forward<V>(value));
-            Cell& old = model.record(e, *this);
+            Cell& old = (model.*Record)(e, *this);
             old.emplace<T>(std::move(e.*field_));
             e.*field_ = std::move(made);
         } else {
@@ -95,7 +115,7 @@ private:
             made.emplace<T>(std::forward<V>(value));
             Cell* old = nullptr;
             try {
-                old = &model.record(e, *this);
+                old = &(model.*Record)(e, *this);
             } catch (...) {
                 made.drop<T>();
                 throw;

@@ -40,9 +40,6 @@ public:
     using OwnedCollectionRow<C, Base>::OwnedCollectionRow;
 
     T createInto(Element& owner) const { return elements::createInto<T>(*this, owner); }
-    T createInto(Element& owner, BuilderWrapper<T> const& builder) const {
-        return createInto(owner, builder, boost::uuids::uuid{});
-    }
     T createInto(Element& owner, BuilderWrapper<T> const& builder, boost::uuids::uuid const& id) const {
         return elements::createInto<T>(*this, owner, builder, id);
     }

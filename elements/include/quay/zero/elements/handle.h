@@ -3,6 +3,7 @@
 
 #include <quay/zero/builder.h>
 #include <quay/zero/property_row.h>
+#include <quay/zero/query/attachment.h>
 #include <quay/zero/report.h>
 #include <quay/zero/typed_handle.h>
 
@@ -35,6 +36,14 @@ template <class X, class Base>
 class Handle : public TypedHandle<X, Base> {
 public:
     using BuilderWrapper = elements::BuilderWrapper<X>;
+
+    /// What the static accessors of properties return: words for queries on X, not values.
+    template <class T>
+    using Constrainable = query::ConstrainableWithAttachment<T, query::MetaclassAttachment<X>, false, void>;
+    template <class T>
+    using OptionalConstrainable = query::ConstrainableWithAttachment<T, query::MetaclassAttachment<X>, true, void>;
+    template <class Y>
+    using ConstrainableRelation = query::ConstrainableRelationWithAttachment<Y, query::MetaclassAttachment<X>>;
 };
 
 }  // namespace quay::zero::elements

@@ -10,4 +10,5 @@
 #include <quay/zero/elements/level.h>
 #include <quay/zero/meta/declared_package.h>
 #include <quay/zero/primitive_collection.h>
+#include <quay/zero/query/query.h>
 #include <zx/array_holder.h>

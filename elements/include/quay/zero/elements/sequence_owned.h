@@ -17,7 +17,7 @@ public:
 
     void place(ModelElement::Impl& owner, ModelElement const& child) const override {
         owner.requireLoaded();
-        this->of(owner).addElement(child);
+        this->of(owner).addNewElement(child);
     }
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <quay/zero/builder.h>
+#include <quay/zero/meta/types.h>
 #include <quay/zero/value_row.h>
 
 namespace quay::zero::elements {
@@ -14,11 +15,11 @@ public:
     using Element = ModelElement::Impl;
     using ValueRow<T>::ValueRow;
 
-    void set(Element& e, T const& value) const { this->write(e, value); }
+    void set(Element& e, typename ValueRow<T>::Passed value) const { this->write(e, value); }
 
     bool has(Element const& /*e*/) const override { return true; }
     Value get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& /*tag*/) const override {
-        return Value::createPrimitiveValue(property, this->read(e));
+        return {property->type(), this->read(e), ValueFlags::One};
     }
     /// A reflective write is a typed write. An empty value writes the type's zero.
     void set(Element& e, meta::Property const& /*property*/, Value const& value,

@@ -32,7 +32,7 @@ public:
         : Single<K>(index, field), maps_(maps) {}
 
     using Single<K>::set;
-    void set(Element& e, K const& value) const {
+    void set(Element& e, typename ValueRow<K>::Passed value) const {
         e.requireWritable();
         if (isSameValue(this->read(e), value)) return;
         KeyedCore<K>* const map = containingMap(e);

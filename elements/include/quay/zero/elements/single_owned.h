@@ -41,6 +41,7 @@ public:
     void leave(Element& owner, ModelElement const& child) const override;
     void disassociate(Element& owner) const override;
     void destroyChildren(Element& owner, bool a, bool b) const override;
+    ModelElement child(Element const& owner) const override { return read(owner); }
     void place(Element& owner, ModelElement const& child) const override { write(owner, child); }
 
 protected:
@@ -68,9 +69,6 @@ public:
     using ChildRow::set;
 
     T createInto(Element& owner) const { return elements::createInto<T>(*this, owner); }
-    T createInto(Element& owner, BuilderWrapper<T> const& builder) const {
-        return createInto(owner, builder, boost::uuids::uuid{});
-    }
     T createInto(Element& owner, BuilderWrapper<T> const& builder, boost::uuids::uuid const& id) const {
         return elements::createInto<T>(*this, owner, builder, id);
     }

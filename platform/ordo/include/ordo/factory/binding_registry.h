@@ -43,6 +43,9 @@ public:
     static OrdoInterface* find(void const* object, InternedName className) noexcept;
     /// The number of bindings.
     static std::size_t size() noexcept;
+
+private:
+    static OrdoInterface* inChain(OrdoInterface* first, InternedName className) noexcept;
 };
 
 }  // namespace ordo::factory::basic

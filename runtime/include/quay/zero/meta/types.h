@@ -301,5 +301,11 @@ private:
 
 }  // namespace quay::zero::meta
 
+namespace quay::zero {
+
+inline ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
+
+}  // namespace quay::zero
+
 template <>
 struct std::hash<quay::zero::meta::Property> : std::hash<quay::zero::ModelElement> {};

@@ -54,22 +54,39 @@ Frame Bed::Impl::getFrame() const { return Rows::frame.get(*this); }
 void Bed::Impl::setFrame(Frame const& value) { Rows::frame.set(*this, value); }
 void Bed::Impl::basicSetFrame(Frame const& value) { Rows::frame.basicSet(*this, value); }
 Frame Bed::Impl::createIntoFrame() { return Rows::frame.createInto(*this); }
-Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder) { return Rows::frame.createInto(*this, builder); }
 Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::frame.createInto(*this, builder, id); }
 
 Lane Bed::Impl::createIntoLanes() { return Rows::lanes.createInto(*this); }
-Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder) { return Rows::lanes.createInto(*this, builder); }
 Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::lanes.createInto(*this, builder, id); }
 
-Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder) { return Rows::supports.createInto(*this, builder); }
 Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::supports.createInto(*this, builder, id); }
 
 Plant Bed::Impl::createIntoPlants() { return Rows::plants.createInto(*this); }
-Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder) { return Rows::plants.createInto(*this, builder); }
 Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::plants.createInto(*this, builder, id); }
 
 Visitor Bed::Impl::createIntoVisitors() { return Rows::visitors.createInto(*this); }
-Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder) { return Rows::visitors.createInto(*this, builder); }
 Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::visitors.createInto(*this, builder, id); }
+
+Bed::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
+    : quay::zero::ModelElement::Constrainables(query, cls, mode),
+      label(Attachment(*this), MetaPackageGarden::getInstance()->Bed_label),
+      soil(Attachment(*this), MetaPackageGarden::getInstance()->Bed_soil),
+      width(Attachment(*this), MetaPackageGarden::getInstance()->Bed_width),
+      waterings(Attachment(*this), MetaPackageGarden::getInstance()->Bed_waterings),
+      frame(Attachment(*this), MetaPackageGarden::getInstance()->Bed_frame),
+      lanes(Attachment(*this), MetaPackageGarden::getInstance()->Bed_lanes),
+      supports(Attachment(*this), MetaPackageGarden::getInstance()->Bed_supports),
+      plants(Attachment(*this), MetaPackageGarden::getInstance()->Bed_plants),
+      visitors(Attachment(*this), MetaPackageGarden::getInstance()->Bed_visitors) {}
+
+auto Bed::label() -> Constrainable<std::u16string> const& { static Constrainable<std::u16string> const made(MetaPackageGarden::getInstance()->Bed_label); return made; }
+auto Bed::soil() -> Constrainable<Soil> const& { static Constrainable<Soil> const made(MetaPackageGarden::getInstance()->Bed_soil); return made; }
+auto Bed::width() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Bed_width); return made; }
+auto Bed::waterings() -> OptionalConstrainable<int> const& { static OptionalConstrainable<int> const made(MetaPackageGarden::getInstance()->Bed_waterings); return made; }
+auto Bed::frame() -> ConstrainableRelation<Frame> const& { static ConstrainableRelation<Frame> const made(MetaPackageGarden::getInstance()->Bed_frame); return made; }
+auto Bed::lanes() -> ConstrainableRelation<Lane> const& { static ConstrainableRelation<Lane> const made(MetaPackageGarden::getInstance()->Bed_lanes); return made; }
+auto Bed::supports() -> ConstrainableRelation<Support> const& { static ConstrainableRelation<Support> const made(MetaPackageGarden::getInstance()->Bed_supports); return made; }
+auto Bed::plants() -> ConstrainableRelation<Plant> const& { static ConstrainableRelation<Plant> const made(MetaPackageGarden::getInstance()->Bed_plants); return made; }
+auto Bed::visitors() -> ConstrainableRelation<Visitor> const& { static ConstrainableRelation<Visitor> const made(MetaPackageGarden::getInstance()->Bed_visitors); return made; }
 
 }  // namespace Garden

@@ -31,4 +31,12 @@ Plant Plant::create(quay::zero::Model const& model, boost::uuids::uuid const& id
 void Plant::Impl::setName(std::u16string const& value) { Rows::name.set(*this, value); }
 void Plant::Impl::setHeight(double value) { Rows::height.set(*this, value); }
 
+Plant::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
+    : quay::zero::ModelElement::Constrainables(query, cls, mode),
+      name(Attachment(*this), MetaPackageGarden::getInstance()->Plant_name),
+      height(Attachment(*this), MetaPackageGarden::getInstance()->Plant_height) {}
+
+auto Plant::name() -> Constrainable<std::u16string> const& { static Constrainable<std::u16string> const made(MetaPackageGarden::getInstance()->Plant_name); return made; }
+auto Plant::height() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Plant_height); return made; }
+
 }  // namespace Garden

@@ -18,4 +18,9 @@ quay::zero::ClassTable const& Stake::classTable() {
 
 Stake Stake::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Stake>(model, id); }
 
+Stake::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
+    : Support::Constrainables(query, cls, mode) {}
+
+auto Stake::height() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Support_height); return made; }
+
 }  // namespace Garden

@@ -56,42 +56,37 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   bool hasFrame() const { return bool(frame_); }
   void basicSetFrame(Frame const& value);
   Frame createIntoFrame();
-  Frame createIntoFrame(Frame::BuilderWrapper builder);
-  Frame createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id);
+  Frame createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
   /// Lanes from north to south.
   quay::zero::ElementSequence<Lane> const* getLanes() const { return readable(lanes_); }
   quay::zero::ElementSequence<Lane>* getLanesMutable() { return readable(lanes_); }
   bool hasLanes() const { return !lanes_.empty(); }
   Lane createIntoLanes();
-  Lane createIntoLanes(Lane::BuilderWrapper builder);
-  Lane createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id);
+  Lane createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
   /// What plants climb on.
   quay::zero::UnorderedElementSet<Support> const* getSupports() const { return readable(supports_); }
   quay::zero::UnorderedElementSet<Support>* getSupportsMutable() { return readable(supports_); }
   bool hasSupports() const { return !supports_.empty(); }
-  Support createIntoSupports(Support::BuilderWrapper builder);
-  Support createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id);
+  Support createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
   /// Single plants, by name.
   quay::zero::ElementMap<std::u16string, Plant> const* getPlants() const { return readable(plants_); }
   quay::zero::ElementMap<std::u16string, Plant>* getPlantsMutable() { return readable(plants_); }
   bool hasPlants() const { return !plants_.empty(); }
   Plant createIntoPlants();
-  Plant createIntoPlants(Plant::BuilderWrapper builder);
-  Plant createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id);
+  Plant createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
   /// Who came to see the bed, by week.
   quay::zero::ElementMultimap<int, Visitor> const* getVisitors() const { return readable(visitors_); }
   quay::zero::ElementMultimap<int, Visitor>* getVisitorsMutable() { return readable(visitors_); }
   bool hasVisitors() const { return !visitors_.empty(); }
   Visitor createIntoVisitors();
-  Visitor createIntoVisitors(Visitor::BuilderWrapper builder);
-  Visitor createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id);
+  Visitor createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
  private:
-  struct Rows;
+  struct [[gnu::visibility("hidden")]] Rows;
   friend class Bed;
 
   std::u16string label_;
@@ -134,6 +129,23 @@ class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay:
   B& clearPlants() { return this->dropChildren(11); }
   B& addVisitors(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(12, std::move(child)); }
   B& clearVisitors() { return this->dropChildren(12); }
+};
+
+/// The properties of Bed as the words of one query.
+class GARDEN_API Bed::Constrainables : public quay::zero::ModelElement::Constrainables {
+ public:
+  Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode);
+  explicit Constrainables(std::pair<quay::zero::query::AbstractQuery&, quay::zero::query::SearchClassMatchMode const> const& asked) : Constrainables(asked.first, metaClass(), asked.second) {}
+
+  Constrainable<std::u16string> label;
+  Constrainable<Soil> soil;
+  Constrainable<double> width;
+  OptionalConstrainable<int> waterings;
+  ConstrainableRelation<Frame> frame;
+  ConstrainableRelation<Lane> lanes;
+  ConstrainableRelation<Support> supports;
+  ConstrainableRelation<Plant> plants;
+  ConstrainableRelation<Visitor> visitors;
 };
 
 /// Makes a new Bed with its values and everything that it owns, in one transaction.

@@ -3,6 +3,7 @@
 
 #include <quay/zero/elements/handle.h>
 
+#include "Garden/Enumerations.h"
 #include "Garden/export.h"
 
 namespace Garden {
@@ -21,11 +22,22 @@ class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::Mode
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<std::u16string> const& label();
+  static Constrainable<Soil> const& soil();
+  static Constrainable<double> const& width();
+  static OptionalConstrainable<int> const& waterings();
+  static ConstrainableRelation<Frame> const& frame();
+  static ConstrainableRelation<Lane> const& lanes();
+  static ConstrainableRelation<Support> const& supports();
+  static ConstrainableRelation<Plant> const& plants();
+  static ConstrainableRelation<Visitor> const& visitors();
 };
 
 /// A glazed cover.
@@ -33,11 +45,14 @@ class GARDEN_API Frame : public quay::zero::elements::Handle<Frame, quay::zero::
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Frame create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<bool> const& isOpen();
 };
 
 /// A row of one crop.
@@ -45,11 +60,14 @@ class GARDEN_API Lane : public quay::zero::elements::Handle<Lane, quay::zero::Mo
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Lane create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<std::u16string> const& crop();
 };
 
 /// One plant.
@@ -57,11 +75,15 @@ class GARDEN_API Plant : public quay::zero::elements::Handle<Plant, quay::zero::
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Plant create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<std::u16string> const& name();
+  static Constrainable<double> const& height();
 };
 
 /// A bed above the ground.
@@ -69,21 +91,36 @@ class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed>
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static RaisedBed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<std::u16string> const& label();
+  static Constrainable<Soil> const& soil();
+  static Constrainable<double> const& width();
+  static OptionalConstrainable<int> const& waterings();
+  static ConstrainableRelation<Frame> const& frame();
+  static ConstrainableRelation<Lane> const& lanes();
+  static ConstrainableRelation<Support> const& supports();
+  static ConstrainableRelation<Plant> const& plants();
+  static ConstrainableRelation<Visitor> const& visitors();
+  static Constrainable<unsigned int> const& legs();
 };
 
 /// Something to climb on.
 class GARDEN_API Support : public quay::zero::elements::Handle<Support, quay::zero::ModelElement> {
  public:
   class Impl;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
+
+  static Constrainable<double> const& height();
 };
 
 /// A single pole.
@@ -91,11 +128,14 @@ class GARDEN_API Stake : public quay::zero::elements::Handle<Stake, Support> {
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Stake create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<double> const& height();
 };
 
 /// Somebody who came to see a bed.
@@ -103,11 +143,15 @@ class GARDEN_API Visitor : public quay::zero::elements::Handle<Visitor, quay::ze
  public:
   class Impl;
   class Builder;
+  class Constrainables;
   using Handle::Handle;
 
   static quay::zero::meta::Class const& metaClass();
   static quay::zero::ClassTable const& classTable();
   static Visitor create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+
+  static Constrainable<int> const& week();
+  static Constrainable<std::string> const& remark();
 };
 
 }  // namespace Garden

@@ -20,7 +20,7 @@ class GARDEN_API RaisedBed::Impl : public quay::zero::elements::Level<RaisedBed,
   void setLegs(unsigned int value);
 
  private:
-  struct Rows;
+  struct [[gnu::visibility("hidden")]] Rows;
   friend class RaisedBed;
 
   unsigned int legs_ = 4u;
@@ -33,6 +33,15 @@ class RaisedBed::Impl::BuilderBase : public Bed::Impl::BuilderBase<B> {
   using Bed::Impl::BuilderBase<B>::BuilderBase;
 
   B& setLegs(unsigned int value) { return this->give(13, value); }
+};
+
+/// The properties of RaisedBed as the words of one query.
+class GARDEN_API RaisedBed::Constrainables : public Bed::Constrainables {
+ public:
+  Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode);
+  explicit Constrainables(std::pair<quay::zero::query::AbstractQuery&, quay::zero::query::SearchClassMatchMode const> const& asked) : Constrainables(asked.first, metaClass(), asked.second) {}
+
+  Constrainable<unsigned int> legs;
 };
 
 /// Makes a new RaisedBed with its values and everything that it owns, in one transaction.

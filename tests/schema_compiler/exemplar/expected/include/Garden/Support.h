@@ -19,7 +19,7 @@ class GARDEN_API Support::Impl : public quay::zero::elements::Level<Support, qua
   void setHeight(double value);
 
  private:
-  struct Rows;
+  struct [[gnu::visibility("hidden")]] Rows;
   friend class Support;
 
   double height_ = 0.0;
@@ -32,6 +32,15 @@ class Support::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, q
   using quay::zero::elements::BuilderBase<B, quay::zero::ModelElement>::BuilderBase;
 
   B& setHeight(double value) { return this->give(1, value); }
+};
+
+/// The properties of Support as the words of one query.
+class GARDEN_API Support::Constrainables : public quay::zero::ModelElement::Constrainables {
+ public:
+  Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode);
+  explicit Constrainables(std::pair<quay::zero::query::AbstractQuery&, quay::zero::query::SearchClassMatchMode const> const& asked) : Constrainables(asked.first, metaClass(), asked.second) {}
+
+  Constrainable<double> height;
 };
 
 }  // namespace Garden

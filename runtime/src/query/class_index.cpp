@@ -1,0 +1,172 @@
+#include <quay/zero/meta/types.h>
+#include <quay/zero/query/class_index.h>
+
+#include <algorithm>
+#include <bit>
+#include <boost/unordered/unordered_flat_set.hpp>
+#include <functional>
+#include <utility>
+
+namespace quay::zero::query {
+
+/// The numbers of all members, to be found by element.
+class ClassIndex::NumberSet {
+public:
+    explicit NumberSet(std::vector<Element*> const& members) : set_(0, Hash{members}, Same{members}) {}
+
+    void add(std::uint32_t number) { set_.insert(number); }
+    /// Takes the element's number out. It must be there.
+    std::uint32_t takeOut(Element const& e) noexcept {
+        auto const found = set_.find(&e);
+        std::uint32_t const number = *found;
+        set_.erase(found);
+        return number;
+    }
+
+private:
+    struct Hash {
+        using is_transparent = void;
+        std::reference_wrapper<std::vector<Element*> const> members;
+        std::size_t operator()(Element const* e) const noexcept { return std::hash<Element const*>()(e); }
+        std::size_t operator()(std::uint32_t number) const noexcept { return (*this)(members.get()[number]); }
+    };
+    struct Same {
+        using is_transparent = void;
+        std::reference_wrapper<std::vector<Element*> const> members;
+        bool operator()(std::uint32_t a, std::uint32_t b) const noexcept { return a == b; }
+        bool operator()(Element const* e, std::uint32_t number) const noexcept { return e == members.get()[number]; }
+        bool operator()(std::uint32_t number, Element const* e) const noexcept { return e == members.get()[number]; }
+    };
+
+    boost::unordered_flat_set<std::uint32_t, Hash, Same> set_;
+};
+
+ClassIndex::ClassIndex() noexcept = default;
+ClassIndex::~ClassIndex() = default;
+
+void ClassIndex::catchUp(ElementList const& list) {
+    try {
+        if (stale_) startOver();
+        if (keepsNumbers_ && numbers_ == nullptr) numbers_ = std::make_unique<NumberSet>(members_);
+        if (gaps_ > members_.size() / 2 + 1024) closeGaps();
+        if (indexedUpTo_ == list.last()) return;
+        for (Element* e = indexedUpTo_ == nullptr ? list.first() : ElementList::next(*indexedUpTo_); e != nullptr;
+             e = ElementList::next(*e)) {
+            if (!has(*e)) add(*e);
+            indexedUpTo_ = e;
+        }
+    } catch (...) {
+        startOver();
+        throw;
+    }
+}
+
+void ClassIndex::add(Element& e) {
+    auto const number = static_cast<std::uint32_t>(members_.size());
+    members_.push_back(&e);
+    e.setFlag(Element::kClassed, true);
+    if (!e.isAlive()) ++dead_;
+    // Meta classes live as long as the process, so a class whose library is gone does no harm.
+    Members& of = byClass_[e.getMetaClass().impl()];
+    of.elements.push_back(&e);
+    of.numbers.push_back(number);
+    if (numbers_ != nullptr) numbers_->add(number);
+}
+
+void ClassIndex::takeOut(Element& e) noexcept {
+    if (numbers_ == nullptr) {
+        keepsNumbers_ = true;
+        startOver();
+        return;
+    }
+    std::uint32_t const number = numbers_->takeOut(e);
+    members_[number] = nullptr;
+    byClass_.find(e.getMetaClass().impl())->second.takeOut(number);
+    e.setFlag(Element::kClassed, false);
+    --dead_;
+    ++gaps_;
+}
+
+void ClassIndex::Members::takeOut(std::uint32_t number) noexcept {
+    elements[static_cast<std::size_t>(std::lower_bound(numbers.begin(), numbers.end(), number) - numbers.begin())] =
+        nullptr;
+    if (++gaps <= elements.size() / 2 + 16) return;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (elements[i] == nullptr) continue;
+        elements[kept] = elements[i];
+        numbers[kept++] = numbers[i];
+    }
+    elements.resize(kept);
+    numbers.resize(kept);
+    gaps = 0;
+}
+
+void ClassIndex::startOver() noexcept {
+    for (Element* const e : members_) {
+        if (e != nullptr) e->setFlag(Element::kClassed, false);
+    }
+    clear();
+}
+
+void ClassIndex::clear() noexcept {
+    members_.clear();
+    byClass_.clear();
+    numbers_.reset();
+    stale_ = false;
+    dead_ = 0;
+    gaps_ = 0;
+    indexedUpTo_ = nullptr;
+}
+
+/// Numbers the members anew, the dead with the living.
+void ClassIndex::closeGaps() {
+    std::vector<Element*> const old = std::exchange(members_, {});
+    Element* const upTo = indexedUpTo_;
+    for (Element* const e : old) {
+        if (e != nullptr) e->setFlag(Element::kClassed, false);
+    }
+    clear();
+    for (Element* const e : old) {
+        if (e != nullptr) add(*e);
+    }
+    indexedUpTo_ = upTo;
+}
+
+ClassIndex::Walk::Walk(ClassIndex const& index, meta::Class const& cls, SearchClassMatchMode mode) : index_(index) {
+    std::vector<Members const*> found;
+    if (mode == SearchClassMatchMode::Exact) {
+        auto const exact = index.byClass_.find(cls.impl());
+        if (exact != index.byClass_.end()) found.push_back(&exact->second);
+    } else {
+        for (auto const& [of, members] : index.byClass_) {
+            if (static_cast<meta::Class::Impl const*>(of)->conformsTo(cls)) found.push_back(&members);
+        }
+    }
+    if (found.size() == 1) {
+        only_ = &found.front()->elements;
+    } else if (!found.empty()) {
+        several_.resize((index.members_.size() + kBlock - 1) / kBlock);
+        for (Members const* members : found) {
+            for (std::uint32_t const n : members->numbers) several_[n / kBlock] |= std::uint64_t{1} << (n % kBlock);
+        }
+    }
+}
+
+unsigned ClassIndex::Walk::next(Element** block) {
+    unsigned count = 0;
+    if (only_ != nullptr) {
+        while (count < kBlock && position_ < only_->size()) count = take((*only_)[position_++], block, count);
+        return count;
+    }
+    while (count == 0 && position_ < several_.size()) {
+        for (std::uint64_t left = several_[position_]; left != 0; left &= left - 1) {
+            std::size_t const number = position_ * kBlock + static_cast<unsigned>(std::countr_zero(left));
+            count = take(index_.members_[number], block, count);
+        }
+        ++position_;
+    }
+    return count;
+}
+
+}  // namespace quay::zero::query

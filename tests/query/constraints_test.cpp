@@ -1,0 +1,256 @@
+// Every constraint against a plain loop that asks the same by getters.
+#include "support/record.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+namespace {
+
+using namespace queries;
+using qz::query::Constraint;
+using qz::query::find;
+
+/// A constraint on X, and the same as code.
+template <class X>
+struct Case {
+    char const* name;
+    Constraint<X> constraint;
+    std::function<bool(X const&)> plain;
+};
+
+/// Asks each in both modes. Unless the name starts with a "!", a case that finds nothing, or everything, tests nothing.
+template <class X>
+void expectSame(qz::Model const& model, std::vector<Case<X>> const& cases) {
+    for (auto const& [name, constraint, plain] : cases) {
+        SCOPED_TRACE(name);
+        for (Mode const mode : {Mode::Exact, Mode::WithSubclasses}) {
+            EXPECT_EQ(find<X>(model, constraint, mode), (filter<X>(model, mode, plain)));
+        }
+        if (name[0] == '!') continue;
+        std::size_t const found = find<X>(model, constraint).size();
+        EXPECT_GT(found, 0U);
+        EXPECT_LT(found, find<X>(model).size());
+    }
+}
+
+class Constraints : public testing::Test {
+protected:
+    qz::Model model = qz::Model::create();
+    ModelRefInfoRoot root = build(model);
+};
+
+TEST_F(Constraints, OnValuesOfEachType) {
+    using P = RootIOPortInformation;
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    find<P>(model)[2]->setDesignMin(nan);
+    expectSame<P>(
+        model,
+        {
+            {"real ==", P::designMin() == 0.5, [](P const& p) { return p->getDesignMin() == 0.5; }},
+            {"real !=", P::designMin() != 0.5, [](P const& p) { return p->getDesignMin() != 0.5; }},
+            {"real <", P::designMin() < 0.5, [](P const& p) { return p->getDesignMin() < 0.5; }},
+            {"real <= whole", P::designMin() <= 0, [](P const& p) { return p->getDesignMin() <= 0; }},
+            {"real >", P::designMin() > 0.5F, [](P const& p) { return p->getDesignMin() > 0.5; }},
+            {"real >=", P::designMin() >= 0.5, [](P const& p) { return p->getDesignMin() >= 0.5; }},
+            {"!real == nan", P::designMin() == nan, [&](P const& p) { return p->getDesignMin() == nan; }},
+            {"not <", !(P::designMin() < 0.5), [](P const& p) { return !(p->getDesignMin() < 0.5); }},
+            {"text ==", P::trueHiers() == "top.even", [](P const& p) { return p->getTrueHiers() == "top.even"; }},
+            {"text !=", P::trueHiers() != std::string("top.even"),
+             [](P const& p) { return p->getTrueHiers() != "top.even"; }},
+            {"text <", P::trueHiers() < "top.odd.3", [](P const& p) { return p->getTrueHiers() < "top.odd.3"; }},
+            {"text >=", P::trueHiers() >= "top.odd.3", [](P const& p) { return p->getTrueHiers() >= "top.odd.3"; }},
+            {"contains", P::trueHiers().contains("odd"),
+             [](P const& p) { return p->getTrueHiers().find("odd") != std::string::npos; }},
+            {"!contains nothing", P::trueHiers().contains(""), [](P const&) { return true; }},
+            {"startsWith", P::trueHiers().startsWith(std::string_view("top.o")),
+             [](P const& p) { return p->getTrueHiers().starts_with("top.o"); }},
+            {"!startsWith more than all", P::trueHiers().startsWith("top.even and more"),
+             [](P const&) { return false; }},
+        });
+    using I = InportInformation;
+    expectSame<I>(model,
+                  {
+                      {"bool", I::isNotDerivPort() == true, [](I const& p) { return p->getIsNotDerivPort(); }},
+                      {"bool !=", I::isNotDerivPort() != true, [](I const& p) { return !p->getIsNotDerivPort(); }},
+                      {"of the superclass", I::designMin() > 0, [](I const& p) { return p->getDesignMin() > 0; }},
+                  });
+    using E = VarTsUIDEntry;
+    expectSame<E>(
+        model,
+        {
+            {"int ==", E::varTsIdx() == -1, [](E const& e) { return e->getVarTsIdx() == -1; }},
+            {"int < unsigned", E::varTsIdx() < 0U, [](E const& e) { return e->getVarTsIdx() < 0; }},
+            {"!int == what it wraps to", E::varTsIdx() == 0xffff'ffffU, [](E const&) { return false; }},
+            {"wide text", E::varTsUID() == u"a\u00e9", [](E const& e) { return e->getVarTsUID() == u"a\u00e9"; }},
+            {"wide text contains", E::varTsUID().contains(u"\u00e9"),
+             [](E const& e) { return e->getVarTsUID().size() == 2; }},
+        });
+    using G = SampleTimeGraphEdge;
+    expectSame<G>(
+        model, {
+                   {"long ==", G::srcNodeIdx() == 8, [](G const& e) { return e->getSrcNodeIdx() == 8; }},
+                   {"long > int", G::srcNodeIdx() > 8, [](G const& e) { return e->getSrcNodeIdx() > 8; }},
+                   {"!long == -1", G::srcNodeIdx() == -1, [](G const&) { return false; }},
+                   {"long == highest", G::srcNodeIdx() == ~0UL, [](G const& e) { return e->getSrcNodeIdx() == ~0UL; }},
+               });
+    using Q = InputQueue;
+    for (QueueType const type : {QueueType::Q_TYPE_FIFO, QueueType::Q_TYPE_LIFO, QueueType::Q_TYPE_FIFO}) {
+        Q::create(model, {})->setQueueType(type);
+    }
+    expectSame<Q>(model, {
+                             {"enum ==", Q::queueType() == QueueType::Q_TYPE_LIFO,
+                              [](Q const& q) { return q->getQueueType() == QueueType::Q_TYPE_LIFO; }},
+                             {"enum <", Q::queueType() < QueueType::Q_TYPE_LIFO,
+                              [](Q const& q) { return q->getQueueType() < QueueType::Q_TYPE_LIFO; }},
+                         });
+}
+
+TEST_F(Constraints, OnOptionalValues) {
+    using R = ModelRefInfoRoot;
+    expectSame<R>(
+        model,
+        {
+            {"has bool", R::isRefModelConstant().has(), [](R const& r) { return r->hasIsRefModelConstant(); }},
+            {"has int", R::numTs().has(), [](R const& r) { return r->hasNumTs(); }},
+            {"== false", R::isRefModelConstant() == false,
+             [](R const& r) { return r->getIsRefModelConstant() == boost::optional<bool>(false); }},
+            {"absent != false", R::isRefModelConstant() != false,
+             [](R const& r) { return r->getIsRefModelConstant() != boost::optional<bool>(false); }},
+            {"absent is not below", R::numTs() < 8, [](R const& r) { return r->hasNumTs() && *r->getNumTs() < 8; }},
+            {"absent is not above", R::numTs() > -1, [](R const& r) { return r->hasNumTs() && *r->getNumTs() > -1; }},
+            {"!long", R::numPortlessVarlowFunctionPortGroups() >= 0, [](R const&) { return false; }},
+        });
+}
+
+TEST_F(Constraints, OnWhatIsOwned) {
+    using P = RootIOPortInformation;
+    auto const overFive = HierCondInfo::hierIdx() > 5U;
+    auto const over = [](HierCondInfo const& h) { return h->getHierIdx() > 5; };
+    auto const& of = [](P const& p) -> auto& { return *p->getHierCondInfos(); };
+    expectSame<P>(model,
+                  {
+                      {"set any", P::hierCondInfos().any(overFive),
+                       [&](P const& p) { return std::any_of(of(p).begin(), of(p).end(), over); }},
+                      {"set all", P::hierCondInfos().all(overFive),
+                       [&](P const& p) { return std::all_of(of(p).begin(), of(p).end(), over); }},
+                      {"set none", P::hierCondInfos().none(overFive),
+                       [&](P const& p) { return std::none_of(of(p).begin(), of(p).end(), over); }},
+                      {"set has one", P::hierCondInfos().any(), [&](P const& p) { return p->hasHierCondInfos(); }},
+                      {"set is empty", P::hierCondInfos().none(), [&](P const& p) { return !p->hasHierCondInfos(); }},
+                  });
+    using I = InportInformation;
+    auto const anyEvent = InputDataEventsInfo::deadlineTime() == u"";
+    expectSame<I>(
+        model,
+        {
+            {"child", I::dataEventsInfo().any(), [](I const& p) { return p->hasDataEventsInfo(); }},
+            {"no child", I::dataEventsInfo().none(), [](I const& p) { return !p->hasDataEventsInfo(); }},
+            {"child any", I::dataEventsInfo().any(anyEvent), [](I const& p) { return p->hasDataEventsInfo(); }},
+            {"child all", I::dataEventsInfo().all(!anyEvent), [](I const& p) { return !p->hasDataEventsInfo(); }},
+        });
+    using R = ModelRefInfoRoot;
+    auto const negative = VarTsUIDEntry::varTsIdx() < 0;
+    expectSame<R>(model, {
+                             {"sequence, then up to the superclass",
+                              R::inports().any(P::designMin() > 1 && InportInformation::isNotDerivPort() == false),
+                              [](R const& r) { return r->hasInports(); }},
+                             {"map of a child", R::varTsUIDMap().any(VarTsUIDMap::entries().any(negative)),
+                              [](R const& r) { return r->hasVarTsUIDMap(); }},
+                             {"!empty map", R::controllableInputRatesMap().any(VarTsUIDMap::entries().any(negative)),
+                              [](R const&) { return false; }},
+                             {"map not all", R::varTsUIDMap().any(!VarTsUIDMap::entries().all(negative)),
+                              [](R const& r) { return r->hasVarTsUIDMap(); }},
+                             {"multimap",
+                              R::unionTsContainedTs().any(UnionTsContainedTsElem::unionTs() == 0 &&
+                                                          UnionTsContainedTsElem::containedTs() == 1),
+                              [](R const& r) { return r->hasUnionTsContainedTs(); }},
+                             {"multimap all", R::unionTsContainedTs().all(UnionTsContainedTsElem::unionTs() > 0),
+                              [](R const& r) { return !r->hasUnionTsContainedTs(); }},
+                         });
+}
+
+/// More children than are looked at in one go, of which one differs.
+TEST_F(Constraints, LookAtEveryChildOfMany) {
+    using R = ModelRefInfoRoot;
+    for (int i = 0; i < 300; ++i) root->createIntoInports()->setOriginalPortNumber(i == 150 ? 7 : 1000);
+    auto const seventh = InportInformation::originalPortNumber() == 7U;
+    EXPECT_EQ(find<R>(model, R::inports().any(seventh)), std::vector{root});
+    EXPECT_EQ(find<R>(model, R::inports().any() && R::inports().none(seventh)), std::vector<R>{});
+    InportInformation const port = find<InportInformation>(model, seventh).front();
+    for (unsigned i = 0; i < 300; ++i) port->createIntoHierCondInfos()->setHierIdx(i);
+    EXPECT_EQ(find<InportInformation>(model, InportInformation::hierCondInfos().any(HierCondInfo::hierIdx() == 250U)),
+              std::vector{port});
+    EXPECT_FALSE(find<InportInformation>(model, InportInformation::hierCondInfos().all(
+                                                    HierCondInfo::hierIdx() < 299U)) == find<InportInformation>(model));
+    EXPECT_EQ(find<InportInformation>(
+                  model, seventh && InportInformation::hierCondInfos().all(HierCondInfo::hierIdx() < 300U)),
+              std::vector{port});
+}
+
+TEST_F(Constraints, OnAnElementOfAForeignClass) {
+    using R = ModelRefInfoRoot;
+    auto const interface = vw::ci::Model::create(model, {});
+    root->setRootBlockDiagramInterface(interface);
+    expectSame<R>(
+        model, {
+                   {"it", R::rootBlockDiagramInterface() == interface,
+                    [&](R const& r) { return r->getRootBlockDiagramInterface() == interface; }},
+                   {"another", R::rootBlockDiagramInterface() != interface, [&](R const& r) { return r != root; }},
+                   {"none", R::rootBlockDiagramInterface() == vw::ci::Model(), [&](R const& r) { return r != root; }},
+               });
+}
+
+TEST_F(Constraints, FindTheExactClassOrItsSubclassesInOrderOfCreation) {
+    using P = RootIOPortInformation;
+    auto const all = [](P const&) { return true; };
+    P const base = P::create(model, {});
+    InportInformation const last = root->createIntoInports();
+    EXPECT_EQ(find<P>(model, Mode::Exact), std::vector{base});
+    auto const ports = find<P>(model);
+    EXPECT_EQ(ports, filter<P>(model, all));
+    EXPECT_EQ(ports.size(), 14U);
+    EXPECT_EQ(ports.back(), P(last));
+    EXPECT_EQ(find<InterfaceParameter>(model).size(), 0U);
+    auto const inports = find<InportInformation>(model, P::designMin() > 0);
+    static_assert(std::is_same_v<decltype(inports), std::vector<InportInformation> const>);
+    EXPECT_GT(inports.size(), 0U);
+    EXPECT_TRUE(find<P>(qz::Model()).empty());
+    EXPECT_TRUE(find<P>(qz::Model::create()).empty());
+}
+
+/// Proxies are resolved as getters do it; those that stay proxies are passed over, below an owner and in the model.
+TEST_F(Constraints, ResolveProxiesUnlessThatIsHeldOff) {
+    using R = ModelRefInfoRoot;
+    ModelRefInfoRoot const owner = R::create(model, {});
+    CodeGenInformation const target = CodeGenInformation::create(model, {});
+    CodeGenInformation const proxy = owner->createIntoCodeGenInfo();
+    model->setProxyId(*proxy.impl(), qz::ProxyId(u"there", target->uuid()));
+    int asked = 0;
+    ModelRefInfoRoot madeMeanwhile;
+    auto const hasInfo = R::codeGenInfo().any();
+    {
+        qz::Model::ResolutionHold const hold(model);
+        EXPECT_TRUE(find<R>(model, hasInfo).empty());
+    }
+    model->setProxyResolver([&](qz::ProxyId const&) -> qz::ModelElement {
+        ++asked;
+        if (asked == 1) return {};
+        for (int i = 0; i < 100; ++i) madeMeanwhile = R::create(model, {});
+        EXPECT_EQ(find<R>(model, R::numTs().has()), std::vector{root});
+        return target;
+    });
+    EXPECT_TRUE(find<R>(model, R::numTs().has() && hasInfo).empty());
+    EXPECT_EQ(asked, 0);  // the second part wasn't asked of a root whose proxy it would have met
+    EXPECT_TRUE(find<R>(model, hasInfo).empty());
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(find<R>(model, hasInfo), std::vector{owner});
+    EXPECT_EQ(asked, 2);
+    EXPECT_TRUE(madeMeanwhile);
+    EXPECT_EQ(owner->getCodeGenInfo(), target);
+    EXPECT_EQ(find<CodeGenInformation>(model), std::vector{target});
+}
+
+}  // namespace

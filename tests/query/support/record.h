@@ -1,0 +1,32 @@
+// A record to query, and plain loops to compare with.
+#pragma once
+
+#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+
+#include <vector>
+
+namespace queries {
+
+using namespace ModelRefInfoRepo;
+namespace qz = quay::zero;
+using Mode = qz::query::SearchClassMatchMode;
+
+/// A root with ports of both kinds and other children, so that each value that a test asks about occurs, and others do.
+ModelRefInfoRoot build(qz::Model const& model);
+
+/// The live elements of class X that a plain loop finds.
+template <class X, class F>
+std::vector<X> filter(qz::Model const& model, Mode mode, F&& f) {
+    std::vector<X> found;
+    for (qz::ModelElement const& e : model->getElements()) {
+        X const x = X::cast(e);
+        if (x && (mode == Mode::WithSubclasses || e->getMetaClass() == X::metaClass()) && f(x)) found.push_back(x);
+    }
+    return found;
+}
+template <class X, class F>
+std::vector<X> filter(qz::Model const& model, F&& f) {
+    return filter<X>(model, Mode::WithSubclasses, f);
+}
+
+}  // namespace queries
