@@ -81,9 +81,6 @@ public:
 
     std::vector<Value> getAllKeys() const;
 
-    /// Neither entries nor proxies.
-    bool holdsNothing() const noexcept { return tree_.empty() && proxies_ == nullptr; }
-
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
     std::vector<ModelElement> getAllValues() const final;

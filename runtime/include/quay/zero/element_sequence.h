@@ -44,7 +44,7 @@ public:
     std::size_t indexOf(ModelElement const& e) const noexcept;
 
     /// Neither members nor proxies.
-    bool holdsNothing() const noexcept { return members_.empty(); }
+    bool holdsNothing() const noexcept final { return members_.empty(); }
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;

@@ -31,9 +31,6 @@ public:
     /// Releases every member; they live on without a container.
     void clear() final;
 
-    /// Neither members nor proxies.
-    bool holdsNothing() const noexcept { return members_.empty() && proxies_ == nullptr; }
-
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
     std::vector<ModelElement> getAllValues() const final;

@@ -296,5 +296,3 @@ std::vector<Value> typeMapperBasedExtractor(Value const& value) {
 }
 
 }  // namespace quay::zero
-
-#include <quay/zero/meta/types.h>

@@ -1,6 +1,7 @@
 // A property with one value: the life of a write, and how it is undone.
 #pragma once
 
+#include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
 #include <quay/zero/property_row.h>
 #include <quay/zero/value.h>
