@@ -101,10 +101,17 @@ def test_show_follows_paths(clocks: Record, modelref: Run) -> None:
         "/FMUBlockMap/entries/Logger/fmuMode": "ScheduledExecution",
         "/fcnCallPortGroups/0/preCompRateSpec": clocks.root["fcnCallPortGroups"][0]["values"]["preCompRateSpec"],
         "//0/numTs": 3,
+        "/inports/4/rateInfos/0": {"nonFcnCallPartitionName": "fast", "period": 0.01, "priority": 0, "rateIdx": 0},
+        "/standaloneEnumInfos": [],
     }
     for path, value in shown.items():
         assert json.loads(modelref("show", clocks.path, path, "--json").stdout) == value, path
     assert json.loads(modelref("show", clocks.path, "--json").stdout) == clocks.text["roots"][0]
+    hard = ["a,b", 'c"],[{', "\\", ""]
+    clocks.root["multiThreadingBlockers"] = hard
+    changed = clocks.saved("hard")
+    for position, text in enumerate(hard):
+        assert json.loads(modelref("show", changed, f"/multiThreadingBlockers/{position}").stdout) == text
     text = modelref("show", clocks.path, "/inports/1").stdout
     assert 'compiledSignalLabel = "slow"' in text and "designMin" in text and "isMessage" not in text
     assert "isMessage = false" in modelref("show", clocks.path, "/inports/1", "--all").stdout

@@ -4,7 +4,6 @@
 #include <quay/zero/primitive_collection.h>
 #include <quay/zero/value.h>
 
-#include <boost/json.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <charconv>
 #include <memory>
@@ -102,13 +101,38 @@ Target find(Model const& model, std::string const& path) {
     return target;
 }
 
-/// The values of a property that has several, as JSON.
-boost::json::value valuesOf(Target const& target) {
-    boost::json::value const text = boost::json::parse(io::propertyText(target.element, target.property));
+/// The members of a JSON list that has no white space.
+std::vector<std::string> membersOf(std::string const& list) {
+    std::vector<std::string> members;
+    int depth = 0;
+    bool isText = false;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        char const c = list[i];
+        bool const isEscape = isText && c == '\\';
+        if (c == '"') isText = !isText;
+        bool const opens = !isText && (c == '[' || c == '{');
+        bool const closes = !isText && (c == ']' || c == '}');
+        if (closes) --depth;
+        bool const separates = depth == 1 && !isText && c == ',';
+        bool const begins = opens && depth == 0;
+        if (opens) ++depth;
+        if (depth == 0) break;
+        if (separates || members.empty()) members.emplace_back();
+        if (!separates && !begins) members.back() += c;
+        if (isEscape) members.back() += list[++i];
+    }
+    if (members.size() == 1 && members.front().empty()) members.clear();
+    return members;
+}
+
+/// The text of a property's value, or of one of its values.
+std::string textOf(Target const& target) {
+    std::string text = io::propertyText(target.element, target.property);
     if (!target.position) return text;
-    boost::json::array const& all = text.as_array();
-    if (*target.position >= all.size()) throw Failure("there are only " + std::to_string(all.size()) + " values");
-    return all[*target.position];
+    std::vector<std::string> const members = membersOf(text);
+    if (*target.position >= members.size())
+        throw Failure("there are only " + std::to_string(members.size()) + " values");
+    return members[*target.position];
 }
 
 void showProperty(ModelElement const& element, Property const& property, Initials& initials, bool all) {
@@ -138,15 +162,17 @@ void showElement(ModelElement const& element, bool all) {
 int show(Options const& options) {
     Model const model = loadRecord(options.record);
     Target target;
+    std::string value;
     try {
         target = find(model, options.path);
+        if (target.property && !target.property->isComposite()) value = textOf(target);
     } catch (Failure const& failure) {
         throw Failure(options.record + ": " + options.path + ": " + failure.what());
     }
     if (!target.property) {
         options.json ? printLine(io::toText(target.element)) : showElement(target.element, options.all);
     } else if (!target.property->isComposite()) {
-        printJson(valuesOf(target));
+        printLine(value);
     } else if (options.json) {
         std::string list;
         for (ModelElement const& child : childrenOf(target.element, target.property)) {

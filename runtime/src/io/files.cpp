@@ -16,21 +16,48 @@ namespace quay::zero::io {
 SourceFile::SourceFile(std::filesystem::path const& path)
     : name_(path.string()), descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (descriptor_ < 0) reportUnreadable(name_, errno);
+    opened_ = state();
 }
 
 SourceFile::~SourceFile() { ::close(descriptor_); }
 
-std::size_t SourceFile::read(std::span<char> room) {
+namespace {
+
+/// Calls `readSome` with the room that is left until it is full or nothing more comes.
+template <class F>
+std::size_t fill(std::string const& name, std::span<char> room, F&& readSome) {
     std::size_t filled = 0;
     while (filled < room.size()) {
-        ssize_t const count = ::read(descriptor_, room.data() + filled, room.size() - filled);
+        ssize_t const count = readSome(room.subspan(filled), filled);
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) reportUnreadable(name_, errno);
+        if (count < 0) reportUnreadable(name, errno);
         if (count == 0) break;
         filled += static_cast<std::size_t>(count);
     }
     return filled;
 }
+
+}  // namespace
+
+std::size_t SourceFile::read(std::span<char> room) {
+    return fill(name_, room,
+                [&](std::span<char> rest, std::size_t) { return ::read(descriptor_, rest.data(), rest.size()); });
+}
+
+std::size_t SourceFile::readAt(std::span<char> room, std::uint64_t offset) const {
+    return fill(name_, room, [&](std::span<char> rest, std::size_t filled) {
+        return ::pread(descriptor_, rest.data(), rest.size(), static_cast<off_t>(offset + filled));
+    });
+}
+
+SourceFile::State SourceFile::state() const noexcept {
+    struct stat now {};
+    if (::fstat(descriptor_, &now) != 0) return {};
+    return {now.st_size, now.st_mtim.tv_sec, now.st_mtim.tv_nsec, S_ISREG(now.st_mode)};
+}
+
+bool SourceFile::hasPlaces() const noexcept { return opened_.isRegular; }
+bool SourceFile::wasChanged() const noexcept { return state() != opened_; }
 
 TargetFile::TargetFile(std::filesystem::path const& path) : path_(path) {
     std::error_code missing;

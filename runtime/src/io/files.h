@@ -1,6 +1,7 @@
 // Files: reading in pieces, and writing aside before taking the old file's place.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -19,10 +20,25 @@ public:
     std::string const& name() const noexcept { return name_; }
     /// Fills the room as far as it goes; less comes at the end of the file alone.
     std::size_t read(std::span<char> room);
+    /// The same from a place in the file, for files that have places.
+    std::size_t readAt(std::span<char> room, std::uint64_t offset) const;
+    bool hasPlaces() const noexcept;
+    /// Whether somebody wrote to the file since it was opened. Replacing it is no writing.
+    bool wasChanged() const noexcept;
 
 private:
+    struct State {
+        std::int64_t size = 0;
+        std::int64_t seconds = 0;
+        std::int64_t nanoseconds = 0;
+        bool isRegular = false;
+        bool operator==(State const&) const = default;
+    };
+    State state() const noexcept;
+
     std::string name_;
     int descriptor_;
+    State opened_;
 };
 
 /// A file that takes the place of another one, of the same permissions, when it is complete, and vanishes otherwise.

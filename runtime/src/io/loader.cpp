@@ -5,6 +5,7 @@
 #include <quay/zero/property_row.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "failures.h"
 #include "scalars.h"
@@ -74,7 +75,16 @@ std::string_view Loader::whole(string_view part) {
     return scalar_.text;
 }
 
+/// A key that has escapes, or lies across two pieces, is told from a copy, whose address says nothing.
+void Loader::noteEnd(string_view part) noexcept {
+    std::less_equal<> const notAfter;
+    bool const isHere = notAfter(piece_.data(), part.data()) &&
+                        notAfter(part.data() + part.size(), piece_.data() + piece_.size()) && !piece_.empty();
+    keyEnd_ = isHere ? pieceOffset_ + static_cast<std::uint64_t>(part.data() + part.size() - piece_.data()) : 0;
+}
+
 bool Loader::scalar(Node::Kind kind, std::string_view text) {
+    if (isSkipping()) return true;
     scalar_.kind = kind;
     if (text.data() != scalar_.text.data()) scalar_.text.assign(text);
     if (isCollecting()) {
@@ -114,13 +124,22 @@ void Loader::takeScalar() {
 }
 
 void Loader::beginObject() {
+    if (isSkipping()) {
+        ++skipped_;
+        return;
+    }
     if (isCollecting()) return beginNode(Node::Kind::Object);
     if (frames_.empty()) {
         frames_.push_back({State::Document});
         return;
     }
     Frame& frame = frames_.back();
-    if (frame.state == State::Element && frame.key == Key::Values) {
+    if (frame.state == State::Element && frame.key == Key::Values && mayPostpone()) {
+        requireIdentity(frame);
+        frame.isPostponed = true;
+        keep_(frame.id, {keyEnd_ + 1, frame.form->type});
+        skipped_ = 1;
+    } else if (frame.state == State::Element && frame.key == Key::Values) {
         make(frame);
         Frame values{State::Values};
         values.form = frame.form;
@@ -139,6 +158,10 @@ void Loader::beginObject() {
 }
 
 void Loader::endObject() {
+    if (isSkipping()) {
+        --skipped_;
+        return;
+    }
     if (isCollecting()) return endNode();
     State const state = frames_.back().state;
     if (state == State::Element) finishElement();
@@ -148,6 +171,10 @@ void Loader::endObject() {
 }
 
 void Loader::beginList() {
+    if (isSkipping()) {
+        ++skipped_;
+        return;
+    }
     if (isCollecting()) return beginNode(Node::Kind::List);
     if (frames_.empty()) throw Refused("expected an object, found a list");
     Frame const& frame = frames_.back();
@@ -165,6 +192,10 @@ void Loader::beginList() {
 }
 
 void Loader::endList() {
+    if (isSkipping()) {
+        --skipped_;
+        return;
+    }
     if (isCollecting()) return endNode();
     frames_.pop_back();
 }
@@ -172,6 +203,7 @@ void Loader::endList() {
 // --- Keys -----------------------------------------------------------------------------------------------------------
 
 void Loader::key(std::string_view name) {
+    if (isSkipping()) return;
     if (isCollecting()) {
         Node& object = *open_.back();
         if (object.find(name) != nullptr) throw Refused("the key " + inQuotes(name) + " stands twice");
@@ -275,12 +307,17 @@ void Loader::takeId(Frame& frame) {
     }
 }
 
-void Loader::make(Frame& frame) {
+void Loader::requireIdentity(Frame const& frame) const {
     if (frame.form == nullptr || frame.id.is_nil()) {
         throw Refused("an element's 'class' and 'id' must come before its 'values'");
     }
+    if (frame.form->type->isAbstract()) throw Refused("the class " + inQuotes(frame.form->name) + " is abstract");
+}
+
+void Loader::make(Frame& frame) {
+    requireIdentity(frame);
     auto const builder = frame.form->type->instantiateBuilder(model_);
-    if (builder == nullptr) throw Refused("the class " + inQuotes(frame.form->name) + " is abstract");
+    if (builder == nullptr) throw Refused("elements of " + inQuotes(frame.form->name) + " can't be made");
     if (model_->findElement(frame.id, FindElementBehavior::InMemoryOnly).impl() != nullptr) {
         throw Refused("another element has the same id");
     }
@@ -290,14 +327,33 @@ void Loader::make(Frame& frame) {
 void Loader::finishElement() {
     Frame& frame = frames_.back();
     frame.key = Key::None;  // what fails now is the element as a whole
-    if (frame.element == nullptr) make(frame);
-    ModelElement const element(frame.element);
+    if (frame.element == nullptr && !frame.isPostponed) make(frame);
+    ModelElement const element = frame.isPostponed ? model_->createProxy(frame.form->type, ProxyId(store_, frame.id))
+                                                   : ModelElement(frame.element);
     if (FieldForm const* const property = owningProperty()) {
         property->property->row()->place(*owningFrame().element, element);
     } else {
         roots_.push_back(element);
     }
 }
+
+/// Whether the element being read is one that a root owns, and its place is known.
+bool Loader::mayPostpone() const noexcept {
+    constexpr std::size_t kOwnedByRoot = 5;  // document, roots, root, values, element
+    bool const inList = frames_[frames_.size() - 2].state == State::Children;
+    return keep_ && keyEnd_ > 0 && frames_.size() == kOwnedByRoot + (inList ? 1 : 0);
+}
+
+void Loader::beginPostponed(meta::Class const& type, boost::uuids::uuid const& id) {
+    frames_.push_back({State::Roots});
+    Frame element{State::Element};
+    element.form = &forms_.of(type);
+    element.id = id;
+    element.key = Key::Values;
+    frames_.push_back(element);
+}
+
+void Loader::finishPostponed() { finishElement(); }
 
 // --- Values of several parts ----------------------------------------------------------------------------------------
 

@@ -6,6 +6,7 @@
 #include <boost/json/basic_parser.hpp>
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,12 @@
 #include "node.h"
 
 namespace quay::zero::io {
+
+/// Where the values of an element stand that isn't built yet.
+struct Postponed {
+    std::uint64_t offset = 0;  ///< of what follows the key "values"
+    meta::Class type;
+};
 
 /// Builds the elements in a model, which has a transaction open. An element is made as soon as its class and id are
 /// known, filled as its values come, and put into its owner when it is complete, so that a map finds its key. Refused,
@@ -31,6 +38,22 @@ public:
     Loader(Model const& model, Limits const& limits) : model_(model), limits_(limits) {}
 
     std::vector<ModelElement> takeRoots() noexcept { return std::move(roots_); }
+    std::size_t elementCount() const noexcept { return elements_; }
+    /// Makes what the roots own proxies of that store, and tells `keep` where their values stand. What can't be
+    /// postponed, since its place isn't known, is built.
+    using Keep = std::function<void(boost::uuids::uuid const&, Postponed)>;
+    void postponeChildren(std::u16string store, Keep keep) {
+        store_ = std::move(store);
+        keep_ = std::move(keep);
+    }
+    /// The next piece that the parser is given, and where in the text it begins.
+    void beginPiece(std::string_view piece, std::uint64_t offset) noexcept {
+        piece_ = piece;
+        pieceOffset_ = offset;
+    }
+    /// What is to be read is the values of that element, which becomes a root; `finishPostponed` ends it.
+    void beginPostponed(meta::Class const& type, boost::uuids::uuid const& id);
+    void finishPostponed();
     /// A JSON pointer to what is being read.
     std::string place() const;
 
@@ -42,7 +65,10 @@ public:
     bool on_array_begin(error_code&) { return beginList(), true; }
     bool on_array_end(std::size_t, error_code&) { return endList(), true; }
     bool on_key_part(string_view part, std::size_t, error_code&) { return gather(part); }
-    bool on_key(string_view part, std::size_t, error_code&) { return key(whole(part)), true; }
+    bool on_key(string_view part, std::size_t, error_code&) {
+        noteEnd(part);
+        return key(whole(part)), true;
+    }
     bool on_string_part(string_view part, std::size_t, error_code&) { return gather(part); }
     bool on_string(string_view part, std::size_t, error_code&) { return scalar(Node::Kind::Text, whole(part)); }
     bool on_number_part(string_view part, error_code&) { return gather(part); }
@@ -70,10 +96,14 @@ private:
         ClassForm const* form = nullptr;        // Element, Values
         FieldForm const* property = nullptr;    // Values: the last one; Children
         ModelElement::Impl* element = nullptr;  // Element, Values: once it is made
+        bool isPostponed = false;               // Element
         boost::uuids::uuid id{};                // Element
     };
 
     bool gather(string_view part);
+    void noteEnd(string_view part) noexcept;
+    bool isSkipping() const noexcept { return skipped_ > 0; }
+    bool mayPostpone() const noexcept;
     std::string_view whole(string_view part);
     bool scalar(Node::Kind kind, std::string_view text);
     void beginObject();
@@ -90,6 +120,7 @@ private:
     void takeVersion();
     void takeSchema();
     void beginElement();
+    void requireIdentity(Frame const& frame) const;
     void make(Frame& frame);
     void finishElement();
     void finishDocument() const;
@@ -107,6 +138,13 @@ private:
     std::vector<ModelElement> roots_;
     std::size_t elements_ = 0;
     std::string schema_;
+
+    std::u16string store_;
+    Keep keep_;  // empty unless children are postponed
+    std::string_view piece_;
+    std::uint64_t pieceOffset_ = 0;
+    std::uint64_t keyEnd_ = 0;  // where the last key ends; 0 if that isn't known
+    std::size_t skipped_ = 0;   // objects and lists that are open and only passed over
 
     std::vector<Frame> frames_;
     std::vector<FieldForm const*> seen_;  // the properties that each open element was given

@@ -69,7 +69,9 @@ void Recording::recordIndicators() {
         auto crossing = std::make_unique<ZeroCrossingInfo::Builder>();
         crossing->setName(name);
         crossing->setWidth(static_cast<int>(width));
-        crossing->addIsDiscrete(isDiscrete);
+        // A word for each signal, unless somebody counts more of them than any model has.
+        constexpr std::uint64_t kMost = 1 << 16;
+        for (std::uint64_t i = 0; i < width && width <= kMost; ++i) crossing->addIsDiscrete(isDiscrete);
         crossing->setNeedsEventNotification(true);
         crossing->setNeedsSolverReset(true);
         root_.addZeroCrossingInfo(std::move(crossing));

@@ -32,9 +32,8 @@ std::size_t referenceLength(std::string_view text) {
 
 Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move(file)), text_(std::move(text)) {
     // Once without replacing references, to see which there are.
-    pugi::xml_document raw;
-    parse(raw, kFlags & ~pugi::parse_escapes);
-    requireSound(raw);
+    parse(document_, kFlags & ~pugi::parse_escapes);
+    requireSound();
     parse(document_, kFlags);
     if (std::strcmp(this->root().name(), root) != 0) {
         fail(this->root(), "expected a <" + std::string(root) + ">, found <" + this->root().name() + ">");
@@ -47,9 +46,9 @@ void Xml::parse(pugi::xml_document& document, unsigned flags) const {
 }
 
 /// Walks the document without recursion, since nothing bounds its depth.
-void Xml::requireSound(pugi::xml_document const& raw) const {
+void Xml::requireSound() {
     std::size_t elements = 0;
-    for (pugi::xml_node const node : raw.children()) {
+    for (pugi::xml_node const node : document_.children()) {
         if (node.type() == pugi::node_doctype) fail(node, "document types and entities aren't read");
         if (node.type() == pugi::node_element && ++elements > 1) fail(node, "there is a second root element");
     }
@@ -70,7 +69,7 @@ void Xml::requireSound(pugi::xml_document const& raw) const {
         Xml const& xml;
     };
     Walker walker(*this);
-    const_cast<pugi::xml_document&>(raw).traverse(walker);
+    document_.traverse(walker);
 }
 
 void Xml::requirePlain(pugi::xml_node const& node, std::string_view text) const {

@@ -37,7 +37,7 @@ private:
     [[noreturn]] void failAt(std::ptrdiff_t offset, std::string const& reason) const;
     std::size_t lineOf(std::ptrdiff_t offset) const;
     void parse(pugi::xml_document& document, unsigned flags) const;
-    void requireSound(pugi::xml_document const& raw) const;
+    void requireSound();
     void requirePlain(pugi::xml_node const& node, std::string_view text) const;
 
     std::string file_;

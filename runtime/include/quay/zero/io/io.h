@@ -49,8 +49,20 @@ QUAY_ZERO_API void writeFile(std::filesystem::path const& path, std::string_view
 /// A new model with the elements that a text tells. CannotLoad for whatever isn't such a text.
 QUAY_ZERO_API Model fromText(std::string_view text, Limits const& limits = {});
 
+/// How much of a file is built at once.
+enum class Loading {
+    Whole,
+    /// Roots and their values. What they own are proxies of the store that the file's path names; the model's resolver,
+    /// which belongs to the file from then on, reads each when it is reached. The whole text is looked through all the
+    /// same, but only its form is checked: a child's values can still be refused when it is reached, with CannotLoad,
+    /// and so is one of a file that was written to in between. Outside a transaction, reading a child ends what could
+    /// be undone.
+    Lazy
+};
+
 /// The same from a file, which is read in pieces. CannotReadFile, CannotLoad.
-QUAY_ZERO_API Model load(std::filesystem::path const& path, Limits const& limits = {});
+QUAY_ZERO_API Model load(std::filesystem::path const& path, Limits const& limits = {},
+                         Loading loading = Loading::Whole);
 
 /// Adds the elements of a text or a file to a model, in one transaction, and gives the roots among them. What fails
 /// leaves the model as it was; an id that the model has is such a failure.

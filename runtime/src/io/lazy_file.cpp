@@ -1,0 +1,95 @@
+#include "lazy_file.h"
+
+#include <quay/zero/text.h>
+
+#include <boost/uuid/uuid_hash.hpp>
+#include <memory>
+#include <unordered_map>
+
+#include "failures.h"
+#include "files.h"
+#include "reading.h"
+
+namespace quay::zero::io {
+
+namespace {
+
+/// Owned by the model's resolver, and so gone before the model.
+class LazyFile {
+public:
+    LazyFile(ModelImpl& model, std::filesystem::path const& path, Limits const& limits)
+        : model_(model), limits_(limits), file_(path), store_(toUtf16(std::filesystem::absolute(path).string())) {}
+
+    void loadRoots() {
+        Transaction transaction = model_.beginTransaction(false);
+        Reading reading(Model(&model_), file_.name(), limits_);
+        if (file_.hasPlaces()) {
+            reading.loader().postponeChildren(store_, [this](boost::uuids::uuid const& id, Postponed const& where) {
+                bool const isNew = model_.findElement(id, FindElementBehavior::InMemoryOnly).impl() == nullptr;
+                if (!isNew || !postponed_.emplace(id, where).second) throw Refused("another element has the same id");
+            });
+        }
+        reading.feed(file_);
+        reading.finish();
+        elements_ = reading.loader().elementCount();
+        transaction.commit(boost::none);
+    }
+
+    ModelElement resolve(ProxyId const& id) {
+        if (id.store() != store_) return {};
+        if (ModelElement const present = model_.findElement(id.id(), FindElementBehavior::InMemoryOnly)) return present;
+        auto const found = postponed_.find(id.id());
+        return found == postponed_.end() ? ModelElement() : read(id.id(), found->second);
+    }
+
+private:
+    ModelElement read(boost::uuids::uuid const& id, Postponed const& where) {
+        if (file_.wasChanged()) reportLoad(file_.name(), "/", "the file was written to since it was opened");
+        Limits left = limits_;
+        left.count -= std::min(limits_.count, elements_);
+        // Nobody is told: to those who look at the model from outside, the element was always there.
+        Transaction transaction = model_.beginTransaction(true);
+        Reading reading(Model(&model_), file_.name(), left);
+        reading.loader().beginPostponed(where.type, id);
+        std::vector<char> piece(kFirstPiece);
+        std::uint64_t offset = where.offset;
+        bool isComplete = false;
+        for (bool hasBegun = false; !isComplete;) {
+            std::size_t const count = file_.readAt(piece, offset);
+            if (count == 0) reportLoad(file_.name(), "byte " + std::to_string(offset), "the text ends too early");
+            std::string_view text(piece.data(), count);
+            offset += count;
+            if (!hasBegun) {
+                std::size_t const colon = text.find(':');
+                if (colon == std::string_view::npos) continue;
+                hasBegun = true;
+                text.remove_prefix(colon + 1);
+            }
+            if (!text.empty()) isComplete = reading.feedValue(text);
+            piece.resize(Reading::kPiece);
+        }
+        reading.loader().finishPostponed();
+        elements_ += reading.loader().elementCount();
+        transaction.commit(boost::none);
+        return reading.loader().takeRoots().at(0);
+    }
+
+    static constexpr std::size_t kFirstPiece = 4096;
+
+    ModelImpl& model_;
+    Limits limits_;
+    SourceFile file_;
+    std::u16string store_;
+    std::size_t elements_ = 0;
+    std::unordered_map<boost::uuids::uuid, Postponed, boost::hash<boost::uuids::uuid>> postponed_;
+};
+
+}  // namespace
+
+void loadLazily(Model const& model, std::filesystem::path const& path, Limits const& limits) {
+    auto const file = std::make_shared<LazyFile>(*model.impl(), path, limits);
+    file->loadRoots();
+    model->setProxyResolver([file](ProxyId const& id) { return file->resolve(id); });
+}
+
+}  // namespace quay::zero::io
