@@ -20,13 +20,12 @@ void Log::undo(std::size_t from) {
                 texts.pop_back();
                 break;
             case Entry::Kind::Made: {
-                auto const& operations = *reinterpret_cast<LifeOperations const*>(e.old);
-                operations.leave(e.where);
-                operations.end(e.where);
+                e.operations->leave(e.where);
+                e.operations->end(e.where);
                 break;
             }
             case Entry::Kind::Gone:
-                reinterpret_cast<LifeOperations const*>(e.old)->comeBack(e.where, e.position);
+                e.operations->comeBack(e.where, e.position);
                 break;
         }
         entries.pop_back();
@@ -36,7 +35,7 @@ void Log::undo(std::size_t from) {
 void Log::forget() {
     if (hasGone) {
         for (Entry const& e : entries) {
-            if (e.kind == Entry::Kind::Gone) reinterpret_cast<LifeOperations const*>(e.old)->end(e.where);
+            if (e.kind == Entry::Kind::Gone) e.operations->end(e.where);
         }
         hasGone = false;
     }
@@ -76,7 +75,7 @@ bool Store::undo() {
 void Small::setFirst(double value) {
     if (first == value) return;
     if (store->open()) {
-        store->log().entries.emplace_back(Entry::Kind::Word, 0, &first, std::bit_cast<std::uint64_t>(first));
+        store->log().entries.emplace_back(Entry::Kind::Word, &first, std::bit_cast<std::uint64_t>(first));
     }
     first = value;
 }
@@ -84,7 +83,7 @@ void Small::setFirst(double value) {
 void Small::setSecond(double value) {
     if (second == value) return;
     if (store->open()) {
-        store->log().entries.emplace_back(Entry::Kind::Word, 0, &second, std::bit_cast<std::uint64_t>(second));
+        store->log().entries.emplace_back(Entry::Kind::Word, &second, std::bit_cast<std::uint64_t>(second));
     }
     second = value;
 }
@@ -92,7 +91,7 @@ void Small::setSecond(double value) {
 void Note::setText(std::u16string const& value) {
     if (text == value) return;
     if (store->open()) {
-        store->log().entries.emplace_back(Entry::Kind::Text, 0, &text, 0);
+        store->log().entries.emplace_back(Entry::Kind::Text, &text, 0);
         store->log().texts.push_back(std::move(text));
     }
     text = value;

@@ -35,12 +35,17 @@ struct LifeOperations {
 /// One change, as it is undone.
 struct Entry {
     enum class Kind : std::uint32_t { Word, HalfWord, Text, Made, Gone };
-    Entry(Kind k, std::uint32_t at, void* w, std::uint64_t bits) noexcept
-        : kind(k), position(at), where(w), old(bits) {}
+    Entry(Kind k, void* field, std::uint64_t bits) noexcept : kind(k), position(0), where(field), old(bits) {}
+    Entry(Kind k, std::size_t at, void* object, LifeOperations const& life) noexcept
+        : kind(k), position(static_cast<std::uint32_t>(at)), where(object), operations(&life) {}
+
     Kind kind;
     std::uint32_t position;  // of an object that is gone, in its home
     void* where;             // the field or the object
-    std::uint64_t old;       // the old bits, or the object's LifeOperations
+    union {
+        std::uint64_t old;                 // the old bits of a field
+        LifeOperations const* operations;  // of an object
+    };
 };
 
 /// Old values, in the order in which they were written. Texts stand apart.
@@ -122,10 +127,7 @@ T& make(Store& store, List<T>& home) {
     T& made = *home.emplace_back(std::make_unique<T>(store));
     made.home = &home;
     store.index.emplace(made.id, &made);
-    if (store.open()) {
-        auto const operations = reinterpret_cast<std::uint64_t>(&lifeOf<T>);
-        store.log().entries.emplace_back(Entry::Kind::Made, 0, &made, operations);
-    }
+    if (store.open()) store.log().entries.emplace_back(Entry::Kind::Made, std::size_t{0}, &made, lifeOf<T>);
     return made;
 }
 
@@ -139,9 +141,7 @@ void destroy(T& object) {
     std::unique_ptr<T> gone = std::move(home[position]);
     home.erase(home.begin() + static_cast<std::ptrdiff_t>(position));
     if (!store.open()) return;
-    auto const operations = reinterpret_cast<std::uint64_t>(&lifeOf<T>);
-    auto const at = static_cast<std::uint32_t>(position);
-    store.log().entries.emplace_back(Entry::Kind::Gone, at, gone.release(), operations);
+    store.log().entries.emplace_back(Entry::Kind::Gone, position, gone.release(), lifeOf<T>);
     store.log().hasGone = true;
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 void logWhole(Store& store, int& field) {
     if (store.open()) {
-        store.log().entries.emplace_back(Entry::Kind::HalfWord, 0, &field, static_cast<std::uint64_t>(field));
+        store.log().entries.emplace_back(Entry::Kind::HalfWord, &field, static_cast<std::uint64_t>(field));
     }
 }
 
@@ -22,13 +22,13 @@ void Condition::setFirst(int value) {
 
 void Edge::setFirst(std::uint64_t value) {
     if (first == value) return;
-    if (store->open()) store->log().entries.emplace_back(Entry::Kind::Word, 0, &first, first);
+    if (store->open()) store->log().entries.emplace_back(Entry::Kind::Word, &first, first);
     first = value;
 }
 
 void Edge::setSecond(std::uint64_t value) {
     if (second == value) return;
-    if (store->open()) store->log().entries.emplace_back(Entry::Kind::Word, 0, &second, second);
+    if (store->open()) store->log().entries.emplace_back(Entry::Kind::Word, &second, second);
     second = value;
 }
 
@@ -41,7 +41,7 @@ void Port::setNumber(int value) {
 void Port::setMinimum(double value) {
     if (minimum == value) return;
     if (store->open()) {
-        store->log().entries.emplace_back(Entry::Kind::Word, 0, &minimum, std::bit_cast<std::uint64_t>(minimum));
+        store->log().entries.emplace_back(Entry::Kind::Word, &minimum, std::bit_cast<std::uint64_t>(minimum));
     }
     minimum = value;
 }
@@ -49,7 +49,7 @@ void Port::setMinimum(double value) {
 void Port::setLabel(std::u16string const& value) {
     if (label == value) return;
     if (store->open()) {
-        store->log().entries.emplace_back(Entry::Kind::Text, 0, &label, 0);
+        store->log().entries.emplace_back(Entry::Kind::Text, &label, 0);
         store->log().texts.push_back(std::move(label));
     }
     label = value;

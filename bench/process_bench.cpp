@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
+#include <vector>
 
 #include "floor_record.h"
 #include "support.h"
@@ -70,6 +71,7 @@ void work(int times) {
 double secondsOf(void (*job)(int), int threads) {
     auto const start = std::chrono::steady_clock::now();
     std::vector<std::thread> running;
+    running.reserve(static_cast<std::size_t>(threads));
     for (int i = 0; i < threads; ++i) running.emplace_back(job, 200000);
     for (std::thread& thread : running) thread.join();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

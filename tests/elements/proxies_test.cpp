@@ -1,5 +1,5 @@
 // Proxies in every property that owns elements, driven by reflection.
-#include "../runtime/support/expect.h"
+#include "../common/expect.h"
 #include "support/samples.h"
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>

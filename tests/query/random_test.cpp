@@ -1,5 +1,5 @@
 // Random questions of random models, against plain loops.
-#include "../runtime/support/random.h"
+#include "../common/random.h"
 #include "support/record.h"
 
 #include <gtest/gtest.h>
