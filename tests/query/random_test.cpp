@@ -83,7 +83,7 @@ Asked<Port> askOfPort() {
 TEST(RandomQuestions, AreAnsweredAsAPlainLoopDoes) {
     auto const model = qz::Model::create();
     build(model);
-    nodes::checkRandomly(10 * nodes::kEffort, [&] {
+    randomly::check(10 * randomly::kEffort, [&] {
         Asked<Port> const asked = composed<Port>(4, askOfPort);
         RC_ASSERT(find<Port>(model, asked.constraint) == filter<Port>(model, asked.plain));
         RC_ASSERT(find<InportInformation>(model, asked.constraint) == filter<InportInformation>(model, asked.plain));
@@ -180,7 +180,7 @@ private:
 };
 
 TEST(RandomLives, KeepElementsByClassAsTheModelHasThem) {
-    nodes::checkRandomly(10 * nodes::kEffort, [] {
+    randomly::check(10 * randomly::kEffort, [] {
         Life life;
         for (int steps = below(40); steps > 0; --steps) life.step();
         life.compare();
