@@ -47,7 +47,6 @@ ClassIndex::~ClassIndex() = default;
 void ClassIndex::catchUp(ElementList const& list) {
     try {
         if (stale_) startOver();
-        if (keepsNumbers_ && numbers_ == nullptr) numbers_ = std::make_unique<NumberSet>(members_);
         if (gaps_ > members_.size() / 2 + 1024) closeGaps();
         if (indexedUpTo_ == list.last()) return;
         for (Element* e = indexedUpTo_ == nullptr ? list.first() : ElementList::next(*indexedUpTo_); e != nullptr;
@@ -70,7 +69,9 @@ void ClassIndex::add(Element& e) {
     Members& of = byClass_[e.getMetaClass().impl()];
     of.elements.push_back(&e);
     of.numbers.push_back(number);
-    if (numbers_ != nullptr) numbers_->add(number);
+    if (!keepsNumbers_) return;
+    if (numbers_ == nullptr) numbers_ = std::make_unique<NumberSet>(members_);
+    numbers_->add(number);
 }
 
 void ClassIndex::takeOut(Element& e) noexcept {
