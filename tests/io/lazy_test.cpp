@@ -34,7 +34,9 @@ protected:
             auto const pair = StructTypeBusTypeElem::create(model, {});
             pair->setStructType("s" + std::to_string(i));
             root->getStructTypeBusTypeMapMutable()->add(pair);
-            root->createIntoUnionTsContainedTs()->setContainedTs(i);
+            auto const part = UnionTsContainedTsElem::create(model, {});
+            part->setUnionTs(i);
+            root->getUnionTsContainedTsMutable()->add(part);
             root->createIntoOtherVCVAndBlkPath()->setVcvName("v" + std::to_string(i));
         }
         root->createIntoVarTsUIDMap()->createIntoEntries()->setVarTsUID(u"clock");

@@ -56,7 +56,7 @@ enum class Loading {
     /// which belongs to the file from then on, reads each when it is reached. The whole text is looked through all the
     /// same, but only its form is checked: a child's values can still be refused when it is reached, with CannotLoad,
     /// and so is one of a file that was written to in between. Outside a transaction, reading a child ends what could
-    /// be undone.
+    /// be undone. Entries of a multimap that have the same key come in no given order.
     Lazy
 };
 
