@@ -145,7 +145,7 @@ ClassIndex::Walk::Walk(ClassIndex const& index, meta::Class const& cls, SearchCl
         }
     }
     if (found.size() == 1) {
-        only_ = &found.front()->elements;
+        only_ = found.front();
     } else if (!found.empty()) {
         several_.resize((index.members_.size() + kBlock - 1) / kBlock);
         for (Members const* members : found) {
@@ -154,20 +154,29 @@ ClassIndex::Walk::Walk(ClassIndex const& index, meta::Class const& cls, SearchCl
     }
 }
 
-unsigned ClassIndex::Walk::next(Element** block) {
+std::span<ClassIndex::Element* const> ClassIndex::Walk::next() {
     unsigned count = 0;
     if (only_ != nullptr) {
-        while (count < kBlock && position_ < only_->size()) count = take((*only_)[position_++], block, count);
-        return count;
+        std::span<Element* const> const left = std::span(only_->elements).subspan(position_);
+        if (only_->gaps == 0 && index_.dead_ == 0) {
+            auto const block = left.first(std::min<std::size_t>(left.size(), kBlock));
+            position_ += block.size();
+            // The block after this one is on its way while this one is asked about: elements lie far apart.
+            auto const coming = left.subspan(block.size());
+            for (Element* const e : coming.first(std::min<std::size_t>(coming.size(), kBlock))) {
+                __builtin_prefetch(reinterpret_cast<char const*>(e) + sizeof(Element));
+            }
+            return block;
+        }
+        for (std::size_t i = 0; i < left.size() && count < kBlock; ++i, ++position_) count = take(left[i], count);
     }
-    while (count == 0 && position_ < several_.size()) {
+    for (; count == 0 && position_ < several_.size(); ++position_) {
         for (std::uint64_t left = several_[position_]; left != 0; left &= left - 1) {
             std::size_t const number = position_ * kBlock + static_cast<unsigned>(std::countr_zero(left));
-            count = take(index_.members_[number], block, count);
+            count = take(index_.members_[number], count);
         }
-        ++position_;
     }
-    return count;
+    return {block_, count};
 }
 
 }  // namespace quay::zero::query

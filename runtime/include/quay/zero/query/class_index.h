@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -81,25 +82,26 @@ private:
 };
 
 /// Visits the live elements of a class in order of creation, a step for each. The index may not change meanwhile.
-class ClassIndex::Walk {
+class QUAY_ZERO_API ClassIndex::Walk {
 public:
     static constexpr unsigned kBlock = 64;
 
     Walk(ClassIndex const& index, meta::Class const& cls, SearchClassMatchMode mode);
-    /// Puts up to kBlock of the next elements into `block` and answers how many; 0 at the end.
-    unsigned next(Element** block);
+    /// Up to kBlock of the next elements; none at the end. They are valid until the next call.
+    std::span<Element* const> next();
 
 private:
-    unsigned take(Element* e, Element** block, unsigned count) const noexcept {
-        if (e == nullptr || (index_.dead_ > 0 && !e->isAlive())) return count;
-        block[count] = e;
+    unsigned take(Element* e, unsigned count) noexcept {
+        if (e == nullptr || !e->isAlive()) return count;
+        block_[count] = e;
         return count + 1;
     }
 
     ClassIndex const& index_;
-    std::vector<Element*> const* only_ = nullptr;  // of a single class
-    std::vector<std::uint64_t> several_;           // of several: a bit for each number
-    std::size_t position_ = 0;                     // the next number or word
+    Members const* only_ = nullptr;       // of a single class
+    std::vector<std::uint64_t> several_;  // of several: a bit for each number
+    std::size_t position_ = 0;            // the next element of the one, or word of the other
+    Element* block_[kBlock];
 };
 
 }  // namespace query

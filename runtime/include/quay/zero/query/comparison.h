@@ -109,6 +109,11 @@ protected:
         // `check` saw to it that the row is one of such a field.
         auto const& values = *static_cast<ValueRow<Field> const*>(row());
         Mask met = 0;
+        if ((wanted & (wanted + 1)) == 0) {  // all of a block, which is the most frequent case by far
+            int const count = std::popcount(wanted);
+            for (int i = 0; i < count; ++i) met |= Mask{f(values.read(*block[i]))} << i;
+            return met;
+        }
         for (Mask left = wanted; left != 0; left &= left - 1) {
             int const i = std::countr_zero(left);
             met |= Mask{f(values.read(*block[i]))} << i;

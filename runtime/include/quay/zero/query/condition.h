@@ -4,6 +4,7 @@
 #include <quay/zero/meta/handles.h>
 #include <quay/zero/model_element.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -14,7 +15,7 @@ class AbstractQuery;
 
 /// A set of up to 64 elements of a block: bit i stands for the i-th.
 using Mask = std::uint64_t;
-constexpr Mask firstBits(unsigned count) noexcept { return count == 64 ? ~Mask{0} : (Mask{1} << count) - 1; }
+constexpr Mask firstBits(std::size_t count) noexcept { return count == 64 ? ~Mask{0} : (Mask{1} << count) - 1; }
 
 /// One node of the tree. Conditions never change, and may be shared by queries.
 class QUAY_ZERO_API Condition {
