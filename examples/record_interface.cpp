@@ -97,8 +97,9 @@ void changeAndTakeBack(ModelRefInfoRoot const& root) {
     try {
         qz::Transaction transaction = model->beginTransaction(false);
         root->getInports()->begin()->impl()->setDesignMax(0);
-        root->createIntoStructTypeBusTypeMap();
-        root->createIntoStructTypeBusTypeMap();  // an entry under the key "" is there already
+        StructTypeBusTypeElem::Builder bus;
+        bus.setStructType("motor_t");
+        root->createIntoStructTypeBusTypeMap(bus);  // there is an entry of that key
         transaction.commit(boost::none);
     } catch (keel::core::except::Error const& error) {
         std::cout << "  " << error.what() << '\n';

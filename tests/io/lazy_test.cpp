@@ -34,9 +34,7 @@ protected:
             auto const pair = StructTypeBusTypeElem::create(model, {});
             pair->setStructType("s" + std::to_string(i));
             root->getStructTypeBusTypeMapMutable()->add(pair);
-            auto const part = UnionTsContainedTsElem::create(model, {});
-            part->setUnionTs(i);
-            root->getUnionTsContainedTsMutable()->add(part);
+            root->createIntoUnionTsContainedTs()->setContainedTs(i);
             root->createIntoOtherVCVAndBlkPath()->setVcvName("v" + std::to_string(i));
         }
         root->createIntoVarTsUIDMap()->createIntoEntries()->setVarTsUID(u"clock");
@@ -66,18 +64,18 @@ protected:
 TEST_F(Lazy, ReadsWhatIsReachedAndNothingElse) {
     qz::Model const model = load(makeModel(50));
     auto const root = rootOf(model);
-    EXPECT_TRUE(root->getNumTs() == 50);
+    EXPECT_EQ(root->getNumTs().value_or(0), 50);
     EXPECT_EQ(root->getInports()->size(), 50U);
-    EXPECT_EQ(model->elementCount(), 1U);
+    EXPECT_EQ(model->elementCount(), 51U);  // with the members of the multimap
     InportInformation const port = (*root->getInports())[7];
     EXPECT_FALSE(port->isProxy());
     EXPECT_EQ(port->container(), root);
     EXPECT_EQ(port->getCompiledSignalLabel(), u"\"in\" {]]]]]]]");
     EXPECT_EQ((*port->getHierCondInfos()->begin())->getHierIdx(), 7U);
-    EXPECT_EQ(model->elementCount(), 3U);
+    EXPECT_EQ(model->elementCount(), 53U);
     EXPECT_EQ((*root->getInports())[7], port);
     EXPECT_EQ(root->getVarTsUIDMap()->getEntries()->find(0)->getVarTsUID(), u"clock");
-    EXPECT_EQ(model->elementCount(), 5U);
+    EXPECT_EQ(model->elementCount(), 55U);
     EXPECT_EQ(root->getStructTypeBusTypeMap()->find("s49")->container(), root);
 }
 
@@ -86,11 +84,11 @@ TEST_F(Lazy, SavesWhatItLoaded) {
     std::string const text = qz::io::toText(whole);
     qz::Model const model = load(whole);
     ASSERT_GT(text.size(), 1'000'000U);
-    EXPECT_EQ(model->elementCount(), 1U);
-    qz::io::save(model, path_);  // over the file that it is reading from
+    EXPECT_EQ(model->elementCount(), 3'001U);  // the root, and the members of its multimap
+    qz::io::save(model, path_);                // over the file that it is reading from
     std::ostringstream saved;
     saved << std::ifstream(path_).rdbuf();
-    EXPECT_EQ(saved.str(), text);
+    EXPECT_TRUE(saved.str() == text);  // too long to be shown
     EXPECT_EQ(model->elementCount(), whole->elementCount());
 }
 
@@ -151,7 +149,7 @@ TEST_F(Lazy, RefusesAFileThatWasWrittenTo) {
     qz::Model const model = load(makeModel(3));
     std::ofstream(path_, std::ios::app) << " ";
     EXPECT_THAT(failureOf([&] { (*rootOf(model)->getInports())[0]->getFrameData(); }), HasSubstr("was written to"));
-    EXPECT_EQ(model->elementCount(), 1U);
+    EXPECT_EQ(model->elementCount(), 4U);
 }
 
 TEST_F(Lazy, RefusesAtOnceWhatIsWrongInForm) {

@@ -337,11 +337,13 @@ void Loader::finishElement() {
     }
 }
 
-/// Whether the element being read is one that a root owns, and its place is known.
+/// Whether the element being read is one that a root owns, and its place is known. Proxies have no order in a multimap,
+/// in which members of one key do.
 bool Loader::mayPostpone() const noexcept {
     constexpr std::size_t kOwnedByRoot = 5;  // document, roots, root, values, element
     bool const inList = frames_[frames_.size() - 2].state == State::Children;
-    return keep_ && keyEnd_ > 0 && frames_.size() == kOwnedByRoot + (inList ? 1 : 0);
+    bool const isOwnedByRoot = frames_.size() == kOwnedByRoot + (inList ? 1 : 0);
+    return keep_ && keyEnd_ > 0 && isOwnedByRoot && owningProperty()->property->getFlags() != ValueFlags::Multimap;
 }
 
 void Loader::beginPostponed(meta::Class const& type, boost::uuids::uuid const& id) {

@@ -52,11 +52,11 @@ QUAY_ZERO_API Model fromText(std::string_view text, Limits const& limits = {});
 /// How much of a file is built at once.
 enum class Loading {
     Whole,
-    /// Roots and their values. What they own are proxies of the store that the file's path names; the model's resolver,
-    /// which belongs to the file from then on, reads each when it is reached. The whole text is looked through all the
-    /// same, but only its form is checked: a child's values can still be refused when it is reached, with CannotLoad,
-    /// and so is one of a file that was written to in between. Outside a transaction, reading a child ends what could
-    /// be undone. Entries of a multimap that have the same key come in no given order.
+    /// Roots, their values, and members of multimaps, whose order only they know. What else roots own are proxies of
+    /// the store that the file's path names; the model's resolver, which belongs to the file from then on, reads each
+    /// when it is reached. The whole text is looked through all the same, but only its form is checked: a child's
+    /// values can still be refused when it is reached, with CannotLoad, and so is one of a file that was written to in
+    /// between. Outside a transaction, reading a child ends what could be undone.
     Lazy
 };
 
