@@ -122,7 +122,7 @@ void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     }
 }
 
-/// Makes a type from its specification, below `base`, which needn't be open to scripts.
+/// Makes a type as told, below `base`, which needn't be open to scripts.
 PyTypeObject* makeType(PyType_Spec& spec, PyTypeObject* base) {
     bool const isOpen = PyType_HasFeature(base, Py_TPFLAGS_BASETYPE);
     base->tp_flags |= Py_TPFLAGS_BASETYPE;
