@@ -15,7 +15,7 @@ namespace qz = quay::zero;
 
 /// A root, and ports with three children each.
 qz::Model makeRecord(std::int64_t elements) {
-    qz::Model const model = qz::Model::create();
+    qz::Model model = qz::Model::create();
     ModelRefInfoRoot const root = ModelRefInfoRoot::create(model, {});
     qz::Transaction transaction = model->beginTransaction(false);
     for (std::int64_t made = 1; made + 4 <= elements; made += 4) {
