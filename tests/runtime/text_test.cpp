@@ -1,8 +1,8 @@
 // Values as readable text, for messages.
 #include <quay/zero/text.h>
 
-#include <boost/uuid/uuid.hpp>
 #include <gtest/gtest.h>
+#include <boost/uuid/uuid.hpp>
 
 namespace {
 

@@ -54,7 +54,7 @@ protected:
     static constexpr std::uint8_t kIndexed = 4;   // the model's id index holds it
     static constexpr std::uint8_t kListed = 8;    // it was entered in its model
     static constexpr std::uint8_t kClassed = 16;  // the model's index by class holds it
-    static constexpr std::uint8_t kOwns = 32;    // a child, or a proxy of one, has been in one of its properties
+    static constexpr std::uint8_t kOwns = 32;     // a child, or a proxy of one, has been in one of its properties
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();
