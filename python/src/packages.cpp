@@ -85,6 +85,19 @@ PyObject* raiseNoSuchMember(PyObject*, PyObject* const* arguments, Py_ssize_t co
     });
 }
 
+/// Opens a library: a bare name beside libordo first. The loader would look there of itself, but not where a sanitizer
+/// stands between it and this library.
+void* openLibrary(std::string const& name) {
+    Dl_info ours;
+    auto const* const known = reinterpret_cast<void const*>(&ordo::internName);
+    if (name.find('/') == std::string::npos && dladdr(known, &ours) != 0) {
+        std::string const file = ours.dli_fname;
+        std::string const beside = file.substr(0, file.rfind('/') + 1) + name;
+        if (void* const found = dlopen(beside.c_str(), RTLD_NOW | RTLD_LOCAL)) return found;
+    }
+    return dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
 /// Loads a native library for good, and calls its entry point.
 PyObject* loadLibrary(PyObject*, PyObject* const* arguments, Py_ssize_t count) noexcept {
     return guarded([&]() -> PyObject* {
@@ -93,7 +106,7 @@ PyObject* loadLibrary(PyObject*, PyObject* const* arguments, Py_ssize_t count) n
             throw PythonError();
         }
         Ref const path(PyUnicode_EncodeFSDefault(arguments[0]));
-        void* const library = dlopen(PyBytes_AS_STRING(path.get()), RTLD_NOW | RTLD_LOCAL);
+        void* const library = openLibrary(PyBytes_AS_STRING(path.get()));
         if (library == nullptr) {
             PyErr_SetString(PyExc_ImportError, dlerror());
             throw PythonError();

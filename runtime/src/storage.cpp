@@ -66,7 +66,10 @@ void Storage::revertUnchanged(ModelElement::Impl* current) {
 /// Ends one entry's life; the order of the others stays.
 void Storage::drop(std::size_t position) noexcept {
     Entry& gone = position == 0 ? first_ : more_->entries[position - 1];
-    if (more_ != nullptr) more_->mask.reset(gone.row->index());
+    // A mask of an earlier use may be narrower.
+    if (more_ != nullptr && gone.row->index() < more_->mask.size()) {
+        more_->mask.reset(gone.row->index());
+    }
     gone.row->discard(gone.old);
     for (std::size_t i = position; i + 1 < count_; ++i) {
         Entry& to = i == 0 ? first_ : more_->entries[i - 1];
