@@ -159,6 +159,7 @@ BENCHMARK(firstQuery)->Unit(benchmark::kMillisecond)->Iterations(5);
 void changeAndQuery(benchmark::State& state) {
     qz::Model const model = qz::Model::create();
     std::vector<VarTsUIDEntry> all;
+    all.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < state.range(0); ++i) all.push_back(VarTsUIDEntry::create(model, {}));
     auto const constraint = RateSpec::period() == 3;
     for (auto _ : state) {

@@ -127,6 +127,7 @@ template <class X, auto Write, End How>
 void firstTouch(benchmark::State& state) {
     qz::Model const model = makeModel(state);
     std::vector<X> all;
+    all.reserve(kMany);
     for (int i = 0; i < kMany; ++i) all.push_back(X::create(model, {}));
     int value = 0;
     for (auto _ : state) {

@@ -1,5 +1,5 @@
 // A compile stage and a consumer in one program: the interface of a small model is recorded with builders, read back,
-// changed while somebody listens, rolled back, undone, and kept in a file.
+// changed while somebody listens, rolled back, undone, asked by queries, and kept in a file.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/exception.h>
 #include <keel/text.h>
@@ -55,8 +55,7 @@ ModelRefInfoRoot recordInterface(qz::Model const& model) {
     return root.create();
 }
 
-// --- The consumer
-// -----------------------------------------------------------------------------------------------------
+// --- The consumer ---------------------------------------------------------------------------------------------------
 
 void print(ModelRefInfoRoot const& root) {
     for (InportInformation const& port : *root->getInports()) {
@@ -111,6 +110,16 @@ void changeAndTakeBack(ModelRefInfoRoot const& root) {
     print(root);
 }
 
+void ask(qz::Model const& model) {
+    auto const constraint =
+        InportInformation::designMax() > 300.0 && InportInformation::compiledSignalLabel().startsWith(u"m");
+    std::cout << "Asked for inports above 300 whose label begins with m:";
+    for (InportInformation const& port : qz::query::find<InportInformation>(model, constraint)) {
+        std::cout << ' ' << keel::toUtf8(port->getCompiledSignalLabel());
+    }
+    std::cout << '\n';
+}
+
 void keep(qz::Model const& model) {
     std::filesystem::path const path = std::filesystem::temp_directory_path() / "record_interface.record";
     qz::io::save(model, path);
@@ -129,5 +138,6 @@ int main() {
     ModelRefInfoRoot const root = recordInterface(model);
     print(root);
     changeAndTakeBack(root);
+    ask(model);
     keep(model);
 }

@@ -6,7 +6,7 @@
 namespace quay::zero::elements {
 
 ModelElement ChildRow::read(Element const& e) const {
-    ModelElement& held = const_cast<ModelElement&>(slot(e));
+    auto& held = const_cast<ModelElement&>(slot(e));
     if (held.impl() == nullptr) return {};
     if (!held) {
         // A child that died in this model stays visible until the transaction is over; one of another model is

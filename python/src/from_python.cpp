@@ -21,6 +21,7 @@ namespace {
 using ordo::OrdoValue;
 using ordo::failures::NestedTooDeep;
 using ordo::failures::OutOfRange;
+using ordo::failures::TooLarge;
 using ordo::failures::WrongType;
 
 [[noreturn]] void refuse(PyObject* object) { ordo::raiseWith(WrongType, {describeObject(object), "a value"}); }
@@ -50,10 +51,28 @@ OrdoValue integerValue(PyObject* number) {
     return OrdoValue::real(nearest);
 }
 
+/// Bounds what one value may become. Where a script holds one list at many places, each gets a copy, so that a few
+/// small lists in one another could fill any memory.
+class Bulk {
+public:
+    static void begin() noexcept { taken = 0; }
+    /// Accounts for about that many bytes.
+    static void take(std::size_t bytes) {
+        taken += bytes;
+        if (taken > most) ordo::raise(TooLarge);
+    }
+
+private:
+    static constexpr std::size_t most = std::size_t{2} << 30;
+    inline static thread_local std::size_t taken = 0;
+};
+
 /// Keeps a value that is being converted from being met again inside itself, and the nesting within bounds.
 class Nesting {
 public:
-    Nesting(PyObject* object, int depth) {
+    Nesting(PyObject* object, Py_ssize_t items, int depth) {
+        if (depth == 0) Bulk::begin();
+        Bulk::take(256 + 32 * static_cast<std::size_t>(items));
         if (depth >= deepest || Py_ReprEnter(object) != 0) {
             if (PyErr_Occurred() != nullptr) {
                 throw PythonError();
@@ -72,7 +91,7 @@ private:
 
 /// Puts the items of a dict into one element of a struct array.
 void fillStruct(zxArray* array, std::size_t index, PyObject* dict, int depth) {
-    Nesting const nesting(dict, depth);
+    Nesting const nesting(dict, PyDict_Size(dict), depth);
     Ref const items(PyDict_Items(dict));  // a list of our own: what is converted may change the dict
     for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items.get()); ++i) {
         PyObject* const key = PyTuple_GET_ITEM(PyList_GET_ITEM(items.get(), i), 0);
@@ -183,8 +202,8 @@ zx::Array cellFrom(PyObject* tuple, int depth) {
 }
 
 zx::Array arrayFromList(PyObject* list, int depth) {
-    Nesting const nesting(list, depth);
     Ref const tuple(PySequence_Tuple(list));  // of our own: what is converted may change the list
+    Nesting const nesting(list, PyTuple_GET_SIZE(tuple.get()), depth);
     Items const items = survey(tuple.get());
     auto const size = static_cast<std::size_t>(PyTuple_GET_SIZE(tuple.get()));
     if (size == 0) {
@@ -222,7 +241,7 @@ zx::Array structFromObject(PyObject* object, int depth) {
         return nullptr;
     }
     Ref const attributes(PyObject_GetAttrString(object, "__dict__"));
-    Nesting const nesting(object, depth);
+    Nesting const nesting(object, 0, depth);
     return PyDict_Check(attributes.get()) ? structFromDict(attributes.get(), depth + 1) : nullptr;
 }
 
@@ -249,6 +268,7 @@ OrdoValue valueOf(PyObject* object, int depth) {
         return OrdoValue::logical(object == Py_True);
     }
     if (PyUnicode_Check(object)) {
+        if (depth > 0) Bulk::take(2 * static_cast<std::size_t>(PyUnicode_GET_LENGTH(object)));
         return textValue(object);
     }
     if (object == Py_None) {

@@ -115,7 +115,7 @@ ModelElement ModelElement::Builder::doCreate(bool suppressCascade, boost::uuids:
 }
 
 ModelElement ModelElement::Builder::make(bool suppressCascade, boost::uuids::uuid const& id) {
-    ModelElement const made(allocate(id));
+    ModelElement made(allocate(id));
     made_ = made;
     for (Given const& given : values_) classTable().rowAt(given.index)->build(*made.impl(), given.value);
     if (!suppressCascade) {

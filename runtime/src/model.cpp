@@ -72,7 +72,7 @@ void ModelImpl::enter(ModelElement::Impl& element) {
         } else {
             log_.lives.emplace_back(true, 1, element);
         }
-        element.track_ = (levelSerial_ << 1) | 1;
+        element.track_ = Track(levelSerial_);
     }
     element.addRef();
     element.setFlag(kListed, true);
@@ -100,7 +100,7 @@ void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     forgetProxy(element);
     classes_.remove(element);
     element.model_ = &closed();
-    element.track_ = 1;
+    element.track_ = Track();
     element.removeRef();
 }
 

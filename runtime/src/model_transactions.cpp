@@ -14,15 +14,6 @@
 
 namespace quay::zero {
 
-namespace {
-
-/// A birth serial or a Storage, as an element's track word tells.
-bool isBirth(std::uintptr_t track) noexcept { return (track & 1) != 0; }
-std::uint64_t birthOf(std::uintptr_t track) noexcept { return track >> 1; }
-Storage* storageOf(std::uintptr_t track) noexcept { return reinterpret_cast<Storage*>(track); }
-
-}  // namespace
-
 // --- Levels ---------------------------------------------------------------------------------------------------------
 
 Transaction ModelImpl::beginTransaction(bool system) { return {*this, openLevel(system)}; }
@@ -80,14 +71,14 @@ inline Storage& ModelImpl::takeStorage(ModelElement::Impl& element) {
 void ModelImpl::makeStorage() { freeStorages_ = new Storage; }
 
 Cell& ModelImpl::record(ModelElement::Impl& element, PropertyRow const& row) {
-    std::uintptr_t const track = element.track_;
-    if (!isBirth(track) && storageOf(track)->serial_ >= levelSerial_) return storageOf(track)->add(row);
+    Track const track = element.track_;
+    if (!track.isBirth() && track.storage().serial_ >= levelSerial_) return track.storage().add(row);
     Storage& s = takeStorage(element);
     s.serial_ = levelSerial_;
     s.outerTrack_ = track;
     s.next_ = log_.storages;
     log_.storages = &s;
-    element.track_ = reinterpret_cast<std::uintptr_t>(&s);
+    element.track_ = Track(s);
     return s.add(row);
 }
 
@@ -146,10 +137,10 @@ void ModelImpl::commitInner() {
     Storage** link = &log_.storages;
     while (*link != level.storages) {
         Storage* const s = *link;
-        bool const bornOutside = isBirth(s->outerTrack_) && birthOf(s->outerTrack_) >= parent;
-        bool const keptOutside = !isBirth(s->outerTrack_) && storageOf(s->outerTrack_)->serial_ >= parent;
-        if (bornOutside || (keptOutside && storageOf(s->outerTrack_)->absorb(*s))) {
-            s->element_->track_ = s->outerTrack_;
+        Track const outer = s->outerTrack_;
+        bool const keptOutside = !outer.isBirth() && outer.storage().serial_ >= parent;
+        if (outer.isBornSince(parent) || (keptOutside && outer.storage().absorb(*s))) {
+            s->element_->track_ = outer;
             *link = s->next_;
             giveBack(s);
         } else {
@@ -213,7 +204,7 @@ void ModelImpl::commitOutermost() {
     bool const onlyResolves = history_ && !keep && log_.onlyResolves();
     if (onlyResolves) history_->resolved().reserveSteps(log_.steps.size());
 
-    for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = 1;
+    for (Storage* s = log_.storages; s != nullptr; s = s->next_) s->element_->track_ = Track();
     endLevel();
     if (changes != nullptr && !nothingLeft) {
         Model const alive(this);  // a listener may drop the last handle
@@ -238,7 +229,7 @@ void ModelImpl::commitOutermost() {
 void ModelImpl::commitUnheard(bool system) noexcept {
     bool const nothingDone = log_.empty();
     while (Storage* const s = log_.storages) {
-        s->element_->track_ = 1;
+        s->element_->track_ = Track();
         log_.storages = s->next_;
         giveBack(s);
     }

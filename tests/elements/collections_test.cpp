@@ -99,7 +99,7 @@ TEST(Changes, OfOneMemberOrNoneAreComparedOthersAreNot) {
         there();
         back();
         transaction.commit(boost::none);
-        return hearer.take() != "";
+        return !hearer.take().empty();
     };
     auto& names = *root->getOrigInportBusTypeMutable();
     auto& tasks = *root->getDisableableTaskNumsMutable();

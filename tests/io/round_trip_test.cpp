@@ -249,6 +249,28 @@ TEST(RoundTrip, KeepsTheOrderOfSequencesAndOfEqualKeys) {
     expectRoundTrip(model);
 }
 
+TEST(RoundTrip, KeepsGuestsAndWhereTheyAreAtHome) {
+    for (qz::meta::Class const& type : records::schemaClasses()) {
+        if (type->isAbstract()) continue;
+        for (qz::meta::Property const& p : type->getProperties()) {
+            if (p->isDerived() || !qz::meta::Class::cast(p->getType())) continue;
+            SCOPED_TRACE(testing::PrintToString(type->getName() + u"." + p->getName()));
+            qz::Model const model = qz::Model::create();
+            qz::ModelElement const home = type->instantiateBuilder(model)->create({});
+            qz::ModelElement const other = type->instantiateBuilder(model)->create({});
+            qz::ModelElement const child = records::make(p->getType(), model);
+            p->row()->place(*home.impl(), child);
+            p->row()->place(*other.impl(), model->createProxy(child->getMetaClass(), qz::ProxyId(child->uuid())));
+            std::string const text = qz::io::toText(model);
+            EXPECT_THAT(text, testing::HasSubstr("\"ref\":\"" + to_string(child->uuid())));
+            qz::Model const again = qz::io::fromText(text);
+            EXPECT_EQ(qz::io::toText(again), text);
+            EXPECT_EQ(content(again), content(model));
+            if (HasFailure()) return;
+        }
+    }
+}
+
 TEST(Text, IsTheSameForTheSameContentWhateverItsHistory) {
     boost::uuids::uuid const first{{1}};
     boost::uuids::uuid const second{{2}};

@@ -123,6 +123,9 @@ def test_initialisers_make_trees(model: Any) -> None:
         deep = {"inports": [deep]}
     cyclic: dict[str, Any] = {}
     cyclic["inports"] = [cyclic]
+    vast: Any = {}
+    for _ in range(40):
+        vast = {"inports": [vast, vast]}
     for fields, identifier in [
         ({"noSuchThing": 1}, UNKNOWN),
         ({"autoSolverStatusFlags": 1}, UNKNOWN),
@@ -135,6 +138,7 @@ def test_initialisers_make_trees(model: Any) -> None:
         ({"triggerType": "x"}, "ordo:messages:WrongType"),
         (deep, "ordo:messages:NestedTooDeep"),
         (cyclic, "ordo:messages:NestedTooDeep"),
+        (vast, "ordo:messages:TooLarge"),
     ]:
         with refused(identifier):
             ModelRefInfoRoot(model, fields)

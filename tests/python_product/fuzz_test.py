@@ -155,9 +155,10 @@ def run_in_threads() -> None:
     assert not failures and len(shared.inports) == 1200
 
 
-def test_survives_whatever_scripts_do() -> None:
+def test_survives_whatever_scripts_do(tmp_path: Path) -> None:
     code = "import fuzz_test as f; [f.run(seed) for seed in f.SEEDS]; f.run_in_threads(); print('whole')"
     folder = str(Path(__file__).parent)
     path = f"import sys; sys.path[:0] = [{folder!r}]; "
-    done = subprocess.run([sys.executable, "-X", "faulthandler", "-c", path + code], capture_output=True, text=True)
+    command = [sys.executable, "-X", "faulthandler", "-c", path + code]
+    done = subprocess.run(command, capture_output=True, text=True, cwd=tmp_path)  # it saves files of any name
     assert (done.returncode, done.stdout) == (0, "whole\n"), done.stderr[-3000:]

@@ -206,7 +206,7 @@ TEST(Diagnostics, AreThrownOnceWithTheirSubject) {
     };
     EXPECT_EQ(
         thrown(DataTypeMessage("NoSuchType", {"Motör\xff\xe2\x82"}), nullptr),
-        "VWTypeSys:messages:NoSuchType: there is no data type 'Motör\uFFFD\uFFFD\uFFFD'; add it to the type table "
+        "VWTypeSys:messages:NoSuchType: there is no data type 'Motör\uFFFD\uFFFD'; add it to the type table "
         "first");
     EXPECT_EQ(thrown(DataTypeMessage("NoBlock"), "plant/Gain"),
               "VWTypeSys:messages:NoBlock: plant/Gain: a data type can't be registered without a block");

@@ -61,15 +61,21 @@ bool isSeveral(Property const& property) {
 
 std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property) {
     PropertyRow const& row = *property->row();
+    auto const isGuest = [&](ModelElement const& child) {
+        return !element.impl()->owns(*child.impl()) || child->containmentFeature() != property;
+    };
     if (auto* const collection = static_cast<ReferenceCollection*>(row.collection(*element.impl()))) {
         std::vector<ModelElement> members = collection->getAllValues();
+        std::erase_if(members, isGuest);
         if (property->getFlags() == ValueFlags::Set) {
             std::sort(members.begin(), members.end(), [](auto& a, auto& b) { return a->uuid() < b->uuid(); });
         }
         return members;
     }
     if (!row.has(*element.impl())) return {};
-    return {element->getPropertyValue(property, kTag).getValue<ModelElement>()};
+    auto const child = element->getPropertyValue(property, kTag).getValue<ModelElement>();
+    if (isGuest(child)) return {};
+    return {child};
 }
 
 std::string classOf(ModelElement const& element) { return keel::toUtf8(element->getMetaClass()->getName()); }

@@ -122,6 +122,12 @@ Model modelIn(OrdoValue const& value) {
     return Model(static_cast<ModelImpl*>(value.native(name)));
 }
 
+Model liveModelIn(OrdoValue const& value) {
+    Model model = modelIn(value);
+    if (!model) ordo::raiseInvalidHandle();
+    return model;
+}
+
 void bindConstructed(ModelElement const& element, ordo::OrdoInterface& scriptObject) {
     BindingRegistry::announceForConstructor(element.impl(), scriptNameOf(element->getMetaClass()), scriptObject, true);
     hold(element.impl(), element);

@@ -78,30 +78,6 @@ std::unique_ptr<ModelElement::Builder> build(zxArray const* array, std::size_t i
     return builder;
 }
 
-int digitOf(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
-    if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
-    return -1;
-}
-
-/// Eight, four, four, four and twelve hexadecimal digits with dashes between them.
-std::optional<boost::uuids::uuid> parse(std::u16string_view text) {
-    if (text.size() != 36) return {};
-    boost::uuids::uuid id{};
-    std::size_t digits = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        bool const isDash = i == 8 || i == 13 || i == 18 || i == 23;
-        if (isDash != (text[i] == u'-')) return {};
-        if (isDash) continue;
-        int const digit = digitOf(text[i]);
-        if (digit < 0) return {};
-        auto& byte = id.data[digits++ / 2];
-        byte = static_cast<std::uint8_t>(byte << 4 | digit);
-    }
-    return id;
-}
-
 }  // namespace
 
 std::unique_ptr<ModelElement::Builder> createEmptyBuilder(Model const& model, meta::Class const& metaClass) {
@@ -124,11 +100,11 @@ std::unique_ptr<ModelElement::Builder> createBuilderFromStructFirst(zxArray cons
 }
 
 std::optional<boost::uuids::uuid> extractUuid(zxArray const* array) {
-    return zxIsText(array) ? parse(zx::textOf(array)) : std::nullopt;
+    return zxIsText(array) ? idFrom(keel::toUtf8(zx::textOf(array))) : std::nullopt;
 }
 
 std::optional<boost::uuids::uuid> extractUuid(OrdoValue const& value) {
-    return value.isText() ? parse(value.toText()) : std::nullopt;
+    return value.isText() ? idFrom(keel::toUtf8(value.toText())) : std::nullopt;
 }
 
 }  // namespace quay::zero::mi::detail

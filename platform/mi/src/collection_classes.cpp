@@ -12,8 +12,6 @@
 
 namespace quay::zero::mi {
 
-using ordo::MethodCall;
-using ordo::OrdoMethodSignature;
 using ordo::OrdoValue;
 
 namespace {

@@ -103,7 +103,7 @@ Value const& operand(MethodCall const& call, std::size_t index) {
 }
 
 template <class F>
-constexpr MethodImpl::CallStub comparison(F /*compare*/) {
+constexpr MethodImpl::CallThunk comparison(F /*compare*/) {
     return [](MethodImpl::Function, MethodCall& call) {
         call.setResult(OrdoValue::logical(F()(operand(call, 0), operand(call, 1))));
     };
@@ -124,7 +124,7 @@ void DataTypeWrapper::defineClass(ordo::OrdoClass& ordoClass) {
                                                              std::make_unique<FieldGetter>(bound),
                                                              std::make_unique<FieldSetter>(bound), docOf(full, name)));
     }
-    auto const add = [&](char const* name, MethodImpl::CallStub run, char const* description) {
+    auto const add = [&](char const* name, MethodImpl::CallThunk run, char const* description) {
         auto signature = OrdoMethodSignature::createMethodSignature("", "logical scalar", {full, full});
         ordoClass.addMethod(std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{}, std::move(signature),
                                                          run, nullptr, description));

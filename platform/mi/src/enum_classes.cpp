@@ -90,7 +90,7 @@ void QUAY0EnumInfo::defineClass(ordo::OrdoClass& ordoClass) {
             std::make_unique<QUAY0EnumValueInfo>(name, ordoClass, literal->getValue(), docOf(full, name)));
     }
 
-    auto const add = [&](char const* name, char const* result, MethodImpl::CallStub run, char const* description) {
+    auto const add = [&](char const* name, char const* result, MethodImpl::CallThunk run, char const* description) {
         ordoClass.addMethod(std::make_unique<MethodImpl>(name, ordo::factory::MethodAttributes{kMethodAttributes},
                                                          OrdoMethodSignature::createMethodSignature("", result, {full}),
                                                          run, nullptr, description));

@@ -17,14 +17,8 @@ using ordo::OrdoValue;
 
 namespace {
 
-Model modelOf(MethodCall const& call) {
-    Model const model = modelIn(call.argument(0));
-    if (!model) ordo::raiseInvalidHandle();
-    return model;
-}
-
-void save(MethodCall& call) { io::save(modelOf(call), call.argument(1).toBytes()); }
-void dumps(MethodCall& call) { call.setResult(OrdoValue::bytes(io::toText(modelOf(call)))); }
+void save(MethodCall& call) { io::save(liveModelIn(call.argument(0)), call.argument(1).toBytes()); }
+void dumps(MethodCall& call) { call.setResult(OrdoValue::bytes(io::toText(liveModelIn(call.argument(0))))); }
 void load(MethodCall& call) { call.setResult(toScript(io::load(call.argument(0).toBytes()))); }
 void loads(MethodCall& call) { call.setResult(toScript(io::fromText(call.argument(0).toBytes()))); }
 

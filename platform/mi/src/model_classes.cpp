@@ -71,15 +71,9 @@ public:
 
 // --- Models ---------------------------------------------------------------------------------------------------------
 
-Model modelOf(MethodCall const& call) {
-    Model const model = modelIn(call.argument(0));
-    if (!model) ordo::raiseInvalidHandle();
-    return model;
-}
-
 void transaction(MethodCall& call) {
     static ordo::InternedName const name = ordo::internName(names::kTransaction);
-    Model const model = modelOf(call);
+    Model const model = liveModelIn(call.argument(0));
     auto made = std::make_unique<ScriptTransaction>(ScriptTransaction{model, model->beginTransaction(false)});
     auto object = ordo::factory::basic::BindingRegistry::announceWithoutStoring(made.get(), name, nullptr);
     static_cast<void>(made.release());
@@ -87,17 +81,17 @@ void transaction(MethodCall& call) {
 }
 
 void find(MethodCall& call) {
-    Model const model = modelOf(call);
+    Model const model = liveModelIn(call.argument(0));
     auto const id = detail::extractUuid(call.argument(1));
     if (!id) reportException(quay0::messages::InvalidValue().about(u"quay.zero.Model.find"));
     call.setResult(toScript(model->findElement(*id, FindElementBehavior::ResolveProxies)));
 }
 
-void elements(MethodCall& call) { call.setResult(toScript(modelOf(call)->getElements())); }
-void roots(MethodCall& call) { call.setResult(toScript(modelOf(call)->getRoots())); }
-void enableHistory(MethodCall& call) { modelOf(call)->enableHistory(call.argument(1).toSize()); }
-void undo(MethodCall& call) { call.setResult(OrdoValue::logical(modelOf(call)->undo())); }
-void redo(MethodCall& call) { call.setResult(OrdoValue::logical(modelOf(call)->redo())); }
+void elements(MethodCall& call) { call.setResult(toScript(liveModelIn(call.argument(0))->getElements())); }
+void roots(MethodCall& call) { call.setResult(toScript(liveModelIn(call.argument(0))->getRoots())); }
+void enableHistory(MethodCall& call) { liveModelIn(call.argument(0))->enableHistory(call.argument(1).toSize()); }
+void undo(MethodCall& call) { call.setResult(OrdoValue::logical(liveModelIn(call.argument(0))->undo())); }
+void redo(MethodCall& call) { call.setResult(OrdoValue::logical(liveModelIn(call.argument(0))->redo())); }
 
 class ConstructModel final : public ordo::factory::OrdoMethod {
 public:

@@ -12,7 +12,6 @@ namespace {
 
 using ordo::OrdoValue;
 using ordo::factory::ValueType;
-using ordo::factory::withoutScalar;
 
 /// Numbers, truth values and texts. Several numbers make one row of their class, several texts a cell row.
 template <class T>

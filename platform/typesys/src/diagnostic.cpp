@@ -1,7 +1,7 @@
 #include <keel/catalogue.h>
+#include <keel/text.h>
 #include <typesys/diagnostic.h>
 
-#include <locale>
 #include <memory>
 #include <utility>
 
@@ -27,27 +27,10 @@ bool enterSentences() {
     return true;
 }
 
-std::u16string toUtf16(std::string_view text) {
-    auto const& facet = std::use_facet<std::codecvt<char16_t, char8_t, std::mbstate_t>>(std::locale::classic());
-    std::u16string result(text.size(), u'\0');  // no character takes more units than bytes
-    auto const* from = reinterpret_cast<char8_t const*>(text.data());
-    auto const* const end = from + text.size();
-    char16_t* to = result.data();
-    while (from != end) {
-        std::mbstate_t state{};
-        auto const outcome = facet.in(state, from, end, from, to, result.data() + result.size(), to);
-        if (outcome == std::codecvt_base::ok || from == end) break;
-        ++from;
-        *to++ = u'\uFFFD';
-    }
-    result.resize(static_cast<std::size_t>(to - result.data()));
-    return result;
-}
-
 std::vector<std::u16string> toUtf16(std::vector<std::string_view> const& texts) {
     std::vector<std::u16string> result;
     result.reserve(texts.size());
-    for (std::string_view const text : texts) result.push_back(toUtf16(text));
+    for (std::string_view const text : texts) result.push_back(keel::toUtf16(text));
     return result;
 }
 
@@ -64,6 +47,6 @@ DataTypeMessage::DataTypeMessage(std::string_view id, std::vector<std::string_vi
 void vwsvThrowIExceptionFromDiagnostic(vwsvDiagnosticImpl*& diagnostic, char const* subject) {
     std::unique_ptr<vwsvDiagnosticImpl> const owned(std::exchange(diagnostic, nullptr));
     VWTypeSys::DataTypeMessage message = owned->message();
-    if (subject != nullptr) message.about(VWTypeSys::toUtf16(std::string_view(subject)));
+    if (subject != nullptr) message.about(keel::toUtf16(subject));
     throw VWTypeSys::DataTypeException(std::move(message));
 }

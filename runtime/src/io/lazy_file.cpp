@@ -37,7 +37,7 @@ public:
 
     ModelElement resolve(ProxyId const& id) {
         if (id.store() != store_) return {};
-        if (ModelElement const present = model_.findElement(id.id(), FindElementBehavior::InMemoryOnly)) return present;
+        if (ModelElement present = model_.findElement(id.id(), FindElementBehavior::InMemoryOnly)) return present;
         auto const found = postponed_.find(id.id());
         return found == postponed_.end() ? ModelElement() : read(id.id(), found->second);
     }

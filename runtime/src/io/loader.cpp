@@ -3,6 +3,7 @@
 #include <keel/text.h>
 #include <quay/zero/builder.h>
 #include <quay/zero/property_row.h>
+#include <quay/zero/text.h>
 
 #include <algorithm>
 #include <functional>
@@ -15,27 +16,7 @@ namespace quay::zero::io {
 
 namespace {
 
-constexpr std::string_view kKeyNames[] = {"", "roots", "schema", "version", "class", "id", "values"};
-
-/// 8-4-4-4-12 hexadecimal digits.
-bool parseId(std::string_view text, boost::uuids::uuid& id) {
-    if (text.size() != 36) return false;
-    std::size_t digits = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        bool const isDash = i == 8 || i == 13 || i == 18 || i == 23;
-        char const c = text[i];
-        if (isDash != (c == '-')) return false;
-        if (isDash) continue;
-        int const value = c >= '0' && c <= '9'   ? c - '0'
-                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
-                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                                 : -1;
-        if (value < 0) return false;
-        std::uint8_t& byte = id.data[digits++ / 2];
-        byte = static_cast<std::uint8_t>(byte << 4 | value);
-    }
-    return !id.is_nil();
-}
+constexpr std::string_view kKeyNames[] = {"", "roots", "schema", "version", "class", "id", "ref", "values"};
 
 }  // namespace
 
@@ -105,6 +86,7 @@ void Loader::takeScalar() {
         case Key::Class:
             return takeClass(frame);
         case Key::Id:
+        case Key::Ref:
             return takeId(frame);
         case Key::Schema:
             return takeSchema();
@@ -302,9 +284,11 @@ void Loader::takeClass(Frame& frame) {
 }
 
 void Loader::takeId(Frame& frame) {
-    if (!scalar_.is(Node::Kind::Text) || !parseId(scalar_.text, frame.id)) {
+    std::optional<boost::uuids::uuid> const id = scalar_.is(Node::Kind::Text) ? idFrom(scalar_.text) : std::nullopt;
+    if (!id || id->is_nil()) {
         throw Refused("expected an id, found " + (scalar_.text.empty() ? describe(scalar_) : inQuotes(scalar_.text)));
     }
+    frame.id = *id;
 }
 
 void Loader::requireIdentity(Frame const& frame) const {
@@ -327,14 +311,29 @@ void Loader::make(Frame& frame) {
 void Loader::finishElement() {
     Frame& frame = frames_.back();
     frame.key = Key::None;  // what fails now is the element as a whole
-    if (frame.element == nullptr && !frame.isPostponed) make(frame);
-    ModelElement const element = frame.isPostponed ? model_->createProxy(frame.form->type, ProxyId(store_, frame.id))
-                                                   : ModelElement(frame.element);
+    ModelElement element;
+    if ((frame.given >> static_cast<int>(Key::Ref) & 1U) != 0) {
+        element = finishReference(frame);
+    } else if (frame.isPostponed) {
+        element = model_->createProxy(frame.form->type, ProxyId(store_, frame.id));
+    } else {
+        if (frame.element == nullptr) make(frame);
+        element = ModelElement(frame.element);
+    }
     if (FieldForm const* const property = owningProperty()) {
         property->property->row()->place(*owningFrame().element, element);
     } else {
         roots_.push_back(element);
     }
+}
+
+/// Stands for an element whose place is elsewhere in the model, until it is reached.
+ModelElement Loader::finishReference(Frame const& frame) const {
+    constexpr unsigned kAllowed = 1U << static_cast<int>(Key::Class) | 1U << static_cast<int>(Key::Ref);
+    if (frame.given != kAllowed) throw Refused("a reference has a 'class' and a 'ref' and nothing else");
+    if (owningProperty() == nullptr) throw Refused("a root can't be a reference");
+    if (frame.form->type->isAbstract()) throw Refused("the class " + inQuotes(frame.form->name) + " is abstract");
+    return model_->createProxy(frame.form->type, ProxyId(frame.id));
 }
 
 /// Whether the element being read is one that a root owns, and its place is known. Proxies have no order in a multimap,

@@ -85,7 +85,7 @@ public:
 
 private:
     enum class State : std::uint8_t { Document, Roots, Element, Values, Children };
-    enum class Key : std::uint8_t { None, Roots, Schema, Version, Class, Id, Values };
+    enum class Key : std::uint8_t { None, Roots, Schema, Version, Class, Id, Ref, Values };
 
     /// An object or list that is open.
     struct Frame {
@@ -123,6 +123,7 @@ private:
     void requireIdentity(Frame const& frame) const;
     void make(Frame& frame);
     void finishElement();
+    ModelElement finishReference(Frame const& frame) const;
     void finishDocument() const;
     FieldForm const* owningProperty() const noexcept;
     Frame const& owningFrame() const noexcept;

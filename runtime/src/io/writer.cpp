@@ -69,18 +69,38 @@ void Writer::prepare(ClassForm& form) {
 
 void Writer::appendElement(ModelElement const& element) {
     ClassForm& form = forms_.of(element->getMetaClass());
-    if (element->isProxy()) {
-        reportSave(placeOf(*element.impl()), "the element isn't loaded: " + keel::toUtf8(element->identifier()));
-    }
     prepare(form);
     drain();
-    out_ += "{\"class\":";
-    appendQuoted(out_, form.name);
-    out_ += ",\"id\":\"";
-    boost::uuids::to_chars(element->uuid(), std::back_inserter(out_));
-    out_ += "\",\"values\":{";
+    appendClassAnd("id", form, element->uuid());
+    out_ += ",\"values\":{";
     appendValues(*element.impl(), form);
     out_ += "}}";
+}
+
+/// An object that is still open.
+void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::uuids::uuid const& id) {
+    out_ += "{\"class\":";
+    appendQuoted(out_, form.name);
+    out_.append(",\"").append(key).append("\":\"");
+    boost::uuids::to_chars(id, std::back_inserter(out_));
+    out_.push_back('"');
+}
+
+/// An element has one place. A guest, which was resolved to where it is but stands elsewhere, is only referred to.
+void Writer::appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child) {
+    if (child->isProxy()) {
+        ProxyId const id = child->getProxyId();
+        if (id.hasOutsidePart(model_->storeName())) {
+            reportSave(placeOf(*child.impl()), "the element isn't loaded: " + keel::toUtf8(child->identifier()));
+        }
+        appendClassAnd("ref", forms_.of(child->getMetaClass()), id.id());
+        out_.push_back('}');
+    } else if (!owner.owns(*child.impl()) || child->containmentFeature() != property.property) {
+        appendClassAnd("ref", forms_.of(child->getMetaClass()), child->uuid());
+        out_.push_back('}');
+    } else {
+        appendElement(child);
+    }
 }
 
 void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
@@ -118,7 +138,7 @@ bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& proper
     if (children.isList) out_.push_back('[');
     for (ModelElement const& child : children.elements) {
         if (&child != children.elements.data()) out_.push_back(',');
-        appendElement(child);
+        appendChild(element, property, child);
     }
     if (children.isList) out_.push_back(']');
     return false;

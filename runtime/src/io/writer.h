@@ -35,6 +35,8 @@ private:
     };
 
     void appendElement(ModelElement const& element);
+    void appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child);
+    void appendClassAnd(std::string_view key, ClassForm const& form, boost::uuids::uuid const& id);
     void appendValues(ModelElement::Impl& element, ClassForm& form);
     bool appendChildren(ModelElement::Impl& element, FieldForm const& property, bool first);
     static Children childrenOf(ModelElement::Impl& element, FieldForm const& property);

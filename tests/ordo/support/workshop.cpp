@@ -178,10 +178,10 @@ public:
 };
 
 void method(OrdoClass& ordoClass, char const* name, std::vector<std::string> inputs, std::size_t optional,
-            impl::MethodImpl::CallStub stub, unsigned attributes = 0) {
+            impl::MethodImpl::CallThunk thunk, unsigned attributes = 0) {
     ordoClass.addMethod(std::make_unique<impl::MethodImpl>(
         name, ordo::factory::MethodAttributes{attributes},
-        OrdoMethodSignature::createMethodSignature("", "any", std::move(inputs), optional), stub, nullptr,
+        OrdoMethodSignature::createMethodSignature("", "any", std::move(inputs), optional), thunk, nullptr,
         "A method for tests."));
 }
 

@@ -21,7 +21,7 @@ public:
 
     template <class T>
     static constexpr bool kInPlace = sizeof(T) <= kSize &&
-                                     alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+                                     alignof(void*) % alignof(T) == 0 && std::is_nothrow_move_constructible_v<T>;
 
     template <class T, class... Args>
     T& emplace(Args&&... args) {

@@ -150,14 +150,14 @@ public:
     /// Whether a new value may be stored without a record of the old one: the element was born, or the value kept, at
     /// this level; or the model is quiet.
     bool isRecorded(ModelElement::Impl const& e, PropertyRow const& row) const noexcept {
-        if ((e.track_ & 1) != 0) return (e.track_ >> 1) >= levelSerial_;
-        Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
+        if (e.track_.isBirth()) return e.track_.isBornSince(levelSerial_);
+        Storage const& s = e.track_.storage();
         return s.serial_ >= levelSerial_ && s.has(row);
     }
     /// The same, answered without a call; false where that would take one.
     bool isSurelyRecorded(ModelElement::Impl const& e, PropertyRow const& row) const noexcept {
-        if ((e.track_ & 1) != 0) return (e.track_ >> 1) >= levelSerial_;
-        Storage const& s = *reinterpret_cast<Storage const*>(e.track_);
+        if (e.track_.isBirth()) return e.track_.isBornSince(levelSerial_);
+        Storage const& s = e.track_.storage();
         return s.serial_ >= levelSerial_ && s.hasFirst(row);
     }
     /// Whether a single value that is written now is a transaction of which only the history hears. It is then recorded
@@ -165,7 +165,7 @@ public:
     bool keepsAlone() const noexcept { return history_ && !inTransaction() && !listeners_ && !frozen_ && !telling_; }
     bool isBornHere(ModelElement::Impl const& e) const noexcept { return isBornSince(e, levelSerial_); }
     static bool isBornSince(ModelElement::Impl const& e, std::uint64_t serial) noexcept {
-        return (e.track_ & 1) != 0 && (e.track_ >> 1) >= serial;
+        return e.track_.isBornSince(serial);
     }
     /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
     Cell& record(ModelElement::Impl& element, PropertyRow const& row);
@@ -281,7 +281,7 @@ private:
     std::optional<Savepoint> savepoint_;
 };
 
-inline ImplicitTransaction::ImplicitTransaction(ModelImpl& model) : opened_(nullptr) {
+inline ImplicitTransaction::ImplicitTransaction(ModelImpl& model) {
     if (model.inTransaction()) return;
     model.openLevel(false, true);
     opened_ = &model;
@@ -295,7 +295,7 @@ inline void ImplicitTransaction::commit() {
     opened_ = nullptr;
 }
 
-inline Savepoint::Savepoint(ModelImpl& model) : model_(nullptr), serial_(0) {
+inline Savepoint::Savepoint(ModelImpl& model) {
     if (model.inOperation()) return;
     serial_ = model.openLevel(false, true);
     model_ = &model;

@@ -3,6 +3,7 @@
 
 #include <quay/zero/element_impl.h>
 #include <quay/zero/handle.h>
+#include <quay/zero/track.h>
 
 #include <boost/optional.hpp>
 #include <cstddef>
@@ -233,8 +234,7 @@ private:
     [[noreturn]] void refuseProxy() const;
 
     ModelImpl* model_;
-    // The element's place in change tracking: the serial of the level that it was born at (odd), or its Storage.
-    std::uintptr_t track_ = 1;
+    Track track_;
     Impl* container_ = nullptr;
     Impl* previous_ = nullptr;
     Impl* next_ = nullptr;

@@ -154,6 +154,7 @@ protected:
         }
         values_.swap(content);
     }
+    // NOLINTNEXTLINE(bugprone-exception-escape): allocators and orders that can't differ are swapped without throwing
     void exchangeContent(Step& step) noexcept { values_.swap(*static_cast<Container*>(step.payload)); }
 
     Container values_;
@@ -248,6 +249,7 @@ public:
 
     // How a sequence writes steps: `Inserted` and `Erased` have a position and a count, and a container with the values
     // that are out, or room for them; `Replaced` has a container with the other value.
+    // NOLINTNEXTLINE(bugprone-exception-escape): there is room for all that moves, and moving doesn't throw
     void exchange(Step& step) noexcept override {
         auto* const out = static_cast<Container*>(step.payload);
         auto const from = this->values_.begin() + static_cast<std::ptrdiff_t>(step.position);

@@ -5,6 +5,7 @@
 #include <quay/zero/meta/handles.h>
 #include <quay/zero/model_element.h>
 #include <quay/zero/property_row.h>
+#include <quay/zero/track.h>
 
 #include <boost/dynamic_bitset.hpp>
 #include <cstddef>
@@ -111,9 +112,9 @@ private:
 
     // In this order, a write to a number touches one cache line of it.
     ModelElement::Impl* element_ = nullptr;
-    Storage* next_ = nullptr;        // in its level's list, or in the pool
-    std::uint64_t serial_ = 0;       // the level that it was made at
-    std::uintptr_t outerTrack_ = 1;  // the element's track word before this storage
+    Storage* next_ = nullptr;   // in its level's list, or in the pool
+    std::uint64_t serial_ = 0;  // the level that it was made at
+    Track outerTrack_;          // the element's before this storage
     std::unique_ptr<Overflow> more_;
     std::uint64_t count_ = 0;
     Entry first_;

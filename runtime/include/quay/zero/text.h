@@ -1,4 +1,4 @@
-// Values as readable text, for messages.
+// Values as readable text, and ids read back from it.
 #pragma once
 
 #include <keel/export.h>
@@ -9,7 +9,9 @@
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace quay::zero {
 
@@ -18,6 +20,8 @@ using keel::toUtf16;
 QUAY_ZERO_API std::u16string textOf(boost::uuids::uuid const& id);
 QUAY_ZERO_API std::u16string textOf(int value);
 QUAY_ZERO_API std::u16string textOf(double value);
+/// The id that 8-4-4-4-12 hexadecimal digits tell, in any case; none for every other text.
+QUAY_ZERO_API std::optional<boost::uuids::uuid> idFrom(std::string_view text);
 inline std::u16string textOf(std::u16string const& text) { return text; }
 inline std::u16string textOf(std::string const& text) { return toUtf16(text); }
 

@@ -48,7 +48,7 @@ public:
     void commit();
 
 private:
-    ModelImpl* opened_;
+    ModelImpl* opened_ = nullptr;
 };
 
 /// For element code: a savepoint of its own, inside an open transaction or as one. What happened since is undone
@@ -64,8 +64,8 @@ public:
     void commit();
 
 private:
-    ModelImpl* model_;
-    std::uint64_t serial_;
+    ModelImpl* model_ = nullptr;
+    std::uint64_t serial_ = 0;
 };
 
 }  // namespace quay::zero

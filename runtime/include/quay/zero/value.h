@@ -166,7 +166,7 @@ private:
     static Operations const& operationsOf() noexcept;
     template <class T>
     static constexpr bool kFits = sizeof(T) <= kInPlace &&
-                                  alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+                                  alignof(void*) % alignof(T) == 0 && std::is_nothrow_move_constructible_v<T>;
 
     template <class T>
     void emplace(T const& payload) {
@@ -267,7 +267,7 @@ Value::Operations const& Value::operationsOf() noexcept {
             if constexpr (inPlace) {
                 T& from = *static_cast<T*>(source.data());
                 ::new (static_cast<void*>(target.storage_.bytes)) T(std::move(from));
-                from.~T();
+                from.~T();  // NOLINT(bugprone-use-after-move): what was moved from still ends
             } else {
                 target.storage_.pointer = source.storage_.pointer;
             }

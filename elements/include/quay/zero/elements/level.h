@@ -20,6 +20,7 @@ public:
     meta::Class const& getMetaClass() const override { return X::metaClass(); }
     ClassTable const& classTable() const override { return X::classTable(); }
 
+    // NOLINTBEGIN(bugprone-parent-virtual-call): a property that no level knows is for the end of the chain
     bool hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const override {
         return knows(property) ? property->row()->has(*this) : ModelElement::Impl::hasPropertyValue(property, tag);
     }
@@ -32,6 +33,7 @@ public:
         if (!knows(property)) return ModelElement::Impl::setPropertyValue(property, value, tag);
         property->row()->set(*this, property, value, tag);
     }
+    // NOLINTEND(bugprone-parent-virtual-call)
 
     /// A new handle to this element.
     X This() const { return X::of(const_cast<typename X::Impl*>(static_cast<typename X::Impl const*>(this))); }

@@ -36,19 +36,19 @@ namespace impl {
 /// A method around a plain function.
 class ORDO_API MethodImpl final : public OrdoMethod {
 public:
-    /// The function behind the method, as the call stub gets it back.
+    /// The function behind the method, as the call thunk gets it back.
     using Function = void (*)();
     /// Takes the call's arguments, calls the function with them and sets the result.
-    using CallStub = void (*)(Function function, MethodCall& call);
+    using CallThunk = void (*)(Function function, MethodCall& call);
 
-    MethodImpl(std::string_view name, MethodAttributes attributes, OrdoMethodSignature signature, CallStub stub,
+    MethodImpl(std::string_view name, MethodAttributes attributes, OrdoMethodSignature signature, CallThunk thunk,
                Function function = nullptr, std::string_view description = {})
-        : OrdoMethod(name, attributes, std::move(signature), description), stub_(stub), function_(function) {}
+        : OrdoMethod(name, attributes, std::move(signature), description), thunk_(thunk), function_(function) {}
 
-    void call(MethodCall& call) const override { stub_(function_, call); }
+    void call(MethodCall& call) const override { thunk_(function_, call); }
 
 private:
-    CallStub stub_;
+    CallThunk thunk_;
     Function function_;
 };
 

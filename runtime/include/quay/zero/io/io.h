@@ -5,9 +5,10 @@
 //   {"roots":[{"class":"ModelRefInfoRepo.ModelRefInfoRoot","id":"0f...","values":{...}}],"schema":URI,"version":1}
 //
 // Keys are sorted, roots and the members of sets ordered by id, and properties left out that have the value of a fresh
-// element. Children stand where they are owned, in the same form as roots. What JSON can't hold stands in an object
-// with one key that begins with a dollar sign: {"$real": "Infinity"}, {"$utf16": "d800"}, {"$bytes": "ff"},
-// {"$array": {...}}.
+// element. Children stand where they are owned, in the same form as roots. Where a proxy was resolved to an element
+// that is owned elsewhere, {"class": C, "ref": ID} stands for it, which is read as a proxy again. What JSON can't hold
+// stands in an object with one key that begins with a dollar sign: {"$real": "Infinity"}, {"$utf16": "d800"},
+// {"$bytes": "ff"}, {"$array": {...}}.
 #pragma once
 
 #include <quay/zero/model.h>

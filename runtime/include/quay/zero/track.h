@@ -1,0 +1,28 @@
+// Where an element stands in change tracking, in one word.
+#pragma once
+
+#include <cstdint>
+
+namespace quay::zero {
+
+class Storage;
+
+/// Either the serial of the level that the element was born at, or the Storage with the values that it had.
+class Track {
+public:
+    /// Born before any open level.
+    constexpr Track() noexcept = default;
+    constexpr explicit Track(std::uint64_t birth) noexcept : word_((birth << 1) | 1) {}
+    explicit Track(Storage& kept) noexcept : word_(reinterpret_cast<std::uintptr_t>(&kept)) {}
+
+    constexpr bool isBirth() const noexcept { return (word_ & 1) != 0; }
+    constexpr bool isBornSince(std::uint64_t serial) const noexcept { return isBirth() && (word_ >> 1) >= serial; }
+    /// Only if it isn't a birth.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a tagged pointer is what makes this one word
+    Storage& storage() const noexcept { return *reinterpret_cast<Storage*>(word_); }
+
+private:
+    std::uintptr_t word_ = 1;
+};
+
+}  // namespace quay::zero
