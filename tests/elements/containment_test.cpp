@@ -14,8 +14,6 @@ using namespace quay::zero;
 using namespace quay0::messages;
 using namespace records;
 
-constexpr auto const& kPublic = ReflectionPrivateTag::PUBLIC_ACCESS;
-
 TEST(Keys, HoldInWhicheverOfTwoMapsTheElementIs) {
     Model const model = Model::create();
     CompFunction const function = CompFunction::create(model, {});

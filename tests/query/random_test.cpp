@@ -93,7 +93,7 @@ TEST(RandomQuestions, AreAnsweredAsAPlainLoopDoes) {
 /// A model that is written, rolled back, undone and redone at random, and asked in between.
 class Life {
 public:
-    Life() { model_->enableHistory(static_cast<std::size_t>(below(2) * 5)); }
+    Life() { model_->enableHistory(below(2) == 0 ? 0 : 5); }
 
     void step() {
         switch (below(9)) {
@@ -165,9 +165,11 @@ private:
     /// So many that gaps are closed.
     void many() {
         qz::Transaction transaction = model_->beginTransaction(false);
-        std::vector<Port> made;
-        for (int i = 0; i < 1500; ++i)
-            made.push_back(i % 2 == 0 ? Port(InportInformation::create(model_, {})) : Port::create(model_, {}));
+        constexpr std::size_t kMany = 1500;
+        std::vector<Port> made(kMany);
+        for (std::size_t i = 0; i < kMany; ++i) {
+            made[i] = i % 2 == 0 ? Port(InportInformation::create(model_, {})) : Port::create(model_, {});
+        }
         if (below(2) == 0) compare();
         for (std::size_t i = 0; i < made.size(); ++i) {
             if (i % 100 != 0) made[i]->destroy();

@@ -325,7 +325,7 @@ private:
             case Kind::BeginSystem:
                 if (open_.size() >= 5) return;
                 reference_.begin(o.kind == Kind::BeginSystem);
-                open_.push_back(model_->beginTransaction(o.kind == Kind::BeginSystem));
+                open_.emplace_back(model_->beginTransaction(o.kind == Kind::BeginSystem));
                 return;
             case Kind::Commit:
                 return endLevel(open_.size() - 1, true);

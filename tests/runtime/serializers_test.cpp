@@ -159,9 +159,9 @@ TEST(Serializers, KnowThreeFormsOfAnEnumeration) {
     std::pair<meta::PropertySerializer const&, char16_t const*> const refused[] = {
         {name, u"Blau"}, {name, u"red"}, {name, u""},     {name, u"1"},
         {key, u"Blue"},  {key, u""},     {value, u"Red"}, {value, u""}};
-    for (auto const& [form, text] : refused) {
-        EXPECT_TRUE(throws<boost::bad_lexical_cast>([&] { (void)form.parseValue(text, type); }))
-            << show(std::u16string(text));
+    for (auto const& r : refused) {
+        EXPECT_TRUE(throws<boost::bad_lexical_cast>([&] { (void)r.first.parseValue(r.second, type); }))
+            << show(std::u16string(r.second));
     }
     EXPECT_FALSE(name.parseOptionalValue(u"", type).hasPayload());
     Value const number(StandardTypes::integerMeta, 1, ValueFlags::One);

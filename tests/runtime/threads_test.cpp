@@ -39,7 +39,7 @@ std::string live() {
     for (unsigned i = 2; i < 12; ++i) {
         Transaction transaction = model->beginTransaction(false);
         Node const e = Node::create(model, idOf(i));
-        e->setText(std::u16string(i * 3, u'x'));
+        e->setText(std::u16string(std::size_t{3} * i, u'x'));
         e->setRank(static_cast<int>(i % 3));
         e->setBox({{1.0 * i}});
         root->byName().insert(e);

@@ -204,10 +204,9 @@ TEST(Diagnostics, AreThrownOnceWithTheirSubject) {
             return e.what();
         }
     };
-    EXPECT_EQ(
-        thrown(DataTypeMessage("NoSuchType", {"Motör\xff\xe2\x82"}), nullptr),
-        "VWTypeSys:messages:NoSuchType: there is no data type 'Motör\uFFFD\uFFFD'; add it to the type table "
-        "first");
+    EXPECT_EQ(thrown(DataTypeMessage("NoSuchType", {"Motör\xff\xe2\x82"}), nullptr),
+              "VWTypeSys:messages:NoSuchType: there is no data type 'Motör\uFFFD\uFFFD'; add it to the type table "
+              "first");
     EXPECT_EQ(thrown(DataTypeMessage("NoBlock"), "plant/Gain"),
               "VWTypeSys:messages:NoBlock: plant/Gain: a data type can't be registered without a block");
     EXPECT_EQ(thrown(DataTypeMessage("InvalidStringType", {"text", "DataType"}), nullptr),
