@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 /// Whether `f` fails with exactly the message M.
@@ -30,5 +31,20 @@ testing::AssertionResult throws(F&& f) {
         return testing::AssertionSuccess();
     } catch (std::exception const& e) {
         return testing::AssertionFailure() << "thrown was: " << e.what();
+    }
+}
+
+/// How `f` fails: the message's name, or a word for what else it throws on purpose; "" if it doesn't.
+template <class F>
+std::string failureOf(F&& f) {
+    try {
+        f();
+        return {};
+    } catch (keel::core::except::Error const& e) {
+        return std::string(e.GetBaseMsgIDObj().id());
+    } catch (std::out_of_range const&) {
+        return "out_of_range";
+    } catch (int) {
+        return "int";
     }
 }

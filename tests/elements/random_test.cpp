@@ -1,19 +1,19 @@
 // Random sequences of typed and generic operations on records of every shape, step by step against the
 // reference.
 #include "../common/random.h"
+#include "../common/expect.h"
 #include "support/dump.h"
 #include "support/reference.h"
 #include "support/samples.h"
+#include "support/typed_operations.h"
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
-#include <keel/exception.h>
 #include <keel/text.h>
 #include <quay/zero/change_set.h>
 #include <quay/zero/generic_collection.h>
 #include <quay/zero/primitive_collection.h>
 
 #include <boost/uuid/uuid_io.hpp>
-#include <functional>
 #include <limits>
 #include <optional>
 #include <ostream>
@@ -49,87 +49,6 @@ struct Operation {
 std::ostream& operator<<(std::ostream& out, Operation const& o) {
     return out << int(o.kind) << '(' << int(o.a) << ' ' << int(o.b) << ' ' << int(o.c) << ' ' << int(o.d) << ')';
 }
-
-// --- Typed operations
-// -----------------------------------------------------------------------------------------------
-
-/// A typed setter by class and property. It takes the value apart, and nothing else of reflection is left.
-struct TypedWrite {
-    int slot;
-    std::function<void(ModelElement const&, Value const&)> write;
-};
-
-template <class X, class T>
-TypedWrite typedWrite(char const* kind, char const* property, void (X::Impl::*setter)(T)) {
-    return {plan().slot(kind, property), [setter](ModelElement const& e, Value const& v) {
-                (X::cast(e).impl()->*setter)(v.getValue<std::decay_t<T>>());
-            }};
-}
-
-std::vector<TypedWrite> const& typedWrites() {
-    static std::vector<TypedWrite> const all = {
-        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "triggerType", &ModelRefInfoRoot::Impl::setTriggerType),
-        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "hasHardwareSemantics",
-                                     &ModelRefInfoRoot::Impl::setHasHardwareSemantics),
-        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "numTs", &ModelRefInfoRoot::Impl::setNumTs),
-        typedWrite<ModelRefInfoRoot>("ModelRefInfoRoot", "solverStatusFlags",
-                                     &ModelRefInfoRoot::Impl::setAutoSolverStatusFlags),
-        typedWrite<VarTsUIDEntry>("VarTsUIDEntry", "varTsIdx", &VarTsUIDEntry::Impl::setVarTsIdx),
-        typedWrite<UnionTsContainedTsElem>("UnionTsContainedTsElem", "unionTs",
-                                           &UnionTsContainedTsElem::Impl::setUnionTs),
-        typedWrite<IRTCallerType>("IRTCallerType", "blockHandle", &IRTCallerType::Impl::setBlockHandle),
-        typedWrite<ArgumentValue>("ArgumentValue", "name", &ArgumentValue::Impl::setName),
-        typedWrite<VariantFunctionNetEMVCE>("VariantFunctionNetEMVCE", "signalName",
-                                            &VariantFunctionNetEMVCE::Impl::setSignalName),
-        typedWrite<CompServicePort>("CompServicePort", "servicePortKey", &CompServicePort::Impl::setServicePortKey),
-    };
-    return all;
-}
-
-/// createIntoP, without a builder or with one that is given.
-struct TypedCreation {
-    int slot;
-    std::function<void(ModelElement const&, ModelElement::Builder*)> create;
-};
-
-template <class Owner, class Child>
-TypedCreation typedCreation(char const* kind, char const* property, Child (Owner::Impl::*plain)(),
-                            Child (Owner::Impl::*built)(typename Child::BuilderWrapper, boost::uuids::uuid const&)) {
-    return {plan().slot(kind, property), [plain, built](ModelElement const& e, ModelElement::Builder* b) {
-                auto* const owner = Owner::cast(e).impl();
-                b == nullptr ? (owner->*plain)() : (owner->*built)(typename Child::BuilderWrapper(*b), {});
-            }};
-}
-
-std::vector<TypedCreation> const& typedCreations() {
-    using R = ModelRefInfoRoot::Impl;
-    using I = InportInformation::Impl;
-    static std::vector<TypedCreation> const all = {
-        typedCreation<ModelRefInfoRoot, InportInformation>("ModelRefInfoRoot", "inports", &R::createIntoInports,
-                                                           &R::createIntoInports),
-        typedCreation<ModelRefInfoRoot, ResetEventInfo>("ModelRefInfoRoot", "resetEvents", &R::createIntoResetEvents,
-                                                        &R::createIntoResetEvents),
-        typedCreation<ModelRefInfoRoot, VarTsUIDMap>("ModelRefInfoRoot", "varTsUIDMap", &R::createIntoVarTsUIDMap,
-                                                     &R::createIntoVarTsUIDMap),
-        typedCreation<ModelRefInfoRoot, UnionTsContainedTsElem>("ModelRefInfoRoot", "unionTsContainedTs",
-                                                                &R::createIntoUnionTsContainedTs,
-                                                                &R::createIntoUnionTsContainedTs),
-        typedCreation<InportInformation, HierCondInfo>("InportInformation", "hierCondInfos",
-                                                       &I::createIntoHierCondInfos, &I::createIntoHierCondInfos),
-        typedCreation<VarTsUIDMap, VarTsUIDEntry>("VarTsUIDMap", "entries", &VarTsUIDMap::Impl::createIntoEntries,
-                                                  &VarTsUIDMap::Impl::createIntoEntries),
-        typedCreation<ArgumentValueMap, ArgumentValue>("ArgumentValueMap", "entries",
-                                                       &ArgumentValueMap::Impl::createIntoEntries,
-                                                       &ArgumentValueMap::Impl::createIntoEntries),
-        typedCreation<CompFunction, IRTCallerType>("CompFunction", "irtCallerType",
-                                                   &CompFunction::Impl::createIntoIrtCallerType,
-                                                   &CompFunction::Impl::createIntoIrtCallerType),
-    };
-    return all;
-}
-
-// --- The world
-// ------------------------------------------------------------------------------------------------------
 
 class World {
 public:
@@ -220,17 +139,6 @@ private:
 
     // --- Doing.
 
-    template <class F>
-    static std::string failureOf(F&& f) {
-        try {
-            f();
-            return {};
-        } catch (keel::core::except::Error const& e) {
-            return std::string(e.GetBaseMsgIDObj().id());
-        } catch (std::out_of_range const&) {
-            return "out_of_range";
-        }
-    }
     /// The model goes first. A failure leaves no trace in it.
     template <class F, class G>
     void both(F&& inModel, G&& inReference) {

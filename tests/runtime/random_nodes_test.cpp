@@ -1,94 +1,22 @@
 // Random sequences of operations on nodes, step by step against the reference.
+#include "../common/expect.h"
 #include "../common/random.h"
 #include "support/dump.h"
 #include "support/memory.h"
 #include "support/node.h"
+#include "support/operation.h"
 #include "support/reference.h"
 
-#include <keel/exception.h>
 #include <quay/zero/change_set.h>
 
 #include <cmath>
 #include <limits>
-#include <ostream>
 #include <set>
 
 namespace {
 
 using namespace nodes;
 using namespace quay::zero;
-
-enum class Kind : std::uint8_t {
-    Create,
-    CreateSpecial,
-    CreateUnderUsedId,
-    CreateFailing,
-    Destroy,
-    DestroyFailing,
-    SetText,
-    SetNumber,
-    SetCount,
-    SetRank,
-    SetBox,
-    SetNote,
-    PushNumber,
-    InsertNumber,
-    EraseNumber,
-    ReplaceNumber,
-    AssignNumbers,
-    ClearNumbers,
-    InsertTag,
-    EraseTag,
-    ClearTags,
-    AddChild,
-    InsertChild,
-    ReplaceChild,
-    EraseChild,
-    RemoveChild,
-    ClearChildren,
-    InsertKeyed,
-    RemoveKeyed,
-    ClearKeyed,
-    PutBack,
-    Begin,
-    BeginSystem,
-    Commit,
-    Rollback,
-    CommitOuter,
-    RollbackOuter,
-    Undo,
-    Redo,
-    Limit,
-    Find,
-    Hold,
-    LetGo
-};
-
-struct Operation {
-    Kind kind;
-    std::uint8_t a;
-    std::uint8_t b;
-    std::uint8_t c;
-};
-
-std::ostream& operator<<(std::ostream& out, Operation const& o) {
-    static char const* const names[] = {"Create",        "CreateSpecial", "CreateUnderUsedId",
-                                        "CreateFailing", "Destroy",       "DestroyFailing",
-                                        "SetText",       "SetNumber",     "SetCount",
-                                        "SetRank",       "SetBox",        "SetNote",
-                                        "PushNumber",    "InsertNumber",  "EraseNumber",
-                                        "ReplaceNumber", "AssignNumbers", "ClearNumbers",
-                                        "InsertTag",     "EraseTag",      "ClearTags",
-                                        "AddChild",      "InsertChild",   "ReplaceChild",
-                                        "EraseChild",    "RemoveChild",   "ClearChildren",
-                                        "InsertKeyed",   "RemoveKeyed",   "ClearKeyed",
-                                        "PutBack",       "Begin",         "BeginSystem",
-                                        "Commit",        "Rollback",      "CommitOuter",
-                                        "RollbackOuter", "Undo",          "Redo",
-                                        "Limit",         "Find",          "Hold",
-                                        "LetGo"};
-    return out << names[static_cast<int>(o.kind)] << "(" << int{o.a} << ", " << int{o.b} << ", " << int{o.c} << ")";
-}
 
 /// What a model does, beside what it ought to do.
 class World {
@@ -217,20 +145,6 @@ private:
 
     // --- Doing.
 
-    /// The failure of `f`: the message's name, or an empty text.
-    template <class F>
-    static std::string failureOf(F&& f) {
-        try {
-            f();
-            return {};
-        } catch (keel::core::except::Error const& e) {
-            return std::string(e.GetBaseMsgIDObj().id());
-        } catch (std::out_of_range const&) {
-            return "out_of_range";
-        } catch (int) {
-            return "int";
-        }
-    }
     template <class F>
     void check(std::string const& expected, F&& f) {
         std::string const failure = failureOf(f);
@@ -556,39 +470,6 @@ private:
     Model model_;
     std::vector<std::optional<Transaction>> open_;
 };
-
-}  // namespace
-
-namespace rc {
-
-template <>
-struct Arbitrary<Operation> {
-    static Gen<Operation> arbitrary() {
-        using K = Kind;
-        return gen::build<Operation>(
-            gen::set(&Operation::kind,
-                     gen::weightedElement<K>({{6, K::Create},        {3, K::CreateSpecial}, {2, K::CreateUnderUsedId},
-                                              {1, K::CreateFailing}, {3, K::Destroy},       {2, K::DestroyFailing},
-                                              {3, K::SetText},       {3, K::SetNumber},     {3, K::SetCount},
-                                              {3, K::SetRank},       {3, K::SetBox},        {1, K::SetNote},
-                                              {3, K::PushNumber},    {2, K::InsertNumber},  {2, K::EraseNumber},
-                                              {1, K::ReplaceNumber}, {1, K::AssignNumbers}, {1, K::ClearNumbers},
-                                              {3, K::InsertTag},     {2, K::EraseTag},      {1, K::ClearTags},
-                                              {8, K::AddChild},      {4, K::InsertChild},   {4, K::ReplaceChild},
-                                              {3, K::EraseChild},    {3, K::RemoveChild},   {2, K::ClearChildren},
-                                              {10, K::InsertKeyed},  {4, K::RemoveKeyed},   {2, K::ClearKeyed},
-                                              {4, K::PutBack},       {10, K::Begin},        {1, K::BeginSystem},
-                                              {6, K::Commit},        {3, K::Rollback},      {1, K::CommitOuter},
-                                              {1, K::RollbackOuter}, {6, K::Undo},          {4, K::Redo},
-                                              {1, K::Limit},         {4, K::Find},          {2, K::Hold},
-                                              {1, K::LetGo}})),
-            gen::set(&Operation::a), gen::set(&Operation::b), gen::set(&Operation::c));
-    }
-};
-
-}  // namespace rc
-
-namespace {
 
 TEST(RandomNodes, DoAsTheReferenceDoes) {
     int const before = Node::Impl::living;

@@ -14,8 +14,7 @@ namespace records {
 using namespace quay::zero;
 using Shape = Slot::Shape;
 
-// --- The plan
-// -------------------------------------------------------------------------------------------------------
+// --- The plan --------------------------------------------------------------------------------------------------------
 
 int Plan::kind(std::string const& name) const {
     auto const found = std::find_if(kinds.begin(), kinds.end(), [&](auto const& k) { return k.name == name; });
@@ -125,8 +124,7 @@ Item itemOf(Value const& value) {
     return item;
 }
 
-// --- Transactions
-// ---------------------------------------------------------------------------------------------------
+// --- Transactions ----------------------------------------------------------------------------------------------------
 
 void Reference::rollback() {
     now_ = std::move(levels_.back());
@@ -163,8 +161,7 @@ std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry
     return {};
 }
 
-// --- Reports and dumps
-// ----------------------------------------------------------------------------------------------
+// --- Reports and dumps -----------------------------------------------------------------------------------------------
 
 std::vector<Item> const& Reference::items(int n, int slot) const {
     static std::vector<Item> const none;
@@ -244,8 +241,7 @@ Reference::Report Reference::reportOf(State const& before, Touched const& touche
     return report;
 }
 
-// --- Containment
-// ----------------------------------------------------------------------------------------------------
+// --- Containment -----------------------------------------------------------------------------------------------------
 
 bool Reference::isAbove(int n, int below) const {
     for (int i = below; i >= 0; i = at(i).container) {
@@ -301,8 +297,7 @@ void Reference::place(int owner, int slot, int child) {
     all.insert(position, entry);
 }
 
-// --- Operations
-// -----------------------------------------------------------------------------------------------------
+// --- Operations ------------------------------------------------------------------------------------------------------
 
 int Reference::create(int kind, std::string name) {
     int const n = static_cast<int>(names_.size());

@@ -1,0 +1,40 @@
+// Every class is there, and makes elements.
+#include "support/trial.h"
+
+#include <quay/zero/builder.h>
+#include <quay/zero/meta/registry.h>
+#include <quay/zero/meta/serializers.h>
+
+namespace {
+
+using namespace records;
+
+TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
+    auto const classes = schemaClasses();
+    EXPECT_EQ(classes.size(), 103U);
+    std::size_t properties = 0;
+    for (meta::Class const& c : classes) {
+        SCOPED_TRACE(keel::toUtf8(c->getName()));
+        properties += c->getOwnedProperties()->size();
+        Model const model = Model::create();
+        auto const builder = meta::MetaRegistry::getInstance()->makeBuilder(c, model);
+        EXPECT_EQ(builder == nullptr, c->isAbstract());
+        EXPECT_EQ(c->instantiateBuilder(model) == nullptr, c->isAbstract());
+        if (builder == nullptr) continue;
+        auto const id = ElementImpl::generateNewUuid();
+        ModelElement const e = builder->create(id);
+        EXPECT_EQ(e->getMetaClass(), c);
+        EXPECT_EQ(e->uuid(), id);
+        EXPECT_EQ(model->findElement(id, FindElementBehavior::InMemoryOnly), e);
+        EXPECT_EQ(model->getRoots(), std::vector{e});
+        EXPECT_TRUE(failsWith<UniquenessConstraint>([&] { builder->create(id); }));
+        EXPECT_EQ(model->elementCount(), 1U);
+        EXPECT_TRUE(failsWith<CannotCreateWithoutModel>([&] { c->instantiateBuilder(Model())->create({}); }));
+    }
+    auto const* const package = MetaPackageVw_modelref_info::getInstance();
+    properties +=
+        package->RateInfo->getOwnedProperties()->size() + package->ServicePortKey->getOwnedProperties()->size();
+    EXPECT_EQ(properties, 641U);
+}
+
+}  // namespace
