@@ -79,7 +79,10 @@ void ChildRow::leave(Element& owner, ModelElement const& /*child*/) const {
     basicWrite(owner, ModelElement());
 }
 
-void ChildRow::disassociate(Element& owner) const { basicWrite(owner, ModelElement()); }
+void ChildRow::disassociate(Element& owner) const {
+    if (owner.isWritable()) owner.notifyModifying(index());
+    basicWrite(owner, ModelElement());
+}
 
 void ChildRow::destroyChildren(Element& owner, bool a, bool b) const {
     ModelElement const child = slot(owner);

@@ -70,7 +70,7 @@ void ReferenceCollection::assignValue(Value const& value) {
             ? dynamic_cast<ReferenceCollection const*>(value.getCollection<AbstractOwnedCollection>())
             : nullptr;
     if (other == nullptr) value.reportIncompatible();
-    std::vector<ModelElement> const members = other->getAllValues();
+    std::vector<ModelElement> const members = other->getAllValuesAndProxies();
     for (ModelElement const& e : members) requireMemberClass(e);
     Operation operation(*this);
     clear();

@@ -20,7 +20,7 @@ void CollectionRow::exchange(ModelElement::Impl& /*e*/, Cell& /*old*/) const noe
 
 void CollectionRow::restore(ModelElement::Impl& e, Cell const& old) const {
     Copy const& copy = old.get<Copy>();
-    copy == nullptr ? collection(e)->clear() : collection(e)->copyContents(*copy);
+    collection(e)->basicCopyContents(copy.get());
 }
 
 bool CollectionRow::unchanged(ModelElement::Impl const& e, Cell const& old) const {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 
 namespace quay::zero {
 
@@ -143,6 +144,12 @@ typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) cons
     return std::find_if(tree_.begin(), tree_.end(), [&](auto const& entry) { return entry.second == e; });
 }
 
+/// Whether the element can be a member at all, told without a search among those of its key.
+template <class K>
+bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
+    return hasLoose_ || hasGuests_ || e.containerImpl() == this->owner();
+}
+
 template <class K>
 void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy policy) {
     if (!element) return;
@@ -158,8 +165,12 @@ void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy polic
     }
     auto const first = tree_.lower_bound(key);
     auto before = first;
-    for (; before != tree_.end() && before->first == key; ++before) {
-        if (before->second == e) return;
+    if (unique_ || mayHold(*e.impl())) {
+        for (; before != tree_.end() && before->first == key; ++before) {
+            if (before->second == e) return;
+        }
+    } else {
+        before = tree_.upper_bound(key);
     }
     bool const taken = unique_ && first != before;
     if (taken && policy == InsertPolicy::Keep) return;
@@ -201,13 +212,17 @@ void KeyedCore<K>::removeElement(ModelElement const& element) {
 template <class K>
 void KeyedCore<K>::clear() {
     AbstractOwnedCollection::Operation operation(*this);
+    releaseAll();
+    operation.commit();
+}
+
+template <class K>
+void KeyedCore<K>::releaseAll() {
     this->modifying();
     std::vector<ModelElement> const gone = this->getAllValuesAndProxies();
-    if (!gone.empty()) {
-        swapContent({});
-        for (ModelElement const& e : gone) this->release(e.impl());
-    }
-    operation.commit();
+    if (gone.empty()) return;
+    swapContent({});
+    for (ModelElement const& e : gone) this->release(e.impl());
 }
 
 template <class K>
@@ -235,7 +250,12 @@ void KeyedCore<K>::copyContents(AbstractOwnedCollection const& other) {
 template <class K>
 void KeyedCore<K>::basicAdd(ModelElement const& e) {
     K key(keyOf(*e.impl()));
+    if constexpr (std::is_floating_point_v<K>) {
+        if (std::isnan(key)) return;
+    }
     auto const before = tree_.upper_bound(key);
+    if (unique_ && before != tree_.begin() && std::prev(before)->first == key) return;
+    hasLoose_ = hasLoose_ || e->containerImpl() != this->owner();
     put(std::move(key), e, before);
 }
 
@@ -257,6 +277,7 @@ void KeyedCore<K>::basicClear() {
 template <class K>
 void KeyedCore<K>::basicCopyValues(ReferenceCollection const& other) {
     auto const& from = static_cast<KeyedCore const&>(other);
+    hasLoose_ = true;
     swapContent({from.tree_, from.copyOfProxies()});
 }
 

@@ -166,6 +166,8 @@ void ModelImpl::enableHistory(std::size_t limit) {
     refreshQuiet();
 }
 
+void ModelImpl::forgetHistory() noexcept { history_->clear(); }
+
 std::size_t ModelImpl::undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
 std::size_t ModelImpl::redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }
 

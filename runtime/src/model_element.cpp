@@ -114,7 +114,11 @@ void ModelElement::Impl::refuseProxy() const { reportException(quay0::messages::
 void ModelElement::Impl::notifyModifying(unsigned long index) {
     requireWritable();
     PropertyRow const* const row = classTable().rowAt(index);
-    if (row == nullptr || !model_->inTransaction()) return;
+    if (row == nullptr) return;
+    if (!model_->inTransaction()) {
+        model_->noteUnrecorded();
+        return;
+    }
     if (AbstractOwnedCollection* const collection = row->collection(*this)) {
         collection->modifying();
     } else if (!model_->isRecorded(*this, *row)) {
@@ -159,8 +163,10 @@ void ModelElement::Impl::copyValue(Storage* storage, unsigned long index) const 
 }
 
 void ModelElement::Impl::copyStateFromStorage(Storage* storage) {
+    requireWritable();
     Model const alive = getModel();
     for (unsigned long const index : storage->indices()) {
+        notifyModifying(index);
         classTable().rowAt(index)->restore(*this, *storage->find(index));
     }
 }

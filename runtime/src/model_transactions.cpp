@@ -148,8 +148,24 @@ void ModelImpl::commitInner() {
             link = &s->next_;
         }
     }
+    dropStepsOfNewborn(level.steps, parent);
     endLevel();
     mergeAt(level);
+}
+
+/// Lets go of the steps from a mark on that the level of that serial wouldn't have recorded: what was born in it needs
+/// no restoring. It records none of what it does to them itself, so a step that stayed would be reversed on content
+/// that has changed since.
+void ModelImpl::dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept {
+    auto kept = log_.steps.begin() + static_cast<std::ptrdiff_t>(from);
+    for (auto step = kept; step != log_.steps.end(); ++step) {
+        if (isBornSince(*UndoLog::changedBy(*step), serial)) {
+            UndoLog::letGo(*step);
+        } else {
+            *kept++ = *step;
+        }
+    }
+    log_.steps.erase(kept, log_.steps.end());
 }
 
 /// Runs that continue what the outer level did last become one with it.
@@ -214,11 +230,13 @@ void ModelImpl::commitOutermost() {
         return;
     }
     // Nothing is left. The history's logs know entries of maps and sets by their places in memory, and an entry that
-    // left and came again has another one: so the former ones come back.
+    // left and came again has another one: so the former ones come back. A container of its own accord is no change.
     if (onlyResolves) {
         log_.moveSteps(history_->resolved());
     } else if (history_ && nothingLeft) {
-        exchangeSteps(log_, 0);
+        for (auto step = log_.steps.rbegin(); step != log_.steps.rend(); ++step) {
+            if (step->kind != StepKind::Contained) exchangeStep(*step);
+        }
     }
     changes.reset();
     finish(keep);

@@ -20,16 +20,7 @@ void UndoLog::discard() noexcept {
 }
 
 void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
-    for (std::size_t i = steps.size(); i-- > step;) {
-        Step& s = steps[i];
-        if (s.kind == StepKind::Contained) {
-            if (s.count == 1) static_cast<ModelElement::Impl*>(s.subject)->removeRef();
-        } else if (s.kind == StepKind::Resolved) {
-            delete static_cast<SlotResolution*>(s.payload);
-        } else if (s.payload != nullptr && s.kind != StepKind::Touched) {
-            static_cast<AbstractOwnedCollection*>(s.subject)->discard(s);
-        }
-    }
+    for (std::size_t i = steps.size(); i-- > step;) letGo(steps[i]);
     steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(step), steps.end());
     for (std::size_t i = lives.size(); i-- > life;) {
         bool const born = lives.back().born;
@@ -44,6 +35,22 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
             if (next == nullptr) break;
             e = next;
         }
+    }
+}
+
+ModelElement::Impl* UndoLog::changedBy(Step const& step) noexcept {
+    bool const isOfElement = step.kind == StepKind::Contained || step.kind == StepKind::Resolved;
+    return isOfElement ? static_cast<ModelElement::Impl*>(step.subject)
+                       : static_cast<AbstractOwnedCollection*>(step.subject)->owner();
+}
+
+void UndoLog::letGo(Step& step) noexcept {
+    if (step.kind == StepKind::Contained) {
+        if (step.count == 1) static_cast<ModelElement::Impl*>(step.subject)->removeRef();
+    } else if (step.kind == StepKind::Resolved) {
+        delete static_cast<SlotResolution*>(step.payload);
+    } else if (step.payload != nullptr && step.kind != StepKind::Touched) {
+        static_cast<AbstractOwnedCollection*>(step.subject)->discard(step);
     }
 }
 

@@ -4,9 +4,9 @@
 #include <quay/zero/cell.h>
 #include <quay/zero/model.h>
 
+#include <boost/container/deque.hpp>
 #include <boost/dynamic_bitset.hpp>
 #include <boost/uuid/uuid.hpp>
-#include <deque>
 #include <initializer_list>
 #include <memory>
 #include <utility>
@@ -114,7 +114,7 @@ private:
 
     Model model_;
     boost::dynamic_bitset<unsigned long> given_;
-    std::deque<Given> values_;  // cells don't move
+    boost::container::deque<Given> values_;  // cells don't move; allocates nothing while it is empty
     std::vector<Children> children_;
     Orchestrator* orchestrator_ = nullptr;  // of the run that this builder takes part in
     ModelElement made_;                     // in that run

@@ -38,6 +38,8 @@ public:
     virtual std::size_t size() const noexcept = 0;
     /// Makes the content that of another collection of the same class.
     virtual void copyContents(AbstractOwnedCollection const& other) = 0;
+    /// The same, or empty content for null: the content and its record alone. Never opens a transaction.
+    virtual void basicCopyContents(AbstractOwnedCollection const* other) = 0;
     virtual void clear() = 0;
     /// Makes the content that of a value: one that points at a collection, or holds a container, of members that fit.
     /// CannotCastIncompatibleTypes for any other.
@@ -45,7 +47,8 @@ public:
     /// Called before the collection is handed out for reading: a map resolves its proxies.
     virtual void prepareForReading() {}
 
-    /// Announces a change to the owner; to be called before it. Without an open transaction it records nothing.
+    /// Announces a change to the owner; to be called before it. Without an open transaction it records nothing, and the
+    /// history ends.
     void modifying();
 
     // --- For the undo log.
@@ -70,9 +73,16 @@ protected:
     /// A detached collection; the property may be empty.
     explicit AbstractOwnedCollection(meta::Property const& property) noexcept;
 
-    /// Whether a change must be recorded: there is a transaction, and the owner is older than its innermost level.
+    /// Whether the change that follows must be recorded: there is a transaction, and the owner is older than its
+    /// innermost level.
     bool recording() const noexcept {
-        return !detached_ && owner_->model().inTransaction() && !owner_->model().isBornHere(*owner_);
+        if (detached_) return false;
+        ModelImpl& model = owner_->model();
+        if (!model.inTransaction()) {
+            model.noteUnrecorded();
+            return false;
+        }
+        return !model.isBornHere(*owner_);
     }
     Step& record(StepKind kind) { return owner_->model().recordStep(kind, this); }
     /// The same for a resolution under way; null if it needs no record.
@@ -131,6 +141,9 @@ public:
     virtual bool basicContainsProxyTo(ModelElement const& e) = 0;
 
     void assignValue(Value const& value) final;
+    void basicCopyContents(AbstractOwnedCollection const* other) final {
+        other == nullptr ? basicClear() : basicCopyValues(static_cast<ReferenceCollection const&>(*other));
+    }
 
     // The unchecked paths: content and its record alone. Never open a transaction.
     virtual void basicAdd(ModelElement const& e) = 0;

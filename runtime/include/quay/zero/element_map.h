@@ -80,6 +80,8 @@ public:
     void prepareForReading() final { resolveUnlessHeld(); }
 
     std::vector<Value> getAllKeys() const;
+    /// Like `clear`, but never opens a transaction.
+    void releaseAll();
 
     // ReferenceCollection
     void copyContents(AbstractOwnedCollection const& other) final;
@@ -113,6 +115,7 @@ private:
     struct Content;
 
     Position locate(ModelElement const& e) const;
+    bool mayHold(ModelElement::Impl const& e) const noexcept;
     void put(K key, ModelElement const& e, Position before);
     void take(Position position);
     void swapContent(Content&& content);
@@ -121,6 +124,7 @@ private:
 
     Tree tree_;
     bool unique_;
+    bool hasLoose_ = false;   // once a member came in by an unchecked path, and without the owner as its container
     bool hasGuests_ = false;  // once a proxy was resolved to an element that has its place elsewhere
 };
 
@@ -191,7 +195,7 @@ public:
         this->removeElement(e);
     }
     void genericClear() final { this->clear(); }
-    void genericBasicClear() final { this->basicClear(); }
+    void genericBasicClear() final { this->releaseAll(); }
     bool genericContains(ModelElement const& e) const final {
         return e && this->isMemberClass(e) && this->containsElement(e);
     }

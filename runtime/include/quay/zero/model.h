@@ -169,6 +169,10 @@ public:
     }
     /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
     Cell& record(ModelElement::Impl& element, PropertyRow const& row);
+    /// Something is about to change without a record, outside a transaction: what could be undone can't be after it.
+    void noteUnrecorded() noexcept {
+        if (history_) forgetHistory();
+    }
     /// The same where `keepsAlone`: the history gets a transaction of that one value.
     Cell& recordAlone(ModelElement::Impl& element, PropertyRow const& row);
     /// Records a step. Only if the collection's owner (or the child) wasn't born here.
@@ -221,7 +225,9 @@ private:
 
     void endLevel() noexcept;
     void commitInner();
+    void dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept;
     void mergeAt(Level const& level) noexcept;
+    void forgetHistory() noexcept;
     void commitOutermost();
     void commitUnheard(bool system) noexcept;
     void finish(bool keep) noexcept;

@@ -117,7 +117,7 @@ public:
     // --- Change tracking.
 
     /// To be called before the property of that index changes, inside a transaction: its present value is kept, once
-    /// in a transaction. Without an open transaction it records nothing.
+    /// in a transaction. Without an open transaction it records nothing, and what could be undone can't be any more.
     void notifyModifying(unsigned long index);
     /// A fresh record of changes without values, and one with room for old values. The caller owns both.
     Changes* createChanges() const;

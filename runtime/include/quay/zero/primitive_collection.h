@@ -85,6 +85,10 @@ public:
         operation.commit();
     }
     void copyContents(AbstractOwnedCollection const& other) final { copyValues(static_cast<Self const&>(other)); }
+    void basicCopyContents(AbstractOwnedCollection const* other) final {
+        modifying();
+        swapContent(other == nullptr ? Container() : Container(static_cast<Self const&>(*other).values_));
+    }
     void copyValues(Self const& other) {
         Operation operation(*this);
         modifying();

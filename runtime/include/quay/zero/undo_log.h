@@ -86,6 +86,10 @@ public:
         for (Step const& step : steps) to.steps.push_back(step);
         steps.clear();
     }
+    /// The element that a step changed: the owner of what it tells of, or the child that got another container.
+    static ModelElement::Impl* changedBy(Step const& step) noexcept;
+    /// Frees what a step holds.
+    static void letGo(Step& step) noexcept;
     /// Nothing was done but to resolve proxies.
     bool onlyResolves() const noexcept;
     /// How many births and deaths there are.

@@ -46,9 +46,13 @@ public:
         return toText(value.getValue<T>(), value.getType());
     }
     Value parseValue(std::u16string const& text, Type const& type) const override {
+        requireType(type);
         return {type, fromText(text, type), ValueFlags::One};
     }
-    Value createDefaultValue(Type const& type) const override { return {type, T(), ValueFlags::One}; }
+    Value createDefaultValue(Type const& type) const override {
+        requireType(type);
+        return {type, T(), ValueFlags::One};
+    }
     Value combineAsUnmanagedSequenceValue(Type const& type, std::vector<Value> const& values) const override {
         std::vector<T> all;
         all.reserve(values.size());
@@ -66,6 +70,8 @@ protected:
     virtual T fromText(std::u16string const& text, Type const& type) const = 0;
 
 private:
+    /// CannotCastIncompatibleTypes unless T is how values of that type are held.
+    static void requireType(Type const& type) { Value(type, ValueFlags::One).checkCompatible<T>(); }
     static Value unmanaged(Value value) {
         value.setUnmanaged();
         return value;
