@@ -1,5 +1,6 @@
 // Arrays of numbers that come in through the interpreter's buffer protocol, which NumPy's arrays and scalars speak.
 #include "from_python.h"
+#include "text.h"
 
 #include <ordo/error.h>
 
@@ -8,6 +9,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -59,19 +61,86 @@ Format formatOf(Py_buffer const& buffer) {
     return result;
 }
 
+/// What NumPy calls the type of the elements, such as "float64", ">f8" or "datetime64[D]"; empty for what isn't
+/// NumPy's.
+std::string dtypeOf(PyObject* object) {
+    std::string text;
+    PyObject* const dtype = PyObject_GetAttrString(object, "dtype");
+    PyObject* const told = dtype != nullptr ? PyObject_Str(dtype) : nullptr;
+    if (told != nullptr) {
+        text = nameFromPython(told);
+    }
+    Py_XDECREF(told);
+    Py_XDECREF(dtype);
+    PyErr_Clear();
+    return text;
+}
+
+[[noreturn]] void refuse(PyObject* object) {
+    std::string const dtype = dtypeOf(object);
+    std::string const text = describeObject(object) + (dtype.empty() ? "" : " with dtype '" + dtype + "'");
+    ordo::raiseWith(ordo::failures::WrongType, {text, "a value or an array of numbers"});
+}
+
+/// Whether it is one date or one span of time of NumPy's, which show their memory as bytes.
+bool isTime(PyObject* object, Format const& format) {
+    if (format.classCode != zxUint8Class) {
+        return false;
+    }
+    std::string const dtype = dtypeOf(object);
+    return dtype.starts_with("datetime64") || dtype.starts_with("timedelta64");
+}
+
+/// Arrays with elements that are masked say nothing of those.
+void checkMask(PyObject* object) {
+    // An object can be such an array only if the module has been imported.
+    PyObject* const module = PyDict_GetItemString(PyImport_GetModuleDict(), "numpy.ma");
+    if (module == nullptr) {
+        return;
+    }
+    Ref const masked(PyObject_GetAttrString(module, "MaskedArray"));
+    if (checked(PyObject_IsInstance(object, masked.get())) == 0) {
+        return;
+    }
+    Ref const isMasked(PyObject_CallMethod(module, "is_masked", "O", object));
+    if (checked(PyObject_IsTrue(isMasked.get())) != 0) {
+        ordo::raiseWith(ordo::failures::WrongType, {"an array with masked elements", "a value or an array of numbers"});
+    }
+}
+
 /// A view of an object's memory, for as long as this lives.
 class View {
 public:
-    explicit View(PyObject* object) { checked(PyObject_GetBuffer(object, &buffer_, PyBUF_FULL_RO)); }
+    explicit View(PyObject* object) {
+        if (PyObject_GetBuffer(object, &buffer_, PyBUF_FULL_RO) != 0) {
+            if (PyErr_ExceptionMatches(PyExc_MemoryError) != 0 || PyErr_ExceptionMatches(PyExc_Exception) == 0) {
+                throw PythonError();
+            }
+            PyErr_Clear();
+            refuse(object);
+        }
+        strided_ = buffer_;
+        if (buffer_.strides == nullptr && buffer_.ndim <= PyBUF_MAX_NDIM) {
+            // Without them the elements lie one after the other, the last dimension's closest together.
+            Py_ssize_t step = buffer_.itemsize;
+            for (int d = buffer_.ndim - 1; d >= 0; --d) {
+                strides_[static_cast<std::size_t>(d)] = step;
+                step *= buffer_.shape[d];
+            }
+            strided_.strides = strides_.data();
+        }
+    }
     View(View const&) = delete;
     View& operator=(View const&) = delete;
     ~View() { PyBuffer_Release(&buffer_); }
 
-    Py_buffer const& operator*() const { return buffer_; }
-    Py_buffer const* operator->() const { return &buffer_; }
+    Py_buffer const& operator*() const { return strided_; }
+    Py_buffer const* operator->() const { return &strided_; }
 
 private:
-    Py_buffer buffer_{};
+    Py_buffer buffer_{};   // as it was given, and is given back
+    Py_buffer strided_{};  // the same with strides
+    std::array<Py_ssize_t, PyBUF_MAX_NDIM> strides_{};
 };
 
 /// Copies the elements in column-major order.
@@ -91,10 +160,11 @@ void copyElements(Py_buffer const& from, std::size_t size, char* to, std::size_t
 }  // namespace
 
 zx::Array arrayFromBuffer(PyObject* object) {
+    checkMask(object);
     View const view(object);
     Format const format = formatOf(*view);
-    if (format.size == 0 || view->ndim > PyBUF_MAX_NDIM) {
-        ordo::raiseWith(ordo::failures::WrongType, {describeObject(object), "a value or an array of numbers"});
+    if (format.size == 0 || view->ndim > PyBUF_MAX_NDIM || isTime(object, format)) {
+        refuse(object);
     }
     std::vector<std::size_t> dimensions;
     if (view->ndim < 2) {

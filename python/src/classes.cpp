@@ -10,7 +10,6 @@
 
 #include <ordo/error.h>
 
-#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
@@ -176,8 +175,24 @@ PyTypeObject* typeFor(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     return makeType(spec, baseOf(ordoClass));
 }
 
+Ref literalOf(ClassPeer& peer, std::int32_t number) {
+    auto const known = peer.literals.find(number);
+    if (known != peer.literals.end()) {
+        return Ref::borrow(known->second);
+    }
+    Ref const arguments(Py_BuildValue("(i)", number));
+    Ref made(PyLong_Type.tp_new(peer.type, arguments.get(), nullptr));
+    if (peer.ordoClass->findEnumeration(number) == nullptr) {
+        return made;
+    }
+    // Making it may have run code that made it too: the first one stays.
+    auto const [place, isNew] = peer.literals.try_emplace(number, made.get());
+    return isNew ? Ref::borrow(made.release()) : Ref::borrow(place->second);
+}
+
 /// Fills what a type has beside its slots.
-void finish(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
+void finish(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
+    PyTypeObject* const type = peer.type;
     addMembers(ordoClass, type);
     if (ordoClass.info().collection() != nullptr) {
         finishCollection(*ordoClass.info().collection(), type);
@@ -187,13 +202,24 @@ void finish(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     }
     PyType_Modified(type);
     for (auto const& literal : ordoClass.enumerations()) {
-        Ref const value = enumerationToPython(ordoClass, literal->getNumericValue());
+        Ref const value = literalOf(peer, literal->getNumericValue());
         Ref const name = nameToPython(literal->getName().text());
         checked(PyDict_SetItem(type->tp_dict, name.get(), value.get()));
     }
     type->tp_flags |= Py_TPFLAGS_IMMUTABLETYPE;
     PyType_Modified(type);
 }
+
+/// Ends a peer that nobody has come to know.
+struct Discard {
+    void operator()(ClassPeer* peer) const noexcept {
+        for (auto const& [number, literal] : peer->literals) {
+            Py_DECREF(literal);
+        }
+        Py_XDECREF(peer->type);
+        delete peer;
+    }
+};
 
 }  // namespace
 
@@ -230,27 +256,19 @@ ClassPeer& peerOf(ordo::OrdoClass& ordoClass) {
     if (void* const peer = ordoClass.peer()) {
         return *static_cast<ClassPeer*>(peer);
     }
-    auto peer = std::make_unique<ClassPeer>();
+    std::unique_ptr<ClassPeer, Discard> peer(new ClassPeer);
     peer->ordoClass = &ordoClass;
     peer->equals = ordoClass.findMethod(ordo::internName("eq"));
     peer->lessThan = ordoClass.findMethod(ordo::internName("lt"));
     peer->type = typeFor(ordoClass, *peer);
-    // Members may need the peer, so it is there first; a class that can't be finished is taken back.
-    PyTypeObject* const type = peer->type;
-    classes->emplace(type, &ordoClass);
-    ordoClass.setPeer(peer.get());
-    try {
-        finish(ordoClass, type);
-    } catch (...) {
-        ordoClass.setPeer(nullptr);
-        classes->erase(type);
-        for (auto const& [number, literal] : peer->literals) {
-            Py_DECREF(literal);
-        }
-        Py_DECREF(type);
-        throw;
+    finish(ordoClass, *peer);
+    // Nobody sees a class that isn't finished. Finishing it may have run code of scripts and let other threads run,
+    // which may have made the class too: the first one stays.
+    if (ordoClass.peer() == nullptr) {
+        classes->emplace(peer->type, &ordoClass);
+        ordoClass.setPeer(peer.release());
     }
-    return *peer.release();
+    return *static_cast<ClassPeer*>(ordoClass.peer());
 }
 
 ordo::OrdoClass* classOf(PyTypeObject* type) noexcept {
@@ -295,26 +313,11 @@ void* validNative(PyObject* self) {
 }
 
 Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number) {
-    ClassPeer& peer = peerOf(enumeration);
-    auto const known = peer.literals.find(number);
-    if (known != peer.literals.end()) {
-        return Ref::borrow(known->second);
-    }
-    Ref const arguments(Py_BuildValue("(i)", number));
-    Ref made(PyLong_Type.tp_new(peer.type, arguments.get(), nullptr));
-    if (enumeration.findEnumeration(number) != nullptr) {
-        peer.literals.emplace(number, made.get());
-        Py_INCREF(made.get());
-    }
-    return made;
+    return literalOf(peerOf(enumeration), number);
 }
 
 ordo::OrdoClass* enumerationOf(PyObject* object) noexcept {
     return PyLong_Check(object) && !PyLong_CheckExact(object) ? classOf(Py_TYPE(object)) : nullptr;
-}
-
-bool isIntegerScalar(PyObject* object) noexcept {
-    return PyIndex_Check(object) != 0 && std::strcmp(Py_TYPE(object)->tp_name, "numpy.bool_") != 0;
 }
 
 }  // namespace host

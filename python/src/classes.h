@@ -51,8 +51,6 @@ bool isValid(Instance const& self) noexcept;
 Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number);
 /// The enumeration of which an object is a value, null if it is none.
 ordo::OrdoClass* enumerationOf(PyObject* object) noexcept;
-/// Whether an object that is no int stands for one, as NumPy's integers do.
-bool isIntegerScalar(PyObject* object) noexcept;
 
 /// The name among a type's attributes that is nearest to one that isn't there; empty if none is near.
 std::string nearestName(PyTypeObject* type, std::string const& name);

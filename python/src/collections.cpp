@@ -3,6 +3,7 @@
 #include "classes.h"
 #include "errors.h"
 #include "from_python.h"
+#include "text.h"
 #include "to_python.h"
 
 #include <ordo/error.h>
@@ -197,17 +198,24 @@ Ref membersUnder(PyObject* self, PyObject* key) {
     return collection.kind() == CollectionKind::Map ? toPython(found.front()) : listOf(found);
 }
 
+/// A key as its repr shows it, or what it is if that fails.
+std::string describeKey(PyObject* key) {
+    PyObject* const shown = PyObject_Repr(key);
+    if (shown == nullptr) {
+        if (PyErr_ExceptionMatches(PyExc_Exception) == 0) {
+            throw PythonError();
+        }
+        PyErr_Clear();
+        return "like " + describeObject(key);
+    }
+    return nameFromPython(Ref(shown).get());
+}
+
 PyObject* mappedItem(PyObject* self, PyObject* key) noexcept {
     return guarded([&] {
         Ref found = membersUnder(self, key);
         if (!found) {
-            Ref const shown(PyObject_Repr(key));
-            Py_ssize_t size = 0;
-            char const* const text = PyUnicode_AsUTF8AndSize(shown.get(), &size);
-            if (text == nullptr) {
-                PyErr_Clear();
-            }
-            ordo::raiseWith(ordo::failures::NoSuchKey, {text != nullptr ? std::string(text) : "of that kind"});
+            ordo::raiseWith(ordo::failures::NoSuchKey, {describeKey(key)});
         }
         return found.release();
     });

@@ -1,6 +1,7 @@
 #include "from_python.h"
 
 #include "classes.h"
+#include "rows.h"
 #include "text.h"
 
 #include <ordo/class.h>
@@ -11,8 +12,9 @@
 #include <zx/text.h>
 #include <zx/values.h>
 
-#include <cmath>
+#include <complex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace host {
@@ -25,31 +27,6 @@ using ordo::failures::TooLarge;
 using ordo::failures::WrongType;
 
 [[noreturn]] void refuse(PyObject* object) { ordo::raiseWith(WrongType, {describeObject(object), "a value"}); }
-
-/// An int of any size: one that no 64-bit integer holds goes as the double nearest to it, and so fits no integer.
-OrdoValue integerValue(PyObject* number) {
-    int overflow = 0;
-    long long const value = PyLong_AsLongLongAndOverflow(number, &overflow);
-    if (overflow == 0) {
-        if (value == -1 && PyErr_Occurred() != nullptr) {
-            throw PythonError();
-        }
-        return OrdoValue::int64(value);
-    }
-    if (overflow > 0) {
-        unsigned long long const large = PyLong_AsUnsignedLongLong(number);
-        if (PyErr_Occurred() == nullptr) {
-            return OrdoValue::uint64(large);
-        }
-        PyErr_Clear();
-    }
-    double const nearest = PyLong_AsDouble(number);
-    if (PyErr_Occurred() != nullptr) {
-        PyErr_Clear();
-        ordo::raiseWith(OutOfRange, {"an integer of that size", "any number"});
-    }
-    return OrdoValue::real(nearest);
-}
 
 /// Bounds what one value may become. Where a script holds one list at many places, each gets a copy, so that a few
 /// small lists in one another could fill any memory.
@@ -89,8 +66,29 @@ private:
     PyObject* object_ = nullptr;
 };
 
+/// The fields of a struct array, which finds them one by one.
+class Fields {
+public:
+    explicit Fields(zxArray* array) : array_(array) {}
+
+    /// The number of a field, which is added if it is new: to every element, so that few of them can be vast.
+    std::size_t numberOf(std::string const& name) {
+        auto const known = numbers_.find(name);
+        if (known != numbers_.end()) return known->second;
+        Bulk::take(name.size() + 8 * zxGetNumberOfElements(array_));
+        std::size_t const number = zxAddField(array_, name);
+        numbers_.emplace(name, number);
+        return number;
+    }
+    zxArray* array() const noexcept { return array_; }
+
+private:
+    zxArray* array_;
+    std::unordered_map<std::string, std::size_t> numbers_;
+};
+
 /// Puts the items of a dict into one element of a struct array.
-void fillStruct(zxArray* array, std::size_t index, PyObject* dict, int depth) {
+void fillStruct(Fields& fields, std::size_t index, PyObject* dict, int depth) {
     Nesting const nesting(dict, PyDict_Size(dict), depth);
     Ref const items(PyDict_Items(dict));  // a list of our own: what is converted may change the dict
     for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items.get()); ++i) {
@@ -99,95 +97,16 @@ void fillStruct(zxArray* array, std::size_t index, PyObject* dict, int depth) {
             ordo::raiseWith(WrongType, {describeObject(key), "a text as the name of a field"});
         }
         zx::Array value = arrayFromPython(PyTuple_GET_ITEM(PyList_GET_ITEM(items.get(), i), 1), depth + 1);
-        zxSetField(array, index, bytesFromPython(key), value.get());
+        zxSetFieldByNumber(fields.array(), index, fields.numberOf(bytesFromPython(key)), value.get());
         static_cast<void>(value.release());
     }
 }
 
 zx::Array structFromDict(PyObject* dict, int depth) {
     zx::Array array(zxCreateStructMatrix(1, 1));
-    fillStruct(array.get(), 0, dict, depth);
+    Fields fields(array.get());
+    fillStruct(fields, 0, dict, depth);
     return array;
-}
-
-/// What all items of a list have in common, which decides what becomes of it.
-struct Items {
-    bool bools = true;
-    bool integers = true;
-    bool numbers = true;
-    bool dicts = true;
-    ordo::OrdoClass* enumeration = nullptr;
-    bool enumerations = true;
-};
-
-Items survey(PyObject* tuple) {
-    Items found;
-    for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple); ++i) {
-        PyObject* const item = PyTuple_GET_ITEM(tuple, i);
-        ordo::OrdoClass* const enumeration = enumerationOf(item);
-        bool const isBool = PyBool_Check(item);
-        bool const isInteger = !isBool && enumeration == nullptr && (PyLong_Check(item) || isIntegerScalar(item));
-        found.bools = found.bools && isBool;
-        found.integers = found.integers && isInteger;
-        found.numbers = found.numbers && (isInteger || PyFloat_Check(item));
-        found.dicts = found.dicts && PyDict_Check(item);
-        found.enumerations =
-            found.enumerations && enumeration != nullptr && (i == 0 || enumeration == found.enumeration);
-        found.enumeration = enumeration;
-    }
-    return found;
-}
-
-template <class T, class Convert>
-zx::Array row(PyObject* tuple, Convert&& convert) {
-    auto const size = static_cast<std::size_t>(PyTuple_GET_SIZE(tuple));
-    zx::Array array(zxCreateNumericMatrix(1, size, zx::classCodeOf<T>()));
-    for (std::size_t i = 0; i < size; ++i) {
-        zx::valuesForWriting<T>(array.get())[i] = convert(PyTuple_GET_ITEM(tuple, static_cast<Py_ssize_t>(i)));
-    }
-    return array;
-}
-
-/// A row of integers, int64 if that holds all of them, else uint64; null if neither does.
-zx::Array integerRow(PyObject* tuple) {
-    std::vector<OrdoValue> values;
-    bool fitsInt64 = true;
-    bool fitsUInt64 = true;
-    for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple); ++i) {
-        Ref const number(PyNumber_Index(PyTuple_GET_ITEM(tuple, i)));
-        OrdoValue const& value = values.emplace_back(integerValue(number.get()));
-        fitsInt64 = fitsInt64 && value.kind() == OrdoValue::Kind::Int64;
-        fitsUInt64 = fitsUInt64 && value.kind() != OrdoValue::Kind::Double &&
-                     (value.kind() == OrdoValue::Kind::UInt64 || value.integerContent() >= 0);
-    }
-    if (!fitsInt64 && !fitsUInt64) {
-        return nullptr;
-    }
-    zx::Array array(zxCreateNumericMatrix(1, values.size(), fitsInt64 ? zxInt64Class : zxUint64Class));
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (fitsInt64) {
-            zx::valuesForWriting<std::int64_t>(array.get())[i] = values[i].integerContent();
-        } else {
-            zx::valuesForWriting<std::uint64_t>(array.get())[i] = values[i].unsignedContent();
-        }
-    }
-    return array;
-}
-
-/// A row of doubles; null if one of the integers among them has none that is exactly as large.
-zx::Array realRow(PyObject* tuple) {
-    bool exact = true;
-    zx::Array array = row<double>(tuple, [&](PyObject* item) {
-        if (PyFloat_Check(item)) {
-            return PyFloat_AS_DOUBLE(item);
-        }
-        Ref const number(PyNumber_Index(item));
-        OrdoValue const value = integerValue(number.get());
-        double const real = value.toDouble();
-        exact = exact && value.kind() != OrdoValue::Kind::Double && std::fabs(real) < 9007199254740992.0;
-        return real;
-    });
-    return exact ? std::move(array) : nullptr;
 }
 
 zx::Array cellFrom(PyObject* tuple, int depth) {
@@ -204,31 +123,21 @@ zx::Array cellFrom(PyObject* tuple, int depth) {
 zx::Array arrayFromList(PyObject* list, int depth) {
     Ref const tuple(PySequence_Tuple(list));  // of our own: what is converted may change the list
     Nesting const nesting(list, PyTuple_GET_SIZE(tuple.get()), depth);
-    Items const items = survey(tuple.get());
     auto const size = static_cast<std::size_t>(PyTuple_GET_SIZE(tuple.get()));
     if (size == 0) {
         return zx::Array(zxCreateCellMatrix(0, 0));
     }
-    if (items.bools) {
-        return row<bool>(tuple.get(), [](PyObject* item) { return item == Py_True; });
-    }
-    if (items.enumerations) {
-        zx::Array numbers = row<std::int32_t>(
-            tuple.get(), [](PyObject* item) { return static_cast<std::int32_t>(PyLong_AsLong(item)); });
-        zx::Array array(zxCreateObjectFromUnderlying(items.enumeration->name().text(), numbers.get()));
-        static_cast<void>(numbers.release());
+    ItemKind const kind = kindOfAll(tuple.get());
+    if (zx::Array array = rowFrom(tuple.get(), kind)) {
         return array;
     }
-    zx::Array numbers = items.integers ? integerRow(tuple.get()) : items.numbers ? realRow(tuple.get()) : nullptr;
-    if (numbers != nullptr) {
-        return numbers;
-    }
-    if (!items.dicts) {
+    if (kind != ItemKind::Dict) {
         return cellFrom(tuple.get(), depth);
     }
     zx::Array structs(zxCreateStructMatrix(1, size));
+    Fields fields(structs.get());
     for (std::size_t i = 0; i < size; ++i) {
-        fillStruct(structs.get(), i, PyTuple_GET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i)), depth + 1);
+        fillStruct(fields, i, PyTuple_GET_ITEM(tuple.get(), static_cast<Py_ssize_t>(i)), depth + 1);
     }
     return structs;
 }

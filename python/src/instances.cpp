@@ -8,6 +8,7 @@
 #include <ordo/error.h>
 
 #include <string>
+#include <string_view>
 
 namespace host {
 namespace {
@@ -26,6 +27,20 @@ std::string describeValue(PyObject* self, ordo::OrdoClass const& ordoClass) {
     return text + ')';
 }
 
+/// A text as it is but for what a terminal wouldn't show, or would obey, which is shown as repr does.
+std::string printable(std::string_view bytes) {
+    Ref const text = bytesToPython(bytes);
+    std::string result;
+    for (Py_ssize_t i = 0; i < PyUnicode_GET_LENGTH(text.get()); ++i) {
+        Ref const character(PyUnicode_Substring(text.get(), i, i + 1));
+        Py_UCS4 const code = PyUnicode_READ_CHAR(character.get(), 0);
+        bool const isShown = Py_UNICODE_ISPRINTABLE(code) != 0 && code != '\\';
+        std::string const shown = nameFromPython(isShown ? character.get() : Ref(PyObject_Repr(character.get())).get());
+        result += isShown ? shown : shown.substr(1, shown.size() - 2);
+    }
+    return result;
+}
+
 std::string describe(PyObject* self) {
     Instance const& object = instance(self);
     ordo::OrdoClass const& ordoClass = object.object->getClass();
@@ -40,7 +55,7 @@ std::string describe(PyObject* self) {
         std::size_t const size = collection->size(object.native);
         return '<' + name + " of " + std::to_string(size) + (size == 1 ? " member>" : " members>");
     }
-    std::string const own = ordoClass.info().describeInstance(object.native);
+    std::string const own = printable(ordoClass.info().describeInstance(object.native));
     return '<' + name + (own.empty() ? "" : ' ' + own) + '>';
 }
 

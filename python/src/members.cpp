@@ -57,12 +57,29 @@ Ref shown(OrdoValue const& value, bool isList) {
 }
 
 OrdoValue valueFor(PropertyMember const& property, PyObject* value) {
+    if (property.isLogical && PyLong_Check(value)) {
+        return OrdoValue::logical(_PyLong_Sign(value) != 0);  // whatever its size
+    }
     OrdoValue converted = fromPython(value);
     // An int without a 64-bit form comes as a double, which is near enough for a number and for nothing else.
     if (converted.kind() == OrdoValue::Kind::Double && !property.isNumber && PyLong_Check(value)) {
         ordo::raiseWith(ordo::failures::OutOfRange, {"an integer of that size", "a 64-bit integer"});
     }
     return converted;
+}
+
+/// What a method gets for an argument. Where it wants a text, a path stands for its own.
+OrdoValue argumentFor(ordo::OrdoMethodInfo const& method, std::size_t index, PyObject* given) {
+    std::vector<std::string> const& inputs = method.signature().inputs;
+    bool const mayBePath = index < inputs.size() && inputs[index] == "char" && !PyUnicode_Check(given);
+    if (!mayBePath || PyObject_HasAttrString(reinterpret_cast<PyObject*>(Py_TYPE(given)), "__fspath__") == 0) {
+        return fromPython(given);
+    }
+    Ref path(PyOS_FSPath(given));
+    if (PyBytes_Check(path.get())) {
+        path = Ref(PyUnicode_DecodeFSDefaultAndSize(PyBytes_AS_STRING(path.get()), PyBytes_GET_SIZE(path.get())));
+    }
+    return OrdoValue::text(textFromPython(path.get()));
 }
 
 /// The arguments of one call, without a heap for the usual few.
@@ -111,7 +128,7 @@ PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t fla
         Arguments arguments(count);
         std::size_t const first = method.info->isStatic() ? 0 : 1;
         for (std::size_t i = first; i < count; ++i) {
-            arguments[i] = fromPython(given[i]);
+            arguments[i] = argumentFor(*method.info, i, given[i]);
         }
         if (first == 1 && count > 0) {
             arguments[0] = selfValue(method, given[0]);
@@ -265,6 +282,7 @@ Ref makeProperty(ordo::OrdoPropInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
     made->isValid = ordoClass.validityCheck();
     std::string const word = info.getTypeWord();
     made->isNumber = isNumberWord(word);
+    made->isLogical = word.starts_with("logical");
     made->isUuid = word == "uuid";
     made->isList = word == "cell";
     return result;

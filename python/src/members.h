@@ -15,9 +15,10 @@ struct PropertyMember {
     ordo::OrdoClass* ordoClass;
     PyTypeObject* type;
     ordo::ValidityCheck isValid;
-    bool isNumber;  // its type word is that of a number
-    bool isUuid;    // texts of it are shown as uuid.UUID
-    bool isList;    // an empty one is a list as well
+    bool isNumber;   // its type word is that of a number
+    bool isLogical;  // that of truth values
+    bool isUuid;     // texts of it are shown as uuid.UUID
+    bool isList;     // an empty one is a list as well
 };
 
 /// A method, or a constructor's description.

@@ -13,13 +13,7 @@
 namespace host {
 namespace {
 
-void importNumpy() {
-    static bool imported = false;
-    if (!imported) {
-        checked(_import_array());
-        imported = true;
-    }
-}
+bool isImported = false;
 
 int typeNumberOf(zxArray const* array) {
     bool const isComplex = zxIsComplex(array);
@@ -52,7 +46,13 @@ int typeNumberOf(zxArray const* array) {
 }  // namespace
 
 Ref numbersToPython(zxArray const* array) {
-    importNumpy();
+    if (!isImported) {
+        // The import runs code of scripts' and lets other threads run, which may replace the array where it stands.
+        zx::Array const own = zx::copy(array);
+        checked(_import_array());
+        isImported = true;
+        return numbersToPython(own.get());
+    }
     std::vector<npy_intp> shape;
     for (std::size_t const extent : zxGetDimensions(array)) {
         shape.push_back(static_cast<npy_intp>(extent));

@@ -194,7 +194,12 @@ Ref toPython(OrdoValue const& value) {
         case OrdoValue::Kind::Array:
             break;
     }
-    return arrayToPython(value.arrayContent());
+    if (zxArray const* const array = value.arrayContent(); zxIsNumeric(array) || zxIsLogical(array)) {
+        return arrayToPython(array);
+    }
+    // What is read is a copy: values in it are the reader's own, and making objects may run code of scripts, which may
+    // replace what stands in the store.
+    return arrayToPython(value.toArray().get());
 }
 
 }  // namespace host

@@ -10,20 +10,38 @@ PyObject* enter(PyObject* self, PyObject*) noexcept {
     return self;
 }
 
+/// Whether the error that is set says that the transaction has ended, which then isn't set any more.
+bool clearInvalidHandle() noexcept {
+    PyObject* type = nullptr;
+    PyObject* error = nullptr;
+    PyObject* trace = nullptr;
+    PyErr_Fetch(&type, &error, &trace);
+    PyErr_NormalizeException(&type, &error, &trace);
+    PyObject* const identifier = PyObject_GetAttrString(error, "identifier");
+    bool const isEnded = identifier != nullptr && PyUnicode_Check(identifier) &&
+                         PyUnicode_CompareWithASCIIString(identifier, "ZELDRA:class:InvalidHandle") == 0;
+    Py_XDECREF(identifier);
+    PyErr_Restore(type, error, trace);
+    if (isEnded) {
+        PyErr_Clear();
+    }
+    return isEnded;
+}
+
 PyObject* leave(PyObject* self, PyObject* const* arguments, Py_ssize_t count) noexcept {
     bool const failed = count > 0 && arguments[0] != Py_None;
     PyObject* const answer = PyObject_CallMethod(self, failed ? "rollback" : "commit", nullptr);
-    if (answer == nullptr) {
+    if (answer == nullptr && !clearInvalidHandle()) {
         return nullptr;
     }
-    Py_DECREF(answer);
+    Py_XDECREF(answer);
     Py_RETURN_FALSE;
 }
 
 PyMethodDef methods[] = {
     {"__enter__", enter, METH_NOARGS, "The transaction itself, which is open already."},
     {"__exit__", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(leave)), METH_FASTCALL,
-     "Commits, or rolls back if an exception leaves the block."},
+     "Commits, or rolls back if an exception leaves the block, unless the transaction has ended."},
 };
 
 }  // namespace
