@@ -75,7 +75,7 @@ public:
     std::size_t numberOf(std::string const& name) {
         auto const known = numbers_.find(name);
         if (known != numbers_.end()) return known->second;
-        Bulk::take(name.size() + 8 * zxGetNumberOfElements(array_));
+        Bulk::take(name.size() + bytesOfPlace * zxGetNumberOfElements(array_));
         std::size_t const number = zxAddField(array_, name);
         numbers_.emplace(name, number);
         return number;
@@ -83,6 +83,9 @@ public:
     zxArray* array() const noexcept { return array_; }
 
 private:
+    // An empty place takes a pointer, here and in the copies that storing the array makes.
+    static constexpr std::size_t bytesOfPlace = 6 * sizeof(void*);
+
     zxArray* array_;
     std::unordered_map<std::string, std::size_t> numbers_;
 };

@@ -14,6 +14,7 @@ import subprocess
 import sys
 import threading
 import weakref
+from pathlib import Path
 from typing import Any
 
 import ordo
@@ -134,9 +135,15 @@ def test_values_are_copied_and_compared_by_content(workshop: Any) -> None:
     twin = copy.copy(extent)
     twin.height = 9
     assert extent.height == 2 and workshop.Extent() == workshop.Extent()
-    item.notes = [extent, "x"]
-    extent.width = 100
-    assert item.notes[0].width == 3, "an array keeps a copy"
+    for read in (lambda: item.notes[0], lambda: item.notes[1]["a"][1][0]):
+        item.notes = [extent, {"a": ["x", [extent, item]]}]
+        extent.width = 100
+        assert read().width == 3, "an array keeps a copy"
+        read().width = 100
+        assert read().width == 3, "what is read is a copy"
+        assert item.notes[1]["a"][1][1] is item
+        extent.width = 3
+    item.notes = None
     for wrong in (None, 1, item, {}):
         with pytest.raises(TypeError):
             item.extent = wrong
@@ -174,6 +181,13 @@ def test_sequences_have_the_manners_of_sequences(workshop: Any) -> None:
     assert found == parts[:5] + parts[6:], "what dies on the way is left out"
 
 
+class Unshown:
+    """An object that can't be shown."""
+
+    def __repr__(self) -> str:
+        raise ZeroDivisionError
+
+
 def test_maps_have_the_manners_of_mappings(workshop: Any) -> None:
     item = workshop.Item()
     parts = [workshop.Item(name) for name in "abc"]
@@ -188,7 +202,8 @@ def test_maps_have_the_manners_of_mappings(workshop: Any) -> None:
     assert list(index.keys()) == ["a", "b", "c"] and list(index.values()) == parts
     assert list(index.items()) == list(zip("abc", parts)) and index.keys() & {"a", "z"} == {"a"}
     assert dict(index) == {"a": a, "b": b, "c": c}
-    for key in ("z", 1, object(), None, [1]):
+    for key in ("z", 1, object(), None, [1], 10**5000, Unshown(), "\ud800"):
+        assert index.get(key, 7) == 7
         with pytest.raises(KeyError) as caught:
             index[key]
         assert isinstance(caught.value, ordo.Error) and "there is no key" in str(caught.value)
@@ -218,6 +233,30 @@ def test_transactions_end_as_their_blocks_do(workshop: Any) -> None:
     with pytest.raises(ZeroDivisionError), item.begin():
         raise ZeroDivisionError
     assert workshop.Change.last() == "rolled back"
+
+
+def test_names_are_shown_so_that_a_terminal_takes_no_harm(workshop: Any) -> None:
+    item = workshop.Item()
+    for name, shown in {"ä 'b'": "ä 'b'", "a\nb\x1b[31m\\": r"a\nb\x1b[31m\\", "\udc80\u202e": r"\udc80\u202e"}.items():
+        item.name = name
+        assert repr(item) == f"<Item {shown}>"
+
+
+def test_paths_stand_for_their_texts_where_one_is_wanted(workshop: Any) -> None:
+    class Named:
+        def __init__(self, path: Any) -> None:
+            self.path = path
+
+        def __fspath__(self) -> Any:
+            return self.path
+
+    item = workshop.Item()
+    for path, name in ((Path("a/b"), "a/b"), (Named("c"), "c"), (Named(b"\xff"), "\udcff")):
+        assert item.createPart(path).name == name
+    wrongs: list[Any] = [lambda: item.createPart(Named(3)), lambda: item.createPart(b"a"), lambda: item.echo(Path("a"))]
+    for wrong in wrongs:
+        with pytest.raises(TypeError):
+            wrong()
 
 
 def test_failures_of_native_code_become_errors(workshop: Any) -> None:
@@ -278,6 +317,47 @@ def test_objects_are_shared_between_threads(workshop: Any) -> None:
     for thread in threads:
         thread.join()
     assert not failures and len(item.parts) == 1200
+
+
+def test_a_class_is_one_whoever_asks_for_it_first() -> None:
+    library = os.environ["QUAY_BUILD_DIR"] + "/lib/libworkshop.so"
+    script = f"""
+import collections.abc, gc, sys, threading, ordo
+from ordo import _core
+ordo.load({library!r}, "ZLInitialize_workshop")
+import workshop
+names = sorted("workshop." + name for name in _core.list_package("workshop") if name not in ("Fragile", "cellar"))
+found = {{name: [] for name in names}}
+
+class Asker:
+    def __init__(self, name):
+        self.me, self.name = self, name
+    def __del__(self):
+        found[self.name].append(_core.find_class(self.name))
+
+gc.set_threshold(1)
+for name in names[::2]:
+    Asker(name)
+    found[name].append(_core.find_class(name))
+    gc.collect()
+gc.set_threshold(700)
+
+sys.setswitchinterval(1e-6)
+barrier = threading.Barrier(8)
+def work():
+    barrier.wait()
+    for name in names[1::2]:
+        one = _core.find_class(name)
+        found[name].append(one)
+        assert name != "workshop.Parts" or issubclass(one, collections.abc.Sequence) and one.count, one
+threads = [threading.Thread(target=work) for _ in range(8)]
+for thread in threads: thread.start()
+for thread in threads: thread.join()
+for name, classes in found.items():
+    assert len(classes) > 1 and len(set(classes)) == 1, (name, classes)
+"""
+    done = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, timeout=60)
+    assert done.returncode == 0 and not done.stderr, done.stderr
 
 
 def test_the_process_ends_well_with_objects_at_hand(workshop: Any) -> None:

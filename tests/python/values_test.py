@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import ctypes
 import random
 import sys
 import uuid
@@ -47,7 +48,7 @@ def test_integers_are_taken_whole_or_refused(workshop: Any, name: str) -> None:
 
 def test_booleans_take_any_number(workshop: Any) -> None:
     item = workshop.Item()
-    for value in [*NUMBERS[:-1], *REALS, numpy.bool_(True), numpy.bool_(False)]:
+    for value in [*NUMBERS, *REALS, numpy.bool_(True), numpy.bool_(False)]:
         item.ready = value
         assert item.ready is bool(value)
     for value in OTHERS:
@@ -178,14 +179,23 @@ def test_arrays_come_back_as_they_went(workshop: Any) -> None:
 
 def test_lists_of_numbers_are_rows(workshop: Any) -> None:
     item: Any = workshop.Item()
-    rows: list[tuple[list[Any], str]] = [([1, -2], "i8"), ([1, 2**63], "u8"), ([1, 0.5], "f8"), ([True, False], "bool")]
+    single, half = numpy.float32(1.5), numpy.complex64(0.5j)
+    rows: list[tuple[list[Any], str]] = [
+        ([1, -2], "i8"), ([1, 2**63], "u8"), ([1, 0.5], "f8"), ([True, False], "bool"), ([single, single], "f8"),
+        ([-1.0, single, 3], "f8"), ([1j, -1], "c16"), ([half, 2.5, single], "c16"), ([numpy.int8(3), 4], "i8"),
+        ([numpy.True_, False], "bool"),
+    ]  # fmt: skip
     for given, dtype in rows:
         item.notes = given
         assert isinstance(item.notes, numpy.ndarray) and item.notes.dtype == dtype and item.notes.tolist() == given
         item.notes = tuple(given)
         assert item.notes.tolist() == given
-    item.notes = [2**53 + 1, 0.5]
-    assert item.notes == [2**53 + 1, 0.5], "a row of doubles would have another integer"
+    for given in ([2**53 + 1, 0.5], [2**53 + 1, 1j], [True, 1]):
+        item.notes = given
+        assert same(item.notes, given), "a row would have other values"
+    given = [numpy.zeros(2), numpy.ones(3)]
+    item.notes = given
+    assert same(item.notes, given)
     item.notes = [7]
     assert repr(item.notes) == "7"
     item.notes = [{"a": 1}, {"b": "x"}]
@@ -193,6 +203,30 @@ def test_lists_of_numbers_are_rows(workshop: Any) -> None:
     item.notes = [workshop.Color.Red, workshop.Color.Blue]
     assert item.notes == [workshop.Color.Red, workshop.Color.Blue]
     assert item.notes[0] is workshop.Color.Red
+
+
+def test_memory_is_taken_as_numbers_or_refused(workshop: Any) -> None:
+    item = workshop.Item()
+    pair = ctypes.c_int16 * 2
+    for memory in ((ctypes.c_double * 3)(1, 2, 3), (pair * 3)(pair(1, 2), pair(3, 4), pair(5, 6)), ctypes.c_float(2.5)):
+        item.notes = memory
+        assert numpy.array_equal(item.notes, numpy.asarray(memory))
+    item.notes = numpy.ma.array([1.0, 2.0])
+    assert item.notes.tolist() == [1, 2]
+    refused: list[tuple[Any, str]] = [
+        (numpy.datetime64("2020"), "datetime64"), (numpy.timedelta64(3, "s"), "timedelta64"),
+        (numpy.array("2020", dtype="M8[D]"), "datetime64"), (numpy.float16(1), "float16"), (numpy.longdouble(1), "float"),
+        (numpy.arange(2, dtype=">f8"), ">f8"), (numpy.ma.masked, "masked"), ((ctypes.c_wchar * 2)(), "c_wchar"),
+        (numpy.ma.array([1, 2], mask=[True, False]), "masked"), (numpy.zeros(2, "i4,f8"), "i4"),
+    ]  # fmt: skip
+    for value, word in refused:
+        for given in (value, [value, 1.0]):
+            with pytest.raises(TypeError, match=word) as caught:
+                item.notes = given
+            assert isinstance(caught.value, ordo.Error)
+        with pytest.raises(TypeError, match=word):
+            item.weight = value
+        assert value not in item.parts
 
 
 def test_plain_objects_and_uuids_have_forms(workshop: Any) -> None:
@@ -209,6 +243,14 @@ def test_plain_objects_and_uuids_have_forms(workshop: Any) -> None:
             item.notes = value
         assert isinstance(caught.value, ordo.Error), value
         assert item.notes == before
+
+
+def test_structs_are_as_large_as_all_their_fields_at_most(workshop: Any) -> None:
+    item = workshop.Item()
+    with pytest.raises(ValueError, match="too large"):
+        item.notes = [{f"f{i}": i} for i in range(20_000)]
+    item.notes = [{f"f{i}": i} for i in range(200)]
+    assert item.notes[7] == {f"f{i}": 7 if i == 7 else None for i in range(200)}
 
 
 def test_values_that_hold_themselves_are_refused(workshop: Any) -> None:
@@ -235,6 +277,25 @@ def test_values_that_hold_themselves_are_refused(workshop: Any) -> None:
         assert item.notes is not None
     finally:
         sys.setrecursionlimit(old)
+
+
+def test_a_value_that_is_replaced_while_it_is_read_is_read_whole(workshop: Any) -> None:
+    item = workshop.Item()
+    value = [{"a": ["x" * 50, i]} for i in range(3000)]
+    item.notes = value
+    asked = []
+
+    class Replacer:
+        def __init__(self) -> None:
+            self.me = self
+
+        def __del__(self) -> None:
+            asked.append(item)
+            item.notes = None
+
+    Replacer()
+    assert item.notes == value
+    assert asked and item.notes is None, "nothing was replaced on the way"
 
 
 class Meddler:

@@ -241,6 +241,18 @@ def test_transactions_nest_and_roll_back(model: Any) -> None:
         root.inports.clear()
         root.triggerType = 1 // 0
     assert len(root.inports) == 1
+    for end, value in (("commit", 5), ("rollback", 1)):
+        with pytest.raises(ZeroDivisionError), model.transaction() as ended:
+            root.triggerType = 5
+            getattr(ended, end)()
+            raise ZeroDivisionError
+        assert root.triggerType == value
+        with model.transaction() as ended:
+            root.triggerType = 1
+            getattr(ended, end)()
+        with refused(DEAD):
+            ended.commit()
+        assert root.triggerType == 1
     open_one = model.transaction()
     root.triggerType = 9
     del open_one
@@ -322,6 +334,11 @@ def test_values_are_copies(model: Any) -> None:
     port.servicePortKey = key
     key.portIdx = 5
     assert port.servicePortKey.portIdx == 4
+    root = ModelRefInfoRoot(model, {"dataTransferInfos": [key, [key, "x"]]})
+    with pytest.raises(KeyError), model.transaction():
+        root.dataTransferInfos[0].portIdx = root.dataTransferInfos[1][0].portIdx = 6
+        raise KeyError
+    assert root.dataTransferInfos[0] == key and root.dataTransferInfos[1][0] == key
 
 
 def test_misspelt_names_are_refused(model: Any) -> None:
