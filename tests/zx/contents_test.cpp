@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <random>
 #include <stdexcept>
 
 namespace {
@@ -115,6 +117,47 @@ TEST(Structs, KeepTheirFieldsInOrder) {
     EXPECT_THROW(zxAddField(s, ""), std::invalid_argument);
     EXPECT_THROW(zxSetField(s, 1, "new", nullptr), std::out_of_range);
     EXPECT_EQ(zxGetNumberOfFields(s), 3U);
+}
+
+TEST(Structs, AreAsGoodWithManyFieldsAsWithFew) {
+    std::mt19937 draw(1);  // NOLINT(bugprone-random-generator-seed): the same in each run
+    zx::Array array(zxCreateStructMatrix(1, 2));
+    std::vector<std::string> names;
+    for (int step = 0; step < 3000; ++step) {
+        // Now more come, now more go, so that the number passes all sizes in both directions.
+        bool const comes = draw() % 10 < (step / 600 % 2 == 0 ? 8U : 1U);
+        std::string const name = "f" + std::to_string(draw() % 100);
+        auto const place = std::find(names.begin(), names.end(), name);
+        auto const number = static_cast<std::size_t>(place - names.begin());
+        bool const isNew = place == names.end();
+        ASSERT_EQ(zxFindField(array.get(), name), isNew ? std::nullopt : std::optional(number));
+        if (comes) {
+            ASSERT_EQ(zxAddField(array.get(), name), number);
+            if (isNew) {
+                names.push_back(name);
+                zxSetField(array.get(), 1, name, zxCreateString_UTF8(name));
+            }
+        } else {
+            ASSERT_EQ(zxRemoveField(array.get(), name), !isNew);
+            if (!isNew) {
+                names.erase(place);
+            }
+        }
+        if (step % 100 == 0) {
+            array = zx::copy(array.get());
+        }
+        ASSERT_EQ(zxGetNumberOfFields(array.get()), names.size());
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            ASSERT_EQ(zxGetFieldName(array.get(), i), names[i]);
+            ASSERT_EQ(zx::utf8Of(zxGetFieldByNumber(array.get(), 1, i)), names[i]);
+        }
+    }
+    zx::Array backward(zxCreateStructMatrix(1, 2));
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        zxSetField(backward.get(), 1, *name, zxCreateString_UTF8(*name));
+    }
+    EXPECT_GT(names.size(), 20U);
+    EXPECT_TRUE(zxIsEqual(array.get(), backward.get()));
 }
 
 TEST(Structs, HaveTheSameFieldsInEachElement) {

@@ -48,8 +48,8 @@ void forEachElement(zxArray& array, Visit visit) {
             visit(element);
         }
     } else if (auto* const structs = std::get_if<Structs>(&array.content)) {
-        for (Structs::Field& field : structs->fields) {
-            for (Array& element : field.values) {
+        for (std::size_t number = 0; number < structs->fields().size(); ++number) {
+            for (Array& element : structs->values(number)) {
                 visit(element);
             }
         }

@@ -5,8 +5,11 @@
 #include <zx/array.h>
 #include <zx/objects.h>
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -18,15 +21,30 @@ struct Cells {
     std::vector<Array> elements;
 };
 
-struct Structs {
+class Structs {
+public:
     struct Field {
         std::string name;
         std::vector<Array> values;  // one for each element
     };
 
-    std::optional<std::size_t> find(std::string_view name) const;
+    /// In the order in which they were added.
+    std::vector<Field> const& fields() const { return fields_; }
+    std::vector<Array>& values(std::size_t number) { return fields_[number].values; }
 
-    std::vector<Field> fields;
+    std::optional<std::size_t> find(std::string_view name) const;
+    /// Adds a field that isn't there yet, for so many elements.
+    Field& add(std::string_view name, std::size_t count);
+    void remove(std::size_t number);
+
+private:
+    struct Hash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+
+    std::vector<Field> fields_;
+    // The fields' numbers; empty while there are few, which are found faster by looking at each.
+    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> numbers_;
 };
 
 /// `string` objects.

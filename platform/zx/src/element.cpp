@@ -25,10 +25,9 @@ struct Element {
 
     Array operator()(Structs const& structs) const {
         Array one = make<Structs>(Shape(1, 1));
-        auto& fields = std::get<Structs>(one->content).fields;
-        for (Structs::Field const& field : structs.fields) {
-            fields.push_back({field.name, std::vector<Array>(1)});
-            put(*one, fields.back().values[0], zxDuplicateArray(field.values[index].get()));
+        for (Structs::Field const& field : structs.fields()) {
+            Structs::Field& taken = std::get<Structs>(one->content).add(field.name, 1);
+            put(*one, taken.values[0], zxDuplicateArray(field.values[index].get()));
         }
         return one;
     }

@@ -29,17 +29,17 @@ struct Compare {
 
     bool operator()(Structs const& structs) const {
         auto const& others = std::get<Structs>(right.content);
-        if (structs.fields.size() != others.fields.size()) {
+        if (structs.fields().size() != others.fields().size()) {
             return false;
         }
-        for (std::size_t number = 0; number < structs.fields.size(); ++number) {
-            Structs::Field const& field = structs.fields[number];
-            bool const sameOrder = others.fields[number].name == field.name;
+        for (std::size_t number = 0; number < structs.fields().size(); ++number) {
+            Structs::Field const& field = structs.fields()[number];
+            bool const sameOrder = others.fields()[number].name == field.name;
             std::optional<std::size_t> const other = sameOrder ? number : others.find(field.name);
             if (!other) {
                 return false;
             }
-            addPairs(pending, field.values, others.fields[*other].values);
+            addPairs(pending, field.values, others.fields()[*other].values);
         }
         return true;
     }

@@ -17,8 +17,8 @@ Array copyWithoutElements(zxArray const& source) {
         Array operator()(Cells const& cells) const { return make<Cells>(shape, cells.elements.size()); }
         Array operator()(Structs const& structs) const {
             Array copy = make<Structs>(shape);
-            for (Structs::Field const& field : structs.fields) {
-                std::get<Structs>(copy->content).fields.push_back({field.name, std::vector<Array>(shape.count())});
+            for (Structs::Field const& field : structs.fields()) {
+                std::get<Structs>(copy->content).add(field.name, shape.count());
             }
             return copy;
         }

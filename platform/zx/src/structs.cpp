@@ -14,10 +14,10 @@ zx::Structs& structsOf(zxArray* array) { return zx::contentOf<zx::Structs>(array
 
 zx::Structs::Field const& fieldAt(zxArray const* array, std::size_t number) {
     zx::Structs const& structs = structsOf(array);
-    if (number >= structs.fields.size()) {
+    if (number >= structs.fields().size()) {
         throw std::out_of_range("a struct array has no field of that number");
     }
-    return structs.fields[number];
+    return structs.fields()[number];
 }
 
 // The place of an element's field; null if there is no such field.
@@ -25,18 +25,54 @@ zx::Array* findPlace(zxArray* array, std::size_t index, std::string_view name) {
     zx::Structs& structs = structsOf(array);
     zx::checkIndex(*array, index);
     std::optional<std::size_t> const number = structs.find(name);
-    return number ? &structs.fields[*number].values[index] : nullptr;
+    return number ? &structs.values(*number)[index] : nullptr;
 }
+
+constexpr std::size_t kFew = 16;
 
 }  // namespace
 
 std::optional<std::size_t> zx::Structs::find(std::string_view name) const {
-    for (std::size_t number = 0; number < fields.size(); ++number) {
-        if (fields[number].name == name) {
+    if (!numbers_.empty()) {
+        auto const found = numbers_.find(name);
+        return found != numbers_.end() ? std::optional(found->second) : std::nullopt;
+    }
+    for (std::size_t number = 0; number < fields_.size(); ++number) {
+        if (fields_[number].name == name) {
             return number;
         }
     }
     return std::nullopt;
+}
+
+zx::Structs::Field& zx::Structs::add(std::string_view name, std::size_t count) {
+    if (numbers_.empty() && fields_.size() >= kFew) {
+        decltype(numbers_) all;
+        for (std::size_t number = 0; number < fields_.size(); ++number) {
+            all.emplace(fields_[number].name, number);
+        }
+        numbers_ = std::move(all);
+    }
+    fields_.push_back({std::string(name), std::vector<Array>(count)});
+    if (!numbers_.empty()) {
+        try {
+            numbers_.emplace(name, fields_.size() - 1);
+        } catch (...) {
+            fields_.pop_back();
+            throw;
+        }
+    }
+    return fields_.back();
+}
+
+void zx::Structs::remove(std::size_t number) {
+    if (!numbers_.empty()) {
+        numbers_.erase(fields_[number].name);
+        for (auto& [name, other] : numbers_) {
+            other -= other > number ? 1 : 0;
+        }
+    }
+    fields_.erase(fields_.begin() + static_cast<std::ptrdiff_t>(number));
 }
 
 zxArray* zxCreateStructMatrix(std::size_t rows, std::size_t columns) {
@@ -47,7 +83,7 @@ zxArray* zxCreateStructArray(std::span<std::size_t const> dimensions) {
     return zx::make<zx::Structs>(zx::Shape(dimensions)).release();
 }
 
-std::size_t zxGetNumberOfFields(zxArray const* array) { return structsOf(array).fields.size(); }
+std::size_t zxGetNumberOfFields(zxArray const* array) { return structsOf(array).fields().size(); }
 
 std::string_view zxGetFieldName(zxArray const* array, std::size_t number) { return fieldAt(array, number).name; }
 
@@ -63,9 +99,9 @@ std::size_t zxAddField(zxArray* array, std::string_view name) {
     if (std::optional<std::size_t> const number = structs.find(name)) {
         return *number;
     }
-    structs.fields.push_back({std::string(name), std::vector<zx::Array>(array->shape.count())});
+    structs.add(name, array->shape.count());
     zx::touch(*array);
-    return structs.fields.size() - 1;
+    return structs.fields().size() - 1;
 }
 
 bool zxRemoveField(zxArray* array, std::string_view name) {
@@ -75,11 +111,10 @@ bool zxRemoveField(zxArray* array, std::string_view name) {
         return false;
     }
     zx::touch(*array);
-    auto const field = structs.fields.begin() + static_cast<std::ptrdiff_t>(*number);
-    for (zx::Array& element : field->values) {
+    for (zx::Array& element : structs.values(*number)) {
         zx::drop(element);
     }
-    structs.fields.erase(field);
+    structs.remove(*number);
     return true;
 }
 
@@ -109,5 +144,5 @@ zxArray const* zxGetFieldByNumber(zxArray const* array, std::size_t index, std::
 void zxSetFieldByNumber(zxArray* array, std::size_t index, std::size_t number, zxArray* value) {
     fieldAt(array, number);
     zx::checkIndex(*array, index);
-    zx::put(*array, structsOf(array).fields[number].values[index], value);
+    zx::put(*array, structsOf(array).values(number)[index], value);
 }
