@@ -2,6 +2,7 @@
 #include <ordo/factory/text.h>
 #include <ordo/ordo.h>
 
+#include <zx/containers.h>
 #include <zx/objects.h>
 #include <zx/text.h>
 #include <zx/values.h>
@@ -12,6 +13,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numeric>
 
 namespace {
 
@@ -116,6 +118,25 @@ TEST(Values, OfEveryClassOfNumberAreTakenForOneAnother) {
     }
     EXPECT_TRUE(taken<bool>(OrdoValue::real(std::nan(""))));
     EXPECT_EQ(failure([] { taken<double>(OrdoValue()); }), "NoValue");
+}
+
+TEST(Values, GiveOptionalsTheFirstOfSeveralNumbers) {
+    auto const take = [](zx::Array array) {
+        return taken<boost::optional<std::int32_t>>(OrdoValue::fromArray(std::move(array)));
+    };
+    for (std::size_t const count : {1U, 2U, 1000U}) {
+        zx::Array row(zxCreateNumericMatrix(1, count, zxInt32Class));
+        std::iota(zx::valuesForWriting<std::int32_t>(row.get()).begin(),
+                  zx::valuesForWriting<std::int32_t>(row.get()).end(), 7);
+        zx::Array const copied = zx::copy(row.get());
+        EXPECT_TRUE(take(std::move(row)) == 7) << count;
+        EXPECT_EQ(failure([&] { taken<std::int32_t>(OrdoValue::borrowedArray(copied.get())); }),
+                  count == 1 ? "" : "WrongType");
+    }
+    EXPECT_EQ(failure([&] { take(zx::Array(zxCreateCellMatrix(1, 2))); }), "WrongType");
+    EXPECT_EQ(failure([&] { take(zx::Array(zxCreateStructMatrix(1, 2))); }), "WrongType");
+    EXPECT_EQ(failure([&] { take(zx::Array(zxCreateNumericMatrix(1, 2, zxDoubleClass, 1))); }), "WrongType");
+    EXPECT_EQ(failure([&] { take(zx::Array(zxCreateString_UTF8("12"))); }), "WrongType");
 }
 
 TEST(Values, LeaveOptionalsUnsetWhereTheyAreEmptyAndNoText) {

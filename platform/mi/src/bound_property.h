@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "property_failures.h"
+
 namespace quay::zero::mi {
 
 /// Stays good when the schema is declared again, because its library was unloaded and loaded: then it becomes the new
@@ -26,7 +28,7 @@ public:
         return row().get(element, property_, ReflectionPrivateTag::PUBLIC_ACCESS);
     }
     void write(ModelElement::Impl& element, Value const& value) const {
-        row().set(element, property_, value, ReflectionPrivateTag::PUBLIC_ACCESS);
+        forProperty(get(), [&] { row().set(element, property_, value, ReflectionPrivateTag::PUBLIC_ACCESS); });
     }
 
 private:

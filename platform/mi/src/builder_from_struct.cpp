@@ -1,6 +1,7 @@
 #include <quay/zero/mi/builder_from_struct.h>
 
 #include <ordo/error.h>
+#include <ordo/factory/value_type.h>
 
 #include <quay/zero/mi/meta_marshaler_registry.h>
 #include <quay/zero/property_row.h>
@@ -11,6 +12,9 @@
 #include <zx/text.h>
 
 #include <quay0/messages.h>
+
+#include "primitive_marshalers.h"
+#include "property_failures.h"
 
 namespace quay::zero::mi::detail {
 
@@ -42,25 +46,37 @@ void giveChildren(ModelElement::Builder& builder, meta::Property const& property
     }
 }
 
-void give(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array, int depth) {
-    if (isNothing(array)) return;
-    PropertyRow const& row = *property->row();
-    if (row.ownsElements()) {
-        giveChildren(builder, property, array, depth);
-        return;
-    }
+void giveValues(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array) {
     ValueMarshaler const& marshaler = MetaMarshalerRegistry::getInstance().getPropertyMarshaler(property->getType());
-    if (row.kind() == RowKind::PrimitiveCollection) {
+    if (property->row()->kind() == RowKind::PrimitiveCollection) {
         for (Value const& value : marshaler.toValueVector(const_cast<zxArray*>(array))) {
+            marshaler.requireContent(value);
             builder.setOrAdd(property, value);
         }
         return;
     }
-    Value const value = marshaler.fromScript(OrdoValue::borrowedArray(array));
-    bool const isArray = property->getType() == meta::StandardTypes::zxArrayMeta;
-    // The builder keeps a copy of an array.
-    zx::Array const given(isArray ? value.getValue<zxArray_tag*>() : nullptr);
+    OrdoValue const given = OrdoValue::borrowedArray(array);
+    if (isArrayType(property->getType())) {
+        Value const value = marshaler.fromScript(given);
+        // The builder keeps a copy of its own.
+        zx::Array const carried(value.getValue<zxArray_tag*>());
+        builder.setOrAdd(property, value);
+        return;
+    }
+    bool const isOptional = property->getFlags() == ValueFlags::Optional;
+    if (isOptional && given.isEmpty() && !given.isText()) return;
+    Value const value = marshaler.fromScript(isOptional ? ordo::factory::firstOf(given) : given);
+    marshaler.requireContent(value);
     builder.setOrAdd(property, value);
+}
+
+void give(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array, int depth) {
+    if (isNothing(array)) return;
+    if (property->row()->ownsElements()) {
+        giveChildren(builder, property, array, depth);
+    } else {
+        forProperty(property, [&] { giveValues(builder, property, array); });
+    }
 }
 
 std::unique_ptr<ModelElement::Builder> build(zxArray const* array, std::size_t index, Model const& model,

@@ -52,11 +52,11 @@ AbstractOwnedCollection& collectionOf(OrdoValue const& self) {
     return *static_cast<AbstractOwnedCollection*>(object->native());
 }
 
-std::size_t positionIn(OrdoValue const& value, std::size_t end) {
+std::size_t positionIn(OrdoValue const& value, std::size_t size, std::size_t behind) {
     std::int64_t const given = value.toInt64();
-    std::int64_t const position = given < 0 ? given + static_cast<std::int64_t>(end) : given;
-    if (position < 0 || position >= static_cast<std::int64_t>(end)) {
-        ordo::raiseWith(ordo::failures::IndexOutOfRange, {std::to_string(given), std::to_string(end)});
+    std::int64_t const position = given < 0 ? given + static_cast<std::int64_t>(size) : given;
+    if (position < 0 || position >= static_cast<std::int64_t>(size + behind)) {
+        ordo::raiseWith(ordo::failures::IndexOutOfRange, {std::to_string(given), std::to_string(size)});
     }
     return static_cast<std::size_t>(position);
 }

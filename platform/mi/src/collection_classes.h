@@ -42,8 +42,9 @@ void addCollectionClasses(ordo::OrdoPackage& package);
 
 /// The collection behind a method's first argument. InvalidHandle if its owner is dead.
 AbstractOwnedCollection& collectionOf(ordo::OrdoValue const& self);
-/// A position below `end`, counted from the end if it is negative; IndexOutOfRange.
-std::size_t positionIn(ordo::OrdoValue const& value, std::size_t end);
+/// A position in a collection of `size`, or up to so many behind its end. A negative one counts back from the end.
+/// IndexOutOfRange.
+std::size_t positionIn(ordo::OrdoValue const& value, std::size_t size, std::size_t behind = 0);
 
 // The protocols and methods, in a file each: collections of elements, and of values.
 

@@ -132,7 +132,7 @@ void clear(MethodCall& call) { selfOf(call).getGenericInterface()->genericClear(
 void insertAt(MethodCall& call) {
     auto& sequence = sequenceOf(call);
     ModelElement const element = elementOf(call);
-    sequence.genericInsertAt(element, positionIn(call.argument(2), sequence.genericSize() + 1));
+    sequence.genericInsertAt(element, positionIn(call.argument(2), sequence.genericSize(), 1));
 }
 void removeAt(MethodCall& call) {
     auto& sequence = sequenceOf(call);

@@ -6,6 +6,9 @@
 
 #include <quay/zero/io/io.h>
 #include <quay/zero/mi/bindings.h>
+#include <quay/zero/report.h>
+
+#include <quay0/messages.h>
 
 #include "methods.h"
 #include "script_names.h"
@@ -17,9 +20,18 @@ using ordo::OrdoValue;
 
 namespace {
 
-void save(MethodCall& call) { io::save(liveModelIn(call.argument(0)), call.argument(1).toBytes()); }
+/// The system would take a path for ended at a zero.
+std::string pathIn(OrdoValue const& value) {
+    std::string path = value.toBytes();
+    if (path.find('\0') != std::string::npos) {
+        reportException(quay0::messages::InvalidValue().about(u"the path").withValue(u"a text with a null character"));
+    }
+    return path;
+}
+
+void save(MethodCall& call) { io::save(liveModelIn(call.argument(0)), pathIn(call.argument(1))); }
 void dumps(MethodCall& call) { call.setResult(OrdoValue::bytes(io::toText(liveModelIn(call.argument(0))))); }
-void load(MethodCall& call) { call.setResult(toScript(io::load(call.argument(0).toBytes()))); }
+void load(MethodCall& call) { call.setResult(toScript(io::load(pathIn(call.argument(0))))); }
 void loads(MethodCall& call) { call.setResult(toScript(io::fromText(call.argument(0).toBytes()))); }
 
 }  // namespace

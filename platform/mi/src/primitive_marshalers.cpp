@@ -1,5 +1,7 @@
 #include "primitive_marshalers.h"
 
+#include <ordo/class.h>
+#include <ordo/error.h>
 #include <ordo/factory/value_type.h>
 
 #include <zx/containers.h>
@@ -53,8 +55,33 @@ public:
     }
 };
 
-/// Arrays cross as they are. What `unmarshal` gives points at a copy, which whoever stores the value destroys once it
-/// is stored: an element keeps a copy of its own.
+/// Refuses an array that holds, at any depth, an object with identity. An element that held another one, its model or a
+/// transaction of that would keep alive what keeps it alive, and end a transaction by being changed in it.
+void requirePlain(zxArray const* whole) {
+    std::vector<zxArray const*> pending{whole};
+    while (!pending.empty()) {
+        zxArray const* const array = pending.back();
+        pending.pop_back();
+        std::size_t const count = zxGetNumberOfElements(array);
+        if (zxIsCell(array)) {
+            for (std::size_t i = 0; i < count; ++i) pending.push_back(zxGetCell(array, i));
+        } else if (zxIsStruct(array)) {
+            for (std::size_t field = 0; field < zxGetNumberOfFields(array); ++field) {
+                for (std::size_t i = 0; i < count; ++i) pending.push_back(zxGetFieldByNumber(array, i, field));
+            }
+        } else if (zxIsNativeObject(array)) {
+            for (std::size_t i = 0; i < count; ++i) {
+                ordo::OrdoInterface* const object = ordo::objectAt(array, i);
+                if (object == nullptr || object->copier() != nullptr) continue;
+                OrdoValue const refused = OrdoValue::fromObject(ordo::OrdoObject(object));
+                ordo::raiseWith(ordo::failures::WrongType, {refused.describe(), "a plain value"});
+            }
+        }
+    }
+}
+
+/// Arrays cross as they are, unless there is more than values in them. What `unmarshal` gives points at a copy, which
+/// whoever stores the value destroys once it is stored: an element keeps a copy of its own.
 class ArrayMarshaler final : public TypedValueMarshaler {
 public:
     ArrayMarshaler() : TypedValueMarshaler(meta::StandardTypes::zxArrayMeta, "any") {}
@@ -65,6 +92,7 @@ public:
     /// An empty array without content gives null.
     Value fromScript(OrdoValue const& value) const override {
         zx::Array array = value.isNothing() ? zx::Array() : value.toArray();
+        requirePlain(array.get());
         if (array != nullptr && zxGetClassCode(array.get()) == zxDoubleClass && zxIsEmpty(array.get())) array.reset();
         Value result(getType(), array.get(), ValueFlags::One);
         static_cast<void>(array.release());

@@ -67,18 +67,20 @@ void PrimitiveProperty::set(void* self, OrdoValue const& given) const {
     meta::Property const& property = property_->get();
     ValueMarshaler const& marshaler = marshalerOf(property);
     Transaction transaction = element->model().beginTransaction(false);
-    if (isMultiValued(property)) {
-        AbstractPrimitiveCollection& collection = collectionIn(property_->read(*element.impl()));
-        zx::Array storage;
-        std::vector<Value> const values = marshaler.toValueVector(const_cast<zxArray*>(given.array(storage)));
-        collection.clear();
-        for (Value const& value : values) collection.genericAdd(value);
-    } else {
-        Value const value = marshaler.fromScript(given);
-        // The element keeps a copy of its own.
-        zx::Array const carried(isArrayType(property->getType()) ? value.getValue<zxArray_tag*>() : nullptr);
-        property_->write(*element.impl(), value);
-    }
+    forProperty(property, [&] {
+        if (isMultiValued(property)) {
+            AbstractPrimitiveCollection& collection = collectionIn(property_->read(*element.impl()));
+            zx::Array storage;
+            std::vector<Value> const values = marshaler.toValueVector(const_cast<zxArray*>(given.array(storage)));
+            collection.clear();
+            for (Value const& value : values) collection.genericAdd(value);
+        } else {
+            Value const value = marshaler.fromScript(given);
+            // The element keeps a copy of its own.
+            zx::Array const carried(isArrayType(property->getType()) ? value.getValue<zxArray_tag*>() : nullptr);
+            property_->write(*element.impl(), value);
+        }
+    });
     transaction.commit(boost::none);
 }
 

@@ -26,6 +26,13 @@ ValueMarshaler& marshalerOf(AbstractPrimitiveCollection const& collection) {
     return MetaMarshalerRegistry::getInstance().getPropertyMarshaler(collection.getCollectionType());
 }
 
+Value neededValue(ValueMarshaler const& marshaler, OrdoValue const& given) {
+    if (given.isNothing()) ordo::raiseWith(ordo::failures::NoValue, {"a value"});
+    Value value = marshaler.fromScript(given);
+    marshaler.requireContent(value);
+    return value;
+}
+
 OrdoValue scriptOf(ValueMarshaler const& marshaler, Value const& value) {
     OrdoValue borrowed = marshaler.toScript(value);
     return OrdoValue(std::as_const(borrowed));
@@ -45,7 +52,7 @@ public:
         AbstractPrimitiveCollection const& collection = collectionAt(native);
         Value wanted;
         try {
-            wanted = marshalerOf(collection).fromScript(value);
+            wanted = neededValue(marshalerOf(collection), value);
         } catch (keel::core::except::Error const&) {
             return false;
         }
@@ -72,10 +79,7 @@ AbstractPrimitiveCollection& selfOf(MethodCall const& call) {
     return static_cast<AbstractPrimitiveCollection&>(collectionOf(call.argument(0)));
 }
 
-Value valueOf(MethodCall const& call) {
-    if (call.argument(1).isNothing()) ordo::raiseWith(ordo::failures::NoValue, {"a value"});
-    return marshalerOf(selfOf(call)).fromScript(call.argument(1));
-}
+Value valueOf(MethodCall const& call) { return neededValue(marshalerOf(selfOf(call)), call.argument(1)); }
 
 GenericPrimitiveSequenceInterface& sequenceOf(MethodCall const& call) { return *selfOf(call).getGenericInterface(); }
 
@@ -85,7 +89,7 @@ void clear(MethodCall& call) { selfOf(call).clear(); }
 
 void insertAt(MethodCall& call) {
     Value const value = valueOf(call);
-    sequenceOf(call).genericInsert(value, positionIn(call.argument(2), selfOf(call).size() + 1));
+    sequenceOf(call).genericInsert(value, positionIn(call.argument(2), selfOf(call).size(), 1));
 }
 void removeAt(MethodCall& call) { sequenceOf(call).genericRemoveAt(positionIn(call.argument(1), selfOf(call).size())); }
 void indexOf(MethodCall& call) {

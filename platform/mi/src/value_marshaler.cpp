@@ -1,5 +1,7 @@
 #include <quay/zero/mi/value_marshaler.h>
 
+#include <ordo/error.h>
+
 #include <quay/zero/meta/serializers.h>
 #include <quay/zero/report.h>
 
@@ -39,6 +41,10 @@ std::vector<Value> ValueMarshaler::toValueVector(zxArray_tag* array) const {
 }
 
 bool ValueMarshaler::isCorrectType(zxArray_tag const* array) const { return array != nullptr; }
+
+void ValueMarshaler::requireContent(Value const& value) const {
+    if (!value.hasPayload()) ordo::raiseWith(ordo::failures::NoValue, {getTypeName()});
+}
 
 void ValueMarshaler::refuse() const {
     std::string const name = getTypeName();

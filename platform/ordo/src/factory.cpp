@@ -7,6 +7,8 @@
 #include <ordo/factory/text.h>
 #include <ordo/type_repository.h>
 
+#include <zx/text.h>
+
 #include <string>
 #include <utility>
 
@@ -27,6 +29,15 @@ std::string withoutScalar(std::string_view typeWord) {
         typeWord.remove_suffix(ending.size());
     }
     return std::string(typeWord);
+}
+
+OrdoValue firstOf(OrdoValue const& value) {
+    if (value.kind() != OrdoValue::Kind::Array) {
+        return value;
+    }
+    zxArray const* const array = value.arrayContent();
+    bool const isOne = zxGetNumberOfElements(array) < 2 || zxIsText(array);
+    return isOne ? OrdoValue::borrowedArray(array) : OrdoValue::fromArray(zx::Array(zxDuplicateElement(array, 0)));
 }
 
 std::int32_t enumerationNumber(OrdoClass& enumeration, OrdoValue const& value) {

@@ -79,7 +79,11 @@ struct ValueType<std::string> {
     static std::string fromScript(OrdoValue const& value) { return value.toBytes(); }
 };
 
-/// An optional crosses as an array: empty if it isn't set. An empty text is a text, and no number.
+/// The first element of an array of several, and any other value as it is. A text is one value.
+ORDO_API OrdoValue firstOf(OrdoValue const& value);
+
+/// An optional crosses as an array: empty if it isn't set, and of several elements the first counts. An empty text is a
+/// text, and no number.
 template <class T>
 struct ValueType<boost::optional<T>> {
     static std::string typeWord() { return withoutScalar(ValueType<T>::typeWord()); }
@@ -88,7 +92,7 @@ struct ValueType<boost::optional<T>> {
     }
     static boost::optional<T> fromScript(OrdoValue const& value) {
         bool const unset = value.isEmpty() && !value.isText();
-        return unset ? boost::optional<T>() : boost::optional<T>(ValueType<T>::fromScript(value));
+        return unset ? boost::optional<T>() : boost::optional<T>(ValueType<T>::fromScript(firstOf(value)));
     }
 };
 

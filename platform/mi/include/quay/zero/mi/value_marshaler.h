@@ -60,6 +60,9 @@ public:
     virtual ordo::OrdoValue toScript(Value const& value) const = 0;
     virtual Value fromScript(ordo::OrdoValue const& value) const = 0;
 
+    /// Raises NoValue for a value without content: an empty array gives one, and few places have a use for it.
+    void requireContent(Value const& value) const;
+
 protected:
     ValueMarshaler() = default;
 
