@@ -18,7 +18,7 @@ LIBRARY = Path(os.environ["QUAY_BUILD_DIR"]) / "lib" / "libworkshop.so"
 
 @pytest.fixture(scope="session")
 def loaded() -> ModuleType:
-    ordo.load(str(LIBRARY), "ZLInitialize_workshop")
+    ordo.load(LIBRARY, "ZLInitialize_workshop")
     return importlib.import_module("workshop")
 
 

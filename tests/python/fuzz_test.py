@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import ctypes
 import inspect
 import operator
 import random
@@ -47,7 +48,8 @@ def value(rng: random.Random, pool: list[Any], depth: int = 0) -> Any:
         None, True, 0, -1, 2**31, 2**63, 2**64, -(2**70), 1.5, float("nan"), float("inf"), "", "Red", "a\0", "\ud800",
         "\udc80", b"x", object(), len, (), [], {}, 1j, numpy.arange(6).reshape(2, 3), numpy.array(["a"]),
         numpy.float32(2), numpy.zeros((0, 3)), numpy.arange(20)[::-3], slice(None), Hostile(rng, pool), int, range(3),
-        memoryview(b"abc"), memoryview(bytearray(8)).cast("d"), type(pool[0]),
+        memoryview(b"abc"), memoryview(bytearray(8)).cast("d"), type(pool[0]), numpy.datetime64("2020"),
+        numpy.ma.masked, (ctypes.c_double * 3)(1, 2, 3),
     ]  # fmt: skip
     if depth < 3 and rng.random() < 0.25:
         parts = [value(rng, pool, depth + 1) for _ in range(rng.randint(0, 3))]
@@ -93,9 +95,11 @@ def step(rng: random.Random, pool: list[Any], workshop: Any) -> Any:
 
 def test_no_use_of_any_object_does_more_than_raise(workshop: Any) -> None:
     rng = random.Random(20)
-    pool: list[Any] = [workshop.Item("first")]
+    pool: list[Any] = []
     done = 0
     for _ in range(STEPS):
+        if not any(isinstance(known, workshop.Item) and known for known in pool):
+            pool.append(workshop.Item("fresh"))
         try:
             result = step(rng, pool, workshop)
             done += 1
@@ -105,8 +109,6 @@ def test_no_use_of_any_object_does_more_than_raise(workshop: Any) -> None:
             pool.append(result)
         if len(pool) > 40:
             del pool[rng.randrange(len(pool) - 1)]
-        if not any(isinstance(known, workshop.Item) and known for known in pool):
-            pool.append(workshop.Item("fresh"))
     assert done > STEPS / 10, "too little came off for this to be a test"
     for known in pool:
         if isinstance(known, workshop.Item) and known:

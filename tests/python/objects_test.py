@@ -14,6 +14,7 @@ import subprocess
 import sys
 import threading
 import weakref
+from collections.abc import Callable
 from pathlib import Path
 from typing import Any
 
@@ -135,7 +136,8 @@ def test_values_are_copied_and_compared_by_content(workshop: Any) -> None:
     twin = copy.copy(extent)
     twin.height = 9
     assert extent.height == 2 and workshop.Extent() == workshop.Extent()
-    for read in (lambda: item.notes[0], lambda: item.notes[1]["a"][1][0]):
+    reads: list[Callable[[], Any]] = [lambda: item.notes[0], lambda: item.notes[1]["a"][1][0]]
+    for read in reads:
         item.notes = [extent, {"a": ["x", [extent, item]]}]
         extent.width = 100
         assert read().width == 3, "an array keeps a copy"

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import ctypes
 import gc
 import importlib
 import math
@@ -51,6 +52,7 @@ def plain_values() -> list[Any]:
         *([], [1, 2], [True], ["a", None], [[]], {}, [{}], [{}, {}], {"triggerType": 1}, {1: 2}, {"": 1}, {"\ud800": 1}),
         *(cyclic, looped, nested(50), object(), Strange(), int, len, slice(0, 2), range(3), {1}),
         *(np.zeros((2, 3)), np.array([]), np.array(3), np.array(["a"]), np.array([object()]), np.eye(3, dtype=np.complex64)),
+        *(np.datetime64("2020"), np.ma.masked, (ctypes.c_double * 3)(1, 2, 3), np.float16(1), [np.float32(1), 2]),
     ]
 
 

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import importlib
 import importlib.machinery
+import os
 import sys
 import types
 from collections.abc import Sequence
@@ -67,10 +68,10 @@ def attach(name: str) -> None:
     module.__doc__ = module.__doc__ or description
 
 
-def load(library: str, entry_point: str) -> None:
+def load(library: str | os.PathLike[str], entry_point: str) -> None:
     """Loads a native library, which stays for the rest of the process, and calls the function that registers what is
     in it. `library` is a path, or a name that is looked for beside this package's own libraries."""
-    _core.load(library, entry_point)
+    _core.load(os.fspath(library), entry_point)
 
 
 sys.meta_path.insert(0, _Finder(outermost=False))
