@@ -10,10 +10,11 @@
 
 namespace quay::zero {
 
-AbstractOwnedCollection::AbstractOwnedCollection(meta::Property const& property) noexcept
+AbstractOwnedCollection::AbstractOwnedCollection(meta::Property const& property, bool eachOnce) noexcept
     : property_(property.impl()),
       index_(property.impl() == nullptr ? std::uint16_t{0} : property->getIndex()),
-      detached_(true) {}
+      detached_(true),
+      eachOnce_(eachOnce) {}
 
 meta::Property AbstractOwnedCollection::getCollectionProperty() const {
     if (!detached_) return owner_->getPropertyByIndex(index_);
@@ -32,7 +33,7 @@ AbstractOwnedCollection::Operation::Operation(AbstractOwnedCollection& collectio
     ModelElement::Impl* const owner = collection.owner();
     if (owner == nullptr) return;
     owner->requireWritable();
-    savepoint_.emplace(owner->model());
+    savepoint_.emplace(owner->model(), false);
 }
 
 void AbstractOwnedCollection::Operation::commit() {
@@ -74,6 +75,8 @@ void ReferenceCollection::assignValue(Value const& value) {
     for (ModelElement const& e : members) requireMemberClass(e);
     Operation operation(*this);
     clear();
+    // Otherwise each member would leave its former collection by itself, with a search.
+    if (other != this && other->owner() != nullptr) const_cast<ReferenceCollection*>(other)->clear();
     for (ModelElement const& e : members) getGenericInterface()->genericAdd(e);
     operation.commit();
 }
@@ -83,7 +86,8 @@ bool ReferenceCollection::isMemberClass(ModelElement const& e) const noexcept { 
 void ReferenceCollection::requireMemberClass(ModelElement const& e) const {
     if (isMemberClass(e)) return;
     reportException(quay0::messages::CannotAddIncompatibleTypes(e->getMetaClass()->getQualifiedName(),
-                                                                memberClass()->getQualifiedName()));
+                                                                memberClass()->getQualifiedName())
+                        .about(describe()));
 }
 
 void ReferenceCollection::contain(ModelElement::Impl* e) const {

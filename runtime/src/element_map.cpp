@@ -172,7 +172,7 @@ void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy polic
     } else {
         before = tree_.upper_bound(key);
     }
-    bool const taken = unique_ && first != before;
+    bool const taken = unique_ && first != before && first->second;
     if (taken && policy == InsertPolicy::Keep) return;
     if (taken && policy == InsertPolicy::Report) {
         reportException(quay0::messages::UniquenessConstraint().about(this->describe()).withValue(textOf(key)));

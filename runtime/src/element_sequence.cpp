@@ -146,6 +146,7 @@ void SequenceCore::insertElement(std::size_t position, ModelElement const& e) {
     if (!e) return;
     requirePosition(position, members_.size() + 1);
     checkCompatibleModel(e.impl());
+    if (hasEachOnce() && containsElement(e)) return;
     ModelElement::Impl* const member = e.impl();
     Operation operation(*this);
     put(position, e);
@@ -190,8 +191,10 @@ void SequenceCore::eraseAt(std::size_t position) {
 void SequenceCore::replaceAt(std::size_t position, ModelElement const& e) {
     requirePosition(position, members_.size());
     if (at(position) == e) return;
-    if (!e) reportException(quay0::messages::CannotAddNonExistentObject());
+    if (!e) reportException(quay0::messages::CannotAddNonExistentObject().about(describe()));
     checkCompatibleModel(e.impl());
+    if (hasEachOnce() && containsElement(e))
+        reportException(quay0::messages::CannotAddSecondObject().about(describe()));
     Operation operation(*this);
     ModelElement const coming = e;
     ModelElement const gone = members_[position];
@@ -316,7 +319,9 @@ bool SequenceCore::basicContainsProxyTo(ModelElement const& e) {
 
 void SequenceCore::replaceProxy(ModelElement const& e, unsigned long index) {
     requirePosition(index, members_.size());
+    requireMemberClass(e);
     putResolved(index, e);
+    contain(e.impl());
 }
 
 // --- The generic interface ------------------------------------------------------------------------------------------

@@ -48,6 +48,7 @@ void ModelImpl::releaseElements() noexcept {
     }
     classes_.clear();
     proxies_.clear();
+    auto const guests = std::exchange(guests_, {});  // to go when no element is left that knows the model
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) {
         e->setFlag(kAlive, false);
         e->model_ = &closed();
@@ -98,6 +99,7 @@ void ModelImpl::bury(ModelElement::Impl& element) {
 void ModelImpl::letGo(ModelElement::Impl& element) noexcept {
     ids_.remove(element);
     forgetProxy(element);
+    if ((element.flags_ & kGuest) != 0) guests_.erase(&element);
     classes_.remove(element);
     element.model_ = &closed();
     element.track_ = Track();
@@ -119,9 +121,19 @@ std::vector<ModelElement> ModelImpl::getRoots() const {
     return result;
 }
 
-ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior /*behavior*/) const {
+ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior behavior) const {
     ids_.catchUp(elements_);
-    return ModelElement(ids_.find(id));
+    ModelElement found(ids_.find(id));
+    if (found || behavior == FindElementBehavior::InMemoryOnly || proxies_.empty()) return found;
+    std::vector<ModelElement> standing;  // to resolve one may end others
+    for (auto const& [proxy, of] : proxies_) {
+        if (of.id() == id && proxy->isAlive()) standing.emplace_back(const_cast<ModelElement::Impl*>(proxy));
+    }
+    for (ModelElement const& proxy : standing) {
+        found = const_cast<ModelImpl*>(this)->resolveProxy(nullptr, proxy);
+        if (found && !found->isProxy()) return found;
+    }
+    return {};
 }
 
 // --- Listeners and history ------------------------------------------------------------------------------------------
@@ -166,7 +178,11 @@ void ModelImpl::enableHistory(std::size_t limit) {
     refreshQuiet();
 }
 
-void ModelImpl::forgetHistory() noexcept { history_->clear(); }
+void ModelImpl::endHistory() {
+    if (!isAlive()) return;
+    requireUnlocked();
+    if (history_) history_->clear();
+}
 
 std::size_t ModelImpl::undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
 std::size_t ModelImpl::redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }

@@ -69,6 +69,7 @@ void ModelElement::Impl::destroyRecursively(bool a, bool detach, bool b) {
 /// What destroying is, in an open transaction, for an element that somebody holds.
 void ModelElement::Impl::takeDown(bool a, bool detach, bool b) {
     aboutToDestroy();
+    if ((flags_ & kGuest) != 0) model_->dismissGuest(*this);
     if (detach && container_ != nullptr) {
         Impl* const owner = container_;
         ModelElement const held(owner);
@@ -104,10 +105,12 @@ void ModelElement::Impl::invalidate() {
 
 void ModelElement::Impl::refuseWrite() const {
     if (isProxy()) refuseProxy();
-    reportException(quay0::messages::CannotAddNonExistentObject());
+    reportException(quay0::messages::CannotAddNonExistentObject().about(identifier()));
 }
 
-void ModelElement::Impl::refuseProxy() const { reportException(quay0::messages::CannotModifyProxy()); }
+void ModelElement::Impl::refuseProxy() const {
+    reportException(quay0::messages::CannotModifyProxy().about(identifier()));
+}
 
 // --- Change tracking ------------------------------------------------------------------------------------------------
 

@@ -19,11 +19,15 @@ namespace quay::zero {
 Transaction ModelImpl::beginTransaction(bool system) { return {*this, openLevel(system)}; }
 
 std::uint64_t ModelImpl::openLevel(bool system, bool isOperation) {
-    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
-    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
+    requireUnlocked();
     levels_.emplace_back(lastSerial_ + 1, log_, system, isOperation);
     levelSerial_ = ++lastSerial_;
     return levelSerial_;
+}
+
+void ModelImpl::requireUnlocked() const {
+    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
+    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
 }
 
 bool ModelImpl::isOpen(std::uint64_t serial) const noexcept {
@@ -101,6 +105,7 @@ Step& ModelImpl::recordStep(StepKind kind, void* subject) { return log_.steps.em
 
 void ModelImpl::setContainer(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) {
     if (child.container_ == container && (container == nullptr || child.containmentIndex_ == index)) return;
+    if (!inTransaction()) noteUnrecorded();
     if (inTransaction() && !isBornHere(child)) {
         Step& step = recordStep(StepKind::Contained, &child);
         step.payload = child.container_;
@@ -324,11 +329,14 @@ void ModelImpl::exchangeLives(UndoLog& log, std::size_t from, std::vector<ModelE
             if (entry.count > 0) elements_.takeOut(*entry.first, *entry.last, entry.count);
         } else {
             for (auto* e = entry.first;; e = e->next_) {
-                if ((e->flags_ & (kIndexed | kListed)) == kListed) ids_.startOver();
+                if ((e->flags_ & kListed) != 0) ids_.returned(*e);
                 e->setFlag(kAlive, true);
-                classes_.returned(*e);
                 if (revived != nullptr) revived->emplace_back(e);
                 if (e == entry.last) break;
+            }
+            for (auto* e = entry.last;; e = e->previous_) {  // from the back, so that each knows what is after it
+                classes_.returned(*e);
+                if (e == entry.first) break;
             }
             if (entry.count > 0) elements_.putBack(*entry.first, *entry.last, entry.count);
         }

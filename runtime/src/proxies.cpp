@@ -94,7 +94,35 @@ Step* ModelImpl::recordResolution(StepKind kind, void* subject, ModelElement::Im
 void ModelImpl::takePlace(ModelElement::Impl& proxy, ModelElement::Impl& found, ModelElement::Impl& owner,
                           std::uint16_t index) noexcept {
     if (proxy.container_ == &owner && proxy.containmentIndex_ == index) moveQuietly(proxy, nullptr, 0);
-    if (&found.model() == this && found.container_ == nullptr) moveQuietly(found, &owner, index);
+    if (&found.model() != this) return;
+    if (found.container_ == nullptr) {
+        moveQuietly(found, &owner, index);
+    } else {
+        noteGuest(found, owner, index);
+    }
+}
+
+/// Without memory for it, the place keeps the element's handle when that has died.
+void ModelImpl::noteGuest(ModelElement::Impl& found, ModelElement::Impl& owner, std::uint16_t index) noexcept {
+    try {
+        auto& places = guests_[&found];
+        bool const isKnown = std::any_of(places.begin(), places.end(), [&](GuestPlace const& place) {
+            return place.owner.impl() == &owner && place.index == index;
+        });
+        if (!isKnown) places.push_back({ModelElement(&owner), index});
+        found.setFlag(kGuest, true);
+    } catch (std::bad_alloc const&) {  // NOLINT(bugprone-empty-catch): see above
+    }
+}
+
+/// The element is being destroyed: it leaves the collections that it is a guest in. A single place empties itself.
+void ModelImpl::dismissGuest(ModelElement::Impl& e) {
+    std::vector<GuestPlace> const places = guests_[&e];  // of our own: leaving may do anything
+    for (GuestPlace const& place : places) {
+        if (!place.owner || place.owner->isProxy()) continue;
+        PropertyRow const& row = *place.owner->classTable().rowAt(place.index);
+        if (row.collection(*place.owner.impl()) != nullptr) row.leave(*place.owner.impl(), ModelElement(&e));
+    }
 }
 
 void ModelImpl::moveQuietly(ModelElement::Impl& child, ModelElement::Impl* container, std::uint16_t index) noexcept {

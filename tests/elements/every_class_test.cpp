@@ -10,12 +10,8 @@ namespace {
 using namespace records;
 
 TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
-    auto const classes = schemaClasses();
-    EXPECT_EQ(classes.size(), 103U);
-    std::size_t properties = 0;
-    for (meta::Class const& c : classes) {
+    for (meta::Class const& c : schemaClasses()) {
         SCOPED_TRACE(keel::toUtf8(c->getName()));
-        properties += c->getOwnedProperties()->size();
         Model const model = Model::create();
         auto const builder = meta::MetaRegistry::getInstance()->makeBuilder(c, model);
         EXPECT_EQ(builder == nullptr, c->isAbstract());
@@ -31,10 +27,6 @@ TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
         EXPECT_EQ(model->elementCount(), 1U);
         EXPECT_TRUE(failsWith<CannotCreateWithoutModel>([&] { c->instantiateBuilder(Model())->create({}); }));
     }
-    auto const* const package = MetaPackageVw_modelref_info::getInstance();
-    properties +=
-        package->RateInfo->getOwnedProperties()->size() + package->ServicePortKey->getOwnedProperties()->size();
-    EXPECT_EQ(properties, 641U);
 }
 
 }  // namespace

@@ -223,11 +223,16 @@ private:
         if (!any()) return;
         int const n = pick(o.a);
         if (o.kind == Kind::Destroy)
-            return both([&] { element(n)->destroy(); },
-                        [&] {
-                            reference_.destroy(n);
-                            return std::string();
-                        });
+            // Without a level of its own, where there is one.
+            return both(
+                [&] {
+                    bool const plain = model_->inTransaction() && o.b % 2 == 0;
+                    plain ? element(n)->destroyRecursively(false, true, false) : element(n)->destroy();
+                },
+                [&] {
+                    reference_.destroy(n);
+                    return std::string();
+                });
         auto const& slots = kindOf(reference_.at(n).kind).slots;
         int const s = slots[o.b % slots.size()];
         if (o.kind == Kind::Typed) return typed(o, n);

@@ -139,8 +139,10 @@ TEST_F(Lazy, RefusesAChildWhenItIsReached) {
     EXPECT_EQ((*root->getInports())[0]->getFrameData(), 1);
     std::string const before = records::dump(model);
     for (int i = 0; i < 2; ++i) {
-        EXPECT_THAT(failureOf([&] { (*root->getInports())[1]->getFrameData(); }),
-                    HasSubstr(path_.string() + ": at /values/frameData: expected a whole number"));
+        EXPECT_THAT(
+            failureOf([&] { (*root->getInports())[1]->getFrameData(); }),
+            HasSubstr(path_.string() +
+                      ": at element 33333333-2222-2222-2222-222222222222/values/frameData: expected a whole number"));
         EXPECT_EQ(records::dump(model), before);
     }
 }

@@ -84,6 +84,12 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
          "at /roots/0: a root can't be a reference"},
         {document(port("\"hierCondInfos\":[{\"ref\"" + std::string(kOther).substr(4) + "}]")),
          v + "hierCondInfos/0: a reference has a 'class' and a 'ref' and nothing else"},
+        {document(port("\"hierCondInfos\":[{\"class\":\"ModelRefInfoRepo.HierCondInfo\",\"ref\"" +
+                       std::string(kOther).substr(4) + "}]")),
+         v + "hierCondInfos/0: there is no element of that id"},
+        {document(port("\"hierCondInfos\":[{\"class\":\"ModelRefInfoRepo.HierCondInfo\",\"ref\"" +
+                       std::string(kId).substr(4) + "}]")),
+         v + "hierCondInfos/0: the element is of another class"},
         {document(port("\"nowhere\":1")), "has no stored property 'nowhere'"},
         {document(port("\"rateInfo\":{}")), "has no stored property 'rateInfo'"},
         {document(port("\"designMin\":1,\"designMin\":1")), v + "designMin: the property 'designMin' stands twice"},
@@ -140,6 +146,26 @@ TEST(Load, RefusesKeysThatAreInUseInAMap) {
     std::string const second = child("VarTsUIDEntry", R"("id":"33333333-3333-3333-3333-333333333333")");
     std::string const text = document(child("VarTsUIDMap", kId, "\"entries\":[" + entry + "," + second + "]"));
     EXPECT_THAT(refusal(text), HasSubstr("at /roots/0/values/entries/1: VarTsUIDMap.entries: 0 is in use"));
+}
+
+TEST(Save, RefusesWhatStandsInAnotherModel) {
+    qz::Model const library = qz::Model::create();
+    DataPortGroup const far = DataPortGroup::create(library, {});
+    qz::Model const model = qz::Model::create();
+    auto const root = ModelRefInfoRoot::create(model, {});
+    root->setDataPortGroup(
+        DataPortGroup::cast(model->createProxy(DataPortGroup::metaClass(), qz::ProxyId(u"library", far->uuid()))));
+    auto const refusal = [&]() -> std::string {
+        try {
+            return "saved as " + qz::io::toText(model);
+        } catch (keel::core::except::Error const& error) {
+            return error.what();
+        }
+    };
+    EXPECT_THAT(refusal(), HasSubstr("the element isn't loaded"));
+    model->setProxyResolver([&](qz::ProxyId const&) { return far; });
+    ASSERT_EQ(root->getDataPortGroup(), far);
+    EXPECT_THAT(refusal(), HasSubstr("/roots/0/values/dataPortGroup: an element of another model"));
 }
 
 TEST(Load, RefusesAnIdThatTheModelHas) {

@@ -271,6 +271,18 @@ TEST(RoundTrip, KeepsGuestsAndWhereTheyAreAtHome) {
     }
 }
 
+TEST(RoundTrip, KeepsAnElementThatStandsTwiceInASequence) {
+    qz::Model const model = qz::Model::create();
+    ModelRefInfoRoot const root = ModelRefInfoRoot::create(model, {});
+    InportInformation const port = root->createIntoInports();
+    root->createIntoInports();
+    root->getInportsMutable()->add(port);
+    std::string const text = qz::io::toText(model);
+    qz::Model const again = qz::io::fromText(text);
+    EXPECT_EQ(qz::io::toText(again), text);
+    EXPECT_EQ(content(again), content(model));
+}
+
 TEST(Text, IsTheSameForTheSameContentWhateverItsHistory) {
     boost::uuids::uuid const first{{1}};
     boost::uuids::uuid const second{{2}};

@@ -71,8 +71,9 @@ TEST(Messages, SayWhatWasWrong) {
              "X.p: an element of class 'R.A' can't stand in a collection of 'R.B' (the value was 1)",
              CannotAddIncompatibleTypes(u"R.A", u"R.B")),
         make("CannotAddNonExistentObject", {},
-             "an element that is empty or was destroyed can't be put into a collection",
-             "X.p: an element that is empty or was destroyed can't be put into a collection (the value was 1)",
+             "the element is empty or was destroyed, so it can neither be changed nor be put anywhere",
+             "X.p: the element is empty or was destroyed, so it can neither be changed nor be put anywhere (the value "
+             "was 1)",
              CannotAddNonExistentObject()),
         make("CannotAddSecondObject", {}, "the element is in the collection already, and it can be there only once",
              "X.p: the element is in the collection already, and it can be there only once (the value was 1)",

@@ -221,6 +221,8 @@ TEST(Vocabulary, RefusesWhatTheCompilerCantSee) {
     EXPECT_EQ(askWith(package->RootIOPortInformation_designMin), "quay0:messages:CannotCastIncompatibleTypes");
     EXPECT_EQ(askWith(package->RootIOPortInformation_hierCondInfos), "quay0:messages:CannotCastIncompatibleTypes");
 
+    EXPECT_EQ(errorOf([&] { query::Query<I>(model, qz::meta::Class(), query::SearchClassMatchMode::Exact).find(); }),
+              "quay0:messages:InvalidValue");
     query::Query<I> mine(model);
     query::Query<I> other(model);
     auto const constraint = other.constrainables().isNotDerivPort == true;

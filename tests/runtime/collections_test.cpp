@@ -275,6 +275,35 @@ TEST(GenericInterfaces, DoAsTheTypedOperationsDo) {
     EXPECT_FALSE(s.n[4]->container());
 }
 
+TEST(Collections, UndoWhatFailsInsideAnOperationOfACaller) {
+    Model const model = Model::create();
+    Special const root = Special::create(model);
+    root->byName().insert(Node::create(model));
+    std::size_t const before = model->elementCount();
+    Transaction transaction = model->beginTransaction(false);
+    {
+        AbstractOwnedCollection::Operation operation(root->children());
+        Hook const hook(Node::Impl::whenCreated, [](Node::Impl&) { throw 1; });
+        EXPECT_EQ(failureOf([&] { Node::create(model); }), "int");
+        operation.commit();
+    }
+    transaction.commit(boost::none);
+    EXPECT_EQ(model->elementCount(), before);
+}
+
+TEST(DetachedCollections, HoldAnElementOnceIfUnique) {
+    Model const model = Model::create();
+    Node const a = Node::create(model);
+    Node const b = Node::create(model);
+    ElementSequence<Node> s(meta::Property(), true);
+    for (Node const& e : {a, a, b}) s.add(e);
+    s.insert(0, b);
+    EXPECT_EQ(s.getAllValues(), (std::vector<ModelElement>{a, b}));
+    EXPECT_TRUE(failsWith<msg::CannotAddSecondObject>([&] { s.set(0, b); }));
+    s.set(0, a);
+    EXPECT_EQ(s.size(), 2U);
+}
+
 TEST(DetachedCollections, StandAlone) {
     Sample s;
     for (int i : {1, 2, 1}) s.owner->children().add(s.n[i]);

@@ -49,6 +49,34 @@ struct Sample {
     }
 };
 
+TEST(Listeners, MayNotWriteByAnyDoor) {
+    std::function<void(Sample&)> const doors[] = {
+        [](Sample& s) { s.a->setRank(3); },
+        [](Sample& s) { s.a->notifyModifying(kRank); },
+        [](Sample& s) { s.root->children().basicClear(); },
+        [](Sample& s) { s.root->children().basicAdd(s.a); },
+        [](Sample& s) { s.root->basicDisassociateAll(); },
+        [](Sample& s) { s.a->basicSetContainer(nullptr, 0); },
+    };
+    for (auto const& door : doors) {
+        Sample s;
+        s.model->enableHistory(10);
+        s.root->children().add(s.a);
+        int refused = 0;
+        s.model->addListener([&](ChangeSet const& changes) {
+            EXPECT_TRUE(failsWith<msg::ListenerMayNotWrite>([&] { door(s); }));
+            ++refused;
+            textOf(changes);  // which is still whole
+        });
+        s.root->setText(u"t");
+        std::string const before = dump(s.model);
+        ASSERT_TRUE(s.model->undo());
+        ASSERT_TRUE(s.model->redo());
+        EXPECT_EQ(dump(s.model), before);
+        EXPECT_EQ(refused, 3);
+    }
+}
+
 TEST(Listeners, AreToldWhatChanged) {
     struct Case {
         char const* name;

@@ -134,6 +134,41 @@ TEST(Proxies, KeepTheirPositionInASequence) {
     EXPECT_EQ(other->container(), s.owner);
 }
 
+TEST(Proxies, AreFoundByIdAndResolvedIfAsked) {
+    Sample s;
+    Node const proxy = s.outside();
+    Node const far = Node::create(s.model);
+    boost::uuids::uuid const id = idOf(77);
+    s.model->setProxyId(*proxy.impl(), ProxyId(u"there", id));
+    EXPECT_FALSE(s.model->findElement(id, FindElementBehavior(0)));
+    s.model->setProxyResolver(
+        [&](ProxyId const& asked) { return asked.id() == id ? ModelElement(far) : ModelElement(); });
+    EXPECT_FALSE(s.model->findElement(id, FindElementBehavior::InMemoryOnly));
+    EXPECT_EQ(s.model->findElement(id, FindElementBehavior(0)), far);
+}
+
+TEST(Proxies, LeaveNoGuestThatIsDestroyed) {
+    Sample s;
+    s.model->enableHistory(100);
+    Node const elsewhere = Node::create(s.model);
+    elsewhere->children().add(s.target);
+    s.owner->children().add(s.local());
+    s.owner->byRank().insert(s.local());
+    s.owner->byRank().resolveAll();
+    EXPECT_EQ(s.owner->children()[0], s.target);
+    std::string const before = dump(s.model);
+    for (auto const& destroy :
+         {std::function<void()>([&] { s.target->destroy(); }), std::function<void()>([&] { elsewhere->destroy(); })}) {
+        destroy();
+        EXPECT_TRUE(s.owner->children().empty());
+        EXPECT_TRUE(s.owner->byRank().empty());
+        s.model->undo();
+        EXPECT_EQ(s.owner->children()[0], s.target);
+        s.owner->byRank().resolveAll();
+        EXPECT_EQ(s.owner->byRank().find(0).size(), 1U);
+    }
+}
+
 TEST(Proxies, DontMoveWhatTheyStandFor) {
     // Reading is no change, so an element that has its place elsewhere stays there and is a guest where the proxy was.
     Sample s;

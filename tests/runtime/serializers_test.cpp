@@ -163,6 +163,14 @@ TEST(Serializers, KnowThreeFormsOfAnEnumeration) {
         EXPECT_TRUE(throws<boost::bad_lexical_cast>([&] { (void)r.first.parseValue(r.second, type); }))
             << show(std::u16string(r.second));
     }
+    EXPECT_EQ(value.parseValue(u"+5", type).getValue<Colour>(), Colour::Blue);
+    for (meta::PropertySerializer const* form :
+         std::initializer_list<meta::PropertySerializer const*>{&name, &value, &key}) {
+        EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>(
+            [&] { (void)form->parseValue(u"1", StandardTypes::integerMeta); }));
+        EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>(
+            [&] { (void)form->createDefaultValue(StandardTypes::integerMeta); }));
+    }
     EXPECT_FALSE(name.parseOptionalValue(u"", type).hasPayload());
     Value const number(StandardTypes::integerMeta, 1, ValueFlags::One);
     EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>([&] { (void)name.serializeValue(number); }));

@@ -96,12 +96,14 @@ std::vector<std::string> namesIn(std::string_view package) {
 
 TEST_F(Scripts, RegistersClassesEnumerationsAndDataTypesInOrder) {
     std::vector<std::string> const names = namesIn(kPackage);
-    ASSERT_EQ(names.size(), 113u);
-    EXPECT_TRUE(std::is_sorted(names.begin(), names.begin() + 103));
+    constexpr std::ptrdiff_t kOthers = 10;
+    ASSERT_GT(names.size(), 100u);
+    auto const classesEnd = names.end() - kOthers;
+    EXPECT_TRUE(std::is_sorted(names.begin(), classesEnd));
     EXPECT_EQ(names.front(), "AUTOSARInportInfo");
-    EXPECT_EQ(names[102], "ZeroCrossingInfo");
+    EXPECT_EQ(*(classesEnd - 1), "ZeroCrossingInfo");
     EXPECT_THAT(
-        std::vector<std::string>(names.begin() + 103, names.end()),
+        std::vector<std::string>(classesEnd, names.end()),
         ElementsAre("DataClass", "DenormalBehavior", "MessagePortType", "ModelWideEventType", "QueuePriorityOrder",
                     "QueueType", "SolverMode", "vwSolverType", "RateInfo", "ServicePortKey"));
     ZLInitialize_vw_modelref_info();

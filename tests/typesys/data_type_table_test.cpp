@@ -154,12 +154,16 @@ TEST_F(Blocks, EnterNamesOnceAndCopyWhatOnlyTheDictionaryKnows) {
     int const bus = dictionary_.addBus("Engine");
     dictionary_.addAlias("Motor", dictionary_.addAlias("Drive", bus));
     dictionary_.addAlias("Clash", dictionary_.addBus("Gear"));
+    dictionary_.addAlias("Any", inheritedId);
     auto const gear = std::to_string(table_.find("Gear").value());
     EXPECT_EQ(byName("Gear"), gear);
     EXPECT_EQ(byName("int16"), std::to_string(table_.find("int16").value()));
     EXPECT_EQ(byName("Motor"), std::to_string(table_.types().size() + 1)) << "after Engine and Drive";
     EXPECT_EQ(table_.get(table_.find("Motor").value()).aliasOf(), table_.find("Drive"));
     EXPECT_EQ(table_.get(table_.find("Drive").value()).aliasOf(), table_.find("Engine"));
+    auto const any = next();
+    EXPECT_EQ(byName("Any"), any);
+    EXPECT_EQ(table_.types().back().aliasOf(), inheritedId);
     auto const size = table_.types().size();
     EXPECT_EQ(byName("Engine"), std::to_string(table_.find("Engine").value()));
     EXPECT_EQ(byName("Clash"), "NameInUse");
@@ -190,6 +194,10 @@ TEST_F(Blocks, EnterStringsAndNumbersOnce) {
     EXPECT_EQ(number(fxpDataTypeProp::fixed(true, 7), true), "NameInUse");
     table_.addCustom("string(7)");
     EXPECT_EQ(resolve("string(7)"), "NameInUse");
+    table_.addAlias("fixed(signed,9)", table_.addFixedPoint(fxpDataTypeProp::fixed(true, 32, -3)));
+    EXPECT_EQ(number(fxpDataTypeProp::fixed(true, 9), true), "NameInUse");
+    table_.addAlias("string(5)", table_.addString("string(20)"));
+    EXPECT_EQ(resolve("string(5)"), "NameInUse");
     fxpBlockProperties none;
     EXPECT_EQ(outcome(fxpDataTypeRegisterWithCheck(&none, &id_, &int16)), "NoBlock");
 }

@@ -122,11 +122,13 @@ TYPED_TEST(StructuredValue, IsCombinedInOrderOrAsASet) {
     Value const sequence = serializer->combineAsUnmanagedSequenceValue(type, values);
     EXPECT_EQ(sequence.getCount(), 2);
     EXPECT_FALSE(sequence.isManaged());
-    EXPECT_EQ(*static_cast<std::vector<TypeParam>*>(sequence.data()),
-              (std::vector<TypeParam>{greater, TypeParam(), greater}));
+    EXPECT_EQ(sequence.getValue<std::vector<TypeParam>>(), (std::vector<TypeParam>{greater, TypeParam(), greater}));
     Value const set = serializer->combineAsUnmanagedSetValue(type, values);
     EXPECT_EQ(set.getCount(), 4);
-    EXPECT_EQ(*static_cast<std::set<TypeParam>*>(set.data()), (std::set<TypeParam>{TypeParam(), greater}));
+    EXPECT_EQ(set.getValue<std::set<TypeParam>>(), (std::set<TypeParam>{TypeParam(), greater}));
+    EXPECT_FALSE(set.isCompatible<std::vector<TypeParam>>());
+    EXPECT_FALSE(sequence.isCompatible<std::vector<int>>());
+    EXPECT_FALSE(sequence.isCompatible<TypeParam>());
     Value const none = serializer->createEmptyOptionalValue();
     EXPECT_EQ(none.getCount(), 0);
     EXPECT_EQ(none.getType(), type);

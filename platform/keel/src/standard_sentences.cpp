@@ -16,7 +16,7 @@ std::vector<StandardEntry> standardSentences() {
         {"quay0:messages:CannotAddIncompatibleTypes",
          {"an element of class '{0}' can't stand in a collection of '{1}'"}},
         {"quay0:messages:CannotAddNonExistentObject",
-         {"an element that is empty or was destroyed can't be put into a collection"}},
+         {"the element is empty or was destroyed, so it can neither be changed nor be put anywhere"}},
         {"quay0:messages:CannotAddSecondObject",
          {"the element is in the collection already, and it can be there only once"}},
         {"quay0:messages:CannotCreateCrossModelAssociation",

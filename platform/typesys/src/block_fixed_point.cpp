@@ -4,6 +4,15 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Another type may have been given the name that this one would get.
+bool isThat(VWTypeSys::DataType const& type, fxpDataTypeProp const& wanted) {
+    return !type.isAlias() && type.category() == VWTypeSys::Category::FixedPoint && type.getFxpDataTypeProp() == wanted;
+}
+
+}  // namespace
+
 void Block_fxpBlockProp_SetBuiltin(fxpBlockProperties* properties, VWBlock const* block, bool takesBuiltIns) {
     properties->block = block;
     properties->takesBuiltIns = takesBuiltIns;
@@ -25,7 +34,7 @@ vwsvDiagnosticImpl* fxpDataTypeRegisterWithCheck(fxpBlockProperties* properties,
         DataTypeTable& table = properties->block->owner().typeTable();
         auto const found = table.find(fxpDataTypeToConstructorString(*type, FxpDT::baseCtorPrefer::Constructor,
                                                                      FxpDT::scalingRepPrefer::FractionAndExponent));
-        if (found && table.get(*found).category() == Category::FixedPoint) {
+        if (found && isThat(table.get(*found), *type)) {
             *id = *found;
         } else {
             *id = table.addFixedPoint(*type);

@@ -107,7 +107,7 @@ int DataTypeTable::addOverride(int id, Override by) {
 
 int DataTypeTable::addCopy(DataTypeTable const& source, int id) {
     DataType type = source.get(id);
-    if (type.category_ == Category::Inherited) return inheritedId;
+    if (id == inheritedId) return inheritedId;
     if (type.aliasOf_) type.aliasOf_ = addCopy(source, *type.aliasOf_);
     if (auto const found = find(type.name_)) {
         DataType const& own = get(*found);

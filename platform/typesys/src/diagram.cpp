@@ -25,7 +25,8 @@ vwsvDiagnosticImpl* Diagram::resolveWithOptions(VWBlock* /*block*/, char const* 
             throw DataTypeException(DataTypeMessage("InvalidStringType", {expression, parameter}));
         }
         auto const found = table_->find(expression);
-        if (found && table_->get(*found).category() == Category::String) {
+        if (found && table_->get(*found).category() == Category::String &&
+            table_->get(*found).expression() == expression) {
             *id = *found;
         } else {
             *id = table_->addString(expression);

@@ -45,12 +45,10 @@ public:
 private:
     ModelElement read(boost::uuids::uuid const& id, Postponed const& where) {
         if (file_.wasChanged()) reportLoad(file_.name(), "/", "the file was written to since it was opened");
-        Limits left = limits_;
-        left.count -= std::min(limits_.count, elements_);
         // Nobody is told: to those who look at the model from outside, the element was always there.
         Transaction transaction = model_.beginTransaction(true);
-        Reading reading(Model(&model_), file_.name(), left);
-        reading.loader().beginPostponed(where.type, id);
+        Reading reading(Model(&model_), file_.name(), limits_);
+        reading.loader().beginPostponed(where.type, id, elements_);
         std::vector<char> piece(kFirstPiece);
         std::uint64_t offset = where.offset;
         bool isComplete = false;
@@ -69,7 +67,7 @@ private:
             piece.resize(Reading::kPiece);
         }
         reading.loader().finishPostponed();
-        elements_ += reading.loader().elementCount();
+        elements_ = reading.loader().elementCount();
         transaction.commit(boost::none);
         return reading.loader().takeRoots().at(0);
     }

@@ -6,6 +6,7 @@
 #include <quay/zero/text.h>
 
 #include <algorithm>
+#include <boost/uuid/uuid_io.hpp>
 #include <functional>
 
 #include "failures.h"
@@ -16,12 +17,16 @@ namespace quay::zero::io {
 
 namespace {
 
+/// In an object that is a property's value, where each new key is compared with those before it.
+constexpr std::size_t kMostKeys = 256;
+
 constexpr std::string_view kKeyNames[] = {"", "roots", "schema", "version", "class", "id", "ref", "values"};
 
 }  // namespace
 
 std::string Loader::place() const {
-    std::string result;
+    if (!refusedAt_.empty()) return refusedAt_;
+    std::string result = begin_;
     for (Frame const& frame : frames_) {
         switch (frame.state) {
             case State::Document:
@@ -188,6 +193,9 @@ void Loader::key(std::string_view name) {
     if (isSkipping()) return;
     if (isCollecting()) {
         Node& object = *open_.back();
+        if (object.keys.size() == kMostKeys) {
+            throw Refused("a value has more than the " + std::to_string(kMostKeys) + " keys that are allowed");
+        }
         if (object.find(name) != nullptr) throw Refused("the key " + inQuotes(name) + " stands twice");
         object.keys.emplace_back(name);
         return;
@@ -236,12 +244,13 @@ void Loader::takeSchema() {
     schema_ = scalar_.text;
 }
 
-void Loader::finishDocument() const {
+void Loader::finishDocument() {
     for (Key const key : {Key::Roots, Key::Schema, Key::Version}) {
         if ((frames_.back().given >> static_cast<int>(key) & 1U) == 0) {
             throw Refused("there is no " + inQuotes(kKeyNames[static_cast<int>(key)]));
         }
     }
+    checkReferences();
     if (roots_.empty()) return;
     std::string const wanted = schemaOf(roots_.front()->getMetaClass());
     if (schema_ != wanted) {
@@ -328,12 +337,25 @@ void Loader::finishElement() {
 }
 
 /// Stands for an element whose place is elsewhere in the model, until it is reached.
-ModelElement Loader::finishReference(Frame const& frame) const {
+ModelElement Loader::finishReference(Frame const& frame) {
     constexpr unsigned kAllowed = 1U << static_cast<int>(Key::Class) | 1U << static_cast<int>(Key::Ref);
     if (frame.given != kAllowed) throw Refused("a reference has a 'class' and a 'ref' and nothing else");
     if (owningProperty() == nullptr) throw Refused("a root can't be a reference");
     if (frame.form->type->isAbstract()) throw Refused("the class " + inQuotes(frame.form->name) + " is abstract");
-    return model_->createProxy(frame.form->type, ProxyId(frame.id));
+    ModelElement const proxy = model_->createProxy(frame.form->type, ProxyId(frame.id));
+    references_.push_back({proxy, place()});
+    return proxy;
+}
+
+/// Every element that is referred to is there, unless it may be one that isn't read yet.
+void Loader::checkReferences() {
+    if (keep_) return;
+    for (Reference const& reference : references_) {
+        auto const found = model_->findElement(reference.proxy->getProxyId().id(), FindElementBehavior::InMemoryOnly);
+        if (found.impl() != nullptr && found->getMetaClass()->conformsTo(reference.proxy->getMetaClass())) continue;
+        refusedAt_ = reference.place;
+        throw Refused(found.impl() == nullptr ? "there is no element of that id" : "the element is of another class");
+    }
 }
 
 /// Whether the element being read is one that a root owns, and its place is known. Proxies have no order in a multimap,
@@ -345,7 +367,9 @@ bool Loader::mayPostpone() const noexcept {
     return keep_ && keyEnd_ > 0 && isOwnedByRoot && owningProperty()->property->getFlags() != ValueFlags::Multimap;
 }
 
-void Loader::beginPostponed(meta::Class const& type, boost::uuids::uuid const& id) {
+void Loader::beginPostponed(meta::Class const& type, boost::uuids::uuid const& id, std::size_t before) {
+    begin_ = "element " + to_string(id);
+    elements_ = before;
     frames_.push_back({State::Roots});
     Frame element{State::Element};
     element.form = &forms_.of(type);

@@ -51,8 +51,9 @@ public:
         piece_ = piece;
         pieceOffset_ = offset;
     }
-    /// What is to be read is the values of that element, which becomes a root; `finishPostponed` ends it.
-    void beginPostponed(meta::Class const& type, boost::uuids::uuid const& id);
+    /// What is to be read is the values of that element, which becomes a root; `finishPostponed` ends it. `before` is
+    /// how many elements count as read already.
+    void beginPostponed(meta::Class const& type, boost::uuids::uuid const& id, std::size_t before);
     void finishPostponed();
     /// A JSON pointer to what is being read.
     std::string place() const;
@@ -123,8 +124,9 @@ private:
     void requireIdentity(Frame const& frame) const;
     void make(Frame& frame);
     void finishElement();
-    ModelElement finishReference(Frame const& frame) const;
-    void finishDocument() const;
+    ModelElement finishReference(Frame const& frame);
+    void checkReferences();
+    void finishDocument();
     FieldForm const* owningProperty() const noexcept;
     Frame const& owningFrame() const noexcept;
 
@@ -136,7 +138,16 @@ private:
     Model model_;
     Limits limits_;
     Forms forms_;
+    /// What stands for an element whose place is elsewhere, and its own place in the text.
+    struct Reference {
+        ModelElement proxy;
+        std::string place;
+    };
+
     std::vector<ModelElement> roots_;
+    std::vector<Reference> references_;
+    std::string begin_;      // where places count from, other than the document
+    std::string refusedAt_;  // if that isn't where reading has come to
     std::size_t elements_ = 0;
     std::string schema_;
 

@@ -6,6 +6,7 @@
 #include <quay/zero/value.h>
 
 #include <algorithm>
+#include <boost/unordered/unordered_flat_set.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <iterator>
 
@@ -38,6 +39,7 @@ std::string Writer::write() {
         if (&root != roots_.data()) out_.push_back(',');
         appendElement(root);
     }
+    checkUnresolved();
     out_ += "],\"schema\":";
     appendQuoted(out_, roots_.empty() ? std::string() : schemaOf(roots_.front()->getMetaClass()));
     out_ += ",\"version\":1}";
@@ -48,7 +50,19 @@ std::string Writer::write(ModelElement const& element) {
     roots_ = model_->getRoots();
     sortById(roots_);
     appendElement(element);
+    checkUnresolved();
     return std::move(out_);
+}
+
+/// What a proxy of this model stands for may have been loaded only after it was written.
+void Writer::checkUnresolved() {
+    for (ModelElement const& proxy : unresolved_) {
+        if (!model_->findElement(proxy->getProxyId().id(), FindElementBehavior::InMemoryOnly)) reportNotLoaded(proxy);
+    }
+}
+
+void Writer::reportNotLoaded(ModelElement const& proxy) {
+    reportSave(placeOf(*proxy.impl()), "the element isn't loaded: " + keel::toUtf8(proxy->identifier()));
 }
 
 void Writer::drain() {
@@ -86,16 +100,18 @@ void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::
     out_.push_back('"');
 }
 
-/// An element has one place. A guest, which was resolved to where it is but stands elsewhere, is only referred to.
-void Writer::appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child) {
+/// An element has one place. A guest, which was resolved to where it is but stands elsewhere, is only referred to, and
+/// so is one that stands there again.
+void Writer::appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child, bool again) {
     if (child->isProxy()) {
         ProxyId const id = child->getProxyId();
-        if (id.hasOutsidePart(model_->storeName())) {
-            reportSave(placeOf(*child.impl()), "the element isn't loaded: " + keel::toUtf8(child->identifier()));
-        }
+        if (id.hasOutsidePart(model_->storeName())) reportNotLoaded(child);
+        unresolved_.push_back(child);
         appendClassAnd("ref", forms_.of(child->getMetaClass()), id.id());
         out_.push_back('}');
-    } else if (!owner.owns(*child.impl()) || child->containmentFeature() != property.property) {
+    } else if (&child->model() != model_.impl()) {
+        reportSave(placeOf(owner) + "/values/" + property.name, "an element of another model stands there");
+    } else if (again || !owner.owns(*child.impl()) || child->containmentFeature() != property.property) {
         appendClassAnd("ref", forms_.of(child->getMetaClass()), child->uuid());
         out_.push_back('}');
     } else {
@@ -136,9 +152,11 @@ bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& proper
     appendQuoted(out_, property.name);
     out_.push_back(':');
     if (children.isList) out_.push_back('[');
+    boost::unordered_flat_set<ModelElement::Impl const*> written;  // a sequence may have an element more than once
     for (ModelElement const& child : children.elements) {
         if (&child != children.elements.data()) out_.push_back(',');
-        appendChild(element, property, child);
+        bool const again = children.isList && !written.insert(child.impl()).second;
+        appendChild(element, property, child, again);
     }
     if (children.isList) out_.push_back(']');
     return false;
@@ -151,6 +169,7 @@ Writer::Children Writer::childrenOf(ModelElement::Impl& element, FieldForm const
         result.isList = true;
         collection->resolveAll();
         result.elements = collection->getAllValuesAndProxies();
+        std::erase_if(result.elements, [](ModelElement const& e) { return !e; });  // guests that died
         if (property.isSet) sortById(result.elements);
     } else if (row.has(element)) {
         result.elements.push_back(row.get(element, property.property, kResolving).getValue<ModelElement>());

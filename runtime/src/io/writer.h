@@ -35,7 +35,9 @@ private:
     };
 
     void appendElement(ModelElement const& element);
-    void appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child);
+    void appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child, bool again);
+    void checkUnresolved();
+    [[noreturn]] void reportNotLoaded(ModelElement const& proxy);
     void appendClassAnd(std::string_view key, ClassForm const& form, boost::uuids::uuid const& id);
     void appendValues(ModelElement::Impl& element, ClassForm& form);
     bool appendChildren(ModelElement::Impl& element, FieldForm const& property, bool first);
@@ -49,6 +51,7 @@ private:
     Sink sink_;
     Forms forms_;
     std::vector<ModelElement> roots_;
+    std::vector<ModelElement> unresolved_;  // proxies of this model that were written
     std::string out_;
 };
 

@@ -114,7 +114,10 @@ protected:
 }  // namespace
 
 std::u16string EnumTexts::decimalOf(int value) { return formatNumber(value); }
-int EnumTexts::valueOfDecimal(std::u16string const& text) { return parseNumber<int>(text); }
+int EnumTexts::valueOfDecimal(std::u16string const& text) {
+    bool const hasPlus = text.size() > 1 && text[0] == u'+' && text[1] != u'-';
+    return parseNumber<int>(hasPlus ? text.substr(1) : text);
+}
 
 // --- The registry ---------------------------------------------------------------------------------------------------
 

@@ -46,7 +46,7 @@ ClassIndex::~ClassIndex() = default;
 
 void ClassIndex::catchUp(ElementList const& list) {
     try {
-        if (stale_) startOver();
+        if (missing_ > 0) startOver();
         if (gaps_ > members_.size() / 2 + 1024) closeGaps();
         if (indexedUpTo_ == list.last()) return;
         for (Element* e = indexedUpTo_ == nullptr ? list.first() : ElementList::next(*indexedUpTo_); e != nullptr;
@@ -64,6 +64,7 @@ void ClassIndex::add(Element& e) {
     auto const number = static_cast<std::uint32_t>(members_.size());
     members_.push_back(&e);
     e.setFlag(Element::kClassed, true);
+    e.setFlag(Element::kMissing, false);
     if (!e.isAlive()) ++dead_;
     // Meta classes live as long as the process, so a class whose library is gone does no harm.
     Members& of = byClass_[e.getMetaClass().impl()];
@@ -114,7 +115,7 @@ void ClassIndex::clear() noexcept {
     members_.clear();
     byClass_.clear();
     numbers_.reset();
-    stale_ = false;
+    missing_ = 0;
     dead_ = 0;
     gaps_ = 0;
     indexedUpTo_ = nullptr;

@@ -25,6 +25,7 @@ void ask(Question const& question, bool mayStray, std::span<Element* const> bloc
 AbstractQuery::~AbstractQuery() = default;
 
 void answer(Question const& question, Sink const& sink) {
+    if (!question.cls) reportException(quay0::messages::InvalidValue().about(u"the class of a query"));
     // A class that isn't derived from that of the hits may have subclasses in common with it.
     bool const mayStray = !question.cls->conformsTo(question.result);
     if (question.condition != nullptr) {

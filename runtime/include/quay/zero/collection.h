@@ -71,11 +71,13 @@ protected:
     AbstractOwnedCollection(ModelElement::Impl* owner, std::uint16_t index) noexcept
         : owner_(owner), index_(index), detached_(false) {}
     /// A detached collection; the property may be empty.
-    explicit AbstractOwnedCollection(meta::Property const& property) noexcept;
+    explicit AbstractOwnedCollection(meta::Property const& property, bool eachOnce = false) noexcept;
+    /// A detached sequence that has each member once.
+    bool hasEachOnce() const noexcept { return eachOnce_; }
 
     /// Whether the change that follows must be recorded: there is a transaction, and the owner is older than its
     /// innermost level.
-    bool recording() const noexcept {
+    bool recording() const {
         if (detached_) return false;
         ModelImpl& model = owner_->model();
         if (!model.inTransaction()) {
@@ -101,6 +103,7 @@ private:
     };
     std::uint16_t index_;
     bool detached_;
+    bool eachOnce_ = false;
 };
 
 /// Brackets one change of a collection by a savepoint: what was done since is undone unless `commit` is reached. On a

@@ -67,8 +67,11 @@ public:
 
     /// Adds all elements of the list that aren't there yet.
     void catchUp(ElementList const& list);
-    /// An element that was never indexed came back into the list somewhere.
-    void startOver() noexcept { indexedUpTo_ = nullptr; }
+    /// An element came back into the list somewhere. If there is no room for it, the next look-up walks the list.
+    void returned(Element& e) noexcept {
+        if ((e.flags_ & Element::kIndexed) != 0 || indexedUpTo_ == nullptr) return;
+        hasRoom() ? add(e) : startOver();
+    }
     /// The element is leaving the list.
     void forget(Element const& e) noexcept {
         if (indexedUpTo_ == &e) indexedUpTo_ = ElementList::previous(e);
@@ -77,6 +80,8 @@ public:
 private:
     std::size_t home(boost::uuids::uuid const& id) const noexcept;
     void grow(std::size_t elements);
+    bool hasRoom() const noexcept { return (count_ + 1) * 3 <= table_.size() * 2; }
+    void startOver() noexcept { indexedUpTo_ = nullptr; }
 
     std::vector<Element*> table_;  // a power of two long, linear probing
     std::size_t count_ = 0;

@@ -33,7 +33,8 @@ public:
     /// Takes out the first occurrence; nothing if there is none.
     void removeElement(ModelElement const& e);
     void eraseAt(std::size_t position);
-    /// Puts an element in the place of another. CannotAddNonExistentObject for an empty or dead one.
+    /// Puts an element in the place of another. CannotAddNonExistentObject for an empty or dead one, and
+    /// CannotAddSecondObject for one that a unique sequence has elsewhere.
     void replaceAt(std::size_t position, ModelElement const& e);
     /// Releases every member; they live on without a container.
     void clear() final;
@@ -82,7 +83,7 @@ public:
 
 protected:
     SequenceCore(ModelElement::Impl* owner, std::uint16_t index) noexcept : ReferenceCollection(owner, index) {}
-    explicit SequenceCore(meta::Property const& property) noexcept : ReferenceCollection(property) {}
+    SequenceCore(meta::Property const& property, bool eachOnce) noexcept : ReferenceCollection(property, eachOnce) {}
     ~SequenceCore() override = default;
 
 private:
@@ -105,7 +106,9 @@ public:
     using value_type = T;
 
     ElementSequence(ModelElement::Impl* owner, std::uint16_t index) noexcept : SequenceCore(owner, index) {}
-    explicit ElementSequence(meta::Property const& property) noexcept : SequenceCore(property) {}
+    /// Detached. A unique one has each element once.
+    explicit ElementSequence(meta::Property const& property, bool unique = false) noexcept
+        : SequenceCore(property, unique) {}
 
     void add(T const& e) { addElement(e); }
     void insert(std::size_t position, T const& e) { insertElement(position, e); }

@@ -137,6 +137,8 @@ public:
     /// A step of the resolution under way; null if none is needed.
     Step* recordResolution(StepKind kind, void* subject, ModelElement::Impl const& owner) noexcept;
     /// Containers follow: the proxy leaves the owner's property of that index for what was found.
+    void noteGuest(ModelElement::Impl& found, ModelElement::Impl& owner, std::uint16_t index) noexcept;
+    void dismissGuest(ModelElement::Impl& e);
     void takePlace(ModelElement::Impl& proxy, ModelElement::Impl& found, ModelElement::Impl& owner,
                    std::uint16_t index) noexcept;
     /// The same for the slot of one child, content and record included.
@@ -170,8 +172,9 @@ public:
     /// Room for the old value, to be filled at once without throwing. Only if it isn't recorded yet.
     Cell& record(ModelElement::Impl& element, PropertyRow const& row);
     /// Something is about to change without a record, outside a transaction: what could be undone can't be after it.
-    void noteUnrecorded() noexcept {
-        if (history_) forgetHistory();
+    /// ListenerMayNotWrite, ModelIsFrozen.
+    void noteUnrecorded() {
+        if (history_ || telling_ || frozen_) endHistory();
     }
     /// The same where `keepsAlone`: the history gets a transaction of that one value.
     Cell& recordAlone(ModelElement::Impl& element, PropertyRow const& row);
@@ -227,7 +230,8 @@ private:
     void commitInner();
     void dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept;
     void mergeAt(Level const& level) noexcept;
-    void forgetHistory() noexcept;
+    void endHistory();
+    void requireUnlocked() const;
     void commitOutermost();
     void commitUnheard(bool system) noexcept;
     void finish(bool keep) noexcept;
@@ -269,6 +273,12 @@ private:
     std::uint64_t lastListener_ = 0;
     std::u16string storeName_;
     ProxyResolver resolver_;
+    /// Where else than in its container an element stands, or stood.
+    struct GuestPlace {
+        ModelElement owner;
+        std::uint16_t index;
+    };
+    std::unordered_map<ModelElement::Impl const*, std::vector<GuestPlace>> guests_;
     std::unordered_map<ModelElement::Impl const*, ProxyId> proxies_;  // those that are gone leave it
     std::vector<ModelElement::Impl const*> asking_;                   // proxies that the resolver is being asked for
 };
@@ -301,9 +311,9 @@ inline void ImplicitTransaction::commit() {
     opened_ = nullptr;
 }
 
-inline Savepoint::Savepoint(ModelImpl& model) {
+inline Savepoint::Savepoint(ModelImpl& model, bool isOperation) {
     if (model.inOperation()) return;
-    serial_ = model.openLevel(false, true);
+    serial_ = model.openLevel(false, isOperation);
     model_ = &model;
 }
 inline Savepoint::~Savepoint() {

@@ -56,7 +56,8 @@ private:
 /// operations stand in <quay/zero/model.h>.
 class QUAY_ZERO_API Savepoint {
 public:
-    explicit Savepoint(ModelImpl& model);
+    /// `isOperation`: those inside it open nothing. Not so where a caller may catch what one of them throws.
+    explicit Savepoint(ModelImpl& model, bool isOperation = true);
     ~Savepoint();
     Savepoint(Savepoint const&) = delete;
     Savepoint& operator=(Savepoint const&) = delete;

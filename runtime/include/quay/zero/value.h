@@ -210,6 +210,13 @@ bool Value::isCompatible() const {
             return one.isCompatible<U>();
         }
         return isCompatible<U>();
+    } else if constexpr (IsContainer<T>::value) {
+        using Member = typename T::value_type;
+        ValueFlags const flags = std::is_same_v<T, std::set<Member>> ? ValueFlags::Set : ValueFlags::Sequence;
+        if (getFlags() != flags || pointsAtCollection()) return false;
+        Value one(meta_);
+        one.meta_.flags_ = ValueFlags::One;
+        return one.isCompatible<Member>();
     } else if constexpr (ElementHandle<T>) {
         return getCount() < 2 && isElementOf(T::metaClass());
     } else if constexpr (PrimitiveValue<T>) {

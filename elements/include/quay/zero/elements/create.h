@@ -29,7 +29,7 @@ std::unique_ptr<ModelElement::Builder> makeBuilder(Model const& model) {
 
 template <class X>
 AbstractOwnedCollection* makeCollection(ModelElement const& /*owner*/, meta::Property const& property) {
-    if (property->isOrdered()) return new ElementSequence<X>(property);
+    if (property->isOrdered()) return new ElementSequence<X>(property, property->isUnique());
     return new UnorderedElementSet<X>(property);
 }
 

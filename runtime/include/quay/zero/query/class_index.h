@@ -41,12 +41,18 @@ public:
     void leaving(Element const& e) noexcept {
         if (indexedUpTo_ == &e) indexedUpTo_ = ElementList::previous(e);
         if (has(e)) ++dead_;
+        if (isMissing(e)) {
+            setMissing(e, false);
+            if (missing_ > 0) --missing_;
+        }
     }
     void returned(Element const& e) noexcept {
         if (has(e)) {
             --dead_;
-        } else if (Element const* const next = ElementList::next(e); next != nullptr && has(*next)) {
-            stale_ = true;  // it belongs somewhere before the end
+        } else if (Element const* const next = ElementList::next(e);
+                   next != nullptr && (has(*next) || isMissing(*next))) {
+            setMissing(e, true);  // it belongs somewhere before the end
+            ++missing_;
         }
     }
     void remove(Element& e) noexcept {
@@ -64,6 +70,10 @@ private:
     };
 
     static bool has(Element const& e) noexcept { return (e.flags_ & Element::kClassed) != 0; }
+    static bool isMissing(Element const& e) noexcept { return (e.flags_ & Element::kMissing) != 0; }
+    static void setMissing(Element const& e, bool on) noexcept {
+        const_cast<Element&>(e).setFlag(Element::kMissing, on);
+    }
     void add(Element& e);
     void takeOut(Element& e) noexcept;
     void startOver() noexcept;
@@ -75,7 +85,7 @@ private:
     class NumberSet;
     std::unique_ptr<NumberSet> numbers_;
     bool keepsNumbers_ = false;
-    bool stale_ = false;
+    std::size_t missing_ = 0;  // elements of the list that aren't members and stand before some that are
     std::size_t dead_ = 0;
     std::size_t gaps_ = 0;
     Element* indexedUpTo_ = nullptr;  // all elements of the list up to this one are members; null: none is
