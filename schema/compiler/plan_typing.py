@@ -183,10 +183,10 @@ def _plan_property(scope: Scope, prop: form.Property, user: _User) -> TypedPrope
         return _plan_children(scope, prop, found, user, common)
     if prop.shape in _COLLECTIONS:
         kind = _COLLECTIONS[prop.shape]
-        members = f"_Members[{_written(found, name)}]"
+        members = f"_Members[{_taken(found, name)}]"
         return TypedProperty(**common, read=f"_zero.{kind}[{name}]", written="", read_only=True, field=members)
     if prop.shape == "optional":
-        read, written = f"{name} | None", f"{_written(found, name)} | None"
+        read, written = f"{name} | None", f"{_taken(found, name)} | None"
     else:
         read, written = name, _written(found, name)
     return TypedProperty(**common, read=read, written=written, read_only=False, field="" if derived else written)
@@ -214,7 +214,12 @@ def _plan_children(
 
 
 def _written(found: Type, name: str) -> str:
-    """What a write takes: a truth value any number, an enumeration also a literal's name or value."""
+    """What a write takes: more than a collection does where None is the zero literal."""
+    return f"{_taken(found, name)} | None" if isinstance(found, EnumerationType) else _taken(found, name)
+
+
+def _taken(found: Type, name: str) -> str:
+    """What is taken for a value: any number for a truth value, also a literal's name or value for an enumeration."""
     if isinstance(found, EnumerationType):
         return f"{name} | str | int"
     if isinstance(found, PrimitiveType) and found.name == "Boolean":

@@ -117,7 +117,7 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
 SCRIPT_LINES = [
     ("orchard/trees/__init__.pyi", "class Bench(garden.RaisedBed):"),
     ("orchard/trees/__init__.pyi", "class BenchFields(garden.RaisedBedFields, total=False):"),
-    ("orchard/trees/__init__.pyi", "    harvest: _zero.Attribute[almanac.Harvest, almanac.Harvest | str | int]"),
+    ("orchard/trees/__init__.pyi", "    harvest: _zero.Attribute[almanac.Harvest, almanac.Harvest | str | int | None]"),
     ("orchard/trees/__init__.pyi", "    def young(self) -> _zero.Multimap[int, Apple]:"),
     ("orchard/trees/__init__.pyi", "    young: _Children[AppleFields] | None"),
     ("orchard/trees/__init__.pyi", "    def createIntoYoung(self, uuid: _Id = ..., /) -> Apple: ..."),
