@@ -16,8 +16,8 @@ from record import PACKAGE, refused
 
 # What is done here goes against the classes' types, so the checker isn't told them.
 info: Any = importlib.import_module(PACKAGE)
-CompServicePort, InportInformation, ModelRefInfoRoot = info.CompServicePort, info.InportInformation, info.ModelRefInfoRoot
-QueueType, RateInfo, VarlowFunctions = info.QueueType, info.RateInfo, info.VarlowFunctions
+CompServicePort, InportInformation, VarlowFunctions = info.CompServicePort, info.InportInformation, info.VarlowFunctions
+ModelRefInfoRoot, QueueType, RateInfo = info.ModelRefInfoRoot, info.QueueType, info.RateInfo
 
 NO_VALUE, WRONG = "ordo:messages:NoValue", "ordo:messages:WrongType"
 INVALID = "quay0:messages:InvalidValue"
@@ -113,7 +113,8 @@ def test_an_optional_takes_the_first_of_several(model: Any) -> None:
         return root.numTs
 
     for give in (initialised, assigned):
-        for several, first in [([5, 6], 5), (np.array([[7, 8], [9, 10]]), 7), ([4.0, 0.5], 4), ([], None), (None, None)]:
+        numbers = [([5, 6], 5), (np.array([[7, 8], [9, 10]]), 7), ([4.0, 0.5], 4), ([], None), (None, None)]
+        for several, first in numbers:
             assert give(several) == first
         for bad in (["a", 1], "12", "", [{}, {}], np.array([1j, 2]), np.array(["1", "2"]), [RateInfo(), 1]):
             with refused(WRONG, TypeError):
