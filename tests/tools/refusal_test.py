@@ -65,6 +65,8 @@ DESCRIPTIONS = {
         for reference in ("&#0;", "&#27;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#xFFFFFFFFFF;", "&#x;", "&#1", "&#;")
     },
     VERSION3.format('\n<A b="\x01"/>'): "line 2: this isn't XML: there is a character that XML doesn't have",
+    VERSION3.format(variables()) + "\n\0": "line 2: this isn't XML: there is a character that XML doesn't have",
+    VERSION3.format("\n<A>]]></A>"): "line 2: this isn't XML: there is a ']]>' in a text",
     VERSION3.format("\n<A>\uffff</A>"): "line 2: this isn't XML: there is a character that XML doesn't have",
     VERSION3.format(""): "there are no <ModelVariables>",
     VERSION3.format(variables() * 2): "there is a second <ModelVariables>",

@@ -82,7 +82,7 @@ Named keysOf(Elements const& entries, Property const& property) {
 
 /// Which of some numbers, all different, make up a longest rising run.
 std::vector<bool> longestRise(std::vector<std::size_t> const& numbers) {
-    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    constexpr auto kNone = static_cast<std::size_t>(-1);
     std::vector<std::size_t> ends;  // by length, less one: where the run of that length ends whose end is lowest
     std::vector<std::size_t> before(numbers.size(), kNone);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
@@ -172,7 +172,7 @@ public:
     std::vector<Difference> take() { return std::move(differences_); }
 
 private:
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    static constexpr auto kNone = static_cast<std::size_t>(-1);
 
     void byPosition(Elements const& before, Elements const& after, auto const& placeOf) {
         std::size_t const common = std::min(before.size(), after.size());

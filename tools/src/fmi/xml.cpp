@@ -18,6 +18,8 @@ namespace {
 // A fragment, since texts outside of the root would be passed over otherwise.
 constexpr unsigned kFlags = pugi::parse_default | pugi::parse_doctype | pugi::parse_fragment;
 
+constexpr char kNoCharacter[] = "this isn't XML: there is a character that XML doesn't have";
+
 bool isCharacter(std::uint32_t code) {
     if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
     return code < 0xd800 || (code > 0xdfff && code < 0xfffe) || (code > 0xffff && code < 0x110000);
@@ -56,6 +58,10 @@ Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move
 void Xml::parse(pugi::xml_document& document, unsigned flags) const {
     pugi::xml_parse_result const result = document.load_buffer(text_.data(), text_.size(), flags);
     if (!result) failAt(result.offset, std::string("this isn't XML: ") + result.description());
+    // A zero byte ends what the parser reads; in encodings of wider units it is part of most characters.
+    bool const isOfBytes = result.encoding == pugi::encoding_utf8 || result.encoding == pugi::encoding_latin1;
+    std::size_t const zero = isOfBytes ? text_.find('\0') : std::string::npos;
+    if (zero != std::string::npos) failAt(static_cast<std::ptrdiff_t>(zero), kNoCharacter);
 }
 
 /// Walks the document without recursion, since nothing bounds its depth.
@@ -74,6 +80,9 @@ void Xml::requireSound() {
         bool for_each(pugi::xml_node& node) override {
             if (node.type() == pugi::node_doctype) xml.fail(node, "document types and entities aren't read");
             xml.requirePlain(node, node.value());
+            if (node.type() == pugi::node_pcdata && std::strstr(node.value(), "]]>") != nullptr) {
+                xml.fail(node, "this isn't XML: there is a ']]>' in a text");
+            }
             std::set<std::string_view> names;
             for (pugi::xml_attribute const attribute : node.attributes()) {
                 if (!names.insert(attribute.name()).second) {
@@ -105,7 +114,7 @@ void Xml::requirePlain(pugi::xml_node const& node, std::string_view text) const 
     if (keel::toUtf8(wide) != text) fail(node, "there is a text that isn't UTF-8");
     bool const isXml =
         std::all_of(wide.begin(), wide.end(), [](char16_t c) { return (c >= 0xd800 && c < 0xe000) || isCharacter(c); });
-    if (!isXml) fail(node, "this isn't XML: there is a character that XML doesn't have");
+    if (!isXml) fail(node, kNoCharacter);
 }
 
 std::size_t Xml::lineOf(std::ptrdiff_t offset) const {
