@@ -2,6 +2,7 @@
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/text.h>
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <memory>
@@ -95,7 +96,8 @@ std::string drawRates(Model const& model) {
         std::set<std::string> drawn;
         auto const draw = [&](std::string const& number, std::string const& label) {
             // No id of Graphviz's has a minus inside.
-            std::string const id = prefix + (number.starts_with('-') ? "_" + number.substr(1) : number);
+            std::string id = prefix + number;
+            std::replace(id.begin(), id.end(), '-', '_');
             if (drawn.insert(number).second) dot.node(id, label);
             return id;
         };
@@ -109,7 +111,8 @@ std::string drawRates(Model const& model) {
             std::string const period =
                 rate.getPeriod() < 0 ? "period not known" : "period " + shortNumber(rate.getPeriod());
             std::string const digits = std::to_string(number++);
-            draw(digits, (name.empty() ? "rate " + digits : name) + "\n" + period);
+            std::string label = name.empty() ? "rate " + digits : name;
+            draw(digits, label.append("\n").append(period));
         }
         for (SampleTimeGraphEdge const& edge : *root->getAllEdges()) {
             std::string const from = idOf(edge->getSrcNodeIdx());
