@@ -1,6 +1,5 @@
 """Records the interface of a small model, looks at it, changes it under watch, and keeps it in a file."""
 
-import pathlib
 import sys
 import tempfile
 
@@ -13,8 +12,7 @@ def record(model: quay.zero.Model) -> ModelRefInfoRoot:
     with model.transaction():
         root = ModelRefInfoRoot(model, {"triggerType": 3})
         for lower, upper in ((-1.0, 1.0), (0.0, 10.0)):
-            port = root.createIntoInports({"designMin": lower, "designMax": upper})
-            port.rateInfos.add(RateInfo())
+            root.createIntoInports({"designMin": lower, "designMax": upper}).rateInfos.add(RateInfo())
     return root
 
 
@@ -27,11 +25,13 @@ def main() -> None:
     root.inports[1].designMin = -5.0
     print("changed:", root.inports[1].designMin, "undone:", model.undo() and root.inports[1].designMin)
     try:
-        root.inports[0].desginMin = 2.0  # type: ignore[attr-defined]
+        with model.transaction():
+            root.inports[0].designMax = 2.0
+            root.inports[0].desginMin = -2.0  # type: ignore[attr-defined]
     except AttributeError as error:
-        print("refused:", error)
+        print(f"refused: {error}; rolled back: {root.inports[0].designMax}")
 
-    path = sys.argv[1] if len(sys.argv) > 1 else str(pathlib.Path(tempfile.mkdtemp()) / "record.json")
+    path = sys.argv[1] if len(sys.argv) > 1 else tempfile.mkdtemp() + "/record.json"
     model.save(path)
     print("saved and loaded alike:", quay.zero.load(path).dumps() == model.dumps())
 

@@ -6,6 +6,7 @@ import os
 import pathlib
 import subprocess
 from collections.abc import Callable
+from typing import IO
 
 import pytest
 
@@ -19,9 +20,9 @@ Run = Callable[..., subprocess.CompletedProcess[str]]
 def modelref() -> Run:
     """Runs the command with those arguments, and gives its result."""
 
-    def run(*arguments: object) -> subprocess.CompletedProcess[str]:
+    def run(*arguments: object, stdin: IO[bytes] | None = None) -> subprocess.CompletedProcess[str]:
         command = [str(BUILD / "bin" / "modelref"), *map(str, arguments)]
-        return subprocess.run(command, capture_output=True, text=True, timeout=120)
+        return subprocess.run(command, stdin=stdin, capture_output=True, text=True, timeout=120)
 
     return run
 

@@ -10,9 +10,10 @@ import zipfile
 from collections.abc import Callable
 from typing import Any
 
+import pytest
+
 MODELS = pathlib.Path(__file__).parents[2] / "examples" / "models"
 Run = Callable[..., subprocess.CompletedProcess[str]]
-
 
 
 def imported(modelref: Run, model: pathlib.Path, record: pathlib.Path) -> dict[str, Any]:
@@ -20,6 +21,15 @@ def imported(modelref: Run, model: pathlib.Path, record: pathlib.Path) -> dict[s
     assert result.returncode == 0, result.stderr
     summary: dict[str, Any] = json.loads(result.stdout)
     return summary
+
+
+def described(folder: pathlib.Path, variables: str) -> pathlib.Path:
+    model = folder / "model.xml"
+    model.write_text(
+        '<fmiModelDescription fmiVersion="3.1" modelName="M">'
+        f"<ModelVariables>{variables}</ModelVariables></fmiModelDescription>"
+    )
+    return model
 
 
 def shown(modelref: Run, record: pathlib.Path, path: str) -> Any:
@@ -136,8 +146,48 @@ def test_arrays_keep_their_order_and_exact_values(modelref: Run, tmp_path: pathl
     assert shown(modelref, record, "/isNumAllowedInstancesOne") is True
 
 
+STARTS = [
+    ("Float64", 'start="1e-400"', {"class": "double", "data": [0], "dims": [1, 1]}),
+    ("Float64", 'start="-1e-400"', {"class": "double", "data": [-0.0], "dims": [1, 1]}),
+    ("Float64", f'start="0.{"0" * 400}1"', {"class": "double", "data": [0], "dims": [1, 1]}),
+    ("Float64", 'start="4e-320"', {"class": "double", "data": [4e-320], "dims": [1, 1]}),
+    ("Float32", 'start="-1e-60"', {"class": "single", "data": [-0.0], "dims": [1, 1]}),
+    # The nearest number of 32 bits, which isn't the one nearest to the nearest of 64.
+    ("Float32", 'start="1.00000017881393432617187499"', {"class": "single", "data": [1.0000001], "dims": [1, 1]}),
+    ("String", ("a", "b"), {"class": "string", "data": ["a", "b"], "dims": [1, 2]}),
+    ("Binary", ("00ff",), {"class": "uint8", "data": [0, 255], "dims": [1, 2]}),
+]
+
+
+@pytest.mark.parametrize(("kind", "start", "value"), STARTS, ids=range(len(STARTS)))
+def test_start_values_are_the_nearest_there_are(
+    kind: str, start: str | tuple[str, ...], value: Any, modelref: Run, tmp_path: pathlib.Path
+) -> None:
+    attribute, inside = (start, "") if isinstance(start, str) else ("", "".join(f'<Start value="{s}"/>' for s in start))
+    text = f'<{kind} name="a" valueReference="1" causality="parameter" {attribute}>{inside}</{kind}>'
+    imported(modelref, described(tmp_path, text), tmp_path / "record")
+    recorded = shown(modelref, tmp_path / "record", "/argumentParameters/entries/a/value")["$array"]
+    assert json.dumps(recorded) == json.dumps(value)  # which tells -0.0 from 0
+
+
+def test_a_name_stays_on_its_line(modelref: Run, tmp_path: pathlib.Path) -> None:
+    """Line feeds and escapes that terminals obey are XML's characters, and so can be in a name."""
+    text = '<Float64 name="a&#10;modelref: b&#x9b;31m" valueReference="1" start="1 2"/>'
+    model = described(tmp_path, text)
+    result = modelref("import", model, "-o", tmp_path / "record")
+    assert result.returncode == 0 and result.stderr.count("\n") == len(result.stderr.splitlines()) == 4
+    assert result.stderr.count("a\\x0amodelref: b\\xc2\\x9b31m") == 2
+
+
+def test_a_description_comes_through_a_pipe(modelref: Run, tmp_path: pathlib.Path) -> None:
+    model = MODELS / "plant.fmi3.xml"
+    imported(modelref, model, tmp_path / "one")
+    with subprocess.Popen(["cat", model], stdout=subprocess.PIPE) as cat:
+        result = modelref("import", "/dev/stdin", "-o", tmp_path / "two", stdin=cat.stdout)
+    assert result.returncode == 0, result.stderr
+    assert modelref("diff", tmp_path / "one", tmp_path / "two").returncode == 0
+
+
 def test_a_missing_interface_kind_is_a_warning(modelref: Run, tmp_path: pathlib.Path) -> None:
-    model = tmp_path / "model.xml"
-    model.write_text('<fmiModelDescription fmiVersion="3.1" modelName="M"><ModelVariables/></fmiModelDescription>')
-    summary = imported(modelref, model, tmp_path / "record")
+    summary = imported(modelref, described(tmp_path, ""), tmp_path / "record")
     assert "no interface kind" in summary["warnings"][0] and summary["variables"] == 0

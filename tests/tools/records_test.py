@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import pty
+import re
 import subprocess
 from collections.abc import Callable
 from typing import Any
@@ -53,13 +54,14 @@ def test_help_has_examples(command: list[str], modelref: Run) -> None:
 
 @pytest.mark.parametrize(
     "arguments",
-    [[], ["nothing"], ["tree"], ["tree", "r", "more"], ["import", "m"], ["tree", "r", "--depth", "x"], ["graph", "r", "-k", "x"]],
+    [[], ["nothing"], ["tree"], ["tree", "r", "more"], ["import", "m"], ["tree", "r", "--depth", "x"], ["tree", "r", "--depth", "-1"], ["graph", "r", "-d", "-1"], ["graph", "r", "-k", "x"]],
     ids=str,
 )
 def test_a_wrong_command_line_is_a_failure(arguments: list[str], modelref: Run) -> None:
     result = modelref(*arguments)
     assert (result.returncode, result.stdout) == (2, "")
-    assert result.stderr.startswith("modelref: ") and result.stderr.count("\n") == 1
+    assert result.stderr.startswith("modelref: ") and result.stderr.endswith(" (--help tells more)\n")
+    assert result.stderr.count("\n") == 1
 
 
 @pytest.mark.parametrize("command", COMMANDS[1:])
@@ -117,6 +119,58 @@ def test_show_follows_paths(clocks: Record, modelref: Run) -> None:
     assert "isMessage = false" in modelref("show", clocks.path, "/inports/1", "--all").stdout
 
 
+@pytest.fixture
+def named(clocks: Record) -> pathlib.Path:
+    """A record with names and keys that could be taken for something else."""
+    hard = ["1", "x", "0", "a/b", "~1", "~x0a", "c d", "line\nfeed", "\x1b[31m", "\u009b31m", "\u00e4", "07", "99"]
+    clocks.root["inports"] = [element("InportInformation", 10 + i, compiledSignalLabel=n) for i, n in enumerate(hard)]
+    clocks.root["argumentParameters"] = element(
+        "ArgumentValueMap", 1, entries=[element("ArgumentValue", 30 + i, name=n) for i, n in enumerate(["", "~", *hard])]
+    )
+    clocks.root["varTsUIDMap"] = element(
+        "VarTsUIDMap", 2, entries=[element("VarTsUIDEntry", 5, varTsIdx=2), element("VarTsUIDEntry", 6, varTsIdx=1)]
+    )
+    unions = [(1, 8), (-3, 9), (1, 10)]
+    clocks.root["unionTsContainedTs"] = [
+        element("UnionTsContainedTsElem", 60 + i, unionTs=u, containedTs=c) for i, (u, c) in enumerate(unions)
+    ]
+    return clocks.saved("named")
+
+
+def test_show_takes_the_paths_that_others_print(named: pathlib.Path, modelref: Run) -> None:
+    lines = modelref("tree", named, "--ids").stdout.splitlines()[1:]
+    parts: list[str] = []
+    seen = set()
+    for line in lines:
+        branch = re.fullmatch(r"((?:│  |   )*)[├└]─ (.*?) (\w+)( '.*')? ([0-9a-f-]{36})", line)
+        assert branch, line
+        parts[len(branch[1]) // 3 :] = [branch[2]]
+        if not branch[2].startswith(("inports/", "entries/", "unionTs")):
+            continue
+        path = "/" + "/".join(parts)
+        assert json.loads(modelref("show", named, path, "--json").stdout)["id"] == branch[5], path
+        seen.add(path.rpartition("/entries/")[0] if "/entries/" in path else path.split("/")[1])
+    assert seen >= {"inports", "unionTsContainedTs", "/argumentParameters", "/varTsUIDMap"}
+    assert json.loads(modelref("show", named, "/inports/x", "--json").stdout)["values"]["compiledSignalLabel"] == "x"
+    unions = {}
+    for finding in json.loads(modelref("validate", named, "--json").stdout):
+        if finding["path"].startswith("/unionTs"):
+            unions[finding["path"].removeprefix("/unionTsContainedTs/")] = int(finding["message"].split()[0])
+            assert int(modelref("show", named, finding["path"]).stdout) == int(finding["message"].split()[0])
+    assert unions == {"-3/unionTs": -3, "-3/containedTs": 9, "1/0/containedTs": 8, "1/1/containedTs": 10}
+
+
+def test_diff_prints_paths_of_the_old_record(named: pathlib.Path, clocks: Record, modelref: Run) -> None:
+    for port in clocks.root["inports"]:
+        port["values"]["designMax"] = 1
+    for entry in clocks.root["unionTsContainedTs"]:
+        entry["values"]["containedTs"] = 2
+    listed = json.loads(modelref("diff", named, clocks.saved("changed"), "--json").stdout)
+    assert len(listed) == len(clocks.root["inports"]) + 3
+    for difference in listed:
+        assert modelref("show", named, difference["path"]).stdout == difference["old"] + "\n", difference["path"]
+
+
 @pytest.mark.parametrize(
     ("path", "reason"),
     [
@@ -126,6 +180,7 @@ def test_show_follows_paths(clocks: Record, modelref: Run) -> None:
         ("/numTs/0", "a value has no parts"),
         ("/inports/0/rateInfos/7", "there are only 1 values"),
         ("//1", "there is no such root"),
+        ("/varTsUIDMap/entries/0", "entries has no '0' among its 1"),
     ],
 )
 def test_show_refuses_paths_that_lead_nowhere(path: str, reason: str, clocks: Record, modelref: Run) -> None:
@@ -149,7 +204,6 @@ def test_diff_tells_what_changed_by_meaning(clocks: Record, modelref: Run) -> No
     assert sorted(result.stdout.splitlines()) == sorted(
         [
             "> /inports/fast: from 0 to 1",
-            "> /inports/slow: from 1 to 0",
             "- /inports/onRequest: InportInformation 'onRequest'",
             "+ /inports/on~1Request: InportInformation 'on/Request'",
             "+ /inports/timeout/hierCondInfos/0: HierCondInfo",
@@ -161,7 +215,7 @@ def test_diff_tells_what_changed_by_meaning(clocks: Record, modelref: Run) -> No
         ]
     )
     listed = json.loads(modelref("diff", clocks.path, changed, "--json").stdout)
-    assert {"kind": "changed", "path": "/triggerType", "old": "5", "new": "7"} in listed and len(listed) == 10
+    assert {"kind": "changed", "path": "/triggerType", "old": "5", "new": "7"} in listed and len(listed) == 9
     quiet = modelref("diff", "-q", clocks.path, changed)
     assert (quiet.returncode, quiet.stdout, quiet.stderr) == (1, "", "")
 
@@ -174,6 +228,51 @@ def test_diff_does_not_mind_ids_or_the_order_of_sets(clocks: Record, modelref: R
     assert modelref("diff", one, clocks.saved("other")).returncode == 0
     values["hierCondInfos"].append(element("HierCondInfo", 5, hierIdx=2))
     assert modelref("diff", one, clocks.saved("third")).returncode == 1
+
+
+def ports(*names: str) -> list[Json]:
+    return [element("InportInformation", 10 + i, compiledSignalLabel=name) for i, name in enumerate(names)]
+
+
+def guest(number: int) -> Json:
+    return {"class": "ModelRefInfoRepo.InportInformation", "ref": element("", number)["id"]}
+
+
+def root(number: int, name: str = "", /, **values: object) -> Json:
+    interface = {"class": "ci.Model", "id": element("", number + 100)["id"], "values": {"name": name}}
+    return element("ModelRefInfoRoot", number, **values, **({"rootBlockDiagramInterface": interface} if name else {}))
+
+
+# Roots before and after, and what differs.
+ROOTS: list[tuple[list[Json], list[Json], list[str]]] = [
+    ([root(1, triggerType=3), root(2, triggerType=6)], [root(1, triggerType=6), root(2, triggerType=3)], []),
+    ([root(1, "a", triggerType=3), root(2, "b", triggerType=6)], [root(1, "b", triggerType=7), root(2, "a", triggerType=3)],
+     ["~ //1/triggerType: 6 -> 7"]),
+    ([root(1, triggerType=3), root(2, triggerType=6)], [root(1, triggerType=6)], ["- /: ModelRefInfoRoot"]),
+    ([root(1, triggerType=3), root(2, triggerType=6)], [root(1, triggerType=6), root(2, triggerType=7), root(3)],
+     ["~ /triggerType: 3 -> 7", "+ //2: ModelRefInfoRoot"]),
+    ([root(1, "a")], [root(1, "b")], ["~ /rootBlockDiagramInterface/name: \"a\" -> \"b\""]),
+    ([root(1, inports=ports(*"abcdef"))], [root(1, inports=ports(*"bcdefa"))], ["> /inports/a: from 0 to 5"]),
+    ([root(1, inports=ports(*"abcd"))], [root(1, inports=ports(*"xdbc"))],
+     ["- /inports/a: InportInformation 'a'", "+ /inports/x: InportInformation 'x'", "> /inports/d: from 3 to 1"]),
+    # A port that has its place in another root, and one that has it there too but is another one.
+    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(10)])],
+     [root(1, "a", inports=ports(*"pq")), root(2, "b")], ["~ //1/inports: [/inports/0] -> []"]),
+    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(10)])],
+     [root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(11)])],
+     ["~ //1/inports: [/inports/0] -> [/inports/1]"]),
+]  # fmt: skip
+
+
+@pytest.mark.parametrize(("before", "after", "differences"), ROOTS, ids=range(len(ROOTS)))
+def test_diff_matches_roots_ports_and_references(
+    before: list[Json], after: list[Json], differences: list[str], clocks: Record, modelref: Run
+) -> None:
+    clocks.text["roots"] = before
+    old = clocks.saved("old")
+    clocks.text["roots"] = after
+    result = modelref("diff", old, clocks.saved("new"))
+    assert (result.stdout.splitlines(), result.returncode) == (differences, 1 if differences else 0), result.stderr
 
 
 # What is put into the root, and the findings that it brings.
@@ -200,8 +299,11 @@ DANGLING: list[tuple[Json, list[str]]] = [
       "/messageInfo/rootOutportInfo/CompMsgInfoMap/4/portIdx"]),
     ({"unionTsContainedTs": [element("UnionTsContainedTsElem", 1, unionTs=1, containedTs=8)],
       "sortedUnionRateIndices": [1, 2]},
-     ["/unionTsContainedTs/0/containedTs", "/sortedUnionRateIndices/1"]),
+     ["/unionTsContainedTs/1/containedTs", "/sortedUnionRateIndices/1"]),
     ({"allEdges": [element("SampleTimeGraphEdge", 1, srcNodeIdx=2**64 - 1)]}, ["/allEdges/0/srcNodeIdx"]),
+    ({"numTs": -1, "allEdges": [element("SampleTimeGraphEdge", 1, srcNodeIdx=9)], "varTsUIDMap": element(
+        "VarTsUIDMap", 2, entries=[element("VarTsUIDEntry", 3, varTsIdx=-1)])},
+     ["/allEdges/0/srcNodeIdx", "/varTsUIDMap/entries/-1/varTsIdx"]),
     ({"varTsUIDMap": element("VarTsUIDMap", 1, entries=[element("VarTsUIDEntry", 2, varTsIdx=3)])},
      ["/varTsUIDMap/entries/3/varTsIdx"]),
     ({"argumentParameters": element("ArgumentValueMap", 1, entries=[element("ArgumentValue", 2, name="none")])},
@@ -244,6 +346,17 @@ def test_graph_draws_and_writes(clocks: Record, modelref: Run, tmp_path: pathlib
     assert modelref("graph", clocks.path, "-d", 1, "-o", tmp_path / "graph.dot").stdout == ""
     assert (tmp_path / "graph.dot").read_text() == drawn.stdout
     assert modelref("graph", clocks.path, "-o", tmp_path / "none" / "graph.dot").returncode == 2
+
+
+def test_rates_of_several_roots_are_drawn_apart(clocks: Record, modelref: Run) -> None:
+    unions = [element("UnionTsContainedTsElem", 1, unionTs=-3, containedTs=0)]
+    clocks.text["roots"] = [root(2, unionTsContainedTs=unions), root(3, runtimeNonFcnCallRateInfos=[{"period": 7}])]
+    drawn = modelref("graph", clocks.saved("several"), "-k", "rates").stdout
+    nodes = dict(re.findall(r'^  (\w+) \[label="(.*)"\];$', drawn, re.MULTILINE))
+    assert sorted(nodes.values()) == ["rate -3", "rate 0", "rate 0\\nperiod 7"]
+    assert re.findall(r"^  (\w+) -> (\w+) ", drawn, re.MULTILINE) == [
+        tuple(node for label in ("rate -3", "rate 0") for node, text in nodes.items() if text == label)
+    ]
 
 
 def test_colours_are_for_terminals(clocks: Record, modelref: Run) -> None:

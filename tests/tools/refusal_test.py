@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import pathlib
 import stat
+import subprocess
 import zipfile
 from collections.abc import Callable
 
@@ -11,6 +12,7 @@ import pytest
 
 MODELS = pathlib.Path(__file__).parents[2] / "examples" / "models"
 Refused = Callable[[pathlib.Path], str]
+Run = Callable[..., subprocess.CompletedProcess[str]]
 
 VERSION2 = '<fmiModelDescription fmiVersion="2.0" modelName="M" guid="g"><CoSimulation modelIdentifier="m"/>{}</fmiModelDescription>'
 VERSION3 = VERSION2.replace('"2.0"', '"3.0"').replace("guid", "instantiationToken")
@@ -28,6 +30,18 @@ def variables(*texts: str) -> str:
     return "<ModelVariables>" + "\n".join(texts) + "</ModelVariables>"
 
 
+def states(*listed: int, derivatives: int = 2) -> str:
+    """A state with value reference 0, some derivatives of it with 1, 2..., and the list of derivatives."""
+    texts = [real("d%d" % i, i, 'derivative="0"') for i in range(1, derivatives + 1)]
+    unknowns = "".join(f'<ContinuousStateDerivative valueReference="{i}"/>' for i in listed)
+    return variables(real("x", 0), *texts) + f"<ModelStructure>{unknowns}</ModelStructure>"
+
+
+ENUMERATION = (
+    '<TypeDefinitions><SimpleType name="E"><Enumeration><Item name="a" value="1"/></Enumeration></SimpleType></TypeDefinitions>'
+)
+
+
 DESCRIPTIONS = {
     "": "this isn't XML",
     "plain text": "this isn't XML",
@@ -41,10 +55,35 @@ DESCRIPTIONS = {
     VERSION3.format('<A b="&x;"/>'): "the reference '&x;' isn't one of XML's own",
     VERSION3.format('<A b="1" b="2"/>'): "the attribute 'b' stands twice",
     VERSION3.format(variables()) + "<b/>": "there is a second root element",
+    VERSION3.format(variables()) + "\nmore": "there is text outside of the root element",
+    "less\n" + VERSION3.format(variables()): "there is text outside of the root element",
+    VERSION3.format(variables()) + "<![CDATA[more]]>": "there is text outside of the root element",
+    "<!-- nothing -->": "there is no element",
+    VERSION3.format('\n<A b="1 < 2"/>'): "line 2: this isn't XML: there is a '<' in the attribute 'b'",
+    **{
+        VERSION3.format(f'\n<A b="{reference}"/>'): f"line 2: the reference '{reference}' isn't one of XML's own"
+        for reference in ("&#0;", "&#27;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#xFFFFFFFFFF;", "&#x;", "&#1", "&#;")
+    },
+    VERSION3.format('\n<A b="\x01"/>'): "line 2: this isn't XML: there is a character that XML doesn't have",
+    VERSION3.format(variables()) + "\n\0": "line 2: this isn't XML: there is a character that XML doesn't have",
+    VERSION3.format("\n<A>]]></A>"): "line 2: this isn't XML: there is a ']]>' in a text",
+    VERSION3.format("\n<A>\uffff</A>"): "line 2: this isn't XML: there is a character that XML doesn't have",
     VERSION3.format(""): "there are no <ModelVariables>",
     VERSION3.format(variables() * 2): "there is a second <ModelVariables>",
     VERSION3.format(variables(real("a", 1), real("a", 2))): "line 2: there is a second variable 'a'",
     VERSION3.format(variables(real("a", 1), real("b", 1))): "line 2: there is a second value reference 1",
+    VERSION3.format(variables(real("a", 1), real("b", 2**32))): "line 2: valueReference has more than 32 bits",
+    VERSION3.format(variables(real("a", 1, inside='<Alias name="a"/>'))): "there is a second variable 'a'",
+    VERSION3.format(variables(real("a", 1, inside='<Alias name="b"/>'), real("b", 2))): "line 2: there is a second variable 'b'",
+    VERSION3.format(variables(real("a", 1, 'causality="dependent"'))): "causality is 'dependent', which isn't known",
+    VERSION3.format(states(1, 1)): "'d1' is listed as a derivative twice",
+    VERSION3.format(states(1, 2)): "'d2' is a second derivative of 'x'",
+    VERSION3.format(
+        variables('<Clock name="c" valueReference="1" clocks="1" intervalVariability="triggered"/>')
+    ): "clocks names the clock itself",
+    VERSION3.replace("<CoSimulation", "<CoSimulation" + "".join(f' a{i}=""' for i in range(1000))).format(
+        variables()
+    ): "<CoSimulation> has too many attributes",
     VERSION3.format(variables('<Float64 name="a"/>')): "<Float64> has no valueReference",
     VERSION3.format(variables('<Float64 valueReference="1"/>')): "<Float64> has no name",
     VERSION3.format(variables(real("a", -1))): "valueReference is '-1', which is no natural number",
@@ -52,6 +91,13 @@ DESCRIPTIONS = {
     VERSION3.format(variables(real("a", 1, 'causality="in"'))): "causality is 'in', which isn't known",
     VERSION3.format(variables(real("a", 1, 'start="1 x"'))): "the start of 'a' is 'x', which is no value of double",
     VERSION3.format(variables('<Int8 name="a" valueReference="1" start="128"/>')): "is '128', which is no value of int8",
+    VERSION3.format(
+        variables('<Float32 name="a" valueReference="1" start="-1e300"/>')
+    ): "is '-1e300', which is no value of single",
+    VERSION3.format(variables(real("a", 1, 'start="1e400"'))): "is '1e400', which is no value of double",
+    VERSION2.format(
+        ENUMERATION + variables(scalar("a", '<Enumeration declaredType="E" start="5000000000"/>'))
+    ): "is '5000000000', which is no value of enumeration",
     VERSION3.format(variables(real("a", 1, 'min="2" max="1"'))): "min is above max",
     VERSION3.format(variables(real("a", 1, 'min="low"'))): "min is 'low', which is no number",
     VERSION3.format(variables(real("a", 1, 'declaredType="T"'))): "there is no type 'T'",
@@ -75,6 +121,11 @@ DESCRIPTIONS = {
     VERSION2.format(variables(scalar("a"), scalar("a"))): "line 2: there is a second variable 'a'",
     VERSION2.format(variables(real("a", 1))): "expected a <ScalarVariable>, found <Float64>",
     VERSION2.format(variables(scalar("a", "<Complex/>"))): "<ScalarVariable> has no known type",
+    VERSION2.format(variables(scalar("a", "<Real/><Integer/>"))): "<ScalarVariable> has a second type",
+    VERSION2.format(variables(scalar("a", "<Real/><Real/>"))): "there is a second <Real>",
+    VERSION2.format(
+        variables(scalar("a")) + '<ModelStructure><Outputs/><Outputs><Unknown index="2"/></Outputs></ModelStructure>'
+    ): "there is a second <Outputs>",
     VERSION2.format(variables(scalar("a", '<Real derivative="2"/>'))): "derivative is 2, and there are 1 variables",
     VERSION2.format(variables(scalar("a", "<Enumeration/>"))): "an enumeration needs a declaredType",
     VERSION2.format(
@@ -109,6 +160,14 @@ def test_refuses_every_truncation(refused: Refused, tmp_path: pathlib.Path) -> N
 def test_refuses_files_that_are_not_there(refused: Refused, tmp_path: pathlib.Path) -> None:
     assert refused(tmp_path / "nothing.fmu") == "can't be read: No such file or directory"
     assert refused(tmp_path) == "can't be read: Is a directory"
+
+
+def test_refuses_an_output_that_leads_nowhere(modelref: Run, tmp_path: pathlib.Path) -> None:
+    link = tmp_path / "link"
+    link.symlink_to("nothing")
+    result = modelref("import", MODELS / "plant.fmi3.xml", "-o", link)
+    assert (result.returncode, result.stderr.count("\n")) == (2, 1) and "a link to a file that isn't there" in result.stderr
+    assert link.is_symlink() and not link.exists()
 
 
 class TestArchives:

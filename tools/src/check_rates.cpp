@@ -7,6 +7,12 @@ namespace modelref {
 
 using namespace ModelRefInfoRepo;
 
+/// A negative number of them says nothing.
+std::size_t Checks::sampleTimes() const {
+    auto const told = std::max<std::int64_t>(root_->getNumTs().value_or(0), 0);
+    return std::max(rates_, static_cast<std::size_t>(told));
+}
+
 void Checks::checkRates() {
     // A rate that isn't one of the model's own has -1.
     auto const check = [&](ModelElement const& element, std::string const& property, auto const& rates) {
@@ -19,7 +25,7 @@ void Checks::checkRates() {
     check(root_, "runtimeNonFcnCallRateInfos", *root_->getRuntimeNonFcnCallRateInfos());
     for (InportInformation const& port : *root_->getInports()) check(port, "rateInfos", *port->getRateInfos());
     for (OutportInformation const& port : *root_->getOutports()) check(port, "rateInfos", *port->getRateInfos());
-    std::size_t const nodes = std::max<std::size_t>(rates_, static_cast<std::size_t>(root_->getNumTs().value_or(0)));
+    std::size_t const nodes = sampleTimes();
     for (SampleTimeGraphEdge const& edge : *root_->getAllEdges()) {
         auto const node = [](unsigned long n) { return static_cast<std::int64_t>(std::min(n, 1UL << 62)); };
         number(edge, "srcNodeIdx", node(edge->getSrcNodeIdx()), nodes, "sample time");
@@ -35,7 +41,7 @@ void Checks::checkRates() {
 }
 
 void Checks::checkUnionRates() {
-    std::size_t const nodes = std::max<std::size_t>(rates_, static_cast<std::size_t>(root_->getNumTs().value_or(0)));
+    std::size_t const nodes = sampleTimes();
     std::set<int> unions;
     for (UnionTsContainedTsElem const& entry : *root_->getUnionTsContainedTs()) {
         unions.insert(entry->getUnionTs());

@@ -43,6 +43,7 @@ private:
     void checkCallers();
     void checkRates();
     void checkUnionRates();
+    std::size_t sampleTimes() const;
     void checkParameters();
     void checkTypes();
     void checkStates();

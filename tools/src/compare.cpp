@@ -6,6 +6,7 @@
 #include <quay/zero/value.h>
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 #include "failure.h"
@@ -24,8 +25,15 @@ std::string describe(ModelElement const& element) {
     return classOf(element) + (name.empty() ? "" : " " + inQuotes(name));
 }
 
+/// What a property refers to; "" for nothing.
+std::string referencesOf(ModelElement const& element, Property const& property, Paths& paths) {
+    std::string result;
+    for (std::string const& guest : guestsOf(element, property, paths)) result += (result.empty() ? "" : ", ") + guest;
+    return result;
+}
+
 /// Everything that an element says, without ids.
-std::string contentOf(ModelElement const& element) {
+std::string contentOf(ModelElement const& element, Paths& paths) {
     std::string result = classOf(element) + "{";
     for (Property const& property : storedProperties(element)) {
         if (!property->isComposite()) {
@@ -33,23 +41,73 @@ std::string contentOf(ModelElement const& element) {
             continue;
         }
         std::vector<std::string> children;
-        for (ModelElement const& child : childrenOf(element, property)) children.push_back(contentOf(child));
+        for (ModelElement const& child : childrenOf(element, property)) children.push_back(contentOf(child, paths));
         if (property->getFlags() == ValueFlags::Set) std::sort(children.begin(), children.end());
         for (std::string const& child : children) result += child + ",";
-        result += ";";
+        result += referencesOf(element, property, paths) + ";";
     }
     return result + "}";
 }
 
-/// The names of ports, if each has one of its own.
-std::vector<std::string> portNames(Elements const& elements) {
+/// What elements are matched by, and the parts of their paths that `show` takes.
+struct Named {
     std::vector<std::string> names;
+    std::vector<std::string> places;
+};
+
+/// The names of ports, if each has one of its own. One that looks like a position is known by its position.
+Named portNames(Elements const& ports) {
+    Named result;
     std::set<std::string> different;
-    for (ModelElement const& element : elements) {
-        names.push_back(ModelRefInfoRepo::RootIOPortInformation::cast(element) ? nameOf(element) : "");
-        if (names.back().empty() || !different.insert(names.back()).second) return {};
+    for (std::size_t i = 0; i < ports.size(); ++i) {
+        std::string const name = ModelRefInfoRepo::RootIOPortInformation::cast(ports[i]) ? nameOf(ports[i]) : "";
+        if (name.empty() || !different.insert(name).second) return {};
+        result.names.push_back(name);
+        result.places.push_back(positionIn(name) ? std::to_string(i) : escaped(name));
     }
-    return names;
+    return result;
+}
+
+/// A map's keys; in a multimap with a number for each entry of the same key.
+Named keysOf(Elements const& entries, Property const& property) {
+    Named result;
+    std::map<std::string, std::size_t> count;
+    for (ModelElement const& entry : entries) {
+        std::string const key = escaped(nameOf(entry));
+        result.names.push_back(key + "/" + std::to_string(count[key]++));
+    }
+    result.places = placesOf(entries, property);
+    return result;
+}
+
+/// Which of some numbers, all different, make up a longest rising run.
+std::vector<bool> longestRise(std::vector<std::size_t> const& numbers) {
+    constexpr auto kNone = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> ends;  // by length, less one: where the run of that length ends whose end is lowest
+    std::vector<std::size_t> before(numbers.size(), kNone);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        auto const place = std::lower_bound(ends.begin(), ends.end(), numbers[i],
+                                            [&](std::size_t end, std::size_t n) { return numbers[end] < n; });
+        if (place != ends.begin()) before[i] = *std::prev(place);
+        if (place == ends.end()) {
+            ends.push_back(i);
+        } else {
+            *place = i;
+        }
+    }
+    std::vector<bool> result(numbers.size(), false);
+    for (std::size_t i = ends.empty() ? kNone : ends.back(); i != kNone; i = before[i]) result[i] = true;
+    return result;
+}
+
+/// A root's class and the name of the interface that it tells of; "" without a name.
+std::string interfaceOf(ModelElement const& root) {
+    std::string name = nameOf(root);
+    if (auto const record = ModelRefInfoRepo::ModelRefInfoRoot::cast(root)) {
+        ModelElement const interface = record->getRootBlockDiagramInterface();
+        name = interface ? nameOf(interface) : "";
+    }
+    return name.empty() ? "" : classOf(root) + " " + name;
 }
 
 class Comparison {
@@ -63,7 +121,10 @@ public:
             std::string const place = path + "/" + keel::toUtf8(property->getName());
             if (!property->isComposite()) {
                 value(before, after, property, place);
-            } else if (isSeveral(property)) {
+                continue;
+            }
+            references(before, after, property, place);
+            if (isSeveral(property)) {
                 several(property, childrenOf(before, property), childrenOf(after, property), place);
             } else {
                 byPosition(childrenOf(before, property), childrenOf(after, property),
@@ -72,6 +133,47 @@ public:
         }
     }
 
+    /// Roots have no order that means anything: by interface, what is left by content, the rest by position.
+    void roots(Elements const& before, Elements const& after) {
+        std::vector<std::size_t> match(before.size(), kNone);
+        std::vector<bool> isTaken(after.size(), false);
+        auto const pair = [&](auto const& textOf) {
+            std::map<std::string, std::vector<std::size_t>> left;
+            for (std::size_t i = after.size(); i-- > 0;) {
+                if (!isTaken[i]) left[textOf(after[i], afterPaths_)].push_back(i);
+            }
+            for (std::size_t i = 0; i < before.size(); ++i) {
+                if (match[i] != kNone) continue;
+                std::string const text = textOf(before[i], beforePaths_);
+                auto const found = left.find(text);
+                if (text.empty() || found == left.end() || found->second.empty()) continue;
+                match[i] = found->second.back();
+                isTaken[match[i]] = true;
+                found->second.pop_back();
+            }
+        };
+        if (before.size() > 1 || after.size() > 1) {
+            pair([](ModelElement const& root, Paths&) { return interfaceOf(root); });
+            pair([](ModelElement const& root, Paths& paths) { return contentOf(root, paths); });
+        }
+        pair([](ModelElement const&, Paths&) { return "any"; });
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            if (match[i] != kNone) {
+                elements(before[i], after[match[i]], beforePaths_.of(before[i]));
+            } else {
+                add(Kind::Removed, beforePaths_.of(before[i]), describe(before[i]), "");
+            }
+        }
+        for (std::size_t i = 0; i < after.size(); ++i) {
+            if (!isTaken[i]) add(Kind::Added, afterPaths_.of(after[i]), "", describe(after[i]));
+        }
+    }
+
+    std::vector<Difference> take() { return std::move(differences_); }
+
+private:
+    static constexpr auto kNone = static_cast<std::size_t>(-1);
+
     void byPosition(Elements const& before, Elements const& after, auto const& placeOf) {
         std::size_t const common = std::min(before.size(), after.size());
         for (std::size_t i = 0; i < common; ++i) elements(before[i], after[i], placeOf(i));
@@ -79,9 +181,6 @@ public:
         for (std::size_t i = common; i < after.size(); ++i) add(Kind::Added, placeOf(i), "", describe(after[i]));
     }
 
-    std::vector<Difference> take() { return std::move(differences_); }
-
-private:
     void add(Kind kind, std::string path, std::string before, std::string after) {
         differences_.push_back({kind, std::move(path), std::move(before), std::move(after)});
     }
@@ -97,41 +196,36 @@ private:
         if (was != is) add(Kind::Changed, path, was, is);
     }
 
+    void references(ModelElement const& before, ModelElement const& after, Property const& property,
+                    std::string const& path) {
+        std::string const was = referencesOf(before, property, beforePaths_);
+        std::string const is = referencesOf(after, property, afterPaths_);
+        if (was != is) add(Kind::Changed, path, "[" + was + "]", "[" + is + "]");
+    }
+
     void several(Property const& property, Elements const& before, Elements const& after, std::string const& path) {
         auto const numbered = [&](std::size_t i) { return path + "/" + std::to_string(i); };
         if (property->getFlags() == ValueFlags::Set) return bySet(before, after, path);
         if (property->getFlags() == ValueFlags::Sequence) {
-            std::vector<std::string> const was = portNames(before);
-            std::vector<std::string> const is = portNames(after);
-            bool const haveNames = was.size() == before.size() && is.size() == after.size();
+            Named const was = portNames(before);
+            Named const is = portNames(after);
+            bool const haveNames = was.names.size() == before.size() && is.names.size() == after.size();
             if (!haveNames) return byPosition(before, after, numbered);
             byName(before, after, was, is, path);
             order(was, is, path);
             return;
         }
-        byName(before, after, keys(before), keys(after), path);
+        byName(before, after, keysOf(before, property), keysOf(after, property), path);
     }
 
-    /// A map's keys; in a multimap with a number for each entry of the same key.
-    static std::vector<std::string> keys(Elements const& entries) {
-        std::vector<std::string> result;
-        std::map<std::string, std::size_t> count;
-        for (ModelElement const& entry : entries) {
-            std::string const key = nameOf(entry);
-            std::size_t const number = count[key]++;
-            result.push_back(number == 0 ? key : key + "#" + std::to_string(number));
-        }
-        return result;
-    }
-
-    void byName(Elements const& before, Elements const& after, std::vector<std::string> const& was,
-                std::vector<std::string> const& is, std::string const& path) {
+    void byName(Elements const& before, Elements const& after, Named const& was, Named const& is,
+                std::string const& path) {
         std::map<std::string_view, std::size_t> places;
-        for (std::size_t i = 0; i < is.size(); ++i) places[is[i]] = i;
+        for (std::size_t i = 0; i < is.names.size(); ++i) places[is.names[i]] = i;
         std::vector<bool> matched(after.size(), false);
         for (std::size_t i = 0; i < before.size(); ++i) {
-            std::string const place = path + "/" + escaped(was[i]);
-            auto const found = places.find(was[i]);
+            std::string const place = path + "/" + was.places[i];
+            auto const found = places.find(was.names[i]);
             if (found == places.end()) {
                 add(Kind::Removed, place, describe(before[i]), "");
             } else {
@@ -140,37 +234,34 @@ private:
             }
         }
         for (std::size_t i = 0; i < after.size(); ++i) {
-            if (!matched[i]) add(Kind::Added, path + "/" + escaped(is[i]), "", describe(after[i]));
+            if (!matched[i]) add(Kind::Added, path + "/" + is.places[i], "", describe(after[i]));
         }
     }
 
-    /// What stands at another place among those that both have.
-    void order(std::vector<std::string> const& was, std::vector<std::string> const& is, std::string const& path) {
-        std::vector<std::string> kept = commonOf(was, is);
-        std::vector<std::string> const now = commonOf(is, was);
-        std::map<std::string_view, std::size_t> places;
-        for (std::size_t i = 0; i < now.size(); ++i) places[now[i]] = i;
+    /// What moved among those that both have: as few as explain the new order.
+    void order(Named const& was, Named const& is, std::string const& path) {
+        std::map<std::string_view, std::size_t> now;
+        for (std::size_t i = 0; i < is.names.size(); ++i) now[is.names[i]] = i;
+        std::vector<std::size_t> kept;    // places in `was`
+        std::vector<std::size_t> places;  // and in `is`
+        for (std::size_t i = 0; i < was.names.size(); ++i) {
+            auto const found = now.find(was.names[i]);
+            if (found == now.end()) continue;
+            kept.push_back(i);
+            places.push_back(found->second);
+        }
+        std::vector<bool> const stays = longestRise(places);
         for (std::size_t i = 0; i < kept.size(); ++i) {
-            std::size_t const place = places[kept[i]];
-            if (place == i) continue;
-            add(Kind::Moved, path + "/" + escaped(kept[i]), std::to_string(i), std::to_string(place));
+            if (stays[i]) continue;
+            add(Kind::Moved, path + "/" + was.places[kept[i]], std::to_string(kept[i]), std::to_string(places[i]));
         }
-    }
-    static std::vector<std::string> commonOf(std::vector<std::string> const& from,
-                                             std::vector<std::string> const& other) {
-        std::set<std::string_view> const known(other.begin(), other.end());
-        std::vector<std::string> result;
-        for (std::string const& name : from) {
-            if (known.contains(name)) result.push_back(name);
-        }
-        return result;
     }
 
     void bySet(Elements const& before, Elements const& after, std::string const& path) {
         std::map<std::string, std::vector<std::size_t>> left;  // content, and where it stands in `after`
-        for (std::size_t i = 0; i < after.size(); ++i) left[contentOf(after[i])].push_back(i);
+        for (std::size_t i = 0; i < after.size(); ++i) left[contentOf(after[i], afterPaths_)].push_back(i);
         for (std::size_t i = 0; i < before.size(); ++i) {
-            auto const found = left.find(contentOf(before[i]));
+            auto const found = left.find(contentOf(before[i], beforePaths_));
             if (found == left.end() || found->second.empty()) {
                 add(Kind::Removed, path + "/" + std::to_string(i), describe(before[i]), "");
             } else {
@@ -182,6 +273,8 @@ private:
         }
     }
 
+    Paths beforePaths_;
+    Paths afterPaths_;
     std::vector<Difference> differences_;
 };
 
@@ -189,8 +282,7 @@ private:
 
 std::vector<Difference> compare(Model const& before, Model const& after) {
     Comparison comparison;
-    comparison.byPosition(before->getRoots(), after->getRoots(),
-                          [](std::size_t i) { return i == 0 ? std::string() : "//" + std::to_string(i); });
+    comparison.roots(before->getRoots(), after->getRoots());
     return comparison.take();
 }
 

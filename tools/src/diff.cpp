@@ -59,7 +59,8 @@ void addDiff(CLI::App& program, Action& action) {
     command->add_flag("--json", options->json, "Print JSON");
     command->add_flag("-q,--quiet", options->quiet, "Only give the exit code");
     command->footer(
-        "Ids don't count. Ports are matched by name, maps by key, sets by content, all else by position.\n"
+        "Ids don't count. Ports are matched by name, maps by key, sets by content, roots by interface or content,\n"
+        "all else by position. Paths are those of OLD, and of NEW for what was added.\n"
         "Exit codes: 0 the same, 1 different, 2 a failure.\n\n"
         "Examples:\n"
         "  modelref diff old.record new.record\n"

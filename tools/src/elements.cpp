@@ -8,6 +8,10 @@
 #include <quay/zero/value.h>
 
 #include <algorithm>
+#include <boost/uuid/uuid_io.hpp>
+#include <charconv>
+
+#include "failure.h"
 
 namespace modelref {
 
@@ -21,6 +25,11 @@ bool isText(Property const& property) {
     meta::Type const type = property->getType();
     bool const isOne = property->getFlags() == ValueFlags::One || property->getFlags() == ValueFlags::Optional;
     return isOne && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta);
+}
+
+/// Whether a member of a property has its place there.
+bool isAtHome(ModelElement const& owner, Property const& property, ModelElement const& member) {
+    return !member->isProxy() && owner.impl()->owns(*member.impl()) && member->containmentFeature() == property;
 }
 
 /// The property that names the elements of a class, or an empty handle.
@@ -59,11 +68,13 @@ bool isSeveral(Property const& property) {
     return property->getFlags() != ValueFlags::One && property->getFlags() != ValueFlags::Optional;
 }
 
+bool isKeyed(Property const& property) {
+    return property->getFlags() == ValueFlags::Map || property->getFlags() == ValueFlags::Multimap;
+}
+
 std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property) {
     PropertyRow const& row = *property->row();
-    auto const isGuest = [&](ModelElement const& child) {
-        return !element.impl()->owns(*child.impl()) || child->containmentFeature() != property;
-    };
+    auto const isGuest = [&](ModelElement const& child) { return !isAtHome(element, property, child); };
     if (auto* const collection = static_cast<ReferenceCollection*>(row.collection(*element.impl()))) {
         std::vector<ModelElement> members = collection->getAllValues();
         std::erase_if(members, isGuest);
@@ -76,6 +87,35 @@ std::vector<ModelElement> childrenOf(ModelElement const& element, Property const
     auto const child = element->getPropertyValue(property, kTag).getValue<ModelElement>();
     if (isGuest(child)) return {};
     return {child};
+}
+
+std::vector<std::string> placesOf(std::vector<ModelElement> const& children, Property const& property) {
+    std::vector<std::string> result;
+    if (!isKeyed(property)) {
+        for (std::size_t i = 0; i < children.size(); ++i) result.push_back(std::to_string(i));
+        return result;
+    }
+    struct Uses {
+        std::size_t count = 0;
+        std::size_t seen = 0;
+    };
+    std::unordered_map<std::string, Uses> uses;
+    for (ModelElement const& child : children) {
+        result.push_back(escaped(nameOf(child)));
+        ++uses[result.back()].count;
+    }
+    for (std::string& place : result) {
+        Uses& use = uses[place];
+        if (use.count > 1) place += "/" + std::to_string(use.seen++);
+    }
+    return result;
+}
+
+std::optional<std::size_t> positionIn(std::string_view text) {
+    std::size_t number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || std::to_string(number) != text) return {};
+    return number;
 }
 
 std::string classOf(ModelElement const& element) { return keel::toUtf8(element->getMetaClass()->getName()); }
@@ -95,6 +135,7 @@ std::string nameOf(ModelElement const& element) {
 }
 
 std::string escaped(std::string_view key) {
+    if (key.empty()) return "~";
     std::string result;
     for (char const c : key) {
         if (c == '~') {
@@ -105,14 +146,24 @@ std::string escaped(std::string_view key) {
             result += c;
         }
     }
-    return result;
+    return onOneLine(result, "~x");
 }
 
 std::string unescaped(std::string_view part) {
+    if (part == "~") return "";
     std::string result;
     for (std::size_t i = 0; i < part.size(); ++i) {
-        bool const isEscape = part[i] == '~' && i + 1 < part.size() && (part[i + 1] == '0' || part[i + 1] == '1');
-        result += isEscape ? (part[++i] == '0' ? '~' : '/') : part[i];
+        std::string_view const rest = part.substr(i);
+        unsigned byte = 0;
+        if (rest.starts_with("~0") || rest.starts_with("~1")) {
+            result += part[++i] == '0' ? '~' : '/';
+        } else if (rest.starts_with("~x") && rest.size() >= 4 &&
+                   std::from_chars(rest.data() + 2, rest.data() + 4, byte, 16).ptr == rest.data() + 4) {
+            result += static_cast<char>(byte);
+            i += 3;
+        } else {
+            result += part[i];
+        }
     }
     return result;
 }
@@ -127,13 +178,35 @@ std::string Paths::of(ModelElement const& element) {
     Property const property = element->containmentFeature();
     std::string const path = of(owner) + "/" + keel::toUtf8(property->getName());
     if (!isSeveral(property)) return path;
-    if (property->getFlags() == ValueFlags::Map) return path + "/" + escaped(nameOf(element));
-    auto& positions = positions_[{owner.impl(), element->containmentIndex()}];
-    if (positions.empty()) {
-        std::size_t position = 0;
-        for (ModelElement const& child : childrenOf(owner, property)) positions[child.impl()] = position++;
+    auto& places = places_[{owner.impl(), element->containmentIndex()}];
+    if (places.empty()) {
+        auto const children = childrenOf(owner, property);
+        std::vector<std::string> names = placesOf(children, property);
+        for (std::size_t i = 0; i < children.size(); ++i) places[children[i].impl()] = std::move(names[i]);
     }
-    return path + "/" + std::to_string(positions[element.impl()]);
+    return path + "/" + places[element.impl()];
+}
+
+std::vector<std::string> guestsOf(ModelElement const& element, Property const& property, Paths& paths) {
+    PropertyRow const& row = *property->row();
+    std::vector<ModelElement> members;
+    if (auto* const collection = static_cast<ReferenceCollection*>(row.collection(*element.impl()))) {
+        collection->resolveAll();
+        members = collection->getAllValuesAndProxies();
+    } else if (row.has(*element.impl())) {
+        members.push_back(element->getPropertyValue(property, kTag).getValue<ModelElement>());
+    }
+    std::vector<std::string> result;
+    for (ModelElement const& member : members) {
+        if (member->isProxy()) {
+            result.push_back(to_string(member->getProxyId().id()));
+        } else if (!isAtHome(element, property, member)) {
+            std::string const path = paths.of(member);
+            result.push_back(path.empty() ? "/" : path);
+        }
+    }
+    if (property->getFlags() == ValueFlags::Set) std::sort(result.begin(), result.end());
+    return result;
 }
 
 std::string const& Initials::of(ModelElement const& element, Property const& property) {

@@ -2,6 +2,7 @@
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/text.h>
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <memory>
@@ -26,15 +27,12 @@ struct Options {
     std::size_t depth = std::numeric_limits<std::size_t>::max();
 };
 
+/// A line feed parts the lines of a label.
 std::string dotText(std::string const& text) {
     std::string result = "\"";
     for (char const c : text) {
         if (c == '"' || c == '\\') result += '\\';
-        if (c == '\n') {
-            result += "\\n";
-        } else {
-            result += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-        }
+        result += c == '\n' ? "\\n" : std::string(1, c);
     }
     return result + "\"";
 }
@@ -57,7 +55,7 @@ private:
 };
 
 void drawOwned(Dot& dot, ModelElement const& element, std::string const& id, std::size_t depth, std::size_t& count) {
-    std::string const name = nameOf(element);
+    std::string const name = onOneLine(nameOf(element));
     dot.node(id, classOf(element) + (name.empty() ? "" : "\n" + name));
     if (depth == 0) return;
     for (Property const& property : storedProperties(element)) {
@@ -85,34 +83,44 @@ std::string shortNumber(double number) {
     return {text, std::to_chars(text, text + sizeof text, number).ptr};
 }
 
-/// Rates by number, an arrow for each edge, and a dashed one from a union rate to what it contains.
+/// Rates by number, those of each root apart; an arrow for each edge, and a dashed one from a union rate to what it
+/// contains.
 std::string drawRates(Model const& model) {
     Dot dot("rates");
-    std::set<std::uint64_t> drawn;
-    auto const idOf = [&](std::uint64_t number) {
-        std::string id = "r" + std::to_string(number);
-        if (drawn.insert(number).second) dot.node(id, "rate " + std::to_string(number));
-        return id;
-    };
+    std::size_t roots = 0;
     for (ModelElement const& element : model->getRoots()) {
         ModelRefInfoRoot const root = ModelRefInfoRoot::cast(element);
         if (!root) continue;
-        std::uint64_t number = 0;
+        std::string const prefix = roots == 0 ? "r" : "root" + std::to_string(roots) + "_r";
+        ++roots;
+        std::set<std::string> drawn;
+        auto const draw = [&](std::string const& number, std::string const& label) {
+            // No id of Graphviz's has a minus inside.
+            std::string id = prefix + number;
+            std::replace(id.begin(), id.end(), '-', '_');
+            if (drawn.insert(number).second) dot.node(id, label);
+            return id;
+        };
+        auto const idOf = [&](auto number) {
+            std::string const text = std::to_string(number);
+            return draw(text, "rate " + text);
+        };
+        std::size_t number = 0;
         for (RateInfo const& rate : *root->getRuntimeNonFcnCallRateInfos()) {
-            std::string const name = keel::toUtf8(rate.getNonFcnCallPartitionName());
+            std::string const name = onOneLine(keel::toUtf8(rate.getNonFcnCallPartitionName()));
             std::string const period =
                 rate.getPeriod() < 0 ? "period not known" : "period " + shortNumber(rate.getPeriod());
-            dot.node("r" + std::to_string(number),
-                     (name.empty() ? "rate " + std::to_string(number) : name) + "\n" + period);
-            drawn.insert(number++);
+            std::string const digits = std::to_string(number++);
+            std::string label = name.empty() ? "rate " + digits : name;
+            draw(digits, label.append("\n").append(period));
         }
         for (SampleTimeGraphEdge const& edge : *root->getAllEdges()) {
             std::string const from = idOf(edge->getSrcNodeIdx());
             dot.edge(from, idOf(edge->getDstNodeIdx()), "");
         }
         for (UnionTsContainedTsElem const& entry : *root->getUnionTsContainedTs()) {
-            std::string const from = idOf(static_cast<std::uint64_t>(entry->getUnionTs()));
-            dot.edge(from, idOf(static_cast<std::uint64_t>(entry->getContainedTs())), "contains", ", style=dashed");
+            std::string const from = idOf(entry->getUnionTs());
+            dot.edge(from, idOf(entry->getContainedTs()), "contains", ", style=dashed");
         }
     }
     return dot.finish();
@@ -138,7 +146,8 @@ void addGraph(CLI::App& program, Action& action) {
     command->add_option("-k,--kind", options->kind, "ownership or rates")
         ->check(CLI::IsMember({"ownership", "rates"}))
         ->capture_default_str();
-    command->add_option("-d,--depth", options->depth, "How many levels of ownership below the root");
+    command->add_option("-d,--depth", options->depth, "How many levels of ownership below the root")
+        ->check(CLI::NonNegativeNumber);
     command->add_option("-o,--output", options->output, "Where the picture goes, instead of standard output");
     command->footer(
         "Examples:\n"

@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "console.h"
+#include "failure.h"
 #include "fmi/record.h"
 #include "record_file.h"
 
@@ -21,10 +22,10 @@ struct Options {
 
 void report(Options const& options, fmi::Description const& description, fmi::Record const& record) {
     std::size_t const total = description.variables.size();
-    for (std::string const& warning : record.warnings) note("warning: " + warning);
-    for (auto const& [name, reason] : record.notPlaced) note("not placed: " + name + ": " + reason);
-    note(options.input + ": FMI " + description.version + ", model " + description.modelName + ": " +
-         std::to_string(total) + " variables, " + std::to_string(record.recorded) + " recorded, " +
+    for (std::string const& warning : record.warnings) note("warning: " + onOneLine(warning));
+    for (auto const& [name, reason] : record.notPlaced) note("not placed: " + onOneLine(name) + ": " + reason);
+    note(options.input + ": FMI " + onOneLine(description.version) + ", model " + onOneLine(description.modelName) +
+         ": " + std::to_string(total) + " variables, " + std::to_string(record.recorded) + " recorded, " +
          std::to_string(record.notPlaced.size()) + " not placed");
     if (!options.json) return;
     boost::json::array notPlaced;

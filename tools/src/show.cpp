@@ -4,10 +4,11 @@
 #include <quay/zero/primitive_collection.h>
 #include <quay/zero/value.h>
 
+#include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
-#include <charconv>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "commands.h"
 #include "console.h"
@@ -28,6 +29,8 @@ struct Options {
     bool json = false;
 };
 
+using Parts = std::span<std::string const>;
+
 /// What a path leads to: an element, or one of its properties, or one value of a property that has several.
 struct Target {
     ModelElement element;
@@ -45,13 +48,6 @@ std::vector<std::string> partsOf(std::string_view path) {
     return parts;
 }
 
-std::optional<std::size_t> numberOf(std::string const& text) {
-    std::size_t number = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return {};
-    return number;
-}
-
 Property propertyOf(ModelElement const& element, std::string const& name) {
     for (Property const& property : element->getMetaClass()->getProperties()) {
         if (keel::toUtf8(property->getName()) == name) return property;
@@ -59,43 +55,73 @@ Property propertyOf(ModelElement const& element, std::string const& name) {
     throw Failure(classOf(element) + " has no property " + inQuotes(name));
 }
 
-/// By name first, a map's key among them, then by position.
-ModelElement memberOf(ModelElement const& element, Property const& property, std::string const& part) {
-    auto const children = childrenOf(element, property);
+[[noreturn]] void failWithout(std::string const& part, Property const& property, std::size_t count) {
+    throw Failure(keel::toUtf8(property->getName()) + " has no " + inQuotes(part) + " among its " +
+                  std::to_string(count));
+}
+
+/// By position, else by name. What is found so uses up one part of the path.
+ModelElement memberOf(std::vector<ModelElement> const& children, Property const& property, Parts& parts) {
+    std::string const& part = parts.front();
+    parts = parts.subspan(1);
+    auto const position = positionIn(part);
+    if (position && *position < children.size()) return children[*position];
     for (ModelElement const& child : children) {
         if (nameOf(child) == part) return child;
     }
-    auto const number = numberOf(part);
-    if (number && *number < children.size()) return children[*number];
-    throw Failure(keel::toUtf8(property->getName()) + " has no " + inQuotes(part) + " among its " +
-                  std::to_string(children.size()));
+    failWithout(part, property, children.size());
+}
+
+/// By key alone, since a key may look like another entry's position; among several of one key by a number after it.
+ModelElement entryOf(std::vector<ModelElement> const& children, Property const& property, Parts& parts) {
+    std::vector<std::string> const places = placesOf(children, property);
+    auto const at = [&](std::string const& place) {
+        auto const found = std::find(places.begin(), places.end(), place);
+        return found == places.end() ? ModelElement() : children[static_cast<std::size_t>(found - places.begin())];
+    };
+    std::string const& part = parts.front();
+    std::string const key = escaped(part);
+    parts = parts.subspan(1);
+    if (ModelElement const entry = at(key)) return entry;
+    if (!at(key + "/0")) failWithout(part, property, children.size());
+    std::string const number = parts.empty() ? "" : parts.front();
+    ModelElement const entry = at(key + "/" + number);
+    if (!entry) throw Failure("several entries have the key " + inQuotes(part) + ": say which, from 0");
+    parts = parts.subspan(1);
+    return entry;
 }
 
 Target find(Model const& model, std::string const& path) {
     auto const roots = model->getRoots();
-    std::vector<std::string> parts = partsOf(path);
+    std::vector<std::string> const all = partsOf(path);
+    Parts parts = all;
     std::size_t root = 0;
     if (path.starts_with("//") && !parts.empty()) {
-        root = numberOf(parts.front()).value_or(roots.size());
-        parts.erase(parts.begin());
+        root = positionIn(parts.front()).value_or(roots.size());
+        parts = parts.subspan(1);
     }
     if (root >= roots.size()) throw Failure("there is no such root: there are " + std::to_string(roots.size()));
     Target target{roots[root], {}, {}};
-    for (std::string const& part : parts) {
+    while (!parts.empty()) {
+        std::string const& part = parts.front();
         if (target.position || (target.property && !target.property->isComposite() && !isSeveral(target.property))) {
             throw Failure(inQuotes(part) + " leads nowhere: a value has no parts");
         }
         if (!target.property) {
             target.property = propertyOf(target.element, part);
+            parts = parts.subspan(1);
             if (!target.property->isComposite() || isSeveral(target.property)) continue;
             auto const children = childrenOf(target.element, target.property);
             if (children.empty()) throw Failure(part + " is empty");
             target = {children.front(), {}, {}};
         } else if (target.property->isComposite()) {
-            target = {memberOf(target.element, target.property, part), {}, {}};
+            auto const children = childrenOf(target.element, target.property);
+            auto const find = isKeyed(target.property) ? entryOf : memberOf;
+            target = {find(children, target.property, parts), {}, {}};
         } else {
-            target.position = numberOf(part);
+            target.position = positionIn(part);
             if (!target.position) throw Failure(inQuotes(part) + " is no position");
+            parts = parts.subspan(1);
         }
     }
     return target;
@@ -167,7 +193,7 @@ int show(Options const& options) {
         target = find(model, options.path);
         if (target.property && !target.property->isComposite()) value = textOf(target);
     } catch (Failure const& failure) {
-        throw Failure(options.record + ": " + options.path + ": " + failure.what());
+        throw Failure(options.record + ": " + onOneLine(options.path) + ": " + failure.what());
     }
     if (!target.property) {
         options.json ? printLine(io::toText(target.element)) : showElement(target.element, options.all);
@@ -192,11 +218,14 @@ void addShow(CLI::App& program, Action& action) {
     CLI::App* const command = program.add_subcommand("show", "Print what stands at a path");
     command->add_option("RECORD", options->record, "A record")->required();
     command->add_option("PATH", options->path,
-                        "Properties, and positions or names: /inports/0/rateInfos; / is the root");
+                        "Properties, positions or names, and keys of maps, as tree and validate print them:\n"
+                        "/inports/0/rateInfos; / is the root");
     command->add_flag("--all", options->all, "Print properties that have their initial value as well");
     command->add_flag("--json", options->json, "Print JSON");
     command->footer(
-        "In names, ~1 stands for a slash and ~0 for a tilde; //1/ begins at the second root.\n\n"
+        "In names and keys, ~1 stands for a slash, ~0 for a tilde and ~x0a for a control character; ~ is the empty "
+        "key.\n"
+        "Among several entries of one key a number follows, from 0. //1/ begins at the second root.\n\n"
         "Examples:\n"
         "  modelref show plant.record /inports/0\n"
         "  modelref show plant.record /inports/speed/rateInfos\n"

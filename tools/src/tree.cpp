@@ -35,16 +35,17 @@ struct Branch {
     ModelElement element;
 };
 
-/// A line for each child: "inports/0 InportInformation 'speed'".
+/// A line for each child: "inports/0 InportInformation 'speed'". The paths of `show` are made of such places.
 std::vector<Branch> branchesOf(ModelElement const& element, Options const& options) {
     std::vector<Branch> result;
     for (Property const& property : storedProperties(element)) {
         if (!property->isComposite()) continue;
         std::string const name = keel::toUtf8(property->getName());
-        std::size_t position = 0;
-        for (ModelElement const& child : childrenOf(element, property)) {
-            std::string const place = isSeveral(property) ? name + "/" + std::to_string(position++) : name;
-            result.push_back({coloured(Colour::Blue, place) + " " + labelOf(child, options), child});
+        auto const children = childrenOf(element, property);
+        std::vector<std::string> const places = placesOf(children, property);
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            std::string const place = isSeveral(property) ? name + "/" + places[i] : name;
+            result.push_back({coloured(Colour::Blue, place) + " " + labelOf(children[i], options), children[i]});
         }
     }
     return result;
@@ -96,7 +97,7 @@ void addTree(CLI::App& program, Action& action) {
     auto const options = std::make_shared<Options>();
     CLI::App* const command = program.add_subcommand("tree", "Print what owns what");
     command->add_option("RECORD", options->record, "A record")->required();
-    command->add_option("-d,--depth", options->depth, "How many levels below the root");
+    command->add_option("-d,--depth", options->depth, "How many levels below the root")->check(CLI::NonNegativeNumber);
     command->add_flag("--ids", options->ids, "Print ids as well");
     command->add_flag("--json", options->json, "Print JSON");
     command->footer("Examples:\n  modelref tree plant.record\n  modelref tree plant.record --depth 1");

@@ -108,8 +108,7 @@ std::string unpack(std::string const& file, zip_t* archive, zip_uint64_t index) 
     }
 }
 
-std::string readAll(std::string const& file, std::ifstream& stream) {
-    std::string text;
+std::string readRest(std::string const& file, std::ifstream& stream, std::string text) {
     char piece[1 << 16];
     while (stream.read(piece, sizeof piece) || stream.gcount() > 0) {
         text.append(piece, static_cast<std::size_t>(stream.gcount()));
@@ -127,13 +126,13 @@ std::string readDescriptionText(std::filesystem::path const& path) {
     if (S_ISDIR(status.st_mode)) fail(file, systemReason(EISDIR));
     std::ifstream stream(path, std::ios::binary);
     if (!stream) fail(file, systemReason(errno));
-    char magic[2] = {};
-    bool const isFmu = path.extension() == ".fmu";
-    if (stream.read(magic, 2); !isFmu && (magic[0] != 'P' || magic[1] != 'K')) {
-        stream.clear();
-        stream.seekg(0);
-        return readAll(file, stream);
-    }
+    // What was read stays, since a pipe doesn't give it twice.
+    std::string text(2, '\0');
+    stream.read(text.data(), 2);
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    bool const isArchive = path.extension() == ".fmu" || text == "PK";
+    if (!isArchive) return readRest(file, stream, std::move(text));
+    if (!S_ISREG(status.st_mode)) fail(file, "an archive can't be read from a pipe");
     if (static_cast<std::uint64_t>(status.st_size) > kLargestArchive) fail(file, "the archive is larger than 4 GiB");
     Archive const archive = open(file);
     return unpack(file, archive.get(), findDescription(file, archive.get()));

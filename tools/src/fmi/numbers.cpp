@@ -1,6 +1,7 @@
 #include "numbers.h"
 
-#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace modelref::fmi {
@@ -18,23 +19,35 @@ bool parseBoolean(std::string_view text, bool& value) {
     return value || text == "false" || text == "0";
 }
 
-/// Takes the C suffix "F" too, which some tools write.
-bool parseReal(std::string_view text, double& value) {
+namespace {
+
+double nearest(char const* text, double) { return std::strtod(text, nullptr); }
+float nearest(char const* text, float) { return std::strtof(text, nullptr); }
+
+template <class R>
+bool parseAnyReal(std::string_view text, R& value) {
     text = trimmed(text);
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr R kInfinity = std::numeric_limits<R>::infinity();
     if (text == "INF" || text == "+INF" || text == "-INF") {
         value = text.front() == '-' ? -kInfinity : kInfinity;
         return true;
     }
     if (text == "NaN") {
-        value = std::numeric_limits<double>::quiet_NaN();
+        value = std::numeric_limits<R>::quiet_NaN();
         return true;
     }
     if (text.starts_with('+') && !text.substr(1).starts_with('-')) text.remove_prefix(1);
     if (text.ends_with('F') || text.ends_with('f')) text.remove_suffix(1);
     bool const isPlain = text.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
     auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return isPlain && error == std::errc() && end == text.data() + text.size();
+    if (!isPlain || end != text.data() + text.size()) return false;
+    if (error == std::errc::result_out_of_range) value = nearest(std::string(text).c_str(), R());
+    return error != std::errc::invalid_argument && std::isfinite(value);
 }
+
+}  // namespace
+
+bool parseReal(std::string_view text, double& value) { return parseAnyReal(text, value); }
+bool parseReal(std::string_view text, float& value) { return parseAnyReal(text, value); }
 
 }  // namespace modelref::fmi

@@ -13,7 +13,10 @@ std::string_view trimmed(std::string_view text);
 
 // False if the text isn't such a value.
 bool parseBoolean(std::string_view text, bool& value);
+// Takes the C suffix "F" too, which some tools write. What is too small to tell from 0 is 0, with its sign; what is too
+// large is no value.
 bool parseReal(std::string_view text, double& value);
+bool parseReal(std::string_view text, float& value);
 
 template <class N>
 bool parseInteger(std::string_view text, N& value) {

@@ -23,10 +23,15 @@ public:
 private:
     /// The element that tells the type, inside of one that has a name.
     std::pair<pugi::xml_node, Type> typed(pugi::xml_node const& node) const {
+        std::pair<pugi::xml_node, Type> result;
         for (auto const& [name, type] : kTypes) {
-            if (pugi::xml_node const found = node.child(name)) return {found, type};
+            pugi::xml_node const found = xml_.child(node, name);
+            if (!found) continue;
+            if (result.first) xml_.fail(found, std::string("<") + node.name() + "> has a second type");
+            result = {found, type};
         }
-        xml_.fail(node, std::string("<") + node.name() + "> has no known type");
+        if (!result.first) xml_.fail(node, std::string("<") + node.name() + "> has no known type");
+        return result;
     }
 
     std::size_t positionOf(pugi::xml_node const& node, char const* attribute, std::uint64_t number) const {
@@ -88,14 +93,10 @@ private:
     }
 
     void readStructure(pugi::xml_node const& structure) override {
-        d_.outputs = unknowns(structure.child("Outputs"));
-        d_.derivatives = unknowns(structure.child("Derivatives"));
-        unknowns(structure.child("InitialUnknowns"));  // nothing records them, but they mustn't dangle
-        for (Unknown const& unknown : d_.derivatives) {
-            if (d_.variables[unknown.variable].derivativeOf) continue;
-            xml_.fail(structure.child("Derivatives"),
-                      inQuotes(d_.variables[unknown.variable].name) + " is listed as a derivative and is none");
-        }
+        d_.outputs = unknowns(xml_.child(structure, "Outputs"));
+        d_.derivatives = unknowns(xml_.child(structure, "Derivatives"));
+        unknowns(xml_.child(structure, "InitialUnknowns"));  // nothing records them, but they mustn't dangle
+        checkDerivatives(structure.child("Derivatives"));
     }
 };
 

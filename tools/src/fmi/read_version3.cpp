@@ -130,8 +130,11 @@ private:
         }
         variable.clocks = variablesOf(node, "clocks");
         for (std::size_t const clock : variable.clocks) {
-            if (d_.variables[clock].type == Type::Clock) continue;
-            xml_.fail(node, "clocks names " + inQuotes(d_.variables[clock].name) + ", which is no clock");
+            Variable const& named = d_.variables[clock];
+            if (named.type != Type::Clock) {
+                xml_.fail(node, "clocks names " + inQuotes(named.name) + ", which is no clock");
+            }
+            if (&named == &variable) xml_.fail(node, "clocks names the clock itself");
         }
         std::uint64_t width = 1;
         for (pugi::xml_node const dimension : node.children("Dimension")) {
@@ -178,11 +181,7 @@ private:
         d_.eventIndicators = unknowns(structure, "EventIndicator");
         unknowns(structure, "ClockedState");
         unknowns(structure, "InitialUnknown");
-        for (Unknown const& unknown : d_.derivatives) {
-            if (d_.variables[unknown.variable].derivativeOf) continue;
-            xml_.fail(structure,
-                      inQuotes(d_.variables[unknown.variable].name) + " is listed as a derivative and is none");
-        }
+        checkDerivatives(structure);
     }
 
     std::unordered_map<std::uint64_t, std::size_t> byReference_;

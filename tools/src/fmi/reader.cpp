@@ -59,13 +59,15 @@ bool isHex(std::string const& text) {
     return text.size() % 2 == 0 && text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
 }
 
-bool isValue(Type type, std::string const& text) {
+bool isValue(Type type, bool isVersion3, std::string const& text) {
     double real = 0;
+    float shortReal = 0;
     bool truth = false;
     switch (type) {
         case Type::Float64:
-        case Type::Float32:
             return parseReal(text, real);
+        case Type::Float32:
+            return parseReal(text, shortReal);
         case Type::Int8:
             return fits<std::int8_t>(text);
         case Type::UInt8:
@@ -78,8 +80,9 @@ bool isValue(Type type, std::string const& text) {
             return fits<std::int32_t>(text);
         case Type::UInt32:
             return fits<std::uint32_t>(text);
-        case Type::Int64:
         case Type::Enumeration:
+            return isVersion3 ? fits<std::int64_t>(text) : fits<std::int32_t>(text);
+        case Type::Int64:
             return fits<std::int64_t>(text);
         case Type::UInt64:
             return fits<std::uint64_t>(text);
@@ -121,6 +124,7 @@ void Reader::readKind(pugi::xml_node const& node) {
     kind.name = node.name();
     kind.identifier = xml_.required(node, "modelIdentifier");
     for (pugi::xml_attribute const a : node.attributes()) kind.attributes.emplace_back(a.name(), a.value());
+    if (kind.attributes.size() > kMostAttributes) xml_.fail(node, "<" + kind.name + "> has too many attributes");
     for (pugi::xml_node const file : node.child("SourceFiles").children("File")) {
         kind.sourceFiles.push_back(xml_.required(file, "name"));
     }
@@ -139,8 +143,15 @@ void Reader::readVariables() {
         if (!names.insert(variable.name).second) {
             xml_.fail(node, "there is a second variable " + inQuotes(variable.name));
         }
+        for (pugi::xml_node const alias : node.children("Alias")) {
+            std::string name = xml_.required(alias, "name");
+            if (!names.insert(name).second) xml_.fail(alias, "there is a second variable " + inQuotes(name));
+        }
         xml_.required(node, "valueReference");
         variable.valueReference = *xml_.natural(node, "valueReference");
+        if (variable.valueReference > std::numeric_limits<std::uint32_t>::max()) {
+            xml_.fail(node, "valueReference has more than 32 bits");
+        }
         enterReference(node, variable.valueReference, d_.variables.size());
         readVariable(node, variable);
         nodes.push_back(node);
@@ -201,6 +212,7 @@ void Reader::readEnumeration(std::string const& name, pugi::xml_node const& node
         std::int64_t value = 0;
         if (!parseInteger(xml_.required(item, "value"), value)) xml_.fail(item, "an item's value is no integer");
         if (!labels.insert(label).second) xml_.fail(item, "there is a second item " + inQuotes(label));
+        items_[name].insert(value);
         result.items.emplace_back(std::move(label), value);
     }
     if (result.items.empty()) xml_.fail(node, "the enumeration " + inQuotes(name) + " has no items");
@@ -211,9 +223,23 @@ void Reader::declare(pugi::xml_node const& node, std::string const& name, Declar
     if (!types_.emplace(name, type).second) xml_.fail(node, "there is a second type " + inQuotes(name));
 }
 
+void Reader::checkDerivatives(pugi::xml_node const& node) const {
+    std::unordered_set<std::size_t> listed;
+    std::unordered_set<std::size_t> states;
+    for (Unknown const& unknown : d_.derivatives) {
+        Variable const& variable = d_.variables[unknown.variable];
+        std::string const name = inQuotes(variable.name);
+        if (!variable.derivativeOf) xml_.fail(node, name + " is listed as a derivative and is none");
+        if (!listed.insert(unknown.variable).second) xml_.fail(node, name + " is listed as a derivative twice");
+        if (!states.insert(*variable.derivativeOf).second) {
+            xml_.fail(node, name + " is a second derivative of " + inQuotes(d_.variables[*variable.derivativeOf].name));
+        }
+    }
+}
+
 void Reader::checkStart(pugi::xml_node const& node, Variable const& variable) {
     for (std::string const& text : variable.start) {
-        if (!isValue(variable.type, text)) {
+        if (!isValue(variable.type, d_.isVersion3, text)) {
             xml_.fail(node, "the start of " + inQuotes(variable.name) + " is " + inQuotes(text) +
                                 ", which is no value of " + nameOf(variable.type));
         }
@@ -223,17 +249,13 @@ void Reader::checkStart(pugi::xml_node const& node, Variable const& variable) {
                        std::to_string(variable.start.size()) + " start values, which are recorded as a row");
     }
     if (variable.type != Type::Enumeration) return;
-    auto const& all = d_.enumerations;
-    auto const found =
-        std::find_if(all.begin(), all.end(), [&](Enumeration const& e) { return e.name == variable.declaredType; });
+    auto const& items = items_.at(variable.declaredType);
     for (std::string const& text : variable.start) {
         std::int64_t value = 0;
         parseInteger(text, value);
-        bool const known = std::any_of(found->items.begin(), found->items.end(),
-                                       [&](auto const& item) { return item.second == value; });
-        if (!known) {
+        if (!items.contains(value)) {
             warn(node, "the start of " + inQuotes(variable.name) + " is " + text + ", which is no item of " +
-                           inQuotes(found->name));
+                           inQuotes(variable.declaredType));
         }
     }
 }

@@ -30,6 +30,7 @@ public:
 
 protected:
     static constexpr std::uint64_t kMostElements = std::numeric_limits<std::int32_t>::max();
+    static constexpr std::size_t kMostAttributes = 1'000;  ///< of an interface kind, which are fields of one struct
 
     virtual void readTypes(pugi::xml_node const& definitions) = 0;
     virtual void readVariable(pugi::xml_node const& node, Variable& variable) = 0;
@@ -48,6 +49,8 @@ protected:
     void declare(pugi::xml_node const& node, std::string const& name, DeclaredType type);
     /// An attribute of the variable or, where it is missing, of its declared type.
     pugi::xml_node holderOf(pugi::xml_node const& node, char const* attribute) const;
+    /// Failure unless each derivative is one, is listed once, and is that of a state of its own.
+    void checkDerivatives(pugi::xml_node const& node) const;
     void checkStart(pugi::xml_node const& node, Variable const& variable);
     void warn(pugi::xml_node const& node, std::string const& text) {
         d_.warnings.push_back(xml_.placeOf(node) + ": " + text);
@@ -56,6 +59,7 @@ protected:
     Xml const& xml_;
     Description& d_;
     std::unordered_map<std::string, DeclaredType> types_;
+    std::unordered_map<std::string, std::unordered_set<std::int64_t>> items_;  ///< by enumeration
 };
 
 /// Each makes a description of its version.

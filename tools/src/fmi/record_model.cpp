@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "../failure.h"
 #include "numbers.h"
 #include "recording.h"
 
@@ -144,8 +145,8 @@ void Recording::recordEnumerations() {
             return item.second >= Limits::min() && item.second <= Limits::max();
         });
         if (!fits) {
-            warnings_.push_back(d_.file.string() + ": the enumeration '" + enumeration.name +
-                                "' isn't recorded: it has values of more than 32 bits");
+            warnings_.push_back(d_.file.string() + ": the enumeration " + inQuotes(enumeration.name) +
+                                " isn't recorded: it has values of more than 32 bits");
             continue;
         }
         auto info = std::make_unique<StandaloneEnumInfo::Builder>();

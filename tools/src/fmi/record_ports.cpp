@@ -74,9 +74,11 @@ void Recording::recordPorts() {
     // An input is a derivative port if a derivative depends on it, or may.
     std::vector<bool> feedsDerivative(d_.variables.size(), false);
     for (Unknown const& derivative : d_.derivatives) {
-        if (!derivative.dependencies) feedsDerivative.assign(feedsDerivative.size(), true);
-        for (std::size_t const v : derivative.dependencies.value_or(std::vector<std::size_t>()))
-            feedsDerivative[v] = true;
+        if (!derivative.dependencies) {
+            feedsDerivative.assign(feedsDerivative.size(), true);
+            break;
+        }
+        for (std::size_t const v : *derivative.dependencies) feedsDerivative[v] = true;
     }
     std::vector<bool> isState(d_.variables.size(), false);
     for (std::size_t const state : continuousStates_) isState[state] = true;
@@ -96,9 +98,7 @@ void Recording::recordPorts() {
         fillPort(*port, i, number);
         port->setNonContinuous(v.variability != Variability::Continuous);
         port->setIsInitializedWithIC(!v.start.empty());
-        bool const isState =
-            std::find(continuousStates_.begin(), continuousStates_.end(), i) != continuousStates_.end();
-        port->setIsState(isState);
+        port->setIsState(isState[i]);
         if (v.variability == Variability::Constant && v.start.size() == 1)
             port->setConstantOutputValue(v.start.front());
         root_.addOutports(std::move(port));

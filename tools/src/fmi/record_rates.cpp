@@ -115,37 +115,46 @@ void Recording::recordRateFlags() {
 }
 
 void Recording::recordPortGroups() {
+    // By clock, the ports that tick with it; each clock counts once.
+    auto const tickingOf = [&](std::vector<std::size_t> const& ports) {
+        std::map<std::size_t, std::vector<int>> ticking;
+        for (std::size_t n = 0; n < ports.size(); ++n) {
+            if (at(ports[n]).type == Type::Clock) continue;
+            auto const number = static_cast<int>(n);
+            for (std::size_t const clock : at(ports[n]).clocks) {
+                std::vector<int>& numbers = ticking[clock];
+                if (numbers.empty() || numbers.back() != number) numbers.push_back(number);
+            }
+        }
+        return ticking;
+    };
+    auto inputs = tickingOf(inports_);
+    auto outputs = tickingOf(outports_);
     int groups = 0;
-    for (std::size_t const i : inports_) {
+    for (std::size_t n = 0; n < inports_.size(); ++n) {
+        std::size_t const i = inports_[n];
         if (at(i).type != Type::Clock) continue;
-        recordPortGroup(i);
+        recordPortGroup(n, inputs[i], outputs[i]);
         ++groups;
     }
     root_.setNumInportFcnCallPortGroups(groups);
     root_.setIsRootFcnCallPortGroupsEmpty(groups == 0);
 }
 
-/// The ports that an input clock makes tick.
-void Recording::recordPortGroup(std::size_t clock) {
+/// The ports that the clock at an inport makes tick.
+void Recording::recordPortGroup(std::size_t inport, std::vector<int> const& inputs, std::vector<int> const& outputs) {
+    std::size_t const clock = inports_[inport];
     Variable const& v = at(clock);
     auto group = std::make_unique<FcnCallPortGroup::Builder>();
-    auto const ticks = [&](std::size_t i) {
-        auto const& clocks = at(i).clocks;
-        return at(i).type != Type::Clock && std::find(clocks.begin(), clocks.end(), clock) != clocks.end();
-    };
-    for (std::size_t n = 0; n < inports_.size(); ++n) {
-        if (inports_[n] == clock) {
-            group->setFcnCallInputPort(static_cast<int>(n));
-            group->setCompFcnCallInputPort(static_cast<int>(n));
-        } else if (ticks(inports_[n])) {
-            group->addDataInputPorts(static_cast<int>(n));
-            group->addCompDataInputPorts(static_cast<int>(n));
-        }
+    group->setFcnCallInputPort(static_cast<int>(inport));
+    group->setCompFcnCallInputPort(static_cast<int>(inport));
+    for (int const n : inputs) {
+        group->addDataInputPorts(n);
+        group->addCompDataInputPorts(n);
     }
-    for (std::size_t n = 0; n < outports_.size(); ++n) {
-        if (!ticks(outports_[n])) continue;
-        group->addDataOutputPorts(static_cast<int>(n));
-        group->addCompDataOutputPorts(static_cast<int>(n));
+    for (int const n : outputs) {
+        group->addDataOutputPorts(n);
+        group->addCompDataOutputPorts(n);
     }
     group->setIsAsync(isEvent(clock));
     group->setIsPeriodicFcnCall(isPeriodic(v.clock));

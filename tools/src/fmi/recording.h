@@ -34,7 +34,7 @@ private:
     void recordClocks();
     void recordRateFlags();
     void recordPortGroups();
-    void recordPortGroup(std::size_t clock);
+    void recordPortGroup(std::size_t inport, std::vector<int> const& inputs, std::vector<int> const& outputs);
     std::vector<Rate> ratesOf(std::size_t variable) const;
     // record_ports.cpp
     void recordPorts();

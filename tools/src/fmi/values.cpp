@@ -31,9 +31,7 @@ void fillNumbers(zxArray* array, std::vector<std::string> const& texts) {
     auto const values = zx::valuesForWriting<N>(array);
     for (std::size_t i = 0; i < texts.size(); ++i) {
         if constexpr (std::is_floating_point_v<N>) {
-            double value = 0;
-            parseReal(texts[i], value);
-            values[i] = static_cast<N>(value);
+            parseReal(texts[i], values[i]);
         } else if constexpr (std::is_same_v<N, bool>) {
             parseBoolean(texts[i], values[i]);
         } else {
@@ -85,14 +83,15 @@ zx::Array startArray(Variable const& variable, bool isVersion3) {
     }
     if (dimensions.size() == 1) dimensions.insert(dimensions.begin(), 1);
 
+    bool const isScalar = variable.dimensions.empty() && texts.size() == 1;
     if (variable.type == Type::String) {
-        if (variable.dimensions.empty()) return zx::Array(zxCreateString_UTF8(texts.front()));
+        if (isScalar) return zx::Array(zxCreateString_UTF8(texts.front()));
         zx::Array array(zxCreateStringObjectArray(dimensions));
         for (std::size_t i = 0; i < texts.size(); ++i) zxSetStringElement(array.get(), i, toUtf16(texts[i]));
         return array;
     }
     if (variable.type == Type::Binary) {
-        if (variable.dimensions.empty()) return bytesOf(texts.front());
+        if (isScalar) return bytesOf(texts.front());
         zx::Array array(zxCreateCellArray(dimensions));
         for (std::size_t i = 0; i < texts.size(); ++i) zxSetCell(array.get(), i, bytesOf(texts[i]).release());
         return array;

@@ -4,6 +4,7 @@
 #include <quay/zero/text.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <set>
 
@@ -14,7 +15,15 @@ namespace modelref::fmi {
 
 namespace {
 
-constexpr unsigned kFlags = pugi::parse_default | pugi::parse_doctype;
+// A fragment, since texts outside of the root would be passed over otherwise.
+constexpr unsigned kFlags = pugi::parse_default | pugi::parse_doctype | pugi::parse_fragment;
+
+constexpr char kNoCharacter[] = "this isn't XML: there is a character that XML doesn't have";
+
+bool isCharacter(std::uint32_t code) {
+    if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+    return code < 0xd800 || (code > 0xdfff && code < 0xfffe) || (code > 0xffff && code < 0x110000);
+}
 
 /// The end of a reference that XML itself knows, such as "&amp;" or "&#65;", at the beginning of a text; or none.
 std::size_t referenceLength(std::string_view text) {
@@ -24,13 +33,19 @@ std::size_t referenceLength(std::string_view text) {
     if (!text.starts_with("&#")) return 0;
     bool const isHex = text.substr(2).starts_with('x');
     std::size_t const begin = isHex ? 3 : 2;
-    std::size_t const end = text.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789", begin);
-    return end != std::string_view::npos && end > begin && end < begin + 8 && text[end] == ';' ? end + 1 : 0;
+    std::uint32_t code = 0;
+    auto const [end, error] = std::from_chars(text.data() + begin, text.data() + text.size(), code, isHex ? 16 : 10);
+    auto const length = static_cast<std::size_t>(end - text.data());
+    bool const isWhole = error == std::errc() && length < text.size() && *end == ';';
+    return isWhole && isCharacter(code) ? length + 1 : 0;
 }
 
 }  // namespace
 
 Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move(file)), text_(std::move(text)) {
+    for (std::size_t i = 0; i < text_.size(); ++i) {
+        if (text_[i] == '\n') lineEnds_.push_back(i);
+    }
     // Once without replacing references, to see which there are.
     parse(document_, kFlags & ~pugi::parse_escapes);
     requireSound();
@@ -43,6 +58,10 @@ Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move
 void Xml::parse(pugi::xml_document& document, unsigned flags) const {
     pugi::xml_parse_result const result = document.load_buffer(text_.data(), text_.size(), flags);
     if (!result) failAt(result.offset, std::string("this isn't XML: ") + result.description());
+    // A zero byte ends what the parser reads; in encodings of wider units it is part of most characters.
+    bool const isOfBytes = result.encoding == pugi::encoding_utf8 || result.encoding == pugi::encoding_latin1;
+    std::size_t const zero = isOfBytes ? text_.find('\0') : std::string::npos;
+    if (zero != std::string::npos) failAt(static_cast<std::ptrdiff_t>(zero), kNoCharacter);
 }
 
 /// Walks the document without recursion, since nothing bounds its depth.
@@ -50,17 +69,27 @@ void Xml::requireSound() {
     std::size_t elements = 0;
     for (pugi::xml_node const node : document_.children()) {
         if (node.type() == pugi::node_doctype) fail(node, "document types and entities aren't read");
+        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
+            fail(node, "this isn't XML: there is text outside of the root element");
+        }
         if (node.type() == pugi::node_element && ++elements > 1) fail(node, "there is a second root element");
     }
+    if (elements == 0) failAt(static_cast<std::ptrdiff_t>(text_.size()), "this isn't XML: there is no element");
     struct Walker final : pugi::xml_tree_walker {
         explicit Walker(Xml const& x) : xml(x) {}
         bool for_each(pugi::xml_node& node) override {
             if (node.type() == pugi::node_doctype) xml.fail(node, "document types and entities aren't read");
             xml.requirePlain(node, node.value());
+            if (node.type() == pugi::node_pcdata && std::strstr(node.value(), "]]>") != nullptr) {
+                xml.fail(node, "this isn't XML: there is a ']]>' in a text");
+            }
             std::set<std::string_view> names;
             for (pugi::xml_attribute const attribute : node.attributes()) {
                 if (!names.insert(attribute.name()).second) {
                     xml.fail(node, "the attribute " + inQuotes(attribute.name()) + " stands twice");
+                }
+                if (std::strchr(attribute.value(), '<') != nullptr) {
+                    xml.fail(node, "this isn't XML: there is a '<' in the attribute " + inQuotes(attribute.name()));
                 }
                 xml.requirePlain(node, attribute.value());
             }
@@ -80,14 +109,19 @@ void Xml::requirePlain(pugi::xml_node const& node, std::string_view text) const 
             fail(node, "the reference " + inQuotes(std::string(text.substr(at, 20))) + " isn't one of XML's own");
         }
     }
-    bool const isAscii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
-    if (!isAscii && keel::toUtf8(quay::zero::toUtf16(text)) != text) fail(node, "there is a text that isn't UTF-8");
+    if (std::none_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) < 0x20; })) return;
+    std::u16string const wide = quay::zero::toUtf16(text);
+    if (keel::toUtf8(wide) != text) fail(node, "there is a text that isn't UTF-8");
+    bool const isXml =
+        std::all_of(wide.begin(), wide.end(), [](char16_t c) { return (c >= 0xd800 && c < 0xe000) || isCharacter(c); });
+    if (!isXml) fail(node, kNoCharacter);
 }
 
 std::size_t Xml::lineOf(std::ptrdiff_t offset) const {
     // The offset is one in UTF-8; in another encoding it may be off by a few characters.
-    auto const end = text_.begin() + std::clamp<std::ptrdiff_t>(offset, 0, static_cast<std::ptrdiff_t>(text_.size()));
-    return 1 + static_cast<std::size_t>(std::count(text_.begin(), end, '\n'));
+    auto const place = static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0));
+    auto const line = std::lower_bound(lineEnds_.begin(), lineEnds_.end(), place);
+    return 1 + static_cast<std::size_t>(line - lineEnds_.begin());
 }
 
 std::string Xml::placeOf(pugi::xml_node const& node) const {

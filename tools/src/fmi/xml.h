@@ -11,8 +11,8 @@
 
 namespace modelref::fmi {
 
-/// A document without document types, entities of its own, or texts that aren't UTF-8; and the failures that name a
-/// line in it.
+/// A document without document types, entities of its own, or texts that aren't XML's characters in UTF-8; and the
+/// failures that name a line in it.
 class Xml {
 public:
     /// Failure unless the text is such a document, with that root.
@@ -42,6 +42,7 @@ private:
 
     std::string file_;
     std::string text_;
+    std::vector<std::size_t> lineEnds_;
     pugi::xml_document document_;
 };
 
