@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "../common/sentence.h"
 #include "../elements/support/dump.h"
 
 namespace {
@@ -49,14 +50,6 @@ protected:
         return qz::io::load(path_, {}, qz::io::Loading::Lazy);
     }
     static ModelRefInfoRoot rootOf(qz::Model const& model) { return ModelRefInfoRoot::cast(model->getRoots().at(0)); }
-    static std::string failureOf(std::function<void()> const& action) {
-        try {
-            action();
-        } catch (keel::core::except::Error const& error) {
-            return error.what();
-        }
-        return "none";
-    }
 
     fs::path path_;
 };
@@ -140,7 +133,7 @@ TEST_F(Lazy, RefusesAChildWhenItIsReached) {
     std::string const before = records::dump(model);
     for (int i = 0; i < 2; ++i) {
         EXPECT_THAT(
-            failureOf([&] { (*root->getInports())[1]->getFrameData(); }),
+            sentenceOf([&] { (*root->getInports())[1]->getFrameData(); }),
             HasSubstr(path_.string() +
                       ": at element 33333333-2222-2222-2222-222222222222/values/frameData: expected a whole number"));
         EXPECT_EQ(records::dump(model), before);
@@ -150,16 +143,16 @@ TEST_F(Lazy, RefusesAChildWhenItIsReached) {
 TEST_F(Lazy, RefusesAFileThatWasWrittenTo) {
     qz::Model const model = load(makeModel(3));
     std::ofstream(path_, std::ios::app) << " ";
-    EXPECT_THAT(failureOf([&] { (*rootOf(model)->getInports())[0]->getFrameData(); }), HasSubstr("was written to"));
+    EXPECT_THAT(sentenceOf([&] { (*rootOf(model)->getInports())[0]->getFrameData(); }), HasSubstr("was written to"));
     EXPECT_EQ(model->elementCount(), 4U);
 }
 
 TEST_F(Lazy, RefusesAtOnceWhatIsWrongInForm) {
     std::string const good = port('2', R"("values":)", "{}");
-    EXPECT_THAT(failureOf([&] { loadText(kHead + good + "," + good + kTail); }), HasSubstr("has the same id"));
-    EXPECT_THAT(failureOf([&] { loadText(kHead + good.substr(0, good.size() - 3)); }), HasSubstr("ends too early"));
-    EXPECT_THAT(failureOf([&] { loadText(kHead + port('2', R"("values":)", "{]}") + kTail); }), HasSubstr("JSON"));
-    EXPECT_THAT(failureOf([&] { loadText(kHead + port('2', R"("values":)", "[]") + kTail); }), HasSubstr("no list"));
+    EXPECT_THAT(sentenceOf([&] { loadText(kHead + good + "," + good + kTail); }), HasSubstr("has the same id"));
+    EXPECT_THAT(sentenceOf([&] { loadText(kHead + good.substr(0, good.size() - 3)); }), HasSubstr("ends too early"));
+    EXPECT_THAT(sentenceOf([&] { loadText(kHead + port('2', R"("values":)", "{]}") + kTail); }), HasSubstr("JSON"));
+    EXPECT_THAT(sentenceOf([&] { loadText(kHead + port('2', R"("values":)", "[]") + kTail); }), HasSubstr("no list"));
 }
 
 TEST_F(Lazy, BuildsWhatItCannotFindAgain) {

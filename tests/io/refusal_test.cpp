@@ -12,6 +12,7 @@
 #include <random>
 #include <sstream>
 
+#include "../common/sentence.h"
 #include "../elements/support/dump.h"
 
 namespace {
@@ -155,13 +156,7 @@ TEST(Save, RefusesWhatStandsInAnotherModel) {
     auto const root = ModelRefInfoRoot::create(model, {});
     root->setDataPortGroup(
         DataPortGroup::cast(model->createProxy(DataPortGroup::metaClass(), qz::ProxyId(u"library", far->uuid()))));
-    auto const refusal = [&]() -> std::string {
-        try {
-            return "saved as " + qz::io::toText(model);
-        } catch (keel::core::except::Error const& error) {
-            return error.what();
-        }
-    };
+    auto const refusal = [&] { return sentenceOf([&] { qz::io::toText(model); }); };
     EXPECT_THAT(refusal(), HasSubstr("the element isn't loaded"));
     model->setProxyResolver([&](qz::ProxyId const&) { return far; });
     ASSERT_EQ(root->getDataPortGroup(), far);
@@ -253,14 +248,6 @@ protected:
         text << std::ifstream(path).rdbuf();
         return text.str();
     }
-    static std::string failureOf(std::function<void()> const& action) {
-        try {
-            action();
-        } catch (keel::core::except::Error const& error) {
-            return error.what();
-        }
-        return "none";
-    }
 
 private:
     fs::path folder_;
@@ -282,7 +269,7 @@ TEST_F(Files, AreWholeOrAsTheyWere) {
     zx::Array const native(zxCreateNativeObject("a.Class", nullptr, Nothing::kOperations));
     inport->setResolvedSignalObject(native.get());
     EXPECT_EQ(
-        failureOf([&] { qz::io::save(model, at("record")); }),
+        sentenceOf([&] { qz::io::save(model, at("record")); }),
         "quay0:messages:CannotSave: the model can't be saved: at /roots/0/values/resolvedSignalObject: objects of "
         "'a.Class' have no text");
     EXPECT_EQ(contentOf(at("record")), before);
@@ -292,11 +279,11 @@ TEST_F(Files, AreWholeOrAsTheyWere) {
 TEST_F(Files, ThatCannotBeReachedAreNamed) {
     qz::Model const model = qz::Model::create();
     fs::path const nowhere = at("nowhere") / "record";
-    EXPECT_THAT(failureOf([&] { qz::io::save(model, nowhere); }),
+    EXPECT_THAT(sentenceOf([&] { qz::io::save(model, nowhere); }),
                 testing::AllOf(HasSubstr(nowhere.string()), HasSubstr("No such file")));
-    EXPECT_THAT(failureOf([&] { qz::io::load(nowhere); }), HasSubstr("CannotReadFile: " + nowhere.string()));
-    EXPECT_THAT(failureOf([&] { qz::io::load(at("")); }), HasSubstr("Is a directory"));
-    EXPECT_THAT(failureOf([&] { qz::io::save(model, at("")); }), HasSubstr("CannotWriteFile"));
+    EXPECT_THAT(sentenceOf([&] { qz::io::load(nowhere); }), HasSubstr("CannotReadFile: " + nowhere.string()));
+    EXPECT_THAT(sentenceOf([&] { qz::io::load(at("")); }), HasSubstr("Is a directory"));
+    EXPECT_THAT(sentenceOf([&] { qz::io::save(model, at("")); }), HasSubstr("CannotWriteFile"));
     EXPECT_EQ(count(), 0U);
 }
 

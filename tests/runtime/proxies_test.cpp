@@ -147,16 +147,24 @@ TEST(Proxies, AreFoundByIdAndResolvedIfAsked) {
     EXPECT_EQ(s.model->findElement(id, FindElementBehavior(0)), far);
 }
 
+/// The target has a place, and proxies of it stand in two others.
+struct Guest : Sample {
+    Node elsewhere;
+
+    Guest() {
+        model->enableHistory(100);
+        elsewhere = Node::create(model);
+        elsewhere->children().add(target);
+        owner->children().add(local());
+        owner->byRank().insert(local());
+    }
+};
+
 TEST(Proxies, LeaveNoGuestThatIsDestroyed) {
-    Sample s;
-    s.model->enableHistory(100);
-    Node const elsewhere = Node::create(s.model);
-    elsewhere->children().add(s.target);
-    s.owner->children().add(s.local());
-    s.owner->byRank().insert(s.local());
+    Guest s;
+    Node const& elsewhere = s.elsewhere;
     s.owner->byRank().resolveAll();
     EXPECT_EQ(s.owner->children()[0], s.target);
-    std::string const before = dump(s.model);
     for (auto const& destroy :
          {std::function<void()>([&] { s.target->destroy(); }), std::function<void()>([&] { elsewhere->destroy(); })}) {
         destroy();
@@ -171,12 +179,8 @@ TEST(Proxies, LeaveNoGuestThatIsDestroyed) {
 
 TEST(Proxies, DontMoveWhatTheyStandFor) {
     // Reading is no change, so an element that has its place elsewhere stays there and is a guest where the proxy was.
-    Sample s;
-    s.model->enableHistory(100);
-    Node const elsewhere = Node::create(s.model);
-    elsewhere->children().add(s.target);
-    s.owner->children().add(s.local());
-    s.owner->byRank().insert(s.local());
+    Guest s;
+    Node const& elsewhere = s.elsewhere;
     EXPECT_EQ(s.owner->children()[0], s.target);
     s.owner->byRank().resolveAll();
     EXPECT_TRUE(s.owner->byRank().contains(s.target));
