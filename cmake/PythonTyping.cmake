@@ -1,12 +1,12 @@
 # What Python's type checkers read beside the modules, which come into being at run time: the schema's classes from the
-# schema compiler, and the runtime's as they stand in platform/mi/typing.
+# schema compiler, and the runtime's as they stand in script/mi/typing.
 
 # add_python_typing(<folder>)
-# Writes the modules of the package that <folder>/package.yaml describes, and of those below it. To be called behind
-# python/, which says where Python packages are installed.
+# Writes the modules of the package that <folder>/package.yaml describes, and of those below it. To be called after
+# script/python, which says where Python packages are installed.
 function(add_python_typing folder)
   set(package ${PROJECT_SOURCE_DIR}/${folder}/package.yaml)
-  set(written ${PROJECT_SOURCE_DIR}/platform/mi/typing)
+  set(written ${PROJECT_SOURCE_DIR}/script/mi/typing)
   set(output ${PROJECT_BINARY_DIR}/generated/typing)
   file(GLOB_RECURSE inputs CONFIGURE_DEPENDS
        ${PROJECT_SOURCE_DIR}/schema/*.yaml ${PROJECT_SOURCE_DIR}/schema/compiler/*.py

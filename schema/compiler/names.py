@@ -28,9 +28,8 @@ MACROS = frozenset("NULL EOF NAN INFINITY HUGE_VAL assert errno offsetof stdin s
 # What generated code would find in its own scope, or beside it, instead of a schema type of that name.
 HIDING = frozenset(
     """Attachment B Builder BuilderBase BuilderImpl BuilderWrapper Changes Children CollectionPrivateTag
-    ConcreteBuilder Constrainable ConstrainableRelation Constrainables Element ElementImpl Given Handle Impl
-    InvalidateCallback Level ModelElement OptionalConstrainable Orchestrator R ReflectionPrivateTag Rows Setters
-    Storage builder child id model rows shapes table value values""".split()
+    ConcreteBuilder Constrainable ConstrainableRelation Constrainables D Descriptors Element ElementImpl Given Handle Impl
+    InvalidateCallback Level ModelElement OptionalConstrainable Orchestrator ReflectionPrivateTag Setters Storage builder child id model descriptors shapes table value values""".split()
 )
 # Operations of every element and builder that an accessor of the same name would hide.
 MEMBER_FUNCTIONS = frozenset(
@@ -76,9 +75,9 @@ def accessors(prop: form.Property) -> tuple[str, ...]:
     return tuple(pattern.format(upper(prop.name)) for pattern in _ACCESSORS.get(prop.shape, ()))
 
 
-def row(name: str, scope: Scope) -> str:
-    """A property's member of Rows and its word in queries: its name, made different from keywords, from types, which a
-    member would hide, and from names that Rows itself uses."""
+def descriptor(name: str, scope: Scope) -> str:
+    """A property's member of Descriptors and its word in queries: its name, made different from keywords, from types,
+    which a member would hide, and from names that Descriptors itself uses."""
     lowered = lower(name)
     return f"{lowered}_" if lowered in KEYWORDS or lowered in scope.own or lowered in roots(scope) else lowered
 

@@ -67,9 +67,9 @@ class PlannedClass:
     children: tuple[PlannedProperty, ...]
     # The fields: values before children.
     fields: tuple[PlannedProperty, ...]
-    # Those with an index, then the derived ones; and their rows cut into lines of some width.
-    rows: tuple[PlannedProperty, ...]
-    row_lines: tuple[tuple[str, ...], ...]
+    # Those with an index, then the derived ones; and their descriptors cut into lines of some width.
+    descriptors: tuple[PlannedProperty, ...]
+    descriptor_lines: tuple[tuple[str, ...], ...]
     # The words for queries: of the own properties, and of all, inherited ones first.
     constrainables: tuple[PlannedConstrainable, ...]
     all_constrainables: tuple[PlannedConstrainable, ...]
@@ -108,7 +108,7 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
     indexed = tuple(p for p in properties if p.index)
     values = tuple(p for p in indexed if not p.owned)
     children = tuple(p for p in indexed if p.owned)
-    rows = indexed + tuple(p for p in properties if not p.index)
+    descriptors = indexed + tuple(p for p in properties if not p.index)
     base = scope.base_of(cls)
     return PlannedClass(
         name=name,
@@ -126,8 +126,8 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
         set_values=tuple(p for p in values if p.has_setter),
         children=children,
         fields=values + children,
-        rows=rows,
-        row_lines=_lines([p.row for p in rows]),
+        descriptors=descriptors,
+        descriptor_lines=_lines([p.descriptor for p in descriptors]),
         constrainables=_plan_constrainables(scope, [cls]),
         all_constrainables=_plan_constrainables(scope, [*reversed(scope.ancestors(cls)), cls]),
         operations=tuple(_plan_operation(scope, name, operation) for operation in cls.operations),
@@ -200,7 +200,7 @@ def _source_includes(scope: Scope, cls: ClassType, meta_header: str) -> tuple[st
 
 
 def _lines(names: list[str]) -> tuple[tuple[str, ...], ...]:
-    """Cuts the list of rows where a line would grow too wide."""
+    """Cuts the list of descriptors where a line would grow too wide."""
     lines: list[list[str]] = []
     width = _ROW_WIDTH
     for name in names:

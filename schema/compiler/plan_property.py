@@ -1,11 +1,11 @@
-"""Decides all about a property: types, accessors, initial value, its row and its line in the declaration."""
+"""Decides all about a property: types, accessors, initial value, its descriptor and its line in the declaration."""
 
 from __future__ import annotations
 
 from dataclasses import dataclass
 
 from compiler import cpp, form
-from compiler.names import lower, row, slot, upper
+from compiler.names import lower, descriptor, slot, upper
 from compiler.scope import ClassType, DataType, Scope, Type
 
 
@@ -14,7 +14,7 @@ class Shape:
     """What follows from a property's shape: its template, its classes in the runtime, its word in the declaration."""
 
     template: str
-    row: str
+    descriptor: str
     meta: str
     collection: str = ""
 
@@ -61,14 +61,14 @@ class MetaProperty:
 
 @dataclass(frozen=True)
 class PlannedProperty:
-    """A class's property. `upper` names its accessors, `field` its field, `row` its member of Rows."""
+    """A class's property. `upper` names its accessors, `field` its field, `descriptor` its member of Descriptors."""
 
     name: str
     doc: str
     index: int
     upper: str
     field: str
-    row: str
+    descriptor: str
     shape: Shape
     # The value's type, or the handle of the child, and how a function takes it.
     type: str
@@ -94,7 +94,7 @@ def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tup
     """Plans a class's property; `maps` are those that it keys."""
     found = scope.find(prop.type)
     assert found is not None
-    member = row(prop.name, scope)
+    member = descriptor(prop.name, scope)
     initial = cpp.value(found, prop.default, scope) if prop.shape == "single" else ""
     key = _key(scope, found, prop)
     key_type = scope.find(key.type) if key else None
@@ -104,7 +104,7 @@ def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tup
         index=prop.index or 0,
         upper=upper(prop.name),
         field=f"{lower(prop.name)}_",
-        row=member,
+        descriptor=member,
         shape=_shape(prop, maps),
         type=cpp.type_name(found, scope),
         passed=cpp.passed(found, scope),
@@ -147,7 +147,7 @@ def plan_constrainable(scope: Scope, owner: ClassType, prop: form.Property) -> P
     else:
         kind = _CONSTRAINABLES[prop.shape]
     return PlannedConstrainable(
-        name=row(prop.name, scope),
+        name=descriptor(prop.name, scope),
         type=f"{kind}<{cpp.type_name(found, scope)}>",
         slot=f"{owner.scope.package.singleton}::getInstance()->{slot(owner.entry.name, prop.name)}",
     )
@@ -184,8 +184,8 @@ def _key(scope: Scope, child: Type, prop: form.Property) -> form.Property | None
 
 
 def _free_name(name: str, owner: ClassType) -> str:
-    """The name, made different from the class's rows."""
-    taken = {row(p.name, owner.scope) for p in owner.properties}
+    """The name, made different from the class's descriptors."""
+    taken = {descriptor(p.name, owner.scope) for p in owner.properties}
     while name in taken:
         name += "_"
     return name

@@ -7,7 +7,7 @@
 #include <quay/zero/builder.h>
 #include <quay/zero/collection.h>
 #include <quay/zero/generic_collection.h>
-#include <quay/zero/property_row.h>
+#include <quay/zero/property_descriptor.h>
 #include <quay/zero/storage.h>
 
 #include <gtest/gtest.h>
@@ -47,11 +47,11 @@ struct Family {
     }
     ModelElement addChild(unsigned n) const {
         ModelElement const child = makeChild(n);
-        property->row()->place(*owner.impl(), child);
+        property->descriptor()->place(*owner.impl(), child);
         return child;
     }
     ReferenceCollection* collection() const {
-        return static_cast<ReferenceCollection*>(property->row()->collection(*owner.impl()));
+        return static_cast<ReferenceCollection*>(property->descriptor()->collection(*owner.impl()));
     }
 
     meta::Property property;

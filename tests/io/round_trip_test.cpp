@@ -48,13 +48,13 @@ void fill(qz::ModelElement const& element, unsigned n, int depth) {
     for (qz::meta::Property const& p : element->getMetaClass()->getProperties()) {
         if (p->isDerived()) continue;
         bool const several = p->getFlags() != qz::ValueFlags::One && p->getFlags() != qz::ValueFlags::Optional;
-        auto* const collection = p->row()->collection(*element.impl());
+        auto* const collection = p->descriptor()->collection(*element.impl());
         if (qz::meta::Class::cast(p->getType())) {
             if (depth == 0) continue;
             for (unsigned i = 0; i < (several ? 3 : 1); ++i) {
                 qz::ModelElement const child = records::make(p->getType(), element->getModel());
                 fill(child, n + i, depth - 1);
-                p->row()->place(*element.impl(), child);
+                p->descriptor()->place(*element.impl(), child);
             }
         } else if (several) {
             auto& values = dynamic_cast<qz::AbstractPrimitiveCollection&>(*collection);
@@ -259,8 +259,9 @@ TEST(RoundTrip, KeepsGuestsAndWhereTheyAreAtHome) {
             qz::ModelElement const home = type->instantiateBuilder(model)->create({});
             qz::ModelElement const other = type->instantiateBuilder(model)->create({});
             qz::ModelElement const child = records::make(p->getType(), model);
-            p->row()->place(*home.impl(), child);
-            p->row()->place(*other.impl(), model->createProxy(child->getMetaClass(), qz::ProxyId(child->uuid())));
+            p->descriptor()->place(*home.impl(), child);
+            p->descriptor()->place(*other.impl(),
+                                   model->createProxy(child->getMetaClass(), qz::ProxyId(child->uuid())));
             std::string const text = qz::io::toText(model);
             EXPECT_THAT(text, testing::HasSubstr("\"ref\":\"" + to_string(child->uuid())));
             qz::Model const again = qz::io::fromText(text);

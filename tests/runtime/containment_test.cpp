@@ -65,13 +65,14 @@ TEST(Containment, IsOneAtATime) {
 TEST(Containment, EndsWithTheOwnerHoweverTheChildCameIn) {
     for (Index const index : {kChildren, kByName, kByRank, kByNumber}) {
         using Enter = void (*)(Node const&, Node const&, meta::Property const&);
-        for (Enter const enter : {Enter([](Node const&o, Node const&e, auto const&p) { o->inverseAdd(e, p); }),
-                                  Enter([](Node const&o, Node const&e, auto const&p) {
-                                      Node const other = Node::create(o->getModel());
-                                      other->inverseAdd(e, p);
-                                      auto const row = o->rowOf(p);
-                                      row->collection(*o.impl())->copyContents(*row->collection(*other.impl()));
-                                  })}) {
+        for (Enter const enter :
+             {Enter([](Node const&o, Node const&e, auto const&p) { o->inverseAdd(e, p); }),
+              Enter([](Node const&o, Node const&e, auto const&p) {
+                  Node const other = Node::create(o->getModel());
+                  other->inverseAdd(e, p);
+                  auto const descriptor = o->descriptorOf(p);
+                  descriptor->collection(*o.impl())->copyContents(*descriptor->collection(*other.impl()));
+              })}) {
             Family f;
             enter(f.b, f.a, nodeMeta().properties[index]);
             f.b->destroy();

@@ -4,7 +4,7 @@
 #include "support/memory.h"
 
 #include <quay/zero/meta/declared_package.h>
-#include <quay/zero/property_row.h>
+#include <quay/zero/property_descriptor.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
@@ -45,19 +45,19 @@ public:
     Value combineAsUnmanagedSetValue(meta::Type const&, std::vector<Value> const&) const override { return {}; }
 };
 
-class Row final : public PropertyRow {
+class Row final : public PropertyDescriptor {
 public:
-    using PropertyRow::PropertyRow;
+    using PropertyDescriptor::PropertyDescriptor;
 };
 
-constexpr Row kRows[] = {{1, RowKind::Value},
-                         {2, RowKind::Value},
-                         {3, RowKind::Child},
-                         {4, RowKind::ElementCollection},
-                         {5, RowKind::ElementCollection}};
-constexpr PropertyRow const* kThing[] = {&kRows[0], &kRows[1], &kRows[2], &kRows[3], &kRows[4]};
-constexpr Row kWideRows[] = {{6, RowKind::Value}, {0, RowKind::Derived}, {0, RowKind::Derived}};
-constexpr PropertyRow const* kWide[] = {&kWideRows[0], &kWideRows[1], &kWideRows[2]};
+constexpr Row kRows[] = {{1, PropertyKind::Value},
+                         {2, PropertyKind::Value},
+                         {3, PropertyKind::Child},
+                         {4, PropertyKind::ElementCollection},
+                         {5, PropertyKind::ElementCollection}};
+constexpr PropertyDescriptor const* kThing[] = {&kRows[0], &kRows[1], &kRows[2], &kRows[3], &kRows[4]};
+constexpr Row kWideRows[] = {{6, PropertyKind::Value}, {0, PropertyKind::Derived}, {0, PropertyKind::Derived}};
+constexpr PropertyDescriptor const* kWide[] = {&kWideRows[0], &kWideRows[1], &kWideRows[2]};
 
 AbstractOwnedCollection* makeNumbers(ModelElement const&, meta::Property const& p) {
     return new PrimitiveSequence<int>(p);
@@ -262,7 +262,7 @@ TEST(DeclaredPackages, GivePropertiesTheirShape) {
         std::string is;  // composite, ordered, unique, derived, qualification unique
         int index;
         char16_t const* defaultValue;
-        PropertyRow const* row;
+        PropertyDescriptor const* descriptor;
         meta::Property key;
     };
     using T = meta::StandardTypes;
@@ -291,7 +291,7 @@ TEST(DeclaredPackages, GivePropertiesTheirShape) {
         EXPECT_EQ(c.p->getType(), c.type);
         EXPECT_EQ(c.p->getFlags(), c.flags);
         EXPECT_EQ(c.p->getIndex(), c.index);
-        EXPECT_EQ(c.p->row(), c.row);
+        EXPECT_EQ(c.p->descriptor(), c.descriptor);
         EXPECT_EQ(c.p->getQualifiedBy(), c.key);
         std::u16string const given = c.defaultValue == nullptr ? u"(none)" : c.defaultValue;
         EXPECT_EQ(c.p->getDefaultValue().value_or(u"(none)"), given);

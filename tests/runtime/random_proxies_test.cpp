@@ -207,8 +207,8 @@ private:
             RC_ASSERT(i < kNear || in == nullptr);
             if (in == nullptr) continue;
             RC_ASSERT(in->isAlive());
-            auto& row = *in->classTable().rowAt(targets_[i]->containmentIndex());
-            auto const all = static_cast<ReferenceCollection*>(row.collection(*in))->getAllValuesAndProxies();
+            auto& descriptor = *in->classTable().descriptorAt(targets_[i]->containmentIndex());
+            auto const all = static_cast<ReferenceCollection*>(descriptor.collection(*in))->getAllValuesAndProxies();
             RC_ASSERT(std::find(all.begin(), all.end(), targets_[i]) != all.end());
         }
     }

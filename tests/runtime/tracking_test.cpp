@@ -156,16 +156,16 @@ TEST(Properties, AreFoundAlongTheChain) {
     for (unsigned long i : {0UL, 14UL, 99UL}) EXPECT_FALSE(s.e->getPropertyByIndex(i)) << i;
     Node const plain = Node::create(s.model);
     EXPECT_FALSE(plain->getPropertyByIndex(kNote));
-    EXPECT_EQ(plain->rowOf(meta.properties[kNote]), nullptr) << "a subclass's property";
-    EXPECT_NE(plain->rowOf(meta.properties[kBox]), nullptr);
+    EXPECT_EQ(plain->descriptorOf(meta.properties[kNote]), nullptr) << "a subclass's property";
+    EXPECT_NE(plain->descriptorOf(meta.properties[kBox]), nullptr);
     EXPECT_EQ(meta.special->getHighestIndex(), static_cast<unsigned long>(kParts));
     EXPECT_EQ(meta.special->findProperty(u"rank"), meta.properties[kRank]);
     EXPECT_EQ(meta.special->findProperty(u"note"), meta.properties[kNote]);
     EXPECT_FALSE(meta.node->findProperty(u"note"));
     EXPECT_EQ(meta.special->getProperties().size(), static_cast<std::size_t>(kParts));
-    EXPECT_EQ(Special::classTable().rowAt(kNote)->index(), kNote);
-    EXPECT_EQ(Node::classTable().rowAt(kNote), nullptr);
-    EXPECT_EQ(Node::classTable().rowAt(0), nullptr);
+    EXPECT_EQ(Special::classTable().descriptorAt(kNote)->index(), kNote);
+    EXPECT_EQ(Node::classTable().descriptorAt(kNote), nullptr);
+    EXPECT_EQ(Node::classTable().descriptorAt(0), nullptr);
 
     using quay0::messages::NoSuchProperty;
     Value const value(meta::StandardTypes::stdstringMeta, std::string("n"), ValueFlags::One);

@@ -4,7 +4,7 @@
 #include <quay/zero/builder.h>
 #include <quay/zero/collection.h>
 #include <quay/zero/io/io.h>
-#include <quay/zero/property_row.h>
+#include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
 
 #include <algorithm>
@@ -73,9 +73,9 @@ bool isKeyed(Property const& property) {
 }
 
 std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property) {
-    PropertyRow const& row = *property->row();
+    PropertyDescriptor const& descriptor = *property->descriptor();
     auto const isGuest = [&](ModelElement const& child) { return !isAtHome(element, property, child); };
-    if (auto* const collection = static_cast<ReferenceCollection*>(row.collection(*element.impl()))) {
+    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
         std::vector<ModelElement> members = collection->getAllValues();
         std::erase_if(members, isGuest);
         if (property->getFlags() == ValueFlags::Set) {
@@ -83,7 +83,7 @@ std::vector<ModelElement> childrenOf(ModelElement const& element, Property const
         }
         return members;
     }
-    if (!row.has(*element.impl())) return {};
+    if (!descriptor.has(*element.impl())) return {};
     auto const child = element->getPropertyValue(property, kTag).getValue<ModelElement>();
     if (isGuest(child)) return {};
     return {child};
@@ -188,12 +188,12 @@ std::string Paths::of(ModelElement const& element) {
 }
 
 std::vector<std::string> guestsOf(ModelElement const& element, Property const& property, Paths& paths) {
-    PropertyRow const& row = *property->row();
+    PropertyDescriptor const& descriptor = *property->descriptor();
     std::vector<ModelElement> members;
-    if (auto* const collection = static_cast<ReferenceCollection*>(row.collection(*element.impl()))) {
+    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
         collection->resolveAll();
         members = collection->getAllValuesAndProxies();
-    } else if (row.has(*element.impl())) {
+    } else if (descriptor.has(*element.impl())) {
         members.push_back(element->getPropertyValue(property, kTag).getValue<ModelElement>());
     }
     std::vector<std::string> result;

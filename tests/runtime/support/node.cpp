@@ -1,8 +1,8 @@
 #include "node.h"
 
 #include <quay/zero/meta/registry.h>
-#include <quay/zero/owned_collection_row.h>
-#include <quay/zero/value_row.h>
+#include <quay/zero/owned_collection_descriptor.h>
+#include <quay/zero/value_descriptor.h>
 
 #include <mutex>
 
@@ -13,9 +13,9 @@ using namespace quay::zero;
 namespace {
 
 template <class T>
-class PlainRow final : public ValueRow<T> {
+class PlainRow final : public ValueDescriptor<T> {
 public:
-    using ValueRow<T>::ValueRow;
+    using ValueDescriptor<T>::ValueDescriptor;
 
     Value wrap(ModelElement::Impl const& /*e*/, meta::Property const& property, Cell& old) const override {
         return Value::createPrimitiveValue<T>(property, old.get<T>());
@@ -32,11 +32,12 @@ public:
 };
 
 template <class C>
-class ValuesRow final : public CollectionRow {
+class ValuesRow final : public CollectionDescriptor {
 public:
     template <class X>
     constexpr ValuesRow(std::uint16_t index, C X::*field) noexcept
-        : CollectionRow(index, RowKind::PrimitiveCollection), field_(static_cast<C ModelElement::Impl::*>(field)) {}
+        : CollectionDescriptor(index, PropertyKind::PrimitiveCollection),
+          field_(static_cast<C ModelElement::Impl::*>(field)) {}
 
     AbstractOwnedCollection* collection(ModelElement::Impl const& e) const override {
         return const_cast<C*>(&(e.*field_));
@@ -46,11 +47,11 @@ private:
     C ModelElement::Impl::*field_;
 };
 
-/// Children in any collection; `Base` is KeyedRow for those with keys.
-template <class C, class Base = CollectionRow>
-class ChildrenRow final : public OwnedCollectionRow<C, Base> {
+/// Children in any collection; `Base` is KeyedDescriptor for those with keys.
+template <class C, class Base = CollectionDescriptor>
+class ChildrenRow final : public OwnedCollectionDescriptor<C, Base> {
 public:
-    using OwnedCollectionRow<C, Base>::OwnedCollectionRow;
+    using OwnedCollectionDescriptor<C, Base>::OwnedCollectionDescriptor;
 };
 
 std::u16string const& textKey(ModelElement::Impl const& e) { return static_cast<Node::Impl const&>(e).text(); }
@@ -61,9 +62,9 @@ double numberKey(ModelElement::Impl const& e) { return static_cast<Node::Impl co
 
 struct NodeRows {
     using Children = ChildrenRow<ElementSequence<Node>>;
-    using ByName = ChildrenRow<ElementMap<std::u16string, Node>, KeyedRow<std::u16string>>;
-    using ByRank = ChildrenRow<ElementMultimap<int, Node>, KeyedRow<int>>;
-    using ByNumber = ChildrenRow<ElementMap<double, Node>, KeyedRow<double>>;
+    using ByName = ChildrenRow<ElementMap<std::u16string, Node>, KeyedDescriptor<std::u16string>>;
+    using ByRank = ChildrenRow<ElementMultimap<int, Node>, KeyedDescriptor<int>>;
+    using ByNumber = ChildrenRow<ElementMap<double, Node>, KeyedDescriptor<double>>;
 
     static constexpr PlainRow<std::u16string> text{kText, &Node::Impl::text_};
     static constexpr PlainRow<double> number{kNumber, &Node::Impl::number_};
@@ -72,16 +73,16 @@ struct NodeRows {
     static constexpr PlainRow<Box> box{kBox, &Node::Impl::box_};
     static constexpr ValuesRow<PrimitiveSequence<int>> numbers{kNumbers, &Node::Impl::numbers_};
     static constexpr ValuesRow<PrimitiveSet<std::u16string>> tags{kTags, &Node::Impl::tags_};
-    static constexpr Children children{kChildren, &Node::Impl::children_, RowKind::ElementCollection};
+    static constexpr Children children{kChildren, &Node::Impl::children_, PropertyKind::ElementCollection};
     static constexpr ByName byName{kByName, &Node::Impl::byName_, &textKey};
     static constexpr ByRank byRank{kByRank, &Node::Impl::byRank_, &rankKey};
     static constexpr ByNumber byNumber{kByNumber, &Node::Impl::byNumber_, &numberKey};
-    static constexpr PropertyRow const* node[] = {&text, &number,   &count,  &rank,   &box,     &numbers,
-                                                  &tags, &children, &byName, &byRank, &byNumber};
+    static constexpr PropertyDescriptor const* node[] = {&text, &number,   &count,  &rank,   &box,     &numbers,
+                                                         &tags, &children, &byName, &byRank, &byNumber};
 
     static constexpr PlainRow<std::string> note{kNote, &Special::Impl::note_};
-    static constexpr Children parts{kParts, &Special::Impl::parts_, RowKind::ElementCollection};
-    static constexpr PropertyRow const* special[] = {&note, &parts};
+    static constexpr Children parts{kParts, &Special::Impl::parts_, PropertyKind::ElementCollection};
+    static constexpr PropertyDescriptor const* special[] = {&note, &parts};
 };
 
 ClassTable const& Node::classTable() {
@@ -178,7 +179,7 @@ NodeMeta declareNodes() {
         property->setType(type);
         property->setIndex(index);
         ClassTable const& table = owner == made.node ? Node::classTable() : Special::classTable();
-        property->setRow(table, table.rowAt(index));
+        property->setDescriptor(table, table.descriptorAt(index));
         made.properties.push_back(property);
     };
     add(made.node, u"text", ValueFlags::One, StandardTypes::stringMeta);

@@ -1,4 +1,4 @@
-// Elements to test the runtime with: written by hand against it, with a property of each family of rows.
+// Elements to test the runtime with: written by hand against it, with a property of each family of descriptors.
 #pragma once
 
 #include <quay/zero/element_map.h>

@@ -14,7 +14,7 @@ namespace Garden {
 
 namespace shapes = quay::zero::elements;
 
-struct Bed::Impl::Rows {
+struct Bed::Impl::Descriptors {
   static constexpr shapes::Single<std::u16string> label{1, &Impl::label_};
   static constexpr shapes::Single<Soil> soil{2, &Impl::soil_};
   static constexpr shapes::Single<double> width{3, &Impl::width_};
@@ -33,39 +33,39 @@ struct Bed::Impl::Rows {
 quay::zero::meta::Class const& Bed::metaClass() { return MetaPackageGarden::getInstance()->Bed; }
 
 quay::zero::ClassTable const& Bed::classTable() {
-  using R = Impl::Rows;
-  static constexpr quay::zero::PropertyRow const* rows[] = {
-      &R::label, &R::soil, &R::width, &R::plan, &R::waterings, &R::readings, &R::tags, &R::frame, &R::lanes,
-      &R::supports, &R::plants, &R::visitors, &R::widthInFeet,
+  using D = Impl::Descriptors;
+  static constexpr quay::zero::PropertyDescriptor const* descriptors[] = {
+      &D::label, &D::soil, &D::width, &D::plan, &D::waterings, &D::readings, &D::tags, &D::frame, &D::lanes,
+      &D::supports, &D::plants, &D::visitors, &D::widthInFeet,
   };
-  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, rows, &shapes::makeCollection<Bed>, &shapes::makeBuilder<Bed>};
+  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, descriptors, &shapes::makeCollection<Bed>, &shapes::makeBuilder<Bed>};
   return table;
 }
 
 Bed Bed::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Bed>(model, id); }
 
-void Bed::Impl::setLabel(std::u16string const& value) { Rows::label.set(*this, value); }
-void Bed::Impl::setSoil(Soil value) { Rows::soil.set(*this, value); }
-void Bed::Impl::setWidth(double value) { Rows::width.set(*this, value); }
-void Bed::Impl::setPlan(zxArray_tag const* value) { Rows::plan.set(*this, value); }
-void Bed::Impl::setWaterings(boost::optional<int> const& value) { Rows::waterings.set(*this, value); }
+void Bed::Impl::setLabel(std::u16string const& value) { Descriptors::label.set(*this, value); }
+void Bed::Impl::setSoil(Soil value) { Descriptors::soil.set(*this, value); }
+void Bed::Impl::setWidth(double value) { Descriptors::width.set(*this, value); }
+void Bed::Impl::setPlan(zxArray_tag const* value) { Descriptors::plan.set(*this, value); }
+void Bed::Impl::setWaterings(boost::optional<int> const& value) { Descriptors::waterings.set(*this, value); }
 
-Frame Bed::Impl::getFrame() const { return Rows::frame.get(*this); }
-void Bed::Impl::setFrame(Frame const& value) { Rows::frame.set(*this, value); }
-void Bed::Impl::basicSetFrame(Frame const& value) { Rows::frame.basicSet(*this, value); }
-Frame Bed::Impl::createIntoFrame() { return Rows::frame.createInto(*this); }
-Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::frame.createInto(*this, builder, id); }
+Frame Bed::Impl::getFrame() const { return Descriptors::frame.get(*this); }
+void Bed::Impl::setFrame(Frame const& value) { Descriptors::frame.set(*this, value); }
+void Bed::Impl::basicSetFrame(Frame const& value) { Descriptors::frame.basicSet(*this, value); }
+Frame Bed::Impl::createIntoFrame() { return Descriptors::frame.createInto(*this); }
+Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::frame.createInto(*this, builder, id); }
 
-Lane Bed::Impl::createIntoLanes() { return Rows::lanes.createInto(*this); }
-Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::lanes.createInto(*this, builder, id); }
+Lane Bed::Impl::createIntoLanes() { return Descriptors::lanes.createInto(*this); }
+Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::lanes.createInto(*this, builder, id); }
 
-Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::supports.createInto(*this, builder, id); }
+Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::supports.createInto(*this, builder, id); }
 
-Plant Bed::Impl::createIntoPlants() { return Rows::plants.createInto(*this); }
-Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::plants.createInto(*this, builder, id); }
+Plant Bed::Impl::createIntoPlants() { return Descriptors::plants.createInto(*this); }
+Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::plants.createInto(*this, builder, id); }
 
-Visitor Bed::Impl::createIntoVisitors() { return Rows::visitors.createInto(*this); }
-Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Rows::visitors.createInto(*this, builder, id); }
+Visitor Bed::Impl::createIntoVisitors() { return Descriptors::visitors.createInto(*this); }
+Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::visitors.createInto(*this, builder, id); }
 
 Bed::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
     : quay::zero::ModelElement::Constrainables(query, cls, mode),

@@ -9,7 +9,7 @@ namespace Garden {
 
 namespace shapes = quay::zero::elements;
 
-struct Plant::Impl::Rows {
+struct Plant::Impl::Descriptors {
   static constexpr shapes::KeyedMap nameMaps[] = {{&Bed::classTable, 11, true}};
   static constexpr shapes::SingleKey<std::u16string> name{1, &Impl::name_, nameMaps};
   static constexpr shapes::Single<double> height{2, &Impl::height_};
@@ -18,18 +18,18 @@ struct Plant::Impl::Rows {
 quay::zero::meta::Class const& Plant::metaClass() { return MetaPackageGarden::getInstance()->Plant; }
 
 quay::zero::ClassTable const& Plant::classTable() {
-  using R = Impl::Rows;
-  static constexpr quay::zero::PropertyRow const* rows[] = {
-      &R::name, &R::height,
+  using D = Impl::Descriptors;
+  static constexpr quay::zero::PropertyDescriptor const* descriptors[] = {
+      &D::name, &D::height,
   };
-  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, rows, &shapes::makeCollection<Plant>, &shapes::makeBuilder<Plant>};
+  static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, descriptors, &shapes::makeCollection<Plant>, &shapes::makeBuilder<Plant>};
   return table;
 }
 
 Plant Plant::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Plant>(model, id); }
 
-void Plant::Impl::setName(std::u16string const& value) { Rows::name.set(*this, value); }
-void Plant::Impl::setHeight(double value) { Rows::height.set(*this, value); }
+void Plant::Impl::setName(std::u16string const& value) { Descriptors::name.set(*this, value); }
+void Plant::Impl::setHeight(double value) { Descriptors::height.set(*this, value); }
 
 Plant::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
     : quay::zero::ModelElement::Constrainables(query, cls, mode),

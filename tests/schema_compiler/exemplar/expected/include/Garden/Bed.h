@@ -86,7 +86,7 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   Visitor createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
  private:
-  struct [[gnu::visibility("hidden")]] Rows;
+  struct [[gnu::visibility("hidden")]] Descriptors;
   friend class Bed;
 
   std::u16string label_;

@@ -20,7 +20,7 @@ class GARDEN_API RaisedBed::Impl : public quay::zero::elements::Level<RaisedBed,
   void setLegs(unsigned int value);
 
  private:
-  struct [[gnu::visibility("hidden")]] Rows;
+  struct [[gnu::visibility("hidden")]] Descriptors;
   friend class RaisedBed;
 
   unsigned int legs_ = 4u;

@@ -19,7 +19,7 @@ class GARDEN_API Support::Impl : public quay::zero::elements::Level<Support, qua
   void setHeight(double value);
 
  private:
-  struct [[gnu::visibility("hidden")]] Rows;
+  struct [[gnu::visibility("hidden")]] Descriptors;
   friend class Support;
 
   double height_ = 0.0;

@@ -1,0 +1,344 @@
+#include <quay/zero/element_map.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/report.h>
+#include <quay/zero/text.h>
+
+#include <quay0/messages.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
+
+namespace quay::zero {
+
+// How a map writes steps: `Inserted` and `Erased` have a Taken, `Swapped` a Content.
+
+/// An entry that is in the tree, where `position` stands, or out of it, in `node`; `before` is then what follows it.
+template <class K>
+struct KeyedCore<K>::Taken {
+    typename Tree::iterator position;
+    typename Tree::iterator before;
+    typename Tree::node_type node;
+};
+
+template <class K>
+struct KeyedCore<K>::Content {
+    Tree tree;
+    std::unique_ptr<Proxies> proxies;
+};
+
+template <class K>
+KeyedCore<K>::~KeyedCore() = default;
+
+template <class K>
+KeyResult<K> KeyedCore<K>::keyOf(ModelElement::Impl const& e) const {
+    PropertyDescriptor const* descriptor = nullptr;
+    if (this->owner() != nullptr) {
+        descriptor = this->owner()->classTable().descriptorAt(this->index());
+    } else if (meta::Property const property = this->getCollectionProperty(); property) {
+        descriptor = property->descriptor();
+    }
+    if (descriptor == nullptr) throw std::bad_function_call();
+    return static_cast<KeyedDescriptor<K> const&>(*descriptor).keyOf(e);
+}
+
+// --- Content and its record -----------------------------------------------------------------------------------------
+
+template <class K>
+void KeyedCore<K>::put(K key, ModelElement const& e, Position before) {
+    this->noteContent();
+    if (!this->recording()) {
+        tree_.emplace_hint(before, std::move(key), e);
+        return;
+    }
+    auto taken = std::make_unique<Taken>();
+    Step& step = this->record(StepKind::Inserted);
+    try {
+        taken->position = tree_.emplace_hint(before, std::move(key), e);
+    } catch (...) {
+        step.kind = StepKind::Touched;
+        throw;
+    }
+    step.payload = taken.release();
+}
+
+template <class K>
+void KeyedCore<K>::take(Position position) {
+    if (!this->recording()) {
+        tree_.erase(position);
+        return;
+    }
+    auto taken = std::make_unique<Taken>();
+    Step& step = this->record(StepKind::Erased);
+    taken->before = tree_.erase(position, position);  // the same place, as one that may be written through
+    ++taken->before;
+    taken->node = tree_.extract(position);
+    step.payload = taken.release();
+}
+
+template <class K>
+void KeyedCore<K>::swapContent(Content&& content) {
+    if (this->recording()) {
+        auto other = std::make_unique<Content>();
+        Step& step = this->record(StepKind::Swapped);
+        other->tree.swap(tree_);
+        other->proxies.swap(this->proxies_);
+        step.payload = other.release();
+    }
+    tree_.swap(content.tree);
+    this->proxies_.swap(content.proxies);
+    if (!holdsNothing()) this->noteContent();
+}
+
+template <class K>
+void KeyedCore<K>::exchange(Step& step) noexcept {
+    if (this->exchangeProxy(step)) return;
+    if (step.kind == StepKind::Swapped) {
+        auto& other = *static_cast<Content*>(step.payload);
+        other.tree.swap(tree_);
+        other.proxies.swap(this->proxies_);
+        return;
+    }
+    auto& taken = *static_cast<Taken*>(step.payload);
+    if (step.kind == StepKind::Inserted) {
+        taken.before = std::next(taken.position);
+        taken.node = tree_.extract(taken.position);
+        step.kind = StepKind::Erased;
+    } else {
+        taken.position = tree_.insert(taken.before, std::move(taken.node));
+        step.kind = StepKind::Inserted;
+    }
+}
+
+template <class K>
+void KeyedCore<K>::discard(Step& step) noexcept {
+    if (this->discardProxy(step)) return;
+    if (step.kind == StepKind::Swapped) {
+        delete static_cast<Content*>(step.payload);
+    } else {
+        delete static_cast<Taken*>(step.payload);
+    }
+    step.payload = nullptr;
+}
+
+template <class K>
+bool KeyedCore<K>::sameByRule(AbstractOwnedCollection const& old) const {
+    auto const& before = static_cast<KeyedCore const&>(old).tree_;
+    if (before.size() != tree_.size() || before.size() > 1) return false;
+    if (!this->hasSameProxies(static_cast<KeyedCore const&>(old))) return false;
+    return before.empty() ||
+           (before.begin()->first == tree_.begin()->first && before.begin()->second == tree_.begin()->second);
+}
+
+// --- Typed operations -----------------------------------------------------------------------------------------------
+
+template <class K>
+typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) const {
+    KeyResult<K> const key = keyOf(*e.impl());
+    for (auto i = tree_.lower_bound(key); i != tree_.end() && i->first == key; ++i) {
+        if (i->second == e) return i;
+    }
+    // A guest may have got another key where it has its place.
+    if (!hasGuests_) return tree_.end();
+    return std::find_if(tree_.begin(), tree_.end(), [&](auto const& entry) { return entry.second == e; });
+}
+
+/// Whether the element can be a member at all, told without a search among those of its key.
+template <class K>
+bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
+    return hasLoose_ || hasGuests_ || e.containerImpl() == this->owner();
+}
+
+template <class K>
+void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy policy) {
+    if (!element) return;
+    ModelElement const e = element;  // it may be one of our own members
+    this->checkCompatibleModel(e.impl());
+    if (e->isProxy()) {
+        this->addProxy(e);
+        return;
+    }
+    K key(keyOf(*e.impl()));
+    if constexpr (std::is_floating_point_v<K>) {
+        if (std::isnan(key)) reportException(quay0::messages::InvalidValue().about(this->describe()).withValue(u"NaN"));
+    }
+    auto const first = tree_.lower_bound(key);
+    auto before = first;
+    if (unique_ || mayHold(*e.impl())) {
+        for (; before != tree_.end() && before->first == key; ++before) {
+            if (before->second == e) return;
+        }
+    } else {
+        before = tree_.upper_bound(key);
+    }
+    bool const taken = unique_ && first != before && first->second;
+    if (taken && policy == InsertPolicy::Keep) return;
+    if (taken && policy == InsertPolicy::Report) {
+        reportException(quay0::messages::UniquenessConstraint().about(this->describe()).withValue(textOf(key)));
+    }
+    AbstractOwnedCollection::Operation operation(*this);
+    if (taken) {
+        ModelElement const old = first->second;
+        take(first);
+        this->release(old.impl());
+    }
+    put(std::move(key), e, before);
+    this->contain(e.impl());
+    operation.commit();
+}
+
+template <class K>
+bool KeyedCore<K>::containsElement(ModelElement const& e) const {
+    return e && !e->isProxy() && locate(e) != tree_.end();
+}
+
+template <class K>
+void KeyedCore<K>::removeElement(ModelElement const& element) {
+    if (element.impl() == nullptr) return;
+    ModelElement const e = element;
+    if (e->isProxy()) {
+        this->removeProxy(e);
+        return;
+    }
+    auto const position = locate(e);
+    if (position == tree_.end()) return;
+    AbstractOwnedCollection::Operation operation(*this);
+    take(position);
+    this->release(e.impl());
+    operation.commit();
+}
+
+template <class K>
+void KeyedCore<K>::clear() {
+    AbstractOwnedCollection::Operation operation(*this);
+    releaseAll();
+    operation.commit();
+}
+
+template <class K>
+void KeyedCore<K>::releaseAll() {
+    this->modifying();
+    std::vector<ModelElement> const gone = this->getAllValuesAndProxies();
+    if (gone.empty()) return;
+    swapContent({});
+    for (ModelElement const& e : gone) this->release(e.impl());
+}
+
+template <class K>
+ModelElement const* KeyedCore<K>::findKey(KeyResult<K> key) const {
+    auto const found = tree_.lower_bound(key);
+    return found == tree_.end() || found->first != key ? nullptr : &found->second;
+}
+
+template <class K>
+bool KeyedCore<K>::isTaken(KeyResult<K> key, ModelElement::Impl const* e) const {
+    ModelElement const* const found = findKey(key);
+    return found != nullptr && *found && found->impl() != e;
+}
+
+template <class K>
+void KeyedCore<K>::copyContents(AbstractOwnedCollection const& other) {
+    AbstractOwnedCollection::Operation operation(*this);
+    this->modifying();
+    basicCopyValues(static_cast<KeyedCore const&>(other));
+    operation.commit();
+}
+
+// --- The unchecked paths --------------------------------------------------------------------------------------------
+
+template <class K>
+void KeyedCore<K>::basicAdd(ModelElement const& e) {
+    K key(keyOf(*e.impl()));
+    if constexpr (std::is_floating_point_v<K>) {
+        if (std::isnan(key)) return;
+    }
+    auto const before = tree_.upper_bound(key);
+    if (unique_ && before != tree_.begin() && std::prev(before)->first == key) return;
+    hasLoose_ = hasLoose_ || e->containerImpl() != this->owner();
+    put(std::move(key), e, before);
+}
+
+template <class K>
+void KeyedCore<K>::basicRemove(ModelElement const& e) {
+    if (e->isProxy()) {
+        this->basicRemoveProxy(e);
+        return;
+    }
+    auto const position = locate(e);
+    if (position != tree_.end()) take(position);
+}
+
+template <class K>
+void KeyedCore<K>::basicClear() {
+    if (!this->holdsNothing()) swapContent({});
+}
+
+template <class K>
+void KeyedCore<K>::basicCopyValues(ReferenceCollection const& other) {
+    auto const& from = static_cast<KeyedCore const&>(other);
+    hasLoose_ = true;
+    swapContent({from.tree_, from.copyOfProxies()});
+}
+
+template <class K>
+void KeyedCore<K>::basicAddWithProxy(ModelElement const& e) {
+    e->isProxy() ? this->basicAddProxy(e) : basicAdd(e);
+}
+
+// --- Proxies --------------------------------------------------------------------------------------------------------
+
+template <class K>
+bool KeyedCore<K>::resolveAdd(ModelElement const& e) {
+    K key(keyOf(*e.impl()));
+    if (unique_ ? tree_.contains(key) : locate(e) != tree_.end()) return false;
+    if constexpr (std::is_floating_point_v<K>) {
+        if (std::isnan(key)) return false;
+    }
+    auto taken = std::make_unique<Taken>();
+    this->noteContent();
+    taken->position = tree_.emplace(std::move(key), e);
+    if (Step* const step = this->recordResolution(StepKind::Inserted)) step->payload = taken.release();
+    hasGuests_ = hasGuests_ || &e->model() != &this->owner()->model() || e->containerImpl() != nullptr;
+    return true;
+}
+
+template <class K>
+void KeyedCore<K>::appendMembers(std::vector<ModelElement>& to) const {
+    for (auto const& entry : tree_) to.push_back(entry.second);
+}
+
+template <class K>
+std::vector<ModelElement> KeyedCore<K>::getAllValues() const {
+    const_cast<KeyedCore*>(this)->prepareForReading();
+    std::vector<ModelElement> result;
+    result.reserve(tree_.size());
+    for (auto const& entry : tree_) result.push_back(entry.second);
+    return result;
+}
+
+// --- Keys as values -------------------------------------------------------------------------------------------------
+
+template <class K>
+meta::Type KeyedCore<K>::qualifierType() const {
+    meta::Property const property = this->getCollectionProperty();
+    meta::Property const key = property ? property->getQualifiedBy() : meta::Property();
+    if (!key) return meta::StandardTypes::of<K>();
+    return key->getType();
+}
+
+template <class K>
+std::vector<Value> KeyedCore<K>::getAllKeys() const {
+    std::vector<Value> result;
+    result.reserve(tree_.size());
+    meta::Type const type = qualifierType();
+    for (auto const& entry : tree_) result.emplace_back(type, entry.first, ValueFlags::One);
+    return result;
+}
+
+template class KeyedCore<std::u16string>;
+template class KeyedCore<std::string>;
+template class KeyedCore<int>;
+template class KeyedCore<double>;
+
+}  // namespace quay::zero

@@ -1,0 +1,139 @@
+// A property of a class as the runtime sees it: how its field is saved, restored, reflected, joined and destroyed.
+//
+// A class is a table of descriptors, one a property. Everything that the runtime does to any element by property goes
+// through them, so a class has no code of its own beyond accessors. The descriptors of the schema's shapes stand in
+// elements/.
+#pragma once
+
+#include <quay/zero/cell.h>
+#include <quay/zero/model_element.h>
+
+#include <cstdint>
+#include <span>
+
+namespace quay::zero {
+
+class Value;
+
+/// Which family of operations a descriptor takes part in.
+enum class PropertyKind : std::uint8_t {
+    Value,                ///< one value, or an optional one
+    Child,                ///< one owned element
+    PrimitiveCollection,  ///< several values
+    ElementCollection,    ///< several owned elements
+    Derived               ///< computed; no field and no index
+};
+
+/// Descriptors are constants: constinit objects of shape classes that reach their field by a member pointer. The
+/// element passed to an operation is always of the class that the descriptor belongs to.
+class QUAY_ZERO_API PropertyDescriptor {
+public:
+    /// `plain`: what a cell holds of it is bytes in place, and needs no discarding.
+    constexpr PropertyDescriptor(std::uint16_t index, PropertyKind kind, bool plain = false) noexcept
+        : index_(index), kind_(kind), plain_(plain) {}
+
+    /// The property's index, from 1 along the class chain; 0 for a derived one.
+    std::uint16_t index() const noexcept { return index_; }
+    PropertyKind kind() const noexcept { return kind_; }
+    bool isPlain() const noexcept { return plain_; }
+    bool ownsElements() const noexcept {
+        return kind_ == PropertyKind::Child || kind_ == PropertyKind::ElementCollection;
+    }
+
+    // --- Undo. A cell is filled by `save` or by the descriptor's own setter; the other operations read or drop it.
+
+    /// Fills an empty cell with a copy of the present value.
+    virtual void save(ModelElement::Impl const& element, Cell& old) const;
+    /// Exchanges the field with the cell's value. This is rollback, undo and redo alike.
+    virtual void exchange(ModelElement::Impl& element, Cell& old) const noexcept;
+    /// Makes the field a copy of the cell's value.
+    virtual void restore(ModelElement::Impl& element, Cell const& old) const;
+    /// Whether the field holds the cell's value again, by the shape's inexpensive rule.
+    virtual bool unchanged(ModelElement::Impl const& element, Cell const& old) const;
+    virtual void discard(Cell& old) const noexcept;
+    /// Moves the value into an empty cell.
+    virtual void relocate(Cell& from, Cell& to) const noexcept;
+    /// The cell's value for a reader; it may point into the cell.
+    virtual Value wrap(ModelElement::Impl const& element, meta::Property const& property, Cell& old) const;
+
+    // --- Reflection.
+
+    virtual bool has(ModelElement::Impl const& element) const;
+    virtual Value get(ModelElement::Impl const& element, meta::Property const& property,
+                      ReflectionPrivateTag const& tag) const;
+    virtual void set(ModelElement::Impl& element, meta::Property const& property, Value const& value,
+                     ReflectionPrivateTag const& tag) const;
+
+    // --- Containment; only descriptors that own elements do anything.
+
+    /// A child joins or leaves this property: the field alone changes, and the change is recorded.
+    virtual void join(ModelElement::Impl& owner, ModelElement const& child) const;
+    virtual void leave(ModelElement::Impl& owner, ModelElement const& child) const;
+    /// Empties the field and records nothing.
+    virtual void disassociate(ModelElement::Impl& owner) const;
+    /// Destroys the children and empties the field.
+    virtual void destroyChildren(ModelElement::Impl& owner, bool a, bool b) const;
+    /// The child of a child descriptor, resolved if it is a proxy that can be; else an empty handle.
+    virtual ModelElement child(ModelElement::Impl const& owner) const;
+    /// The collection of a collection descriptor, else null.
+    virtual AbstractOwnedCollection* collection(ModelElement::Impl const& owner) const;
+
+    // --- Building.
+
+    /// Offers a value to a builder, which keeps it, or adds it to several.
+    virtual void give(ModelElement::Builder& builder, meta::Property const& property, Value const& value) const;
+    /// Gives the new element a value that its builder keeps.
+    virtual void build(ModelElement::Impl& element, Cell const& given) const;
+    /// Puts a new child in its place, by the shape's own operation.
+    virtual void place(ModelElement::Impl& owner, ModelElement const& child) const;
+
+protected:
+    ~PropertyDescriptor() = default;
+
+private:
+    std::uint16_t index_;
+    PropertyKind kind_;
+    bool plain_;
+};
+
+/// What a class is to the runtime: its descriptors, its base's table, and how collections and builders of it are made.
+/// One object per class, constant-initialised in the library that has the class; `declare` ties it to its meta class.
+class QUAY_ZERO_API ClassTable {
+public:
+    using TableFunction = ClassTable const& (*)();
+    using CollectionFactory = AbstractOwnedCollection* (*)(ModelElement const&, meta::Property const&);
+    using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(Model const&);
+
+    /// `descriptors`: the class's own, indexed ones by rising index from `firstIndex`, derived ones last.
+    constexpr ClassTable(TableFunction base, std::uint16_t firstIndex,
+                         std::span<PropertyDescriptor const* const> descriptors, CollectionFactory makeCollection,
+                         BuilderFactory makeBuilder) noexcept
+        : base_(base),
+          descriptors_(descriptors),
+          makeCollection_(makeCollection),
+          makeBuilder_(makeBuilder),
+          firstIndex_(firstIndex) {}
+
+    ClassTable const* base() const noexcept { return base_ == nullptr ? nullptr : &base_(); }
+    std::span<PropertyDescriptor const* const> descriptors() const noexcept { return descriptors_; }
+    CollectionFactory collectionFactory() const noexcept { return makeCollection_; }
+    BuilderFactory builderFactory() const noexcept { return makeBuilder_; }
+
+    /// The descriptor of an index along the chain, or null. A comparison a level.
+    PropertyDescriptor const* descriptorAt(unsigned long index) const noexcept;
+    /// The descriptor of a property that this class or one above it declares, or null.
+    PropertyDescriptor const* descriptorOf(meta::Property const& property) const noexcept;
+    /// The highest index of the chain; 0 without properties.
+    std::uint16_t highestIndex() const noexcept;
+    /// Whether elements of this class are elements of `other`.
+    bool conformsTo(ClassTable const& other) const noexcept;
+
+private:
+    TableFunction base_;
+    std::span<PropertyDescriptor const* const> descriptors_;
+    CollectionFactory makeCollection_;
+    BuilderFactory makeBuilder_;
+    std::uint16_t firstIndex_;
+};
+
+}  // namespace quay::zero

@@ -1,0 +1,93 @@
+#include <quay/zero/builder.h>
+#include <quay/zero/collection.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/property_descriptor.h>
+#include <quay/zero/report.h>
+#include <quay/zero/value.h>
+
+#include <quay0/messages.h>
+
+namespace quay::zero {
+
+namespace {
+
+[[noreturn]] void reportUnknown(ModelElement::Impl const& element, meta::Property const& property) {
+    std::u16string const name = property.impl() == nullptr ? std::u16string() : property->getName();
+    reportException(quay0::messages::NoSuchProperty(name, element.getMetaClass()->getQualifiedName()));
+}
+
+}  // namespace
+
+// A descriptor without a value of its own keeps nothing.
+void PropertyDescriptor::save(ModelElement::Impl const&, Cell&) const {}
+void PropertyDescriptor::exchange(ModelElement::Impl&, Cell&) const noexcept {}
+void PropertyDescriptor::restore(ModelElement::Impl&, Cell const&) const {}
+bool PropertyDescriptor::unchanged(ModelElement::Impl const&, Cell const&) const { return true; }
+void PropertyDescriptor::discard(Cell&) const noexcept {}
+void PropertyDescriptor::relocate(Cell&, Cell&) const noexcept {}
+Value PropertyDescriptor::wrap(ModelElement::Impl const&, meta::Property const&, Cell&) const { return {}; }
+
+bool PropertyDescriptor::has(ModelElement::Impl const&) const { return false; }
+Value PropertyDescriptor::get(ModelElement::Impl const& element, meta::Property const& property,
+                              ReflectionPrivateTag const&) const {
+    reportUnknown(element, property);
+}
+void PropertyDescriptor::set(ModelElement::Impl& element, meta::Property const& property, Value const&,
+                             ReflectionPrivateTag const&) const {
+    reportUnknown(element, property);
+}
+
+void PropertyDescriptor::join(ModelElement::Impl&, ModelElement const&) const {}
+void PropertyDescriptor::leave(ModelElement::Impl&, ModelElement const&) const {}
+void PropertyDescriptor::disassociate(ModelElement::Impl&) const {}
+void PropertyDescriptor::destroyChildren(ModelElement::Impl&, bool, bool) const {}
+ModelElement PropertyDescriptor::child(ModelElement::Impl const&) const { return {}; }
+AbstractOwnedCollection* PropertyDescriptor::collection(ModelElement::Impl const&) const { return nullptr; }
+void PropertyDescriptor::give(ModelElement::Builder& builder, meta::Property const& property, Value const&) const {
+    reportException(quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));
+}
+void PropertyDescriptor::build(ModelElement::Impl&, Cell const&) const {}
+void PropertyDescriptor::place(ModelElement::Impl&, ModelElement const&) const {}
+
+PropertyDescriptor const* ClassTable::descriptorAt(unsigned long index) const noexcept {
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        if (index >= level->firstIndex_) {
+            unsigned long const slot = index - level->firstIndex_;
+            // Derived descriptors stand behind the indexed ones and have no index.
+            return slot < level->descriptors_.size() && level->descriptors_[slot]->index() == index
+                       ? level->descriptors_[slot]
+                       : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+PropertyDescriptor const* ClassTable::descriptorOf(meta::Property const& property) const noexcept {
+    if (property.impl() == nullptr || !property) return nullptr;
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        if (level == property->declaringTable()) return property->descriptor();
+    }
+    return nullptr;
+}
+
+std::uint16_t ClassTable::highestIndex() const noexcept {
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        for (std::size_t i = level->descriptors_.size(); i-- > 0;) {
+            if (level->descriptors_[i]->index() != 0) return level->descriptors_[i]->index();
+        }
+    }
+    return 0;
+}
+
+bool ClassTable::conformsTo(ClassTable const& other) const noexcept {
+    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
+        if (level == &other) return true;
+    }
+    return false;
+}
+
+bool conformsTo(ModelElement const& element, ClassTable const& table) noexcept {
+    return element.impl() != nullptr && element->classTable().conformsTo(table);
+}
+
+}  // namespace quay::zero

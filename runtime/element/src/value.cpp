@@ -1,0 +1,71 @@
+#include <quay/zero/meta/types.h>
+#include <quay/zero/property_descriptor.h>
+#include <quay/zero/value.h>
+
+namespace quay::zero {
+
+ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept : type_(type.impl()), flags_(flags) {}
+ValueMeta::ValueMeta(meta::Property const& property) : type_(property->type()), flags_(property->getFlags()) {}
+
+meta::Type ValueMeta::getType() const { return meta::Type::of(type_); }
+
+Value::Value(Value const& other) : meta_(other.meta_), operations_(other.operations_) {
+    if (operations_ != nullptr) {
+        operations_->emplaceCopy(*this, other.data());
+    } else {
+        storage_.pointer = other.storage_.pointer;
+    }
+}
+
+Value::Value(Value&& other) noexcept
+    : meta_(std::exchange(other.meta_, {})), operations_(std::exchange(other.operations_, nullptr)) {
+    if (operations_ != nullptr) {
+        // `other` no longer tells where its payload lies.
+        other.operations_ = operations_;
+        operations_->relocate(*this, other);
+        other.operations_ = nullptr;
+    } else {
+        storage_.pointer = other.storage_.pointer;
+    }
+    other.storage_.pointer = nullptr;
+}
+
+void Value::swap(Value& other) noexcept {
+    Value mine(std::move(*this));
+    ::new (static_cast<void*>(this)) Value(std::move(other));
+    // NOLINTNEXTLINE(bugprone-use-after-move): what was moved from holds nothing, and is made anew in its place
+    ::new (static_cast<void*>(&other)) Value(std::move(mine));
+}
+
+void* Value::data() const noexcept {
+    if (operations_ != nullptr && operations_->inPlace) return const_cast<unsigned char*>(storage_.bytes);
+    return storage_.pointer;
+}
+
+std::size_t Value::hash() const { return operations_ == nullptr ? 0 : operations_->hash(data()); }
+
+bool Value::equals(Value const& other) const {
+    if (meta_.type_ != other.meta_.type_ || meta_.flags_ != other.meta_.flags_) return false;
+    if (operations_ == nullptr || other.operations_ == nullptr) return data() == other.data();
+    return operations_->equal(data(), other.data());
+}
+
+bool Value::isElementOf(meta::Class const& metaClass) const {
+    auto const own = meta::Class::cast(getType());
+    return own.impl() != nullptr && own->conformsTo(metaClass);
+}
+
+void Value::reportIncompatible() const {
+    meta::Type const type = getType();
+    reportException(quay0::messages::CannotCastIncompatibleTypes(type.impl() == nullptr ? std::u16string()
+                                                                                        : type->getQualifiedName()));
+}
+
+bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
+
+Value Value::createElementValue(meta::Property const& property, ModelElement const& element) {
+    ModelElement::Impl* const type = element.impl() == nullptr ? typeOf(property) : element->getMetaClass().impl();
+    return {type, element, ValueFlags::One};
+}
+
+}  // namespace quay::zero

@@ -1,0 +1,49 @@
+// The handle of a generated class.
+#pragma once
+
+#include <quay/zero/builder.h>
+#include <quay/zero/property_descriptor.h>
+#include <quay/zero/query/attachment.h>
+#include <quay/zero/report.h>
+#include <quay/zero/typed_handle.h>
+
+#include <quay0/messages.h>
+
+#include <concepts>
+
+namespace quay::zero::elements {
+
+/// A builder of class X or of a class derived from it, not owned: what createInto takes. Made from any such builder.
+template <class X>
+class BuilderWrapper {
+public:
+    template <class B>
+    requires std::derived_from<typename B::Element, X> BuilderWrapper(B& builder)
+    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
+    /// For a builder whose class is known only at run time. InvalidValue if it isn't X or derived from it.
+    explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&builder) {
+        if (!builder.classTable().conformsTo(X::classTable())) reportException(quay0::messages::InvalidValue());
+    }
+
+    ModelElement::Builder& builder() const noexcept { return *builder_; }
+
+private:
+    ModelElement::Builder* builder_;
+};
+
+/// Base of a generated class's handle; `Base` is the handle of its superclass.
+template <class X, class Base>
+class Handle : public TypedHandle<X, Base> {
+public:
+    using BuilderWrapper = elements::BuilderWrapper<X>;
+
+    /// What the static accessors of properties return: words for queries on X, not values.
+    template <class T>
+    using Constrainable = query::ConstrainableWithAttachment<T, query::MetaclassAttachment<X>, false, void>;
+    template <class T>
+    using OptionalConstrainable = query::ConstrainableWithAttachment<T, query::MetaclassAttachment<X>, true, void>;
+    template <class Y>
+    using ConstrainableRelation = query::ConstrainableRelationWithAttachment<Y, query::MetaclassAttachment<X>>;
+};
+
+}  // namespace quay::zero::elements

@@ -1,0 +1,81 @@
+// What saving and loading know of classes: the stored properties by name, and how the values of each type are written.
+#pragma once
+
+#include <quay/zero/meta/serializers.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/property_descriptor.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quay::zero::io {
+
+struct FieldForm;
+
+/// How one value of a type is written.
+struct ValueForm {
+    enum class Kind {
+        Boolean,
+        Integer,
+        UnlimitedNatural,
+        UInteger64,
+        Real,
+        String,
+        StdString,
+        Array,
+        Enumeration,
+        Structure,
+        Element,
+        Unknown
+    };
+
+    Kind kind = Kind::Unknown;
+    meta::Type type;
+    meta::PropertySerializer const* serializer = nullptr;  // of primitive types and, by name, of enumerations
+    meta::PropertySerializer const* byNumber = nullptr;    // of enumerations
+    meta::DatatypeSerializer const* structure = nullptr;
+    std::vector<FieldForm> fields;  // of structures, by name
+};
+
+/// A property of a class, or a field of a structure.
+struct FieldForm {
+    meta::Property property;
+    std::string name;
+    ValueForm value;
+    bool isSeveral = false;
+    bool isSet = false;
+    std::string initial{};  // the text of a fresh element's value; only where somebody writes
+};
+
+/// A class, with its stored properties by name.
+struct ClassForm {
+    meta::Class type;
+    std::string name;  // qualified
+    std::vector<FieldForm> properties;
+    bool isPrepared = false;  // the initial texts are there
+
+    FieldForm const* find(std::string_view property) const noexcept;
+};
+
+/// The forms of the classes met in one run. They aren't kept for longer, since libraries come and go.
+class Forms {
+public:
+    /// The class of that qualified name, or null if there is none.
+    ClassForm* find(std::string_view qualifiedName);
+    ClassForm& of(meta::Class const& type);
+
+private:
+    std::unordered_map<std::string, std::unique_ptr<ClassForm>> byName_;
+    std::unordered_map<ModelElement::Impl const*, ClassForm*> byType_;
+};
+
+/// How a property is written.
+FieldForm formOf(meta::Property const& property);
+
+/// The URI of the package that a class belongs to.
+std::string schemaOf(meta::Class const& type);
+
+}  // namespace quay::zero::io

@@ -1,0 +1,195 @@
+#include "writer.h"
+
+#include <keel/text.h>
+#include <quay/zero/builder.h>
+#include <quay/zero/collection.h>
+#include <quay/zero/value.h>
+
+#include <algorithm>
+#include <boost/unordered/unordered_flat_set.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <iterator>
+
+#include "failures.h"
+#include "scalars.h"
+#include "values.h"
+
+namespace quay::zero::io {
+
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{1} << 20;
+
+ReflectionPrivateTag const& kResolving = ReflectionPrivateTag::PUBLIC_ACCESS;
+
+void sortById(std::vector<ModelElement>& elements) {
+    std::sort(elements.begin(), elements.end(),
+              [](ModelElement const& a, ModelElement const& b) { return a->uuid() < b->uuid(); });
+}
+
+}  // namespace
+
+Writer::Writer(Model const& model, Sink sink) : model_(model), fresh_(Model::create()), sink_(std::move(sink)) {}
+
+std::string Writer::write() {
+    roots_ = model_->getRoots();
+    sortById(roots_);
+    out_ = "{\"roots\":[";
+    for (ModelElement const& root : roots_) {
+        if (&root != roots_.data()) out_.push_back(',');
+        appendElement(root);
+    }
+    checkUnresolved();
+    out_ += "],\"schema\":";
+    appendQuoted(out_, roots_.empty() ? std::string() : schemaOf(roots_.front()->getMetaClass()));
+    out_ += ",\"version\":1}";
+    return std::move(out_);
+}
+
+std::string Writer::write(ModelElement const& element) {
+    roots_ = model_->getRoots();
+    sortById(roots_);
+    appendElement(element);
+    checkUnresolved();
+    return std::move(out_);
+}
+
+/// What a proxy of this model stands for may have been loaded only after it was written.
+void Writer::checkUnresolved() {
+    for (ModelElement const& proxy : unresolved_) {
+        if (!model_->findElement(proxy->getProxyId().id(), FindElementBehavior::InMemoryOnly)) reportNotLoaded(proxy);
+    }
+}
+
+void Writer::reportNotLoaded(ModelElement const& proxy) {
+    reportSave(placeOf(*proxy.impl()), "the element isn't loaded: " + keel::toUtf8(proxy->identifier()));
+}
+
+void Writer::drain() {
+    if (sink_ && out_.size() >= kPiece) sink_(out_);
+}
+
+/// What a fresh element has needs no saying.
+void Writer::prepare(ClassForm& form) {
+    if (form.isPrepared) return;
+    auto const builder = form.type->instantiateBuilder(fresh_);
+    ModelElement const element = builder == nullptr ? ModelElement() : builder->create({});
+    for (FieldForm& property : form.properties) {
+        if (!element || property.value.kind == ValueForm::Kind::Element) continue;
+        appendProperty(property.initial, property, element->getPropertyValue(property.property, kResolving));
+    }
+    form.isPrepared = true;
+}
+
+void Writer::appendElement(ModelElement const& element) {
+    ClassForm& form = forms_.of(element->getMetaClass());
+    prepare(form);
+    drain();
+    appendClassAnd("id", form, element->uuid());
+    out_ += ",\"values\":{";
+    appendValues(*element.impl(), form);
+    out_ += "}}";
+}
+
+/// An object that is still open.
+void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::uuids::uuid const& id) {
+    out_ += "{\"class\":";
+    appendQuoted(out_, form.name);
+    out_.append(",\"").append(key).append("\":\"");
+    boost::uuids::to_chars(id, std::back_inserter(out_));
+    out_.push_back('"');
+}
+
+/// An element has one place. A guest, which was resolved to where it is but stands elsewhere, is only referred to, and
+/// so is one that stands there again.
+void Writer::appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child, bool again) {
+    if (child->isProxy()) {
+        ProxyId const id = child->getProxyId();
+        if (id.hasOutsidePart(model_->storeName())) reportNotLoaded(child);
+        unresolved_.push_back(child);
+        appendClassAnd("ref", forms_.of(child->getMetaClass()), id.id());
+        out_.push_back('}');
+    } else if (&child->model() != model_.impl()) {
+        reportSave(placeOf(owner) + "/values/" + property.name, "an element of another model stands there");
+    } else if (again || !owner.owns(*child.impl()) || child->containmentFeature() != property.property) {
+        appendClassAnd("ref", forms_.of(child->getMetaClass()), child->uuid());
+        out_.push_back('}');
+    } else {
+        appendElement(child);
+    }
+}
+
+void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
+    bool first = true;
+    for (FieldForm const& property : form.properties) {
+        if (property.value.kind == ValueForm::Kind::Element) {
+            first = appendChildren(element, property, first);
+            continue;
+        }
+        std::size_t const before = out_.size();
+        if (!first) out_.push_back(',');
+        appendQuoted(out_, property.name);
+        out_.push_back(':');
+        std::size_t const begin = out_.size();
+        try {
+            appendProperty(out_, property, element.getPropertyValue(property.property, kResolving));
+        } catch (Refused const& refused) {
+            reportSave(placeOf(element) + "/values/" + property.name, refused.what());
+        }
+        if (std::string_view(out_).substr(begin) == property.initial) {
+            out_.resize(before);
+        } else {
+            first = false;
+        }
+    }
+}
+
+/// Answers whether still nothing was written.
+bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& property, bool first) {
+    Children const children = childrenOf(element, property);
+    if (children.elements.empty()) return first;
+    if (!first) out_.push_back(',');
+    appendQuoted(out_, property.name);
+    out_.push_back(':');
+    if (children.isList) out_.push_back('[');
+    boost::unordered_flat_set<ModelElement::Impl const*> written;  // a sequence may have an element more than once
+    for (ModelElement const& child : children.elements) {
+        if (&child != children.elements.data()) out_.push_back(',');
+        bool const again = children.isList && !written.insert(child.impl()).second;
+        appendChild(element, property, child, again);
+    }
+    if (children.isList) out_.push_back(']');
+    return false;
+}
+
+Writer::Children Writer::childrenOf(ModelElement::Impl& element, FieldForm const& property) {
+    Children result;
+    PropertyDescriptor const& descriptor = *property.property->descriptor();
+    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(element))) {
+        result.isList = true;
+        collection->resolveAll();
+        result.elements = collection->getAllValuesAndProxies();
+        std::erase_if(result.elements, [](ModelElement const& e) { return !e; });  // guests that died
+        if (property.isSet) sortById(result.elements);
+    } else if (descriptor.has(element)) {
+        result.elements.push_back(descriptor.get(element, property.property, kResolving).getValue<ModelElement>());
+    }
+    return result;
+}
+
+/// Where an element's text stands, as a JSON pointer.
+std::string Writer::placeOf(ModelElement::Impl& element) {
+    auto const positionIn = [&](std::vector<ModelElement> const& all) {
+        auto const found = std::find(all.begin(), all.end(), ModelElement(&element));
+        return "/" + std::to_string(found - all.begin());
+    };
+    ModelElement::Impl* const owner = element.containerImpl();
+    if (owner == nullptr) return "/roots" + positionIn(roots_);
+    std::string const name = keel::toUtf8(element.containmentFeature()->getName());
+    std::string const place = placeOf(*owner) + "/values/" + name;
+    FieldForm const* const property = forms_.of(owner->getMetaClass()).find(name);
+    Children const children = childrenOf(*owner, *property);
+    return children.isList ? place + positionIn(children.elements) : place;
+}
+
+}  // namespace quay::zero::io

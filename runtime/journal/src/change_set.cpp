@@ -1,0 +1,163 @@
+#include <quay/zero/change_set.h>
+#include <quay/zero/meta/types.h>
+#include <quay/zero/property_descriptor.h>
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace quay::zero {
+
+namespace {
+
+bool changesCollection(Step const& step) noexcept {
+    return step.kind != StepKind::Contained && step.kind != StepKind::Resolved;
+}
+
+}  // namespace
+
+// --- ElementChange --------------------------------------------------------------------------------------------------
+
+std::vector<meta::Property> ElementChange::properties() const {
+    std::vector<meta::Property> result;
+    result.reserve(parts_.size());
+    for (Part const& part : parts_) result.push_back(element_->getPropertyByIndex(part.index));
+    return result;
+}
+
+Value ElementChange::oldValue(meta::Property const& property) const {
+    PropertyDescriptor const* const descriptor = element_->descriptorOf(property);
+    if (descriptor == nullptr) return {};
+    for (Part const& part : parts_) {
+        if (part.index != descriptor->index() || part.index == 0) continue;
+        if (part.old != nullptr) return descriptor->wrap(*element_.impl(), property, *part.old);
+        return {ValueMeta(property), &set_->oldContent(*part.collection)};
+    }
+    return {};
+}
+
+Value ElementChange::newValue(meta::Property const& property) const {
+    return element_->getPropertyValue(property, ReflectionPrivateTag::NO_PROXY_RESOLVE);
+}
+
+// --- ChangeSet ------------------------------------------------------------------------------------------------------
+
+ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) : model_(model), log_(log) {
+    auto const isNew = [&](ModelElement::Impl const& e) { return ModelImpl::isBornSince(e, bornSince); };
+    // Creation appends, so what is new stands at the end of the list.
+    for (auto* e = model.elements_.last(); e != nullptr && isNew(*e); e = ElementList::previous(*e)) {
+        created_.emplace_back(e);
+    }
+    std::reverse(created_.begin(), created_.end());
+    for (LifeEntry const& entry : log.lives) {
+        if (!entry.born && entry.count > 0 && !isNew(*entry.first)) destroyed_.emplace_back(entry.first);
+    }
+    collect(isNew);
+}
+
+ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created,
+                     std::vector<ModelElement> destroyed)
+    : model_(model), log_(log), created_(std::move(created)), destroyed_(std::move(destroyed)) {
+    // What came and went within the transaction is dead and in both lists.
+    std::unordered_set<ModelElement::Impl const*> revived;
+    for (ModelElement const& e : created_) revived.insert(e.impl());
+    std::erase_if(created_, [](ModelElement const& e) { return !e; });
+    std::erase_if(destroyed_, [&](ModelElement const& e) { return revived.contains(e.impl()); });
+    collect([&](ModelElement::Impl const& e) { return revived.contains(&e); });
+}
+
+template <class IsNew>
+void ChangeSet::collect(IsNew const& isNew) {
+    std::unordered_map<ModelElement::Impl*, std::size_t> places;
+    auto const partsOf = [&](ModelElement::Impl& e) -> std::vector<ElementChange::Part>& {
+        auto const [place, fresh] = places.emplace(&e, changed_.size());
+        if (fresh) changed_.push_back(ElementChange(*this, ModelElement(&e)));
+        return changed_[place->second].parts_;
+    };
+
+    // A storage that could not be merged stands before an older one of the same element, whose values count.
+    for (Storage* s = log_.storages; s != nullptr; s = s->next_) {
+        if (!s->element().isAlive() || isNew(s->element())) continue;
+        s->forEach([&](Storage::Entry& entry) {
+            auto& parts = partsOf(s->element());
+            std::uint16_t const index = entry.descriptor->index();
+            std::erase_if(parts, [&](ElementChange::Part const& p) { return p.index == index; });
+            if (!entry.descriptor->unchanged(s->element(), entry.old)) parts.push_back({index, &entry.old, nullptr});
+        });
+    }
+
+    for (Step& step : log_.steps) {
+        if (!changesCollection(step)) continue;
+        Touched& touched = touched_[static_cast<AbstractOwnedCollection*>(step.subject)];
+        if (step.kind != StepKind::Touched) touched.steps.push_back(&step);
+        touched.isChange = touched.isChange || !step.quiet;
+    }
+    for (auto& [collection, touched] : touched_) {
+        if (log_.done) std::reverse(touched.steps.begin(), touched.steps.end());
+        if (!touched.isChange) continue;
+        ModelElement::Impl& owner = *collection->owner();
+        if (!owner.isAlive() || isNew(owner)) continue;
+        if (isChanged(*collection)) partsOf(owner).push_back({collection->index(), nullptr, collection});
+    }
+
+    std::erase_if(changed_, [](ElementChange const& c) { return c.parts_.empty(); });
+    for (ElementChange& change : changed_) {
+        std::sort(change.parts_.begin(), change.parts_.end(),
+                  [](auto const& a, auto const& b) { return a.index < b.index; });
+    }
+}
+
+/// Only a collection of at most one member can count as unchanged.
+bool ChangeSet::isChanged(AbstractOwnedCollection& collection) const {
+    if (collection.size() > 1) return true;
+    return !collection.sameByRule(oldContent(collection));
+}
+
+/// The collection itself goes back to its old content for a moment, is copied, and comes forward again.
+AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collection) const {
+    Touched& touched = touched_.at(&collection);
+    if (touched.oldContent != nullptr) return *touched.oldContent;
+    for (Step* step : touched.steps) {
+        if (step->kind == StepKind::Inserted) collection.prepare(*step);
+    }
+    for (Step* step : touched.steps) collection.exchange(*step);
+    auto const forward = [&] {
+        for (auto step = touched.steps.rbegin(); step != touched.steps.rend(); ++step) collection.exchange(**step);
+    };
+    try {
+        touched.oldContent = collection.detachedCopy();
+    } catch (...) {
+        forward();
+        throw;
+    }
+    forward();
+    return *touched.oldContent;
+}
+
+/// The usual commit is answered by looking at one change; only where collections of at most one member are all that
+/// changed is the set put together.
+bool ChangeSet::isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) {
+    auto const isNew = [&](ModelElement::Impl const& e) { return ModelImpl::isBornSince(e, bornSince); };
+    for (Storage* s = log.storages; s != nullptr; s = s->next_) {
+        bool changed = false;
+        if (s->element().isAlive() && !isNew(s->element())) {
+            s->forEach([&](Storage::Entry& e) { changed = changed || !e.descriptor->unchanged(s->element(), e.old); });
+        }
+        if (changed) return false;
+    }
+    if (model.elements_.last() != nullptr && isNew(*model.elements_.last())) return false;
+    for (LifeEntry const& entry : log.lives) {
+        if (!entry.born && entry.count > 0 && !isNew(*entry.first)) return false;
+    }
+    bool unsure = false;
+    for (Step const& step : log.steps) {
+        if (!changesCollection(step) || step.quiet) continue;
+        auto const& collection = *static_cast<AbstractOwnedCollection const*>(step.subject);
+        if (!collection.owner()->isAlive() || isNew(*collection.owner())) continue;
+        if (collection.size() > 1) return false;
+        unsure = true;
+    }
+    return !unsure || ChangeSet(model, log, bornSince).empty();
+}
+
+}  // namespace quay::zero

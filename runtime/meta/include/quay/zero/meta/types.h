@@ -1,0 +1,311 @@
+// Meta objects: what packages, types, properties and operations know. They are elements of a model like any other, so
+// declaring them can fail and be undone; their setters run in transactions, and a frozen model refuses them.
+//
+// Reading is for any thread once the declaring transaction is over. Returned texts and references stay good as long as
+// the meta object isn't written.
+#pragma once
+
+#include <quay/zero/element_map.h>
+#include <quay/zero/element_sequence.h>
+#include <quay/zero/meta/handles.h>
+#include <quay/zero/meta/standard_types.h>
+#include <quay/zero/primitive_collection.h>
+#include <quay/zero/value_flags.h>
+
+#include <boost/optional.hpp>
+#include <string>
+#include <vector>
+
+namespace quay::zero::meta {
+
+/// Meta objects are never deleted: whatever holds one by a plain pointer may go on doing so.
+class QUAY_ZERO_API MetaElement::Impl : public ModelElement::Impl {
+public:
+    void removeRef() const noexcept override;
+    std::u16string identifier() const override;
+
+    std::u16string const& getName() const noexcept { return name_; }
+    void setName(std::u16string const& name);
+
+protected:
+    Impl(Model const& model, boost::uuids::uuid const& id);
+
+private:
+    friend struct MetaDescriptors;
+    std::u16string name_;
+};
+
+class QUAY_ZERO_API Package::Impl final : public MetaElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Package::metaClass(); }
+    ClassTable const& classTable() const override { return Package::classTable(); }
+
+    std::u16string const& getUri() const noexcept { return uri_; }
+    void setUri(std::u16string const& uri);
+    PrimitiveSequence<std::u16string> const* getImportedPackageURIs() const noexcept { return &importedPackageURIs_; }
+    PrimitiveSequence<std::u16string>* getImportedPackageURIsMutable() noexcept { return &importedPackageURIs_; }
+    /// The package above, or an empty handle; a package belongs to the one above it.
+    Package getParentPackage() const;
+    void setParentPackage(Package const& parent);
+    ElementSequence<Type> const* getOwnedTypes() const noexcept { return &ownedTypes_; }
+    ElementSequence<Package> const* getPackages() const noexcept { return &packages_; }
+    /// The names from the outermost package down, joined by dots; nameless ones leave no trace.
+    std::u16string getQualifiedName() const;
+
+private:
+    friend struct MetaDescriptors;
+    friend class Type::Impl;
+    std::u16string uri_;
+    PrimitiveSequence<std::u16string> importedPackageURIs_{this, 3};
+    ElementSequence<Type> ownedTypes_{this, 4};
+    ElementSequence<Package> packages_{this, 5};
+};
+
+class QUAY_ZERO_API Type::Impl : public MetaElement::Impl {
+public:
+    Package getOwningPackage() const;
+    void setOwningPackage(Package const& package);
+    /// Package and name with a dot between them: "ModelRefInfoRepo.DataClass".
+    std::u16string getQualifiedName() const;
+    bool isEnum() const noexcept;
+
+    /// The class's script name; empty where there is none.
+    std::string const& getScriptName() const noexcept { return scriptName_; }
+    void setScriptName(std::string const& name);
+
+    /// The type's own properties (of a class) or fields (of a data type), in order of declaration.
+    ElementSequence<Property> const* getOwnedProperties() const noexcept { return &ownedProperties_; }
+    /// The property of that name, own or inherited, or an empty handle. Linear in their number.
+    Property findProperty(std::u16string_view name) const;
+    /// Own and inherited properties, inherited ones first.
+    std::vector<Property> getProperties() const;
+
+protected:
+    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+
+private:
+    friend struct MetaDescriptors;
+    friend class Property::Impl;
+    std::string scriptName_;
+    ElementSequence<Property> ownedProperties_{this, 3};
+};
+
+class QUAY_ZERO_API Class::Impl final : public Type::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Class::metaClass(); }
+    ClassTable const& classTable() const override { return Class::classTable(); }
+
+    bool isAbstract() const noexcept { return abstract_; }
+    void setIsAbstract(bool abstract);
+    Class getSuperclass() const { return Class::of(superclass_); }
+    void setSuperclass(Class const& superclass);
+    /// The same without counting.
+    Class::Impl const* superclass() const noexcept { return static_cast<Class::Impl const*>(superclass_); }
+    /// Whether elements of this class are elements of the other.
+    bool conformsTo(Class const& other) const noexcept;
+    ElementSequence<Operation> const* getOwnedOperations() const noexcept { return &ownedOperations_; }
+
+    /// The property of an index along the class chain, or an empty handle.
+    Property getPropertyByIndex(unsigned long index) const;
+    /// The highest index of the chain; 0 without properties.
+    unsigned long getHighestIndex() const noexcept;
+    /// A builder for an element of this class, or null if the class is abstract.
+    std::unique_ptr<ModelElement::Builder> instantiateBuilder(Model const& model) const;
+
+private:
+    friend struct MetaDescriptors;
+    friend class Operation::Impl;
+    bool abstract_ = false;
+    ModelElement::Impl* superclass_ = nullptr;
+    ElementSequence<Operation> ownedOperations_{this, 6};
+};
+
+class QUAY_ZERO_API DataType::Impl final : public Type::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Class const& getMetaClass() const override { return DataType::metaClass(); }
+    ClassTable const& classTable() const override { return DataType::classTable(); }
+};
+
+class QUAY_ZERO_API PrimitiveType::Impl final : public Type::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Class const& getMetaClass() const override { return PrimitiveType::metaClass(); }
+    ClassTable const& classTable() const override { return PrimitiveType::classTable(); }
+};
+
+class QUAY_ZERO_API Enum::Impl final : public Type::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Enum::metaClass(); }
+    ClassTable const& classTable() const override { return Enum::classTable(); }
+
+    Type getUnderlyingType() const { return Type::of(underlyingType_); }
+    void setUnderlyingType(Type const& type);
+    /// The literals by name.
+    ElementMap<std::u16string, EnumLiteral> const* getLiterals() const noexcept { return &literals_; }
+    /// The literal of that value, or an empty handle; the first by name if several have it.
+    EnumLiteral findLiteral(int value) const;
+
+private:
+    friend struct MetaDescriptors;
+    friend class EnumLiteral::Impl;
+    ModelElement::Impl* underlyingType_ = nullptr;
+    ElementMap<std::u16string, EnumLiteral> literals_{this, 5};
+};
+
+class QUAY_ZERO_API EnumLiteral::Impl final : public MetaElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return EnumLiteral::metaClass(); }
+    ClassTable const& classTable() const override { return EnumLiteral::classTable(); }
+
+    int getValue() const noexcept { return value_; }
+    void setValue(int value);
+    Enum getParentEnum() const;
+    /// The literal joins the enumeration. UniquenessConstraint if that has a literal of the same name.
+    void setParentEnum(Enum const& parent);
+
+private:
+    friend struct MetaDescriptors;
+    int value_ = 0;
+};
+
+class QUAY_ZERO_API TypedElement::Impl : public MetaElement::Impl {
+public:
+    /// "No upper bound".
+    static constexpr int UNBOUNDED = -1;
+
+    Type getType() const { return Type::of(type_); }
+    void setType(Type const& type);
+    /// The same without counting; null while it has none.
+    Type::Impl* type() const noexcept { return static_cast<Type::Impl*>(type_); }
+    bool isOrdered() const noexcept { return ordered_; }
+    void setIsOrdered(bool ordered);
+    int getLower() const noexcept { return lower_; }
+    void setLower(int lower);
+    /// UNBOUNDED for none.
+    int getUpper() const noexcept { return upper_; }
+    void setUpper(int upper);
+
+protected:
+    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+
+private:
+    friend struct MetaDescriptors;
+    ModelElement::Impl* type_ = nullptr;
+    int lower_ = 0;
+    int upper_ = 1;
+    bool ordered_ = false;
+};
+
+class QUAY_ZERO_API Property::Impl final : public TypedElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Property::metaClass(); }
+    ClassTable const& classTable() const override { return Property::classTable(); }
+
+    /// How many values the property has; the bounds follow from it.
+    ValueFlags getFlags() const noexcept { return static_cast<ValueFlags>(flags_); }
+    void setFlags(ValueFlags flags);
+    /// Whether the property owns its values: true of exactly those whose type is a class.
+    bool isComposite() const noexcept { return composite_; }
+    void setIsComposite(bool composite);
+    bool isUnique() const noexcept { return unique_; }
+    void setIsUnique(bool unique);
+    /// A derived property is computed on read; it has no index and no default.
+    bool isDerived() const noexcept { return derived_; }
+    void setIsDerived(bool derived);
+    /// The text that the type's serializer parses, or none.
+    boost::optional<std::u16string> const& getDefaultValue() const noexcept { return defaultValue_; }
+    void setDefaultValue(boost::optional<std::u16string> const& text);
+    /// The property's number along its class chain, from 1; 0 for one that has none.
+    std::uint16_t getIndex() const noexcept { return static_cast<std::uint16_t>(index_); }
+    void setIndex(int index);
+    /// The property of the child by which a map is keyed, or an empty handle.
+    Property getQualifiedBy() const { return Property::of(qualifiedBy_); }
+    void setQualifiedBy(Property const& key);
+    bool isQualificationUnique() const noexcept { return qualificationUnique_; }
+    void setIsQualificationUnique(bool unique);
+    /// The class or data type that declares the property, or an empty handle.
+    Type getOwningType() const;
+    void setOwningType(Type const& owner);
+
+    /// How elements of the declaring class hold the property, and that class's table; null for fields of data types.
+    PropertyDescriptor const* descriptor() const noexcept { return descriptor_; }
+    ClassTable const* declaringTable() const noexcept { return declaringTable_; }
+    void setDescriptor(ClassTable const& table, PropertyDescriptor const* descriptor) noexcept {
+        declaringTable_ = &table;
+        descriptor_ = descriptor;
+    }
+
+private:
+    friend struct MetaDescriptors;
+    PropertyDescriptor const* descriptor_ = nullptr;
+    ClassTable const* declaringTable_ = nullptr;
+    ModelElement::Impl* qualifiedBy_ = nullptr;
+    boost::optional<std::u16string> defaultValue_;
+    int flags_ = static_cast<int>(ValueFlags::One);
+    int index_ = 0;
+    bool composite_ = false;
+    bool unique_ = false;
+    bool derived_ = false;
+    bool qualificationUnique_ = true;
+};
+
+class QUAY_ZERO_API Operation::Impl final : public TypedElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Operation::metaClass(); }
+    ClassTable const& classTable() const override { return Operation::classTable(); }
+
+    bool isAbstract() const noexcept { return abstract_; }
+    void setIsAbstract(bool value);
+    bool isStatic() const noexcept { return static_; }
+    void setIsStatic(bool value);
+    bool isPublic() const noexcept { return public_; }
+    void setIsPublic(bool value);
+    bool isEvent() const noexcept { return event_; }
+    void setIsEvent(bool value);
+    Class getOwningType() const;
+    void setOwningType(Class const& owner);
+    ElementSequence<Argument> const* getArguments() const noexcept { return &arguments_; }
+
+private:
+    friend struct MetaDescriptors;
+    friend class Argument::Impl;
+    bool abstract_ = false;
+    bool static_ = false;
+    bool public_ = false;
+    bool event_ = false;
+    ElementSequence<Argument> arguments_{this, 10};
+};
+
+class QUAY_ZERO_API Argument::Impl final : public TypedElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Argument::metaClass(); }
+    ClassTable const& classTable() const override { return Argument::classTable(); }
+
+    bool isInput() const noexcept { return input_; }
+    void setIsInput(bool value);
+    Operation getOperation() const;
+    void setOperation(Operation const& operation);
+
+private:
+    friend struct MetaDescriptors;
+    bool input_ = false;
+};
+
+}  // namespace quay::zero::meta
+
+namespace quay::zero {
+
+inline ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
+
+}  // namespace quay::zero
+
+template <>
+struct std::hash<quay::zero::meta::Property> : std::hash<quay::zero::ModelElement> {};

@@ -1,0 +1,132 @@
+// A property with one value: the life of a write, and how it is undone.
+#pragma once
+
+#include <quay/zero/meta/types.h>
+#include <quay/zero/model.h>
+#include <quay/zero/property_descriptor.h>
+#include <quay/zero/value.h>
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+namespace quay::zero {
+
+/// Whether writing `b` over `a` would change nothing. NaN is never the same, so writing one always is a change.
+template <class T>
+bool isSameValue(T const& a, T const& b) {
+    return a == b;
+}
+
+/// The descriptor of a field of type T that holds one value: a number, a text, an optional, a structured value.
+template <class T>
+class ValueDescriptor : public PropertyDescriptor {
+public:
+    using Element = ModelElement::Impl;
+
+    /// How a value is passed: small ones by value, so that they stay in registers.
+    using Passed = std::conditional_t<std::is_scalar_v<T>, T, T const&>;
+
+    template <class X>
+    constexpr ValueDescriptor(std::uint16_t index, T X::*field) noexcept
+        : PropertyDescriptor(index, PropertyKind::Value, std::is_trivially_copyable_v<T> && Cell::kInPlace<T>),
+          field_(static_cast<T Element::*>(field)) {}
+
+    T const& read(Element const& e) const noexcept { return e.*field_; }
+
+    /// The life of a write: refuse proxies and the dead, compare, record the old value in a transaction, store. Writing
+    /// the present value is no event. If it throws, nothing was changed.
+    void write(Element& e, Passed value) const {
+        e.requireWritable();
+        if (isSameValue(e.*field_, value)) return;
+        // What is nearly always all there is to do for a number stands here, the rest where it costs others nothing.
+        if constexpr (std::is_scalar_v<T>) {
+            if (e.model().isSurelyRecorded(e, *this)) {
+                e.*field_ = value;
+                return;
+            }
+        }
+        writeOther(e, value);
+    }
+
+    void save(Element const& e, Cell& old) const override { old.emplace<T>(e.*field_); }
+    void exchange(Element& e, Cell& old) const noexcept override { std::swap(e.*field_, old.get<T>()); }
+    void restore(Element& e, Cell const& old) const override { assign(e.*field_, old.get<T>()); }
+    bool unchanged(Element const& e, Cell const& old) const override { return isSameValue(e.*field_, old.get<T>()); }
+    void discard(Cell& old) const noexcept override { old.drop<T>(); }
+    void relocate(Cell& from, Cell& to) const noexcept override { from.moveTo<T>(to); }
+
+protected:
+    ~ValueDescriptor() = default;
+
+    /// Stores a value into an element that is being made.
+    void fill(Element& e, T const& value) const { e.*field_ = value; }
+
+    /// Stores a value that is known to differ.
+    template <class V>
+    void replace(Element& e, V&& value) const {
+        ModelImpl& model = e.model();
+        if (model.isRecorded(e, *this)) {
+            assign(e.*field_, std::forward<V>(value));
+        } else if (model.inTransaction()) {
+            storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
+        } else {
+            replaceAlone(model, e, std::forward<V>(value));
+        }
+    }
+
+private:
+    [[gnu::noinline]] void writeOther(Element& e, Passed value) const { replace(e, value); }
+
+    /// A value that is a transaction of its own.
+    template <class V>
+    [[gnu::noinline]] void replaceAlone(ModelImpl& model, Element& e, V&& value) const {
+        if (model.keepsAlone()) {
+            storeRecorded<&ModelImpl::recordAlone>(model, e, std::forward<V>(value));
+            return;
+        }
+        ImplicitTransaction transaction(model);
+        storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
+        transaction.commit();
+    }
+
+    /// Assigns so that the field keeps its value if it throws.
+    template <class V>
+    static void assign(T& field, V&& value) {
+        constexpr bool allOrNothing = std::is_rvalue_reference_v<V&&> || std::is_trivially_copyable_v<T> ||
+                                      std::is_same_v<T, std::string> || std::is_same_v<T, std::u16string>;
+        if constexpr (allOrNothing) {
+            field = std::forward<V>(value);
+        } else {
+            T made(value);
+            field = std::move(made);
+        }
+    }
+
+    template <auto Record, class V>
+    void storeRecorded(ModelImpl& model, Element& e, V&& value) const {
+        // The new value is made and the record taken before anything moves: only these two can fail.
+        if constexpr (Cell::kInPlace<T>) {
+            T made(std::forward<V>(value));
+            Cell& old = (model.*Record)(e, *this);
+            old.emplace<T>(std::move(e.*field_));
+            e.*field_ = std::move(made);
+        } else {
+            Cell made;
+            made.emplace<T>(std::forward<V>(value));
+            Cell* old = nullptr;
+            try {
+                old = &(model.*Record)(e, *this);
+            } catch (...) {
+                made.drop<T>();
+                throw;
+            }
+            made.moveTo<T>(*old);
+            exchange(e, *old);
+        }
+    }
+
+    T Element::*field_;
+};
+
+}  // namespace quay::zero
