@@ -13,7 +13,7 @@ TEST(EveryClass, IsMadeByItsRegisteredBuilder) {
     for (meta::Class const& c : schemaClasses()) {
         SCOPED_TRACE(keel::toUtf8(c->getName()));
         Model const model = Model::create();
-        auto const builder = meta::MetaRegistry::getInstance()->makeBuilder(c, model);
+        auto const builder = meta::MetaRegistry::getInstance()->builderFactory(c);
         EXPECT_EQ(builder == nullptr, c->isAbstract());
         EXPECT_EQ(c->instantiateBuilder(model) == nullptr, c->isAbstract());
         if (builder == nullptr) continue;

@@ -227,7 +227,7 @@ TEST_F(Constraints, ResolveProxiesUnlessThatIsHeldOff) {
     ModelRefInfoRoot const owner = R::create(model, {});
     CodeGenInformation const target = CodeGenInformation::create(model, {});
     CodeGenInformation const proxy = owner->createIntoCodeGenInfo();
-    model->setProxyId(*proxy.impl(), qz::ProxyId(u"there", target->uuid()));
+    model->proxies().setId(*proxy.impl(), qz::ProxyId(u"there", target->uuid()));
     int asked = 0;
     ModelRefInfoRoot madeMeanwhile;
     auto const hasInfo = R::codeGenInfo().any();

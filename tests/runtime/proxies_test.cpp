@@ -26,7 +26,7 @@ struct Sample {
     Sample() { model->setStoreName(u"here"); }
     Node proxyOf(ProxyId const& id) {
         Node const made = Node::create(model);
-        model->setProxyId(*made.impl(), id);
+        model->proxies().setId(*made.impl(), id);
         return made;
     }
     Node local() { return proxyOf(ProxyId(target->uuid())); }
@@ -92,7 +92,7 @@ TEST(Proxies, ResolveByIdOrByAResolver) {
     {
         Model::ResolutionHold const first(s.model);
         Model::ResolutionHold const second(s.model);
-        EXPECT_EQ(s.model->resolutionHolds(), 2);
+        EXPECT_EQ(s.model->proxies().holds(), 2);
         EXPECT_EQ(resolve(local), local);
     }
     EXPECT_EQ(resolve(local), s.target);
@@ -139,7 +139,7 @@ TEST(Proxies, AreFoundByIdAndResolvedIfAsked) {
     Node const proxy = s.outside();
     Node const far = Node::create(s.model);
     boost::uuids::uuid const id = idOf(77);
-    s.model->setProxyId(*proxy.impl(), ProxyId(u"there", id));
+    s.model->proxies().setId(*proxy.impl(), ProxyId(u"there", id));
     EXPECT_FALSE(s.model->findElement(id, FindElementBehavior(0)));
     s.model->setProxyResolver(
         [&](ProxyId const& asked) { return asked.id() == id ? ModelElement(far) : ModelElement(); });

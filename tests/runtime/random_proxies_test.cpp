@@ -125,7 +125,7 @@ private:
     Node proxyOf(Node const& target) {
         Node made = Node::of(new Node::Impl(model_, {}));
         bool const isFar = &target->model() == far_.impl();
-        model_->setProxyId(*made.impl(), isFar ? ProxyId(u"far", target->uuid()) : ProxyId(target->uuid()));
+        model_->proxies().setId(*made.impl(), isFar ? ProxyId(u"far", target->uuid()) : ProxyId(target->uuid()));
         return made;
     }
 

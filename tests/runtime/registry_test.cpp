@@ -91,7 +91,7 @@ TEST(Registry, KnowsTheRuntimesOwnTypes) {
     EXPECT_FALSE(meta::internal::getPrimitiveTypeFromMetaRegistry(u"Complex"));
     EXPECT_FALSE(registry->findTypeByScriptName("Varlow.Complex"));
     EXPECT_FALSE(registry->findRootPackage(u"/nowhere"));
-    EXPECT_FALSE(registry->makeBuilder(Node::metaClass(), Model::create()));
+    EXPECT_FALSE(registry->builderFactory(Node::metaClass()));
     try {
         (void)registry->getType(u"nodes.Absent");
         ADD_FAILURE();

@@ -90,7 +90,7 @@ TEST(Threads, DrawDifferentIds) {
         Model const model = Model::create();
         for (int n = 0; n < 1000; ++n) {
             drawn[static_cast<std::size_t>(i)].push_back(ElementImpl::generateNewUuid());
-            drawn[static_cast<std::size_t>(i)].push_back(model->drawId());
+            drawn[static_cast<std::size_t>(i)].push_back(model->elements().drawId());
         }
     });
     std::set<boost::uuids::uuid> all;

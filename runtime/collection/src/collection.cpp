@@ -1,8 +1,6 @@
 #include <quay/zero/collection.h>
 #include <quay/zero/generic_collection.h>
-#include <quay/zero/meta/types.h>
-#include <quay/zero/primitive_collection.h>
-#include <quay/zero/property_descriptor.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/report.h>
 #include <quay/zero/value.h>
 
@@ -10,39 +8,32 @@
 
 namespace quay::zero {
 
-AbstractOwnedCollection::AbstractOwnedCollection(meta::Property const& property, bool eachOnce) noexcept
-    : property_(property.impl()),
-      index_(property.impl() == nullptr ? std::uint16_t{0} : property->getIndex()),
-      detached_(true),
-      eachOnce_(eachOnce) {}
-
-meta::Property AbstractOwnedCollection::getCollectionProperty() const {
-    if (!detached_) return owner_->getPropertyByIndex(index_);
-    return meta::Property::of(static_cast<ModelElement::Impl*>(property_));
+void RecordedCollection::modifying() {
+    if (!recording() || journal().lastStep<AnnouncementStep>(*this) != nullptr) return;
+    reserveStep();
+    record(AnnouncementStep{this});
 }
 
-std::u16string AbstractOwnedCollection::describe() const {
-    return detached_ ? std::u16string() : owner_->nameOf(index_);
-}
-
-void AbstractOwnedCollection::modifying() {
-    if (recording() && owner_->model().lastStep(StepKind::Touched, this) == nullptr) record(StepKind::Touched);
+void RecordedCollection::recordInsertion(std::size_t position) {
+    auto* const last = journal().lastStep<RunStep>(*this);
+    RunStep next{this, true, position, 1, {}, nullptr};
+    if (last != nullptr && last->continuesWith(next)) {
+        ++last->count;
+        return;
+    }
+    reserveStep();
+    record(std::move(next));
 }
 
 AbstractOwnedCollection::Operation::Operation(AbstractOwnedCollection& collection) {
     ModelElement::Impl* const owner = collection.owner();
     if (owner == nullptr) return;
     owner->requireWritable();
-    savepoint_.emplace(owner->model(), false);
+    savepoint_.emplace(owner->model().journal(), false);
 }
 
 void AbstractOwnedCollection::Operation::commit() {
     if (savepoint_) savepoint_->commit();
-}
-
-meta::Type AbstractPrimitiveCollection::propertyTypeOr(meta::Type const& other) const {
-    meta::Property const property = getCollectionProperty();
-    return property.impl() == nullptr ? other : property->getType();
 }
 
 meta::Type ReferenceCollection::getCollectionType() const { return memberClass(); }
@@ -85,8 +76,9 @@ bool ReferenceCollection::isMemberClass(ModelElement const& e) const noexcept { 
 
 void ReferenceCollection::requireMemberClass(ModelElement const& e) const {
     if (isMemberClass(e)) return;
-    reportException(quay0::messages::CannotAddIncompatibleTypes(e->getMetaClass()->getQualifiedName(),
-                                                                memberClass()->getQualifiedName())
+    meta::MetaElement const& given = e->getMetaClass();
+    meta::MetaElement const& wanted = memberClass();
+    reportException(quay0::messages::CannotAddIncompatibleTypes(given->getQualifiedName(), wanted->getQualifiedName())
                         .about(describe()));
 }
 

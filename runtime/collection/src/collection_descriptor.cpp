@@ -1,5 +1,5 @@
 #include <quay/zero/collection_descriptor.h>
-#include <quay/zero/meta/types.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/value.h>
 
 namespace quay::zero {

@@ -1,20 +1,13 @@
 #include <quay/zero/collection_with_proxies.h>
+#include <quay/zero/resolution.h>
 
 namespace quay::zero {
 
-/// What a step about a proxy has, which is told by its position: a proxy that is here, or away in `node`.
-struct CollectionWithProxies::TakenProxy {
+/// A proxy that is here, or away in `node`.
+struct CollectionWithProxies::TakenProxy : StepContent {
     ProxyId id;
     Proxies::node_type node;
 };
-
-namespace {
-
-constexpr std::size_t kOfProxy = 1;
-
-bool isOfProxy(Step const& step) noexcept { return step.position == kOfProxy && step.kind != StepKind::Swapped; }
-
-}  // namespace
 
 CollectionWithProxies::~CollectionWithProxies() = default;
 
@@ -71,15 +64,9 @@ void CollectionWithProxies::basicAddProxy(ModelElement const& proxy) {
     }
     auto taken = std::make_unique<TakenProxy>();
     taken->id = id;
-    Step& step = record(StepKind::Inserted);
-    try {
-        proxies_->emplace(id, proxy);
-    } catch (...) {
-        step.kind = StepKind::Touched;
-        throw;
-    }
-    step.position = kOfProxy;
-    step.payload = taken.release();
+    reserveStep();
+    proxies_->emplace(id, proxy);
+    record(ProxyStep{this, true, std::move(taken)});
 }
 
 void CollectionWithProxies::basicRemoveProxy(ModelElement const& proxy) {
@@ -90,30 +77,20 @@ void CollectionWithProxies::basicRemoveProxy(ModelElement const& proxy) {
         proxies_->erase(taken->id);
         return;
     }
-    Step& step = record(StepKind::Erased);
+    reserveStep();
     taken->node = proxies_->extract(taken->id);
-    step.position = kOfProxy;
-    step.payload = taken.release();
+    record(ProxyStep{this, false, std::move(taken)});
 }
 
 // A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
-bool CollectionWithProxies::exchangeProxy(Step& step) noexcept {
-    if (!isOfProxy(step)) return false;
-    auto& taken = *static_cast<TakenProxy*>(step.payload);
-    if (step.kind == StepKind::Inserted) {
+void CollectionWithProxies::exchangeProxy(ProxyStep& step) noexcept {
+    auto& taken = static_cast<TakenProxy&>(*step.entry);
+    if (step.isIn) {
         taken.node = proxies_->extract(taken.id);
-        step.kind = StepKind::Erased;
     } else {
         proxies_->insert(std::move(taken.node));
-        step.kind = StepKind::Inserted;
     }
-    return true;
-}
-
-bool CollectionWithProxies::discardProxy(Step& step) noexcept {
-    if (!isOfProxy(step)) return false;
-    delete static_cast<TakenProxy*>(std::exchange(step.payload, nullptr));
-    return true;
+    step.isIn = !step.isIn;
 }
 
 // --- Resolving ------------------------------------------------------------------------------------------------------
@@ -121,15 +98,12 @@ bool CollectionWithProxies::discardProxy(Step& step) noexcept {
 bool CollectionWithProxies::resolveTo(ModelElement const& proxy, ModelElement const& found) {
     auto taken = std::make_unique<TakenProxy>();
     taken->id = proxy->getProxyId();
-    ModelImpl::Resolution resolution(owner()->model());
+    Resolution resolution(journal());
     bool const added = resolveAdd(found);
     if (added) {
         taken->node = proxies_->extract(taken->id);
-        if (Step* const step = recordResolution(StepKind::Erased)) {
-            step->position = kOfProxy;
-            step->payload = taken.release();
-        }
-        owner()->model().takePlace(*proxy.impl(), *found.impl(), *owner(), index());
+        recordResolution(ProxyStep{this, false, std::move(taken)});
+        owner()->model().proxies().takePlace(*proxy.impl(), *found.impl(), *owner(), index());
     }
     resolution.commit();
     return added;

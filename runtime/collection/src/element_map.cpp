@@ -1,5 +1,5 @@
 #include <quay/zero/element_map.h>
-#include <quay/zero/meta/types.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/report.h>
 #include <quay/zero/text.h>
 
@@ -12,20 +12,23 @@
 
 namespace quay::zero {
 
-// How a map writes steps: `Inserted` and `Erased` have a Taken, `Swapped` a Content.
-
 /// An entry that is in the tree, where `position` stands, or out of it, in `node`; `before` is then what follows it.
 template <class K>
-struct KeyedCore<K>::Taken {
+struct KeyedCore<K>::Taken : StepContent {
     typename Tree::iterator position;
     typename Tree::iterator before;
     typename Tree::node_type node;
 };
 
 template <class K>
-struct KeyedCore<K>::Content {
+struct KeyedCore<K>::Content : StepContent {
     Tree tree;
     std::unique_ptr<Proxies> proxies;
+
+    void swap(KeyedCore& with) noexcept {
+        tree.swap(with.tree_);
+        proxies.swap(with.proxies_);
+    }
 };
 
 template <class K>
@@ -53,14 +56,9 @@ void KeyedCore<K>::put(K key, ModelElement const& e, Position before) {
         return;
     }
     auto taken = std::make_unique<Taken>();
-    Step& step = this->record(StepKind::Inserted);
-    try {
-        taken->position = tree_.emplace_hint(before, std::move(key), e);
-    } catch (...) {
-        step.kind = StepKind::Touched;
-        throw;
-    }
-    step.payload = taken.release();
+    this->reserveStep();
+    taken->position = tree_.emplace_hint(before, std::move(key), e);
+    this->record(EntryStep{this, true, std::move(taken)});
 }
 
 template <class K>
@@ -70,56 +68,40 @@ void KeyedCore<K>::take(Position position) {
         return;
     }
     auto taken = std::make_unique<Taken>();
-    Step& step = this->record(StepKind::Erased);
+    this->reserveStep();
     taken->before = tree_.erase(position, position);  // the same place, as one that may be written through
     ++taken->before;
     taken->node = tree_.extract(position);
-    step.payload = taken.release();
+    this->record(EntryStep{this, false, std::move(taken)});
 }
 
 template <class K>
 void KeyedCore<K>::swapContent(Content&& content) {
     if (this->recording()) {
-        auto other = std::make_unique<Content>();
-        Step& step = this->record(StepKind::Swapped);
-        other->tree.swap(tree_);
-        other->proxies.swap(this->proxies_);
-        step.payload = other.release();
+        auto kept = std::make_unique<Content>();
+        this->reserveStep();
+        kept->swap(*this);
+        this->record(ContentStep{this, std::move(kept)});
     }
-    tree_.swap(content.tree);
-    this->proxies_.swap(content.proxies);
+    content.swap(*this);
     if (!holdsNothing()) this->noteContent();
 }
 
 template <class K>
-void KeyedCore<K>::exchange(Step& step) noexcept {
-    if (this->exchangeProxy(step)) return;
-    if (step.kind == StepKind::Swapped) {
-        auto& other = *static_cast<Content*>(step.payload);
-        other.tree.swap(tree_);
-        other.proxies.swap(this->proxies_);
-        return;
-    }
-    auto& taken = *static_cast<Taken*>(step.payload);
-    if (step.kind == StepKind::Inserted) {
+void KeyedCore<K>::exchangeEntry(EntryStep& step) noexcept {
+    auto& taken = static_cast<Taken&>(*step.entry);
+    if (step.isIn) {
         taken.before = std::next(taken.position);
         taken.node = tree_.extract(taken.position);
-        step.kind = StepKind::Erased;
     } else {
         taken.position = tree_.insert(taken.before, std::move(taken.node));
-        step.kind = StepKind::Inserted;
     }
+    step.isIn = !step.isIn;
 }
 
 template <class K>
-void KeyedCore<K>::discard(Step& step) noexcept {
-    if (this->discardProxy(step)) return;
-    if (step.kind == StepKind::Swapped) {
-        delete static_cast<Content*>(step.payload);
-    } else {
-        delete static_cast<Taken*>(step.payload);
-    }
-    step.payload = nullptr;
+void KeyedCore<K>::exchangeContent(ContentStep& step) noexcept {
+    static_cast<Content&>(*step.content).swap(*this);
 }
 
 template <class K>
@@ -139,15 +121,15 @@ typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) cons
     for (auto i = tree_.lower_bound(key); i != tree_.end() && i->first == key; ++i) {
         if (i->second == e) return i;
     }
-    // A guest may have got another key where it has its place.
-    if (!hasGuests_) return tree_.end();
+    // An element that is contained elsewhere may have got another key there.
+    if (!hasReferences_) return tree_.end();
     return std::find_if(tree_.begin(), tree_.end(), [&](auto const& entry) { return entry.second == e; });
 }
 
 /// Whether the element can be a member at all, told without a search among those of its key.
 template <class K>
 bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
-    return hasLoose_ || hasGuests_ || e.containerImpl() == this->owner();
+    return hasLoose_ || hasReferences_ || e.containerImpl() == this->owner();
 }
 
 template <class K>
@@ -221,7 +203,7 @@ void KeyedCore<K>::releaseAll() {
     this->modifying();
     std::vector<ModelElement> const gone = this->getAllValuesAndProxies();
     if (gone.empty()) return;
-    swapContent({});
+    swapContent(Content());
     for (ModelElement const& e : gone) this->release(e.impl());
 }
 
@@ -271,14 +253,17 @@ void KeyedCore<K>::basicRemove(ModelElement const& e) {
 
 template <class K>
 void KeyedCore<K>::basicClear() {
-    if (!this->holdsNothing()) swapContent({});
+    if (!this->holdsNothing()) swapContent(Content());
 }
 
 template <class K>
 void KeyedCore<K>::basicCopyValues(ReferenceCollection const& other) {
     auto const& from = static_cast<KeyedCore const&>(other);
     hasLoose_ = true;
-    swapContent({from.tree_, from.copyOfProxies()});
+    Content copy;
+    copy.tree = from.tree_;
+    copy.proxies = from.copyOfProxies();
+    swapContent(std::move(copy));
 }
 
 template <class K>
@@ -298,8 +283,8 @@ bool KeyedCore<K>::resolveAdd(ModelElement const& e) {
     auto taken = std::make_unique<Taken>();
     this->noteContent();
     taken->position = tree_.emplace(std::move(key), e);
-    if (Step* const step = this->recordResolution(StepKind::Inserted)) step->payload = taken.release();
-    hasGuests_ = hasGuests_ || &e->model() != &this->owner()->model() || e->containerImpl() != nullptr;
+    this->recordResolution(EntryStep{this, true, std::move(taken)});
+    hasReferences_ = hasReferences_ || &e->model() != &this->owner()->model() || e->containerImpl() != nullptr;
     return true;
 }
 

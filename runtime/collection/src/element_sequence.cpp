@@ -1,41 +1,18 @@
 #include <quay/zero/element_sequence.h>
+#include <quay/zero/position.h>
 #include <quay/zero/report.h>
+#include <quay/zero/resolution.h>
 
 #include <quay0/messages.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace quay::zero {
 
-// How a sequence writes steps: `Inserted` and `Erased` have a position and a count. One member that is out is the
-// payload itself, counted; several are in a vector, for which `Inserted` has room once it is prepared. `Replaced` has
-// the other member, counted; `Swapped` a vector with the other content.
-
-namespace {
-
-/// The member that a step counts, as a handle; the step no longer has it.
-ModelElement takeFrom(Step& step) noexcept {
-    ModelElement member(static_cast<ModelElement::Impl*>(step.payload));
-    member.removeRef();  // the step's reference is now the handle's
-    step.payload = nullptr;
-    return member;
-}
-
-void giveTo(Step& step, ModelElement const& member) noexcept {
-    member.addRef();
-    step.payload = member.impl();
-}
-
-bool countsOne(Step const& step) noexcept {
-    return step.kind == StepKind::Replaced || (step.kind == StepKind::Erased && step.count == 1);
-}
-
-}  // namespace
-
-void SequenceCore::requirePosition(std::size_t position, std::size_t end) const {
-    if (position >= end) throw std::out_of_range("position beyond the end of the sequence");
-}
+/// Members that are out of the sequence, or room for them.
+struct SequenceCore::Kept : StepContent {
+    Members members;
+};
 
 // --- Content and its record -----------------------------------------------------------------------------------------
 
@@ -43,16 +20,7 @@ void SequenceCore::put(std::size_t position, ModelElement const& e) {
     // The handle may be one of our own members, so it is copied before the members move.
     ModelElement member = e;
     if (members_.size() == members_.capacity()) members_.reserve(std::max<std::size_t>(4, members_.size() * 2));
-    if (recording()) {
-        Step* const last = owner()->model().lastStep(StepKind::Inserted, this);
-        if (last != nullptr && last->position + last->count == position && last->payload == nullptr) {
-            ++last->count;
-        } else {
-            Step& step = record(StepKind::Inserted);
-            step.position = position;
-            step.count = 1;
-        }
-    }
+    if (recording()) recordInsertion(position);
     noteContent();
     if (position == members_.size()) {
         members_.push_back(std::move(member));
@@ -63,75 +31,52 @@ void SequenceCore::put(std::size_t position, ModelElement const& e) {
 
 void SequenceCore::take(std::size_t position) {
     if (recording()) {
-        Step& step = record(StepKind::Erased);
-        step.position = position;
-        step.count = 1;
-        giveTo(step, members_[position]);
+        reserveStep();
+        record(RunStep{this, false, position, 1, members_[position], nullptr});
     }
     members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(position));
 }
 
 void SequenceCore::swapContent(Members content) {
     if (recording()) {
-        auto out = std::make_unique<Members>();
-        Step& step = record(StepKind::Swapped);
-        step.payload = out.release();
-        static_cast<Members*>(step.payload)->swap(members_);
+        auto kept = std::make_unique<Kept>();
+        reserveStep();
+        kept->members.swap(members_);
+        record(ContentStep{this, std::move(kept)});
     }
     members_.swap(content);
     if (!members_.empty()) noteContent();
 }
 
-void SequenceCore::exchange(Step& step) noexcept {
+void SequenceCore::exchangeRun(RunStep& step) noexcept {
     auto const from = members_.begin() + static_cast<std::ptrdiff_t>(step.position);
-    auto* const several = countsOne(step) ? nullptr : static_cast<Members*>(step.payload);
-    switch (step.kind) {
-        case StepKind::Inserted: {
-            auto const to = from + static_cast<std::ptrdiff_t>(step.count);
-            if (step.count == 1) giveTo(step, *from);
-            if (several != nullptr) several->assign(std::make_move_iterator(from), std::make_move_iterator(to));
-            members_.erase(from, to);
-            step.kind = StepKind::Erased;
-            break;
-        }
-        case StepKind::Erased:
-            if (several == nullptr) {
-                members_.insert(from, takeFrom(step));
-            } else {
-                members_.insert(from, std::make_move_iterator(several->begin()),
-                                std::make_move_iterator(several->end()));
-                several->clear();
-            }
-            step.kind = StepKind::Inserted;
-            break;
-        case StepKind::Replaced: {
-            ModelElement other = takeFrom(step);
-            std::swap(*from, other);
-            giveTo(step, other);
-            break;
-        }
-        case StepKind::Swapped:
-            members_.swap(*several);
-            break;
-        default:
-            break;
-    }
-}
-
-void SequenceCore::prepare(Step& step) {
-    if (step.count == 1 || step.payload != nullptr) return;
-    auto room = std::make_unique<Members>();
-    room->reserve(step.count);
-    step.payload = room.release();
-}
-
-void SequenceCore::discard(Step& step) noexcept {
-    if (countsOne(step)) {
-        takeFrom(step);
+    auto* const several = step.count == 1 ? nullptr : static_cast<Kept*>(step.content.get());
+    if (step.isIn) {
+        auto const to = from + static_cast<std::ptrdiff_t>(step.count);
+        if (step.count == 1) step.member = std::move(*from);
+        if (several != nullptr) several->members.assign(std::make_move_iterator(from), std::make_move_iterator(to));
+        members_.erase(from, to);
+    } else if (several == nullptr) {
+        members_.insert(from, std::move(step.member));
     } else {
-        delete static_cast<Members*>(step.payload);
+        members_.insert(from, std::make_move_iterator(several->members.begin()),
+                        std::make_move_iterator(several->members.end()));
+        several->members.clear();
     }
-    step.payload = nullptr;
+    step.isIn = !step.isIn;
+}
+
+void SequenceCore::exchangeMember(MemberStep& step) noexcept { std::swap(members_[step.position], step.member); }
+
+void SequenceCore::exchangeContent(ContentStep& step) noexcept {
+    members_.swap(static_cast<Kept&>(*step.content).members);
+}
+
+void SequenceCore::prepareRun(RunStep& step) {
+    if (step.count == 1 || step.content != nullptr) return;
+    auto kept = std::make_unique<Kept>();
+    kept->members.reserve(step.count);
+    step.content = std::move(kept);
 }
 
 bool SequenceCore::sameByRule(AbstractOwnedCollection const& old) const {
@@ -158,13 +103,13 @@ void SequenceCore::addNewElement(ModelElement const& e) {
     ModelElement::Impl* const member = e.impl();
     ModelElement::Impl* const o = owner();
     bool const unbound = o != nullptr && o->isWritable() && e && member->containerImpl() == nullptr &&
-                         !member->hasOwned() && &member->model() == &o->model() && o->model().inOperation();
+                         !member->hasOwned() && &member->model() == &o->model() && journal().inOperation();
     if (!unbound) {  // a host's own class may have done more to it than making it
         addElement(e);
         return;
     }
     put(members_.size(), e);
-    o->model().setContainer(*member, o, index());
+    journal().setContainer(*member, o, index());
 }
 
 bool SequenceCore::containsElement(ModelElement const& e) const { return e && !e->isProxy() && indexOf(e) != NONE; }
@@ -199,9 +144,8 @@ void SequenceCore::replaceAt(std::size_t position, ModelElement const& e) {
     ModelElement const coming = e;
     ModelElement const gone = members_[position];
     if (recording()) {
-        Step& step = record(StepKind::Replaced);
-        step.position = position;
-        giveTo(step, gone);
+        reserveStep();
+        record(MemberStep{this, position, gone, nullptr});
     }
     members_[position] = coming;
     contain(coming.impl());
@@ -270,13 +214,11 @@ void SequenceCore::putResolved(std::size_t position, ModelElement const& e) cons
         return;
     }
     ModelElement const gone = members_[position];
-    ModelImpl::Resolution resolution(owner()->model());
-    if (Step* const step = const_cast<SequenceCore*>(this)->recordResolution(StepKind::Replaced)) {
-        step->position = position;
-        giveTo(*step, gone);
-    }
+    Resolution resolution(journal());
+    const_cast<SequenceCore*>(this)->recordResolution(
+        MemberStep{const_cast<SequenceCore*>(this), position, gone, nullptr});
     members_[position] = e;
-    owner()->model().takePlace(*gone.impl(), *e.impl(), *owner(), index());
+    owner()->model().proxies().takePlace(*gone.impl(), *e.impl(), *owner(), index());
     resolution.commit();
 }
 

@@ -2,17 +2,20 @@
 
 namespace quay::zero {
 
-// How a set writes steps: `Inserted` and `Erased` have a Taken, `Swapped` a Content.
-
 /// A member that is in the set, or out of it, in `node`.
-struct SetCore::Taken {
+struct SetCore::Taken : StepContent {
     ModelElement member;
     Members::node_type node;
 };
 
-struct SetCore::Content {
+struct SetCore::Content : StepContent {
     Members members;
     std::unique_ptr<Proxies> proxies;
+
+    void swap(SetCore& with) noexcept {
+        members.swap(with.members_);
+        proxies.swap(with.proxies_);
+    }
 };
 
 SetCore::~SetCore() = default;
@@ -27,14 +30,9 @@ void SetCore::put(ModelElement const& e) {
     }
     auto taken = std::make_unique<Taken>();
     taken->member = e;
-    Step& step = record(StepKind::Inserted);
-    try {
-        members_.insert(e);
-    } catch (...) {
-        step.kind = StepKind::Touched;
-        throw;
-    }
-    step.payload = taken.release();
+    reserveStep();
+    members_.insert(e);
+    record(EntryStep{this, true, std::move(taken)});
 }
 
 void SetCore::take(ModelElement const& e) {
@@ -45,52 +43,34 @@ void SetCore::take(ModelElement const& e) {
     }
     auto taken = std::make_unique<Taken>();
     taken->member = e;
-    Step& step = record(StepKind::Erased);
+    reserveStep();
     taken->node = members_.extract(position);
-    step.payload = taken.release();
+    record(EntryStep{this, false, std::move(taken)});
 }
 
 void SetCore::swapContent(Content&& content) {
     if (recording()) {
-        auto other = std::make_unique<Content>();
-        Step& step = record(StepKind::Swapped);
-        other->members.swap(members_);
-        other->proxies.swap(proxies_);
-        step.payload = other.release();
+        auto kept = std::make_unique<Content>();
+        reserveStep();
+        kept->swap(*this);
+        record(ContentStep{this, std::move(kept)});
     }
-    members_.swap(content.members);
-    proxies_.swap(content.proxies);
+    content.swap(*this);
     if (!holdsNothing()) noteContent();
 }
 
 // A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
-void SetCore::exchange(Step& step) noexcept {
-    if (exchangeProxy(step)) return;
-    if (step.kind == StepKind::Swapped) {
-        auto& other = *static_cast<Content*>(step.payload);
-        other.members.swap(members_);
-        other.proxies.swap(proxies_);
-        return;
-    }
-    auto& taken = *static_cast<Taken*>(step.payload);
-    if (step.kind == StepKind::Inserted) {
+void SetCore::exchangeEntry(EntryStep& step) noexcept {
+    auto& taken = static_cast<Taken&>(*step.entry);
+    if (step.isIn) {
         taken.node = members_.extract(members_.find(taken.member));
-        step.kind = StepKind::Erased;
     } else {
         members_.insert(std::move(taken.node));
-        step.kind = StepKind::Inserted;
     }
+    step.isIn = !step.isIn;
 }
 
-void SetCore::discard(Step& step) noexcept {
-    if (discardProxy(step)) return;
-    if (step.kind == StepKind::Swapped) {
-        delete static_cast<Content*>(step.payload);
-    } else {
-        delete static_cast<Taken*>(step.payload);
-    }
-    step.payload = nullptr;
-}
+void SetCore::exchangeContent(ContentStep& step) noexcept { static_cast<Content&>(*step.content).swap(*this); }
 
 bool SetCore::sameByRule(AbstractOwnedCollection const& old) const {
     Members const& before = static_cast<SetCore const&>(old).members_;
@@ -129,7 +109,7 @@ void SetCore::clear() {
     modifying();
     std::vector<ModelElement> const gone = getAllValuesAndProxies();
     if (!gone.empty()) {
-        swapContent({});
+        swapContent(Content());
         for (ModelElement const& e : gone) release(e.impl());
     }
     operation.commit();
@@ -159,12 +139,15 @@ void SetCore::basicRemove(ModelElement const& e) {
 }
 
 void SetCore::basicClear() {
-    if (!holdsNothing()) swapContent({});
+    if (!holdsNothing()) swapContent(Content());
 }
 
 void SetCore::basicCopyValues(ReferenceCollection const& other) {
     auto const& from = static_cast<SetCore const&>(other);
-    swapContent({from.members_, from.copyOfProxies()});
+    Content copy;
+    copy.members = from.members_;
+    copy.proxies = from.copyOfProxies();
+    swapContent(std::move(copy));
 }
 
 // --- Proxies --------------------------------------------------------------------------------------------------------
@@ -174,7 +157,7 @@ bool SetCore::resolveAdd(ModelElement const& e) {
     taken->member = e;
     if (!members_.insert(e).second) return false;
     noteContent();
-    if (Step* const step = recordResolution(StepKind::Inserted)) step->payload = taken.release();
+    recordResolution(EntryStep{this, true, std::move(taken)});
     return true;
 }
 

@@ -1,4 +1,4 @@
-#include <quay/zero/meta/types.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/query/class_index.h>
 
 #include <algorithm>
@@ -67,7 +67,7 @@ void ClassIndex::add(Element& e) {
     e.setFlag(Element::kMissing, false);
     if (!e.isAlive()) ++dead_;
     // Meta classes live as long as the process, so a class whose library is gone does no harm.
-    Members& of = byClass_[e.getMetaClass().impl()];
+    Members& of = byClass_[e.getMetaClass().ModelElement::impl()];
     of.elements.push_back(&e);
     of.numbers.push_back(number);
     if (!keepsNumbers_) return;
@@ -83,7 +83,7 @@ void ClassIndex::takeOut(Element& e) noexcept {
     }
     std::uint32_t const number = numbers_->takeOut(e);
     members_[number] = nullptr;
-    byClass_.find(e.getMetaClass().impl())->second.takeOut(number);
+    byClass_.find(e.getMetaClass().ModelElement::impl())->second.takeOut(number);
     e.setFlag(Element::kClassed, false);
     --dead_;
     ++gaps_;
@@ -137,12 +137,13 @@ void ClassIndex::closeGaps() {
 
 ClassIndex::Walk::Walk(ClassIndex const& index, meta::Class const& cls, SearchClassMatchMode mode) : index_(index) {
     std::vector<Members const*> found;
+    Element const* const type = cls.ModelElement::impl();
     if (mode == SearchClassMatchMode::Exact) {
-        auto const exact = index.byClass_.find(cls.impl());
+        auto const exact = index.byClass_.find(type);
         if (exact != index.byClass_.end()) found.push_back(&exact->second);
     } else {
         for (auto const& [of, members] : index.byClass_) {
-            if (static_cast<meta::Class::Impl const*>(of)->conformsTo(cls)) found.push_back(&members);
+            if (static_cast<meta::MetaElement::Impl const*>(of)->isKindOf(type)) found.push_back(&members);
         }
     }
     if (found.size() == 1) {

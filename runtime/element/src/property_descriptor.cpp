@@ -1,22 +1,8 @@
-#include <quay/zero/builder.h>
-#include <quay/zero/collection.h>
-#include <quay/zero/meta/types.h>
+#include <quay/zero/meta/no_such_property.h>
 #include <quay/zero/property_descriptor.h>
-#include <quay/zero/report.h>
 #include <quay/zero/value.h>
 
-#include <quay0/messages.h>
-
 namespace quay::zero {
-
-namespace {
-
-[[noreturn]] void reportUnknown(ModelElement::Impl const& element, meta::Property const& property) {
-    std::u16string const name = property.impl() == nullptr ? std::u16string() : property->getName();
-    reportException(quay0::messages::NoSuchProperty(name, element.getMetaClass()->getQualifiedName()));
-}
-
-}  // namespace
 
 // A descriptor without a value of its own keeps nothing.
 void PropertyDescriptor::save(ModelElement::Impl const&, Cell&) const {}
@@ -30,11 +16,11 @@ Value PropertyDescriptor::wrap(ModelElement::Impl const&, meta::Property const&,
 bool PropertyDescriptor::has(ModelElement::Impl const&) const { return false; }
 Value PropertyDescriptor::get(ModelElement::Impl const& element, meta::Property const& property,
                               ReflectionPrivateTag const&) const {
-    reportUnknown(element, property);
+    meta::reportNoSuchProperty(property, element.getMetaClass());
 }
 void PropertyDescriptor::set(ModelElement::Impl& element, meta::Property const& property, Value const&,
                              ReflectionPrivateTag const&) const {
-    reportUnknown(element, property);
+    meta::reportNoSuchProperty(property, element.getMetaClass());
 }
 
 void PropertyDescriptor::join(ModelElement::Impl&, ModelElement const&) const {}
@@ -43,9 +29,7 @@ void PropertyDescriptor::disassociate(ModelElement::Impl&) const {}
 void PropertyDescriptor::destroyChildren(ModelElement::Impl&, bool, bool) const {}
 ModelElement PropertyDescriptor::child(ModelElement::Impl const&) const { return {}; }
 AbstractOwnedCollection* PropertyDescriptor::collection(ModelElement::Impl const&) const { return nullptr; }
-void PropertyDescriptor::give(ModelElement::Builder& builder, meta::Property const& property, Value const&) const {
-    reportException(quay0::messages::NoSuchProperty(property->getName(), builder.getMetaClass()->getQualifiedName()));
-}
+void PropertyDescriptor::give(ModelElement::Builder&, meta::Property const&, Value const&) const {}
 void PropertyDescriptor::build(ModelElement::Impl&, Cell const&) const {}
 void PropertyDescriptor::place(ModelElement::Impl&, ModelElement const&) const {}
 
@@ -84,6 +68,11 @@ bool ClassTable::conformsTo(ClassTable const& other) const noexcept {
         if (level == &other) return true;
     }
     return false;
+}
+
+ClassTable const& ModelElement::classTable() {
+    static constexpr ClassTable table{nullptr, 1, {}, nullptr, nullptr};
+    return table;
 }
 
 bool conformsTo(ModelElement const& element, ClassTable const& table) noexcept {

@@ -1,33 +1,29 @@
-#include <quay/zero/meta/types.h>
-#include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
 
 namespace quay::zero {
 
-ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept : type_(type.impl()), flags_(flags) {}
+ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept
+    : type_(type.ModelElement::impl()), flags_(flags) {}
 ValueMeta::ValueMeta(meta::Property const& property) : type_(property->type()), flags_(property->getFlags()) {}
 
 meta::Type ValueMeta::getType() const { return meta::Type::of(type_); }
 
 Value::Value(Value const& other) : meta_(other.meta_), operations_(other.operations_) {
     if (operations_ != nullptr) {
-        operations_->emplaceCopy(*this, other.data());
+        operations_->copy(payload_, other.payload_);
     } else {
-        storage_.pointer = other.storage_.pointer;
+        pointAt(other.collection());
     }
 }
 
 Value::Value(Value&& other) noexcept
     : meta_(std::exchange(other.meta_, {})), operations_(std::exchange(other.operations_, nullptr)) {
     if (operations_ != nullptr) {
-        // `other` no longer tells where its payload lies.
-        other.operations_ = operations_;
-        operations_->relocate(*this, other);
-        other.operations_ = nullptr;
+        operations_->move(payload_, other.payload_);
     } else {
-        storage_.pointer = other.storage_.pointer;
+        pointAt(other.payload_.get<AbstractOwnedCollection*>());
     }
-    other.storage_.pointer = nullptr;
+    other.pointAt(nullptr);
 }
 
 void Value::swap(Value& other) noexcept {
@@ -38,8 +34,9 @@ void Value::swap(Value& other) noexcept {
 }
 
 void* Value::data() const noexcept {
-    if (operations_ != nullptr && operations_->inPlace) return const_cast<unsigned char*>(storage_.bytes);
-    return storage_.pointer;
+    if (operations_ == nullptr) return collection();
+    auto& payload = const_cast<Cell&>(payload_);
+    return operations_->outside == nullptr ? &payload : operations_->outside(payload);
 }
 
 std::size_t Value::hash() const { return operations_ == nullptr ? 0 : operations_->hash(data()); }
@@ -51,20 +48,21 @@ bool Value::equals(Value const& other) const {
 }
 
 bool Value::isElementOf(meta::Class const& metaClass) const {
-    auto const own = meta::Class::cast(getType());
-    return own.impl() != nullptr && own->conformsTo(metaClass);
+    return meta_.type_ != nullptr &&
+           static_cast<meta::MetaElement::Impl*>(meta_.type_)->isKindOf(metaClass.ModelElement::impl());
 }
 
 void Value::reportIncompatible() const {
-    meta::Type const type = getType();
-    reportException(quay0::messages::CannotCastIncompatibleTypes(type.impl() == nullptr ? std::u16string()
-                                                                                        : type->getQualifiedName()));
+    auto const* const type = static_cast<meta::MetaElement::Impl const*>(meta_.type_);
+    reportException(
+        quay0::messages::CannotCastIncompatibleTypes(type == nullptr ? std::u16string() : type->getQualifiedName()));
 }
 
 bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
 
 Value Value::createElementValue(meta::Property const& property, ModelElement const& element) {
-    ModelElement::Impl* const type = element.impl() == nullptr ? typeOf(property) : element->getMetaClass().impl();
+    ModelElement::Impl* const type =
+        element.impl() == nullptr ? typeOf(property) : element->getMetaClass().ModelElement::impl();
     return {type, element, ValueFlags::One};
 }
 

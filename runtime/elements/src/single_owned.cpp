@@ -18,7 +18,8 @@ ModelElement ChildRow::read(Element const& e) const {
         ModelElement const proxy = held;
         ModelElement const found = e.model().resolveProxy(&e, proxy);
         // The host's resolver may have written the slot.
-        if (held == proxy && found != proxy) e.model().resolveSlot(const_cast<Element&>(e), *this, proxy, found);
+        if (held == proxy && found != proxy)
+            e.model().proxies().resolveSlot(const_cast<Element&>(e), *this, proxy, found);
     }
     return held;
 }
@@ -28,7 +29,7 @@ void ChildRow::write(Element& e, ModelElement const& child) const {
     ModelElement const coming = child;
     if (read(e) == coming) return;
     e.checkCompatibleModel(coming.impl(), std::uint64_t{index()});
-    Savepoint savepoint(e.model());
+    Savepoint savepoint(e.model().journal());
     e.notifyModifying(index());
     ModelElement const going = slot(e);
     if (going && e.owns(*going.impl())) e._basicSetUncontained(going.impl());

@@ -1,20 +1,11 @@
 #include <quay/zero/change_set.h>
-#include <quay/zero/meta/types.h>
-#include <quay/zero/property_descriptor.h>
+#include <quay/zero/meta/property.h>
 
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 
 namespace quay::zero {
-
-namespace {
-
-bool changesCollection(Step const& step) noexcept {
-    return step.kind != StepKind::Contained && step.kind != StepKind::Resolved;
-}
-
-}  // namespace
 
 // --- ElementChange --------------------------------------------------------------------------------------------------
 
@@ -42,10 +33,10 @@ Value ElementChange::newValue(meta::Property const& property) const {
 
 // --- ChangeSet ------------------------------------------------------------------------------------------------------
 
-ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) : model_(model), log_(log) {
-    auto const isNew = [&](ModelElement::Impl const& e) { return ModelImpl::isBornSince(e, bornSince); };
+ChangeSet::ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince) : log_(log) {
+    auto const isNew = [&](ModelElement::Impl const& e) { return ElementDirectory::isBornSince(e, bornSince); };
     // Creation appends, so what is new stands at the end of the list.
-    for (auto* e = model.elements_.last(); e != nullptr && isNew(*e); e = ElementList::previous(*e)) {
+    for (auto* e = elements.list().last(); e != nullptr && isNew(*e); e = ElementList::previous(*e)) {
         created_.emplace_back(e);
     }
     std::reverse(created_.begin(), created_.end());
@@ -55,9 +46,8 @@ ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) : 
     collect(isNew);
 }
 
-ChangeSet::ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created,
-                     std::vector<ModelElement> destroyed)
-    : model_(model), log_(log), created_(std::move(created)), destroyed_(std::move(destroyed)) {
+ChangeSet::ChangeSet(UndoLog& log, LifeChanges lives)
+    : log_(log), created_(std::move(lives.revived)), destroyed_(std::move(lives.buried)) {
     // What came and went within the transaction is dead and in both lists.
     std::unordered_set<ModelElement::Impl const*> revived;
     for (ModelElement const& e : created_) revived.insert(e.impl());
@@ -76,24 +66,25 @@ void ChangeSet::collect(IsNew const& isNew) {
     };
 
     // A storage that could not be merged stands before an older one of the same element, whose values count.
-    for (Storage* s = log_.storages; s != nullptr; s = s->next_) {
+    for (Storage* s = log_.storages; s != nullptr; s = s->tracking().next) {
         if (!s->element().isAlive() || isNew(s->element())) continue;
-        s->forEach([&](Storage::Entry& entry) {
+        s->forEach([&](PropertyDescriptor const& descriptor, Cell& old) {
             auto& parts = partsOf(s->element());
-            std::uint16_t const index = entry.descriptor->index();
+            std::uint16_t const index = descriptor.index();
             std::erase_if(parts, [&](ElementChange::Part const& p) { return p.index == index; });
-            if (!entry.descriptor->unchanged(s->element(), entry.old)) parts.push_back({index, &entry.old, nullptr});
+            if (!descriptor.unchanged(s->element(), old)) parts.push_back({index, &old, nullptr});
         });
     }
 
     for (Step& step : log_.steps) {
-        if (!changesCollection(step)) continue;
-        Touched& touched = touched_[static_cast<AbstractOwnedCollection*>(step.subject)];
-        if (step.kind != StepKind::Touched) touched.steps.push_back(&step);
-        touched.isChange = touched.isChange || !step.quiet;
+        AbstractOwnedCollection* const collection = step.collection();
+        if (collection == nullptr) continue;
+        Touched& touched = touched_[collection];
+        if (step.as<AnnouncementStep>() == nullptr) touched.steps.push_back(&step);
+        touched.isChange = touched.isChange || !step.isResolution();
     }
     for (auto& [collection, touched] : touched_) {
-        if (log_.done) std::reverse(touched.steps.begin(), touched.steps.end());
+        if (log_.isDone()) std::reverse(touched.steps.begin(), touched.steps.end());
         if (!touched.isChange) continue;
         ModelElement::Impl& owner = *collection->owner();
         if (!owner.isAlive() || isNew(owner)) continue;
@@ -117,12 +108,10 @@ bool ChangeSet::isChanged(AbstractOwnedCollection& collection) const {
 AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collection) const {
     Touched& touched = touched_.at(&collection);
     if (touched.oldContent != nullptr) return *touched.oldContent;
-    for (Step* step : touched.steps) {
-        if (step->kind == StepKind::Inserted) collection.prepare(*step);
-    }
-    for (Step* step : touched.steps) collection.exchange(*step);
+    for (Step* step : touched.steps) step->prepare();
+    for (Step* step : touched.steps) step->exchange();
     auto const forward = [&] {
-        for (auto step = touched.steps.rbegin(); step != touched.steps.rend(); ++step) collection.exchange(**step);
+        for (auto step = touched.steps.rbegin(); step != touched.steps.rend(); ++step) (*step)->exchange();
     };
     try {
         touched.oldContent = collection.detachedCopy();
@@ -136,28 +125,31 @@ AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collecti
 
 /// The usual commit is answered by looking at one change; only where collections of at most one member are all that
 /// changed is the set put together.
-bool ChangeSet::isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t bornSince) {
-    auto const isNew = [&](ModelElement::Impl const& e) { return ModelImpl::isBornSince(e, bornSince); };
-    for (Storage* s = log.storages; s != nullptr; s = s->next_) {
+bool ChangeSet::isNothingLeft(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince) {
+    auto const isNew = [&](ModelElement::Impl const& e) { return ElementDirectory::isBornSince(e, bornSince); };
+    for (Storage* s = log.storages; s != nullptr; s = s->tracking().next) {
         bool changed = false;
         if (s->element().isAlive() && !isNew(s->element())) {
-            s->forEach([&](Storage::Entry& e) { changed = changed || !e.descriptor->unchanged(s->element(), e.old); });
+            s->forEach([&](PropertyDescriptor const& descriptor, Cell& old) {
+                changed = changed || !descriptor.unchanged(s->element(), old);
+            });
         }
         if (changed) return false;
     }
-    if (model.elements_.last() != nullptr && isNew(*model.elements_.last())) return false;
+    ModelElement::Impl const* const last = elements.list().last();
+    if (last != nullptr && isNew(*last)) return false;
     for (LifeEntry const& entry : log.lives) {
         if (!entry.born && entry.count > 0 && !isNew(*entry.first)) return false;
     }
     bool unsure = false;
     for (Step const& step : log.steps) {
-        if (!changesCollection(step) || step.quiet) continue;
-        auto const& collection = *static_cast<AbstractOwnedCollection const*>(step.subject);
-        if (!collection.owner()->isAlive() || isNew(*collection.owner())) continue;
-        if (collection.size() > 1) return false;
+        AbstractOwnedCollection const* const collection = step.collection();
+        if (collection == nullptr || step.isResolution()) continue;
+        if (!collection->owner()->isAlive() || isNew(*collection->owner())) continue;
+        if (collection->size() > 1) return false;
         unsure = true;
     }
-    return !unsure || ChangeSet(model, log, bornSince).empty();
+    return !unsure || ChangeSet(elements, log, bornSince).empty();
 }
 
 }  // namespace quay::zero

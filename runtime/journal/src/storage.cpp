@@ -1,26 +1,22 @@
-#include <quay/zero/changes.h>
-#include <quay/zero/meta/types.h>
-#include <quay/zero/model.h>
-#include <quay/zero/property_descriptor.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/storage.h>
 #include <quay/zero/value.h>
 
+#include <algorithm>
+#include <new>
+#include <utility>
+
 namespace quay::zero {
-
-ModelElement::Impl::Changes::Changes(boost::uuids::uuid const& id, Model const& model, meta::Class const& metaClass,
-                                     unsigned long bits)
-    : id_(id), model_(model), metaClass_(metaClass), changed_(bits + 1) {}
-
-ModelElement::Impl::Changes::~Changes() = default;
 
 bool Storage::has(unsigned long index) const noexcept {
     if (count_ <= 1) return count_ == 1 && first_.descriptor->index() == index;
-    return index < more_->mask.size() && more_->mask.test(index);
+    return index < more_->mask.size() && more_->mask[index];
 }
 
 std::vector<unsigned long> Storage::indices() const {
     std::vector<unsigned long> result;
-    const_cast<Storage*>(this)->forEach([&](Entry const& e) { result.push_back(e.descriptor->index()); });
+    const_cast<Storage*>(this)->forEach(
+        [&](PropertyDescriptor const& descriptor, Cell&) { result.push_back(descriptor.index()); });
     return result;
 }
 
@@ -34,8 +30,8 @@ Cell& Storage::addMore(PropertyDescriptor const& descriptor) {
     std::size_t const wanted = std::max<std::size_t>(descriptor.index(), first_.descriptor->index()) + 1;
     if (more.mask.size() < wanted) more.mask.resize(std::max<std::size_t>(64, wanted));
     more.entries.emplace_back(&descriptor);
-    more.mask.set(first_.descriptor->index());
-    more.mask.set(descriptor.index());
+    more.mask[first_.descriptor->index()] = true;
+    more.mask[descriptor.index()] = true;
     ++count_;
     return more.entries.back().old;
 }
@@ -43,8 +39,8 @@ Cell& Storage::addMore(PropertyDescriptor const& descriptor) {
 Cell* Storage::find(unsigned long index) noexcept {
     Cell* found = nullptr;
     if (has(index)) {
-        forEach([&](Entry& e) {
-            if (e.descriptor->index() == index) found = &e.old;
+        forEach([&](PropertyDescriptor const& descriptor, Cell& old) {
+            if (descriptor.index() == index) found = &old;
         });
     }
     return found;
@@ -68,7 +64,7 @@ void Storage::drop(std::size_t position) noexcept {
     Entry& gone = position == 0 ? first_ : more_->entries[position - 1];
     // A mask of an earlier use may be narrower.
     if (more_ != nullptr && gone.descriptor->index() < more_->mask.size()) {
-        more_->mask.reset(gone.descriptor->index());
+        more_->mask[gone.descriptor->index()] = false;
     }
     gone.descriptor->discard(gone.old);
     for (std::size_t i = position; i + 1 < count_; ++i) {
@@ -101,7 +97,7 @@ bool Storage::absorb(Storage& inner) noexcept {
 /// Forgets the last entry, whose cell is empty by now.
 void Storage::removeLast() noexcept {
     if (count_ > 1) {
-        more_->mask.reset(more_->entries.back().descriptor->index());
+        more_->mask[more_->entries.back().descriptor->index()] = false;
         more_->entries.pop_back();
     }
     --count_;
@@ -118,11 +114,19 @@ ModelElement const& Storage::oldContainer() const noexcept {
 }
 
 void Storage::clearAll() noexcept {
-    forEach([](Entry& e) { e.descriptor->discard(e.old); });
-    more_->mask.reset();
+    forEach([](PropertyDescriptor const& descriptor, Cell& old) { descriptor.discard(old); });
+    std::fill(more_->mask.begin(), more_->mask.end(), false);
     more_->entries.clear();
     more_->container = ModelElement();
     more_->containmentFeature = meta::Property();
 }
+
+// --- The pool -------------------------------------------------------------------------------------------------------
+
+StoragePool::~StoragePool() {
+    while (free_ != nullptr) delete std::exchange(free_, free_->tracking().next);
+}
+
+void StoragePool::grow() { free_ = new Storage; }
 
 }  // namespace quay::zero

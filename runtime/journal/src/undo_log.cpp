@@ -1,61 +1,82 @@
-#include <quay/zero/collection.h>
-#include <quay/zero/model.h>
 #include <quay/zero/undo_log.h>
-
-#include <quay/zero/slot_resolution.h>
 
 #include <algorithm>
 
 namespace quay::zero {
 
 // Storages and steps go first: they point at elements that the last births and deaths may let go.
-void UndoLog::discard() noexcept {
+void UndoLog::discard(Disposal& to) noexcept {
     while (storages != nullptr) {
-        Storage* const s = storages;
-        storages = s->next_;
-        s->element().model().giveBack(s);
+        Storage& s = *storages;
+        storages = s.tracking().next;
+        to.giveBack(s);
     }
-    if (!steps.empty() || !lives.empty()) discardFrom(0, 0);
-    done = true;
+    if (!steps.empty() || !lives.empty()) discardFrom(0, 0, to);
+    done_ = true;
 }
 
-void UndoLog::discardFrom(std::size_t step, std::size_t life) noexcept {
-    for (std::size_t i = steps.size(); i-- > step;) letGo(steps[i]);
-    steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(step), steps.end());
-    for (std::size_t i = lives.size(); i-- > life;) {
-        bool const born = lives.back().born;
-        std::size_t const count = lives.back().count;
-        auto* e = lives.back().first;
-        auto const* const last = lives.back().last;
+void UndoLog::discardFrom(std::size_t step, std::size_t life, Disposal& to) noexcept {
+    while (steps.size() > step) steps.pop_back();
+    while (lives.size() > life) {
+        LifeEntry const entry = lives.back();
         lives.pop_back();
-        if (born && count == 0) e->removeRef();  // a proxy that came back: nobody else held it
-        while (!born) {
-            auto* const next = e == last ? nullptr : e->next_;
-            e->model().letGo(*e);
-            if (next == nullptr) break;
+        if (entry.born && entry.count == 0) entry.first->removeRef();  // a proxy that came back: nobody else held it
+        for (ModelElement::Impl* e = entry.born ? nullptr : entry.first; e != nullptr;) {
+            auto* const next = e == entry.last ? nullptr : ElementList::next(*e);
+            to.release(*e);
             e = next;
         }
     }
 }
 
-ModelElement::Impl* UndoLog::changedBy(Step const& step) noexcept {
-    bool const isOfElement = step.kind == StepKind::Contained || step.kind == StepKind::Resolved;
-    return isOfElement ? static_cast<ModelElement::Impl*>(step.subject)
-                       : static_cast<AbstractOwnedCollection*>(step.subject)->owner();
+void UndoLog::turn(ElementDirectory& elements, LifeChanges* changes) noexcept {
+    // Where an element has two storages, their order matters, so the list turns round as well.
+    Storage* turned = nullptr;
+    while (Storage* const s = storages) {
+        s->exchange();
+        storages = std::exchange(s->tracking().next, turned);
+        turned = s;
+    }
+    storages = turned;
+    exchangeSteps(0);
+    exchangeLives(0, elements, changes);
+    done_ = !done_;
 }
 
-void UndoLog::letGo(Step& step) noexcept {
-    if (step.kind == StepKind::Contained) {
-        if (step.count == 1) static_cast<ModelElement::Impl*>(step.subject)->removeRef();
-    } else if (step.kind == StepKind::Resolved) {
-        delete static_cast<SlotResolution*>(step.payload);
-    } else if (step.payload != nullptr && step.kind != StepKind::Touched) {
-        static_cast<AbstractOwnedCollection*>(step.subject)->discard(step);
+void UndoLog::exchangeSteps(std::size_t from) noexcept {
+    if (done_) {
+        for (std::size_t i = steps.size(); i-- > from;) steps[i].exchange();
+    } else {
+        for (Step& step : steps) step.exchange();
+    }
+}
+
+void UndoLog::exchangeLives(std::size_t from, ElementDirectory& elements, LifeChanges* changes) noexcept {
+    auto const exchange = [&](LifeEntry& entry) {
+        if (entry.born) {
+            for (auto* e = entry.last; changes != nullptr; e = ElementList::previous(*e)) {
+                changes->buried.emplace_back(e);
+                if (e == entry.first) break;
+            }
+            elements.takeOut(*entry.first, *entry.last, entry.count);
+        } else {
+            for (auto* e = entry.first; changes != nullptr; e = ElementList::next(*e)) {
+                changes->revived.emplace_back(e);
+                if (e == entry.last) break;
+            }
+            elements.putBack(*entry.first, *entry.last, entry.count);
+        }
+        entry.born = !entry.born;
+    };
+    if (done_) {
+        for (std::size_t i = lives.size(); i-- > from;) exchange(lives[i]);
+    } else {
+        std::for_each(lives.begin(), lives.end(), exchange);
     }
 }
 
 bool UndoLog::onlyResolves() const noexcept {
-    return lives.empty() && std::all_of(steps.begin(), steps.end(), [](Step const& s) { return s.quiet; });
+    return lives.empty() && std::all_of(steps.begin(), steps.end(), [](Step const& s) { return s.isResolution(); });
 }
 
 std::size_t UndoLog::lifeCount() const noexcept {

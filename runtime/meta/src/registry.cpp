@@ -1,4 +1,3 @@
-#include <quay/zero/builder.h>
 #include <quay/zero/meta/registry.h>
 #include <quay/zero/meta/serializers.h>
 #include <quay/zero/report.h>
@@ -171,11 +170,10 @@ std::unique_ptr<AbstractOwnedCollection> MetaRegistry::makeCollection(ModelEleme
     return std::unique_ptr<AbstractOwnedCollection>(r->makeCollection(owner, property));
 }
 
-std::unique_ptr<ModelElement::Builder> MetaRegistry::makeBuilder(Class const& type, Model const& model) const {
+MetaRegistry::BuilderFactory MetaRegistry::builderFactory(Class const& type) const {
     std::lock_guard const lock(mutex_);
     Registration const* const r = find(type);
-    if (r == nullptr || r->makeBuilder == nullptr) return nullptr;
-    return r->makeBuilder(model);
+    return r == nullptr ? nullptr : r->makeBuilder;
 }
 
 // --- Registration ---------------------------------------------------------------------------------------------------
@@ -254,22 +252,11 @@ void MetaRegistry::keep(void const* object) {
     kept_.push_back(object);
 }
 
-// --- Answers that need the registry ---------------------------------------------------------------------------------
-
-std::unique_ptr<ModelElement::Builder> Class::Impl::instantiateBuilder(Model const& model) const {
-    return MetaRegistry::getInstance()->makeBuilder(Class::of(const_cast<Impl*>(this)), model);
-}
-
 }  // namespace quay::zero::meta
 
 namespace quay::zero {
 
 meta::Class const& ModelElement::metaClass() { return meta::MetaRegistry::getInstance()->ownClasses().modelElement; }
 meta::Class const& Model::metaClass() { return meta::MetaRegistry::getInstance()->ownClasses().model; }
-
-ClassTable const& ModelElement::classTable() {
-    static constexpr ClassTable table{nullptr, 1, {}, nullptr, nullptr};
-    return table;
-}
 
 }  // namespace quay::zero

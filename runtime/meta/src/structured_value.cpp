@@ -1,3 +1,4 @@
+#include <quay/zero/meta/no_such_property.h>
 #include <quay/zero/structured_value.h>
 
 namespace quay::zero {
@@ -7,8 +8,7 @@ std::size_t fieldPosition(meta::Type const& type, meta::Property const& property
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (fields[i] == property) return i;
     }
-    std::u16string const name = property.impl() == nullptr ? std::u16string() : property->getName();
-    reportException(quay0::messages::NoSuchProperty(name, type->getQualifiedName()));
+    meta::reportNoSuchProperty(property, type);
 }
 
 }  // namespace quay::zero

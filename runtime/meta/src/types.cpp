@@ -120,7 +120,7 @@ namespace {
 template <class X>
 X make(Model const& model, boost::uuids::uuid const& id) {
     if (!model) return X::of(new typename X::Impl(model, id));  // reports the missing model
-    Savepoint savepoint(*model.impl());
+    Savepoint savepoint(model->journal());
     X made = X::of(new typename X::Impl(model, id));
     made->notifyCreated();
     savepoint.commit();
@@ -293,9 +293,9 @@ void Class::Impl::setSuperclass(Class const& superclass) {
     MetaDescriptors::superclass.write(*this, superclass.impl());
 }
 
-bool Class::Impl::conformsTo(Class const& other) const noexcept {
+bool Class::Impl::isKindOf(ModelElement::Impl const* type) const noexcept {
     for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
-        if (level == other.impl()) return true;
+        if (level == type) return true;
     }
     return false;
 }

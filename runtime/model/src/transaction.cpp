@@ -1,26 +1,23 @@
-#include <quay/zero/model.h>
+#include <quay/zero/journal.h>
 #include <quay/zero/transaction.h>
-#include <quay/zero/value.h>
+
+#include <utility>
 
 namespace quay::zero {
 
-Transaction::Transaction(ModelImpl& model, std::uint64_t serial) noexcept : model_(&model), serial_(serial) {
-    model_->addRef();
-}
-
 Transaction::Transaction(Transaction&& other) noexcept
-    : model_(std::exchange(other.model_, nullptr)), serial_(other.serial_) {}
+    : model_(std::move(other.model_)), journal_(std::exchange(other.journal_, nullptr)), serial_(other.serial_) {}
 
 Transaction::~Transaction() {
-    if (model_ == nullptr) return;
-    if (model_->isOpen(serial_)) model_->rollbackLevel(serial_);
-    model_->removeRef();
+    if (isOpen()) journal_->rollBack(serial_);
 }
 
-bool Transaction::isOpen() const noexcept { return model_ != nullptr && model_->isOpen(serial_); }
+bool Transaction::isOpen() const noexcept { return journal_ != nullptr && journal_->isOpen(serial_); }
 
-void Transaction::commit(boost::optional<Value> const& /*result*/) {
-    if (isOpen()) model_->commitLevel(serial_);
+void Transaction::commit(boost::none_t /*result*/) {
+    if (isOpen()) journal_->commit(serial_);
 }
+
+void Transaction::commit(boost::optional<Value> const& /*result*/) { commit(boost::none); }
 
 }  // namespace quay::zero

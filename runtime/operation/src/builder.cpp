@@ -1,5 +1,6 @@
 #include <quay/zero/builder.h>
-#include <quay/zero/meta/types.h>
+#include <quay/zero/meta/no_such_property.h>
+#include <quay/zero/meta/registry.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/report.h>
 #include <quay/zero/value.h>
@@ -69,18 +70,9 @@ void ModelElement::Builder::appendOneChild(std::uint16_t index, std::unique_ptr<
 
 void ModelElement::Builder::dropAllChildren(std::uint16_t index) { childrenAt(index).clear(); }
 
-namespace {
-
-[[noreturn]] void reportNoSuchProperty(ModelElement::Builder const& builder, meta::Property const& property) {
-    std::u16string const name = property.impl() == nullptr ? std::u16string() : property->getName();
-    reportException(quay0::messages::NoSuchProperty(name, builder.getMetaClass()->getQualifiedName()));
-}
-
-}  // namespace
-
 void ModelElement::Builder::setOrAdd(meta::Property const& property, Value const& value) {
     PropertyDescriptor const* const descriptor = classTable().descriptorOf(property);
-    if (descriptor == nullptr) reportNoSuchProperty(*this, property);
+    if (descriptor == nullptr || !descriptor->takesValues()) meta::reportNoSuchProperty(property, getMetaClass());
     descriptor->give(*this, property, value);
 }
 
@@ -88,7 +80,7 @@ void ModelElement::Builder::setOrAdd(meta::Property const& property, std::unique
     PropertyDescriptor const* const descriptor = classTable().descriptorOf(property);
     bool const fits = descriptor != nullptr && descriptor->ownsElements() && child != nullptr &&
                       child->getMetaClass()->conformsTo(meta::Class::cast(property->getType()));
-    if (!fits) reportNoSuchProperty(*this, property);
+    if (!fits) meta::reportNoSuchProperty(property, getMetaClass());
     if (descriptor->kind() == PropertyKind::Child) {
         giveOneChild(descriptor->index(), std::move(child));
     } else {
@@ -137,7 +129,7 @@ void ModelElement::Builder::cascadeCreation(ModelElement::Impl& element) {
 
 // --- Orchestrator ---------------------------------------------------------------------------------------------------
 
-ModelElement::Builder::Orchestrator::Orchestrator(Builder* top) : builders_{top}, savepoint_(*top->model_.impl()) {
+ModelElement::Builder::Orchestrator::Orchestrator(Builder* top) : builders_{top}, savepoint_(top->model_->journal()) {
     top->orchestrator_ = this;
 }
 
@@ -161,6 +153,13 @@ ModelElement ModelElement::Builder::Orchestrator::getCreatedElement(Builder cons
 
 void ModelElement::Builder::Orchestrator::commit() { savepoint_.commit(); }
 
-ModelElement::Impl::Impl(Builder& builder, boost::uuids::uuid const& id) : Impl(builder.getModel(), id) {}
-
 }  // namespace quay::zero
+
+namespace quay::zero::meta {
+
+std::unique_ptr<ModelElement::Builder> Class::Impl::instantiateBuilder(Model const& model) const {
+    auto const make = MetaRegistry::getInstance()->builderFactory(Class::of(const_cast<Impl*>(this)));
+    return make == nullptr ? nullptr : make(model);
+}
+
+}  // namespace quay::zero::meta

@@ -94,7 +94,7 @@ private:
         if (collection == nullptr) {
             return hasOneAmong(std::array{descriptor()->child(owner)}, meeting);
         }
-        if (!owner.model().hasProxies()) {
+        if (!owner.model().proxies().any()) {
             if (collection->empty()) return false;
             ValueFlags const flags = property()->getFlags();
             if (flags == ValueFlags::Set) return hasOneAmong(static_cast<SetCore*>(collection)->members(), meeting);

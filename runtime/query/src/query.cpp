@@ -33,8 +33,8 @@ void answer(Question const& question, Sink const& sink) {
     }
     if (!question.model) return;
     ModelImpl const& model = *question.model.impl();
-    ClassIndex::Walk walk(model.elementsByClass(), question.cls, question.mode);
-    if (!model.hasProxies()) {
+    ClassIndex::Walk walk(model.elements().byClass(), question.cls, question.mode);
+    if (!model.proxies().any()) {
         for (auto block = walk.next(); !block.empty(); block = walk.next()) ask(question, mayStray, block, sink);
         return;
     }

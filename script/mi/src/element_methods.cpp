@@ -101,7 +101,7 @@ void CreateInto::call(ordo::MethodCall& call) const {
     auto const metaClass = [&] { return meta::Class::cast(property_.get()->getType()); };
 
     // One change, so that a child that finds no place leaves no trace.
-    Savepoint savepoint(*model.impl());
+    Savepoint savepoint(model->journal());
     BuilderPointer builder;
     boost::uuids::uuid id{};  // nil has the model draw one
     OrdoValue const& first = call.argument(1);

@@ -124,7 +124,7 @@ namespace {
 
 template <class X>
 X make(Model const& model, boost::uuids::uuid const& id) {
-    Savepoint savepoint(*model.impl());
+    Savepoint savepoint(model->journal());
     X made = X::of(new typename X::Impl(model, id));
     made->notifyCreated();
     savepoint.commit();

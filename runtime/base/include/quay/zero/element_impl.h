@@ -54,9 +54,9 @@ protected:
     static constexpr std::uint8_t kIndexed = 4;   // the model's id index holds it
     static constexpr std::uint8_t kListed = 8;    // it was entered in its model
     static constexpr std::uint8_t kClassed = 16;  // the model's index by class holds it
-    static constexpr std::uint8_t kMissing = 64;  // it isn't in the index by class, but in the midst of what is
-    static constexpr std::uint8_t kGuest = 128;   // it has stood in a place other than its own
-    static constexpr std::uint8_t kOwns = 32;     // a child, or a proxy of one, has been in one of its properties
+    static constexpr std::uint8_t kMissing = 64;  // the index by class lacks it, and has elements that come after it
+    static constexpr std::uint8_t kReferenced = 128;  // a property refers, or referred, to it without containing it
+    static constexpr std::uint8_t kOwns = 32;         // a child, or a proxy of one, has been in one of its properties
 
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();

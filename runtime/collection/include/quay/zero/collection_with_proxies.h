@@ -22,6 +22,8 @@ public:
     void resolveLocal() final { resolveProxies(true); }
     bool basicContainsProxyTo(ModelElement const& e) final;
 
+    void exchangeProxy(ProxyStep& step) noexcept final;
+
 protected:
     using Proxies = std::unordered_map<ProxyId, ModelElement>;
 
@@ -33,7 +35,7 @@ protected:
     bool hasSameProxies(CollectionWithProxies const& other) const;
     std::unique_ptr<Proxies> copyOfProxies() const;
     void resolveUnlessHeld() {
-        if (hasProxies() && owner() != nullptr && owner()->model().resolutionHolds() < 1) resolveAll();
+        if (hasProxies() && owner() != nullptr && owner()->model().proxies().holds() < 1) resolveAll();
     }
 
     /// Add and remove as operations, and without.
@@ -41,10 +43,6 @@ protected:
     void removeProxy(ModelElement const& proxy);
     void basicAddProxy(ModelElement const& proxy);
     void basicRemoveProxy(ModelElement const& proxy);
-
-    /// Do what is to be done with a step that is about a proxy, and answer whether it is.
-    bool exchangeProxy(Step& step) noexcept;
-    static bool discardProxy(Step& step) noexcept;
 
     /// Takes in, and records, what a proxy stands for; false, and nothing is done, if it has no place here.
     virtual bool resolveAdd(ModelElement const& e) = 0;

@@ -93,9 +93,8 @@ public:
     void basicCopyValues(ReferenceCollection const& other) final;
 
     // AbstractOwnedCollection
-    void exchange(Step& step) noexcept final;
-    void prepare(Step& /*step*/) final {}
-    void discard(Step& step) noexcept final;
+    void exchangeEntry(EntryStep& step) noexcept final;
+    void exchangeContent(ContentStep& step) noexcept final;
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
@@ -124,8 +123,8 @@ private:
 
     Tree tree_;
     bool unique_;
-    bool hasLoose_ = false;   // once a member came in by an unchecked path, and without the owner as its container
-    bool hasGuests_ = false;  // once a proxy was resolved to an element that has its place elsewhere
+    bool hasLoose_ = false;       // once a member came in by an unchecked path, and without the owner as its container
+    bool hasReferences_ = false;  // once a proxy was resolved to an element that is contained elsewhere
 };
 
 extern template class KeyedCore<std::u16string>;

@@ -76,9 +76,10 @@ public:
     unsigned long genericIndexOf(ModelElement const& e) const final;
 
     // AbstractOwnedCollection
-    void exchange(Step& step) noexcept final;
-    void prepare(Step& step) final;
-    void discard(Step& step) noexcept final;
+    void exchangeRun(RunStep& step) noexcept final;
+    void exchangeMember(MemberStep& step) noexcept final;
+    void exchangeContent(ContentStep& step) noexcept final;
+    void prepareRun(RunStep& step) final;
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:
@@ -87,12 +88,13 @@ protected:
     ~SequenceCore() override = default;
 
 private:
+    struct Kept;
+
     void put(std::size_t position, ModelElement const& e);
     void take(std::size_t position);
     void swapContent(Members content);
     void resolveSlot(std::size_t position) const;
     void putResolved(std::size_t position, ModelElement const& e) const;
-    void requirePosition(std::size_t position, std::size_t end) const;
 
     mutable Members members_;  // a read resolves proxies in place
 };

@@ -51,9 +51,8 @@ public:
     bool genericContains(ModelElement const& e) const final;
 
     // AbstractOwnedCollection
-    void exchange(Step& step) noexcept final;
-    void prepare(Step& /*step*/) final {}
-    void discard(Step& step) noexcept final;
+    void exchangeEntry(EntryStep& step) noexcept final;
+    void exchangeContent(ContentStep& step) noexcept final;
     bool sameByRule(AbstractOwnedCollection const& old) const final;
 
 protected:

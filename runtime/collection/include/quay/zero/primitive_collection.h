@@ -2,6 +2,7 @@
 #pragma once
 
 #include <quay/zero/collection.h>
+#include <quay/zero/position.h>
 #include <quay/zero/value.h>
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <initializer_list>
 #include <memory>
 #include <set>
-#include <stdexcept>
 #include <vector>
 
 namespace quay::zero {
@@ -35,7 +35,7 @@ protected:
 };
 
 /// Base of sequences and sets of values. A value of another type is CannotCastIncompatibleTypes.
-class QUAY_ZERO_API AbstractPrimitiveCollection : public AbstractOwnedCollection {
+class QUAY_ZERO_API AbstractPrimitiveCollection : public RecordedCollection {
 public:
     enum class Kind { Sequence, Set };
 
@@ -47,7 +47,7 @@ public:
     virtual Kind getKind() const noexcept = 0;
 
 protected:
-    using AbstractOwnedCollection::AbstractOwnedCollection;
+    using RecordedCollection::RecordedCollection;
 
     /// The type of the property that the collection serves, or another one if it serves none.
     meta::Type propertyTypeOr(meta::Type const& other) const;
@@ -149,17 +149,22 @@ protected:
         auto const* const from = static_cast<From const*>(value.data());
         return from == nullptr ? Container() : Container(from->begin(), from->end());
     }
+    /// Values that are out of the collection, or room for them.
+    struct Kept : StepContent {
+        Container values;
+    };
+
     void swapContent(Container&& content) {
         if (recording()) {
-            auto other = std::make_unique<Container>();
-            Step& step = record(StepKind::Swapped);
-            other->swap(values_);
-            step.payload = other.release();
+            auto kept = std::make_unique<Kept>();
+            reserveStep();
+            kept->values.swap(values_);
+            record(ContentStep{this, std::move(kept)});
         }
         values_.swap(content);
     }
     // NOLINTNEXTLINE(bugprone-exception-escape): allocators and orders that can't differ are swapped without throwing
-    void exchangeContent(Step& step) noexcept { values_.swap(*static_cast<Container*>(step.payload)); }
+    void exchangeContent(ContentStep& step) noexcept final { values_.swap(static_cast<Kept&>(*step.content).values); }
 
     Container values_;
 };
@@ -251,48 +256,35 @@ public:
     void genericRemoveAt(unsigned long position) override { eraseAt(position); }
     unsigned long genericIndexOf(Value const& value) const override { return indexOf(value.getValue<T>()); }
 
-    // How a sequence writes steps: `Inserted` and `Erased` have a position and a count, and a container with the values
-    // that are out, or room for them; `Replaced` has a container with the other value.
     // NOLINTNEXTLINE(bugprone-exception-escape): there is room for all that moves, and moving doesn't throw
-    void exchange(Step& step) noexcept override {
-        auto* const out = static_cast<Container*>(step.payload);
-        auto const from = this->values_.begin() + static_cast<std::ptrdiff_t>(step.position);
-        auto const to = step.kind == StepKind::Inserted ? from + static_cast<std::ptrdiff_t>(step.count) : from;
-        switch (step.kind) {
-            case StepKind::Inserted:
-                if (out != nullptr) out->assign(std::make_move_iterator(from), std::make_move_iterator(to));
-                this->values_.erase(from, to);
-                step.kind = StepKind::Erased;
-                break;
-            case StepKind::Erased:
-                this->values_.insert(from, std::make_move_iterator(out->begin()), std::make_move_iterator(out->end()));
-                out->clear();
-                step.kind = StepKind::Inserted;
-                break;
-            case StepKind::Replaced:
-                std::swap(*from, out->front());
-                break;
-            case StepKind::Swapped:
-                this->exchangeContent(step);
-                break;
-            default:
-                break;
+    void exchangeRun(RunStep& step) noexcept override {
+        auto* const kept = static_cast<Kept*>(step.content.get());
+        auto const from = slot(step.position);
+        if (step.isIn) {
+            auto const to = from + static_cast<std::ptrdiff_t>(step.count);
+            if (kept != nullptr) kept->values.assign(std::make_move_iterator(from), std::make_move_iterator(to));
+            this->values_.erase(from, to);
+        } else {
+            this->values_.insert(from, std::make_move_iterator(kept->values.begin()),
+                                 std::make_move_iterator(kept->values.end()));
+            kept->values.clear();
         }
+        step.isIn = !step.isIn;
     }
-    void prepare(Step& step) override {
-        if (step.payload != nullptr) return;
-        auto room = std::make_unique<Container>();
-        room->reserve(step.count);
-        step.payload = room.release();
+    void exchangeMember(MemberStep& step) noexcept override {
+        std::swap(*slot(step.position), static_cast<Kept&>(*step.content).values.front());
     }
-    void discard(Step& step) noexcept override {
-        delete static_cast<Container*>(step.payload);
-        step.payload = nullptr;
+    void prepareRun(RunStep& step) override {
+        if (step.content == nullptr) step.content = roomFor(step.count);
     }
 
 private:
-    static void requirePosition(std::size_t position, std::size_t end) {
-        if (position >= end) throw std::out_of_range("position beyond the end of the sequence");
+    using Kept = typename Base::Kept;
+
+    static std::unique_ptr<Kept> roomFor(std::size_t count) {
+        auto kept = std::make_unique<Kept>();
+        kept->values.reserve(count);
+        return kept;
     }
     std::size_t indexOfPosition(const_iterator position) const noexcept {
         return static_cast<std::size_t>(position - this->begin());
@@ -304,38 +296,24 @@ private:
     void put(std::size_t position, T&& value) {
         auto& values = this->values_;
         if (values.size() == values.capacity()) values.reserve(std::max<std::size_t>(4, values.size() * 2));
-        if (this->recording()) {
-            Step* const last = this->owner()->model().lastStep(StepKind::Inserted, this);
-            if (last != nullptr && last->position + last->count == position && last->payload == nullptr) {
-                ++last->count;
-            } else {
-                Step& step = this->record(StepKind::Inserted);
-                step.position = position;
-                step.count = 1;
-            }
-        }
+        if (this->recording()) this->recordInsertion(position);
         values.insert(slot(position), std::move(value));
     }
     void take(std::size_t position) {
         if (this->recording()) {
-            auto out = std::make_unique<Container>();
-            out->reserve(1);
-            Step& step = this->record(StepKind::Erased);
-            step.position = position;
-            step.count = 1;
-            out->push_back(std::move(*slot(position)));
-            step.payload = out.release();
+            auto kept = roomFor(1);
+            this->reserveStep();
+            kept->values.push_back(std::move(*slot(position)));
+            this->record(RunStep{this, false, position, 1, {}, std::move(kept)});
         }
         this->values_.erase(slot(position));
     }
     void replace(std::size_t position, T&& value) {
         if (this->recording()) {
-            auto out = std::make_unique<Container>();
-            out->reserve(1);
-            Step& step = this->record(StepKind::Replaced);
-            step.position = position;
-            out->push_back(std::move(*slot(position)));
-            step.payload = out.release();
+            auto kept = roomFor(1);
+            this->reserveStep();
+            kept->values.push_back(std::move(*slot(position)));
+            this->record(MemberStep{this, position, {}, std::move(kept)});
         }
         *slot(position) = std::move(value);
     }
@@ -365,9 +343,9 @@ public:
         if (fresh && this->recording()) {
             try {
                 auto taken = std::make_unique<Taken>();
-                Step& step = this->record(StepKind::Inserted);
                 taken->position = position;
-                step.payload = taken.release();
+                this->reserveStep();
+                this->record(EntryStep{this, true, std::move(taken)});
             } catch (...) {
                 this->values_.erase(position);
                 throw;
@@ -384,9 +362,9 @@ public:
         bool const found = position != this->values_.end();
         if (found && this->recording()) {
             auto taken = std::make_unique<Taken>();
-            Step& step = this->record(StepKind::Erased);
+            this->reserveStep();
             taken->node = this->values_.extract(position);
-            step.payload = taken.release();
+            this->record(EntryStep{this, false, std::move(taken)});
         } else if (found) {
             this->values_.erase(position);
         }
@@ -400,34 +378,19 @@ public:
     void genericAdd(Value const& value) override { insert(value.getValue<T>()); }
     void genericRemove(Value const& value) override { erase(value.getValue<T>()); }
 
-    // How a set writes steps: `Inserted` and `Erased` have a Taken.
-    void exchange(Step& step) noexcept override {
-        if (step.kind == StepKind::Swapped) {
-            this->exchangeContent(step);
-            return;
-        }
-        auto& taken = *static_cast<Taken*>(step.payload);
-        if (step.kind == StepKind::Inserted) {
+    void exchangeEntry(EntryStep& step) noexcept override {
+        auto& taken = static_cast<Taken&>(*step.entry);
+        if (step.isIn) {
             taken.node = this->values_.extract(taken.position);
-            step.kind = StepKind::Erased;
         } else {
             taken.position = this->values_.insert(std::move(taken.node)).position;
-            step.kind = StepKind::Inserted;
         }
-    }
-    void prepare(Step& /*step*/) override {}
-    void discard(Step& step) noexcept override {
-        if (step.kind == StepKind::Swapped) {
-            delete static_cast<Container*>(step.payload);
-        } else {
-            delete static_cast<Taken*>(step.payload);
-        }
-        step.payload = nullptr;
+        step.isIn = !step.isIn;
     }
 
 private:
     /// A value that is in the set, at `position`, or out of it, in `node`.
-    struct Taken {
+    struct Taken : StepContent {
         const_iterator position;
         typename Container::node_type node;
     };

@@ -5,7 +5,7 @@
 #include <quay/zero/handle.h>
 #include <quay/zero/track.h>
 
-#include <boost/optional.hpp>
+#include <boost/optional/optional_fwd.hpp>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -24,13 +24,14 @@ class ClassIndex;
 
 class AbstractOwnedCollection;
 class ClassTable;
+class ElementDirectory;
+class Journal;
 class Model;
 class ModelImpl;
 class ProxyId;
 class PropertyDescriptor;
 class ReferenceCollection;
 class Storage;
-class UndoLog;
 class Value;
 
 /// Says how a reflective access treats proxies. The three kinds are told apart by address, never by content.
@@ -148,8 +149,9 @@ public:
     /// Index of that property in the container's class; meaningless without a container.
     std::uint16_t containmentIndex() const noexcept { return containmentIndex_; }
 
-    /// Whether a member of one of this element's properties is destroyed with it. A guest isn't: one that stands there
-    /// for a proxy while it has its place elsewhere or is of another model.
+    /// Whether a member of one of this element's properties is destroyed with it. Not so a member that the property
+    /// refers to without containing it: one that took a proxy's place and is contained elsewhere or is of another
+    /// model.
     bool owns(Impl const& child) const noexcept {
         return child.model_ == model_ && (child.container_ == this || child.container_ == nullptr);
     }
@@ -222,9 +224,12 @@ protected:
     virtual void didCreate() {}
 
 private:
+    // The parts of a model, which keep what they know of an element in the element itself.
     friend class ModelImpl;
-    friend class UndoLog;
-    friend Storage;
+    friend class Journal;
+    friend struct ContainerStep;
+    friend class Proxies;
+    friend class ElementDirectory;
     friend class ElementList;
     friend class IdIndex;
     friend class query::ClassIndex;

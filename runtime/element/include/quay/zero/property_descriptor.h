@@ -36,6 +36,10 @@ public:
     std::uint16_t index() const noexcept { return index_; }
     PropertyKind kind() const noexcept { return kind_; }
     bool isPlain() const noexcept { return plain_; }
+    /// Whether a builder takes values for it.
+    bool takesValues() const noexcept {
+        return kind_ == PropertyKind::Value || kind_ == PropertyKind::PrimitiveCollection;
+    }
     bool ownsElements() const noexcept {
         return kind_ == PropertyKind::Child || kind_ == PropertyKind::ElementCollection;
     }
@@ -80,7 +84,7 @@ public:
 
     // --- Building.
 
-    /// Offers a value to a builder, which keeps it, or adds it to several.
+    /// Offers a value to a builder, which keeps it, or adds it to several. Only if it takes values.
     virtual void give(ModelElement::Builder& builder, meta::Property const& property, Value const& value) const;
     /// Gives the new element a value that its builder keeps.
     virtual void build(ModelElement::Impl& element, Cell const& given) const;

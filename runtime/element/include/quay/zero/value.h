@@ -1,7 +1,8 @@
 // Any property value, with its type.
 #pragma once
 
-#include <quay/zero/meta/handles.h>
+#include <quay/zero/cell.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/report.h>
 #include <quay/zero/type_traits.h>
 #include <quay/zero/value_flags.h>
@@ -9,11 +10,10 @@
 #include <quay0/messages.h>
 
 #include <boost/container_hash/hash.hpp>
-#include <boost/optional.hpp>
+#include <boost/optional/optional_fwd.hpp>
 #include <boost/uuid/uuid_hash.hpp>
 #include <cstddef>
 #include <functional>
-#include <new>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -48,7 +48,7 @@ private:
 class QUAY_ZERO_API Value {
 public:
     /// Untyped and empty.
-    Value() noexcept = default;
+    Value() noexcept { pointAt(nullptr); }
     /// Wraps a copy.
     template <class T>
     Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags) {
@@ -60,12 +60,12 @@ public:
         emplace(payload);
     }
     /// No payload.
-    Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) {}
-    explicit Value(ValueMeta const& meta) noexcept : meta_(meta) {}
+    Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) { pointAt(nullptr); }
+    explicit Value(ValueMeta const& meta) noexcept : meta_(meta) { pointAt(nullptr); }
     /// Points at a collection, which must outlive the value.
     Value(ValueMeta const& meta, AbstractOwnedCollection* collection) noexcept : meta_(meta) {
         meta_.setUnmanaged();
-        storage_.pointer = static_cast<void*>(collection);
+        pointAt(collection);
     }
 
     Value(Value const& other);
@@ -80,7 +80,7 @@ public:
         return *this;
     }
     ~Value() {
-        if (operations_ != nullptr && !operations_->trivial) operations_->destroy(*this);
+        if (operations_ != nullptr && !operations_->trivial) operations_->drop(payload_);
     }
     void swap(Value& other) noexcept;
 
@@ -114,17 +114,17 @@ public:
         checkCompatible<T>();
         if constexpr (IsOptional<T>::value) {
             using U = typename T::value_type;
-            return operations_ != nullptr ? T(payload<U>()) : T();
+            return operations_ != nullptr ? T(payload_.get<U>()) : T();
         } else {
-            return operations_ != nullptr ? T(payload<T>()) : T();
+            return operations_ != nullptr ? T(payload_.get<T>()) : T();
         }
     }
     /// Whether the value is a view of a collection, rather than a payload of its own.
-    bool pointsAtCollection() const noexcept { return operations_ == nullptr && storage_.pointer != nullptr; }
+    bool pointsAtCollection() const noexcept { return collection() != nullptr; }
     /// The collection that such a value points at.
     template <class C>
     C* getCollection() const {
-        return static_cast<C*>(static_cast<AbstractOwnedCollection*>(data()));
+        return static_cast<C*>(collection());
     }
 
     /// A value of that property. An empty optional is InvalidValue unless the property's lower bound is 0.
@@ -151,53 +151,40 @@ public:
     }
 
 private:
-    static constexpr std::size_t kInPlace = 32;
-    /// One constant per payload type and library. Never compared: types are told apart by their meta objects.
+    /// What can be done with a payload without knowing its type. One constant per payload type and library, which is
+    /// never compared: types are told apart by their meta objects.
     struct Operations {
-        bool inPlace;
-        bool trivial;  // copied as bytes, and nothing to destroy
-        void (*emplaceCopy)(Value& target, void const* source);
-        void (*relocate)(Value& target, Value& source);
-        void (*destroy)(Value& value);
+        bool trivial;                              // copied as bytes, and nothing to destroy
+        void* (*outside)(Cell& payload) noexcept;  // where a payload lies that isn't in the cell itself; else null
+        void (*copy)(Cell& to, Cell const& from);
+        void (*move)(Cell& to, Cell& from) noexcept;
+        void (*drop)(Cell& payload) noexcept;
         std::size_t (*hash)(void*);
         bool (*equal)(void*, void*);
     };
     template <class T>
     static Operations const& operationsOf() noexcept;
-    template <class T>
-    static constexpr bool kFits = sizeof(T) <= kInPlace &&
-                                  alignof(void*) % alignof(T) == 0 && std::is_nothrow_move_constructible_v<T>;
 
+    void pointAt(AbstractOwnedCollection* collection) noexcept {
+        payload_.emplace<AbstractOwnedCollection*>(collection);
+    }
+    AbstractOwnedCollection* collection() const noexcept {
+        return operations_ == nullptr ? payload_.get<AbstractOwnedCollection*>() : nullptr;
+    }
     template <class T>
     void emplace(T const& payload) {
-        if constexpr (kFits<T>) {
-            ::new (static_cast<void*>(storage_.bytes)) T(payload);
-        } else {
-            storage_.pointer = new T(payload);
-        }
+        payload_.emplace<T>(payload);
         operations_ = &operationsOf<T>();
-    }
-    /// The payload, known to be a T.
-    template <class T>
-    T const& payload() const noexcept {
-        if constexpr (kFits<T>) {
-            return *std::launder(reinterpret_cast<T const*>(storage_.bytes));
-        } else {
-            return *static_cast<T const*>(storage_.pointer);
-        }
     }
 
     bool equals(Value const& other) const;
     bool isElementOf(meta::Class const& metaClass) const;
-    static ModelElement::Impl* typeOf(meta::Property const& property) noexcept;
+    static ModelElement::Impl* typeOf(meta::Property const& property) noexcept { return property->type(); }
     static bool isRequired(meta::Property const& property);
 
     ValueMeta meta_;
-    Operations const* operations_ = nullptr;  // null: no payload, or not ours
-    union {
-        alignas(void*) unsigned char bytes[kInPlace];
-        void* pointer;
-    } storage_{.pointer = nullptr};
+    Operations const* operations_ = nullptr;  // null: no payload of its own
+    Cell payload_;                            // a collection's address where there are no operations
 };
 
 template <class T>
@@ -258,34 +245,13 @@ std::size_t Value::genericHasher(void* payload) {
 
 template <class T>
 Value::Operations const& Value::operationsOf() noexcept {
-    constexpr bool inPlace = kFits<T>;
+    constexpr bool inPlace = Cell::kInPlace<T>;
     static constexpr Operations operations{
-        inPlace,
         inPlace && std::is_trivially_copyable_v<T>,
-        [](Value& target, void const* source) {
-            T const& from = *static_cast<T const*>(source);
-            if constexpr (inPlace) {
-                ::new (static_cast<void*>(target.storage_.bytes)) T(from);
-            } else {
-                target.storage_.pointer = new T(from);
-            }
-        },
-        [](Value& target, Value& source) {
-            if constexpr (inPlace) {
-                T& from = *static_cast<T*>(source.data());
-                ::new (static_cast<void*>(target.storage_.bytes)) T(std::move(from));
-                from.~T();  // NOLINT(bugprone-use-after-move): what was moved from still ends
-            } else {
-                target.storage_.pointer = source.storage_.pointer;
-            }
-        },
-        [](Value& value) {
-            if constexpr (inPlace) {
-                static_cast<T*>(value.data())->~T();
-            } else {
-                delete static_cast<T*>(value.storage_.pointer);
-            }
-        },
+        inPlace ? nullptr : +[](Cell& payload) noexcept -> void* { return &payload.get<T>(); },
+        [](Cell& to, Cell const& from) { to.emplace<T>(from.get<T>()); },
+        [](Cell& to, Cell& from) noexcept { from.moveTo<T>(to); },
+        [](Cell& payload) noexcept { payload.drop<T>(); },
         &genericHasher<T>,
         &genericComparator<T>,
     };

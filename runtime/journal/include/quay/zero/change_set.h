@@ -1,8 +1,8 @@
 // What one outermost commit changed, as listeners are told.
 #pragma once
 
-#include <quay/zero/collection.h>
-#include <quay/zero/model.h>
+#include <quay/zero/owned_collection.h>
+#include <quay/zero/undo_log.h>
 #include <quay/zero/value.h>
 
 #include <cstddef>
@@ -55,29 +55,28 @@ public:
     ChangeSet& operator=(ChangeSet const&) = delete;
 
 private:
-    friend class ModelImpl;
+    friend class Journal;
     friend class ElementChange;
 
-    /// `bornSince`: elements of that birth serial or a later one are new.
-    ChangeSet(ModelImpl& model, UndoLog& log, std::uint64_t bornSince);
-    /// Of a replayed log: births and deaths as `replay` found them.
-    ChangeSet(ModelImpl& model, UndoLog& log, std::vector<ModelElement> created, std::vector<ModelElement> destroyed);
+    /// Of a transaction that is about to end. Elements of that birth serial or a later one are new.
+    ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince);
+    /// Of a log that was undone or redone, with the births and deaths that this brought.
+    ChangeSet(UndoLog& log, LifeChanges lives);
 
     template <class IsNew>
     void collect(IsNew const& isNew);
     bool isChanged(AbstractOwnedCollection& collection) const;
     AbstractOwnedCollection& oldContent(AbstractOwnedCollection& collection) const;
     /// Whether the set of such a transaction would be empty; cheap where the answer is no.
-    static bool isNothingLeft(ModelImpl& model, UndoLog& log, std::uint64_t bornSince);
+    static bool isNothingLeft(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince);
 
     /// A collection with steps in the log, in the order in which they are taken back.
     struct Touched {
         std::vector<Step*> steps;
-        bool isChange = false;                                // not if proxies were resolved and that was all
+        bool isChange = false;                                // false while all that was done is to resolve proxies
         std::unique_ptr<AbstractOwnedCollection> oldContent;  // once somebody asked
     };
 
-    ModelImpl& model_;
     UndoLog& log_;
     std::vector<ModelElement> created_;
     std::vector<ModelElement> destroyed_;

@@ -13,7 +13,7 @@ namespace quay::zero {
 /// out hands its memory to the next one that comes in.
 class History {
 public:
-    explicit History(std::size_t limit) noexcept : limit_(limit) {}
+    History(std::size_t limit, UndoLog::Disposal& disposal) noexcept : limit_(limit), disposal_(disposal) {}
     ~History() { clear(); }
     History(History const&) = delete;
     History& operator=(History const&) = delete;
@@ -31,7 +31,7 @@ public:
         at(done_).swap(log);
         ++done_;
     }
-    /// The same for a log of one storage.
+    /// Keeps a log of one storage.
     void push(Storage& s) noexcept {
         makeRoom();
         at(done_).storages = &s;
@@ -43,7 +43,7 @@ public:
     UndoLog& resolved() noexcept { return resolved_; }
     /// A log is to follow: what was resolved now lies between two, and is undone and redone with the earlier one.
     void settle() {
-        if (done_ == 0) return resolved_.discard();
+        if (done_ == 0) return resolved_.discard(disposal_);
         at(done_ - 1).reserveSteps(resolved_.steps.size());
         resolved_.moveSteps(at(done_ - 1));
     }
@@ -75,20 +75,20 @@ public:
     /// What was destroyed by a log is in use by those before it, and what was born in one by those after it; so logs
     /// go oldest first, undone ones latest first.
     void clear() noexcept {
-        resolved_.discard();
+        resolved_.discard(disposal_);
         dropUndone();
-        for (std::size_t i = 0; i < done_; ++i) at(i).discard();
+        for (std::size_t i = 0; i < done_; ++i) at(i).discard(disposal_);
         done_ = 0;
     }
     void dropUndone() noexcept {
-        while (undone_ > 0) at(done_ + --undone_).discard();
+        while (undone_ > 0) at(done_ + --undone_).discard(disposal_);
     }
 
 private:
     void makeRoom() noexcept {
         dropUndone();
         if (done_ < slots_.size()) return;
-        at(0).discard();
+        at(0).discard(disposal_);
         first_ = wrap(first_ + 1);
         --done_;
     }
@@ -96,6 +96,7 @@ private:
     std::size_t wrap(std::size_t i) const noexcept { return i < slots_.size() ? i : i - slots_.size(); }
 
     std::size_t limit_;
+    UndoLog::Disposal& disposal_;
     std::vector<UndoLog> slots_;
     UndoLog resolved_;       // steps alone
     std::size_t first_ = 0;  // not 0 only once the ring is full

@@ -3,11 +3,9 @@
 
 #include <quay/zero/cell.h>
 #include <quay/zero/meta/handles.h>
-#include <quay/zero/model_element.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/track.h>
 
-#include <boost/dynamic_bitset.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -16,12 +14,18 @@
 
 namespace quay::zero {
 
-class ModelImpl;
-
 /// Sparse, so that its cost follows the change: one old value stands inline, and a second one brings a mask as wide as
-/// the class and room for more. Inside a transaction storages come from the model's pool and are linked to each other.
+/// the class and room for more. Inside a transaction storages come from the journal's pool and are linked to each
+/// other. A storage knows nothing of undo: it keeps values and exchanges them.
 class QUAY_ZERO_API Storage {
 public:
+    /// What the journal notes of a storage.
+    struct Tracking {
+        Storage* next = nullptr;   // in its log, or in the pool
+        std::uint64_t serial = 0;  // of the savepoint that it was made at
+        Track outer;               // the element's before this storage
+    };
+
     /// Old values of that element; none yet.
     explicit Storage(ModelElement::Impl& element) noexcept : element_(&element) {}
     /// For a pool.
@@ -31,6 +35,9 @@ public:
     Storage& operator=(Storage const&) = delete;
 
     ModelElement::Impl& element() const noexcept { return *element_; }
+    void setElement(ModelElement::Impl& element) noexcept { element_ = &element; }
+    Tracking& tracking() noexcept { return tracking_; }
+    Tracking const& tracking() const noexcept { return tracking_; }
 
     /// Whether the old value of that index is here: the bit of the changed mask.
     bool has(unsigned long index) const noexcept;
@@ -44,8 +51,16 @@ public:
     bool empty() const noexcept { return count_ == 0; }
     /// The indices that have an old value, in the order in which they were first written.
     std::vector<unsigned long> indices() const;
+    /// Calls f(PropertyDescriptor const&, Cell&) for each old value, in that order.
+    template <class F>
+    void forEach(F&& f) {
+        if (count_ > 0) f(*first_.descriptor, first_.old);
+        if (count_ > 1) {
+            for (Entry& e : more_->entries) f(*e.descriptor, e.old);
+        }
+    }
 
-    /// Room for the descriptor's old value, which the caller fills at once without throwing.
+    /// Room for the property's old value, which the caller fills at once without throwing.
     Cell& add(PropertyDescriptor const& descriptor) {
         if (count_ != 0) return addMore(descriptor);
         first_.descriptor = &descriptor;
@@ -69,7 +84,7 @@ public:
 
     /// Exchanges every field with its old value.
     void exchange() noexcept {
-        forEach([&](Entry& e) { e.descriptor->exchange(*element_, e.old); });
+        forEach([&](PropertyDescriptor const& descriptor, Cell& old) { descriptor.exchange(*element_, old); });
     }
     void clear() noexcept {
         if (more_ != nullptr) {
@@ -84,30 +99,19 @@ public:
     bool absorb(Storage& inner) noexcept;
 
 private:
-    friend class ModelImpl;
-    friend class UndoLog;
-    friend class ChangeSet;
-
     struct Entry {
-        explicit Entry(PropertyDescriptor const* r = nullptr) noexcept : descriptor(r) {}
+        explicit Entry(PropertyDescriptor const* d = nullptr) noexcept : descriptor(d) {}
         PropertyDescriptor const* descriptor;
         Cell old;
     };
     /// What the second value brings.
     struct Overflow {
-        boost::dynamic_bitset<unsigned long> mask;
+        std::vector<bool> mask;
         std::deque<Entry> entries;  // cells don't move
         ModelElement container;
         meta::Property containmentFeature;
     };
 
-    template <class F>
-    void forEach(F&& f) {
-        if (count_ > 0) f(first_);
-        if (count_ > 1) {
-            for (Entry& e : more_->entries) f(e);
-        }
-    }
     Cell& addMore(PropertyDescriptor const& descriptor);
     void clearAll() noexcept;
     void drop(std::size_t position) noexcept;
@@ -116,14 +120,40 @@ private:
 
     // In this order, a write to a number touches one cache line of it.
     ModelElement::Impl* element_ = nullptr;
-    Storage* next_ = nullptr;   // in its level's list, or in the pool
-    std::uint64_t serial_ = 0;  // the level that it was made at
-    Track outerTrack_;          // the element's before this storage
+    Tracking tracking_;
     std::unique_ptr<Overflow> more_;
     std::uint64_t count_ = 0;
     Entry first_;
 };
 
 static_assert(sizeof(Storage) <= 96);
+
+/// Storages that are in no log, for the next writes.
+class QUAY_ZERO_API StoragePool {
+public:
+    StoragePool() = default;
+    ~StoragePool();
+    StoragePool(StoragePool const&) = delete;
+    StoragePool& operator=(StoragePool const&) = delete;
+
+    /// An empty storage for the element.
+    Storage& take(ModelElement::Impl& element) {
+        if (free_ == nullptr) grow();
+        Storage& s = *free_;
+        free_ = s.tracking().next;
+        s.setElement(element);
+        return s;
+    }
+    void giveBack(Storage& s) noexcept {
+        s.clear();
+        s.tracking().next = free_;
+        free_ = &s;
+    }
+
+private:
+    void grow();
+
+    Storage* free_ = nullptr;
+};
 
 }  // namespace quay::zero

@@ -1,10 +1,12 @@
-// The record of a model's open transaction: what it takes to undo it, level by level.
+// The record of one transaction: what it takes to undo it, or to do it again.
 //
 // There are three kinds of record, because their order matters only within a kind. A Storage holds old values, which
 // are absolute. `lives` lists births and deaths, whose reversal puts the model's list of elements back link by link.
 // `steps` lists changes of collections and of containers, small operations that are reversed one by one.
 #pragma once
 
+#include <quay/zero/element_directory.h>
+#include <quay/zero/step.h>
 #include <quay/zero/storage.h>
 
 #include <algorithm>
@@ -26,33 +28,26 @@ struct LifeEntry {
     ModelElement::Impl* last;
 };
 
-/// The closed vocabulary of steps.
-enum class StepKind : std::uint8_t {
-    Contained,  ///< a child's container changed; the entry has the other one
-    Inserted,   ///< members entered a collection
-    Erased,     ///< members left; the entry has them
-    Replaced,   ///< a member gave way to another; the entry has the other one
-    Swapped,    ///< the whole content changed; the entry has the other one
-    Touched,    ///< a change was announced; the content is as it was
-    Resolved    ///< what a proxy stands for took its place in a slot; the entry has both
+/// Elements that a reversal brought back to life, and such that it made dead, in order.
+struct LifeChanges {
+    std::vector<ModelElement> revived;
+    std::vector<ModelElement> buried;
 };
 
-/// One step. What position, count and payload mean belongs to the collection that wrote the step; for `Contained`,
-/// the payload is the container, the position its property's index, and the count 1 if the entry counts the child.
-struct Step {
-    Step(StepKind what, void* whose) noexcept : kind(what), subject(whose) {}
-
-    StepKind kind;
-    bool quiet = false;  // what a proxy stands for took its place: taken back in its turn, and no change
-    void* subject;
-    std::size_t position = 0;
-    std::size_t count = 0;
-    void* payload = nullptr;
-};
-
-/// Everything that one transaction did. Also what the history keeps.
+/// Everything that one transaction did. Also what the history keeps. It must be discarded before its end.
 class QUAY_ZERO_API UndoLog {
 public:
+    /// Takes what a log lets go of.
+    class Disposal {
+    public:
+        virtual void giveBack(Storage& storage) noexcept = 0;
+        /// An element is dead for good. Its reference is handed over as well.
+        virtual void release(ModelElement::Impl& e) noexcept = 0;
+
+    protected:
+        ~Disposal() = default;
+    };
+
     UndoLog() = default;
     UndoLog(UndoLog const&) = delete;
     UndoLog& operator=(UndoLog const&) = delete;
@@ -61,20 +56,22 @@ public:
         swap(other);
         return *this;
     }
-    ~UndoLog() { discard(); }
+    ~UndoLog() = default;
 
     void swap(UndoLog& other) noexcept {
         lives.swap(other.lives);
         steps.swap(other.steps);
         std::swap(storages, other.storages);
-        std::swap(done, other.done);
+        std::swap(done_, other.done_);
     }
     bool empty() const noexcept { return lives.empty() && steps.empty() && storages == nullptr; }
+    /// Whether what is recorded stands; false once it was undone and may be redone.
+    bool isDone() const noexcept { return done_; }
 
     /// Lets go of everything, as after a commit without history. Elements that are dead in it may be freed.
-    void discard() noexcept;
+    void discard(Disposal& to) noexcept;
     /// Lets go of the steps and lives from these positions on.
-    void discardFrom(std::size_t step, std::size_t life) noexcept;
+    void discardFrom(std::size_t step, std::size_t life, Disposal& to) noexcept;
     /// Makes room for that many more steps.
     void reserveSteps(std::size_t more) {
         if (steps.capacity() - steps.size() < more) {
@@ -83,13 +80,17 @@ public:
     }
     /// The steps join the end of another log, which has room for them.
     void moveSteps(UndoLog& to) noexcept {
-        for (Step const& step : steps) to.steps.push_back(step);
+        for (Step& step : steps) to.steps.push_back(std::move(step));
         steps.clear();
     }
-    /// The element that a step changed: the owner of what it tells of, or the child that got another container.
-    static ModelElement::Impl* changedBy(Step const& step) noexcept;
-    /// Frees what a step holds.
-    static void letGo(Step& step) noexcept;
+    /// Reverses everything: what was done is undone, or done again. Births and deaths are told to `changes`, which
+    /// must have room for `lifeCount` elements of either kind, unless it is null.
+    void turn(ElementDirectory& elements, LifeChanges* changes) noexcept;
+    /// Reverses the steps from a position on, the latest first if they are done.
+    void exchangeSteps(std::size_t from) noexcept;
+    /// Reverses the births and deaths from a position on.
+    void exchangeLives(std::size_t from, ElementDirectory& elements, LifeChanges* changes) noexcept;
+
     /// Nothing was done but to resolve proxies.
     bool onlyResolves() const noexcept;
     /// How many births and deaths there are.
@@ -98,7 +99,9 @@ public:
     std::vector<LifeEntry> lives;
     std::vector<Step> steps;
     Storage* storages = nullptr;  // linked, the latest first; once undone, the latest last
-    bool done = true;             // what is recorded stands; false once it was undone and may be redone
+
+private:
+    bool done_ = true;
 };
 
 }  // namespace quay::zero

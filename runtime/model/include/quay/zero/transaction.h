@@ -2,12 +2,15 @@
 #pragma once
 
 #include <keel/export.h>
+#include <quay/zero/handle.h>
 
-#include <boost/optional.hpp>
+#include <boost/none.hpp>
+#include <boost/optional/optional_fwd.hpp>
 #include <cstdint>
 
 namespace quay::zero {
 
+class Journal;
 class ModelImpl;
 class Value;
 
@@ -21,52 +24,22 @@ public:
     /// Rolls back what wasn't committed. Never throws, allocates nothing.
     ~Transaction();
 
-    /// Ends the transaction; the value is the caller's note and isn't kept. A second call does nothing. An inner
-    /// transaction that is still open is rolled back first. If it throws (memory), the transaction is still open.
+    /// Ends the transaction. A second call does nothing. An inner transaction that is still open is rolled back first.
+    /// If it throws (memory), the transaction is still open.
+    void commit(boost::none_t);
+    /// Ends the transaction; the value is the caller's note and isn't kept.
     void commit(boost::optional<Value> const& result);
 
     bool isOpen() const noexcept;
 
 private:
     friend class ModelImpl;
-    Transaction(ModelImpl& model, std::uint64_t serial) noexcept;
+    Transaction(ElementImpl& model, Journal& journal, std::uint64_t serial) noexcept
+        : model_(&model), journal_(&journal), serial_(serial) {}
 
-    ModelImpl* model_;
+    CountedHandle model_;
+    Journal* journal_;  // null once it was moved from
     std::uint64_t serial_;
-};
-
-/// For element code: makes sure that a transaction is open. If none was, it opens one and commits it with `commit`;
-/// otherwise it does nothing, and a caller that fails leaves its undoing to the transaction around it. Its operations
-/// stand in <quay/zero/model.h>.
-class QUAY_ZERO_API ImplicitTransaction {
-public:
-    explicit ImplicitTransaction(ModelImpl& model);
-    ~ImplicitTransaction();
-    ImplicitTransaction(ImplicitTransaction const&) = delete;
-    ImplicitTransaction& operator=(ImplicitTransaction const&) = delete;
-
-    void commit();
-
-private:
-    ModelImpl* opened_ = nullptr;
-};
-
-/// For element code: a savepoint of its own, inside an open transaction or as one. What happened since is undone
-/// unless `commit` was reached. Inside another operation's savepoint it opens nothing: a failure unwinds that one. Its
-/// operations stand in <quay/zero/model.h>.
-class QUAY_ZERO_API Savepoint {
-public:
-    /// `isOperation`: those inside it open nothing. Not so where a caller may catch what one of them throws.
-    explicit Savepoint(ModelImpl& model, bool isOperation = true);
-    ~Savepoint();
-    Savepoint(Savepoint const&) = delete;
-    Savepoint& operator=(Savepoint const&) = delete;
-
-    void commit();
-
-private:
-    ModelImpl* model_ = nullptr;
-    std::uint64_t serial_ = 0;
 };
 
 }  // namespace quay::zero

@@ -1,7 +1,6 @@
 // A property with one value: the life of a write, and how it is undone.
 #pragma once
 
-#include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
@@ -41,7 +40,7 @@ public:
         if (isSameValue(e.*field_, value)) return;
         // What is nearly always all there is to do for a number stands here, the rest where it costs others nothing.
         if constexpr (std::is_scalar_v<T>) {
-            if (e.model().isSurelyRecorded(e, *this)) {
+            if (e.model().journal().isSurelyRecorded(e, *this)) {
                 e.*field_ = value;
                 return;
             }
@@ -65,13 +64,16 @@ protected:
     /// Stores a value that is known to differ.
     template <class V>
     void replace(Element& e, V&& value) const {
-        ModelImpl& model = e.model();
-        if (model.isRecorded(e, *this)) {
-            assign(e.*field_, std::forward<V>(value));
-        } else if (model.inTransaction()) {
-            storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
-        } else {
-            replaceAlone(model, e, std::forward<V>(value));
+        Journal& journal = e.model().journal();
+        switch (journal.admit(e, *this)) {
+            case Admission::Unrecorded:
+                assign(e.*field_, std::forward<V>(value));
+                break;
+            case Admission::Recorded:
+                storeRecorded(e, std::forward<V>(value), [&]() -> Cell& { return journal.record(e, *this); });
+                break;
+            default:
+                replaceAlone(journal, e, std::forward<V>(value));
         }
     }
 
@@ -80,13 +82,13 @@ private:
 
     /// A value that is a transaction of its own.
     template <class V>
-    [[gnu::noinline]] void replaceAlone(ModelImpl& model, Element& e, V&& value) const {
-        if (model.keepsAlone()) {
-            storeRecorded<&ModelImpl::recordAlone>(model, e, std::forward<V>(value));
+    [[gnu::noinline]] void replaceAlone(Journal& journal, Element& e, V&& value) const {
+        if (journal.admit(e, *this) == Admission::Alone) {
+            storeRecorded(e, std::forward<V>(value), [&]() -> Cell& { return journal.recordAlone(e, *this); });
             return;
         }
-        ImplicitTransaction transaction(model);
-        storeRecorded<&ModelImpl::record>(model, e, std::forward<V>(value));
+        ImplicitTransaction transaction(journal);
+        storeRecorded(e, std::forward<V>(value), [&]() -> Cell& { return journal.record(e, *this); });
         transaction.commit();
     }
 
@@ -103,12 +105,13 @@ private:
         }
     }
 
-    template <auto Record, class V>
-    void storeRecorded(ModelImpl& model, Element& e, V&& value) const {
+    /// `record` answers the cell for the old value.
+    template <class V, class Record>
+    void storeRecorded(Element& e, V&& value, Record&& record) const {
         // The new value is made and the record taken before anything moves: only these two can fail.
         if constexpr (Cell::kInPlace<T>) {
             T made(std::forward<V>(value));
-            Cell& old = (model.*Record)(e, *this);
+            Cell& old = record();
             old.emplace<T>(std::move(e.*field_));
             e.*field_ = std::move(made);
         } else {
@@ -116,7 +119,7 @@ private:
             made.emplace<T>(std::forward<V>(value));
             Cell* old = nullptr;
             try {
-                old = &(model.*Record)(e, *this);
+                old = &record();
             } catch (...) {
                 made.drop<T>();
                 throw;

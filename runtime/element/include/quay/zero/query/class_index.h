@@ -2,7 +2,7 @@
 #pragma once
 
 #include <quay/zero/element_list.h>
-#include <quay/zero/query/forward.h>
+#include <quay/zero/query/match_mode.h>
 
 #include <cstddef>
 #include <cstdint>

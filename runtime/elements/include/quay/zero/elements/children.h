@@ -11,7 +11,7 @@ namespace quay::zero::elements {
 template <class T>
 T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner) {
     owner.requireWritable();
-    Savepoint savepoint(owner.model());
+    Savepoint savepoint(owner.model().journal());
     T const child = T::of(new typename T::Impl(Model(&owner.model()), boost::uuids::uuid{}));
     child->notifyCreated();
     descriptor.place(owner, child);
@@ -25,7 +25,7 @@ T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner, Bu
              boost::uuids::uuid const& id) {
     owner.requireWritable();
     wrapper.builder().setModel(Model(&owner.model()));
-    Savepoint savepoint(owner.model());
+    Savepoint savepoint(owner.model().journal());
     ModelElement const child = wrapper.builder().create(id);
     descriptor.place(owner, child);
     savepoint.commit();

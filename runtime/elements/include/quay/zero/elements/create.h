@@ -14,7 +14,7 @@ namespace quay::zero::elements {
 template <class X>
 X create(Model const& model, boost::uuids::uuid const& id) {
     if (!model) reportException(quay0::messages::CannotCreateWithoutModel());
-    Savepoint savepoint(*model.impl());
+    Savepoint savepoint(model->journal());
     X made = X::of(new typename X::Impl(model, id));
     made->notifyCreated();
     savepoint.commit();

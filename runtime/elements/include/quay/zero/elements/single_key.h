@@ -42,7 +42,7 @@ public:
         }
         K const made(value);  // the value may be the very key that leaves the map
         refuseTaken(e, *map, made);
-        Savepoint savepoint(e.model());
+        Savepoint savepoint(e.model().journal());
         ModelElement const element(&e);
         map->basicRemove(element);
         this->replace(e, made);

@@ -51,8 +51,8 @@ public:
     TypeNames getTypeNames(Type const& type) const;
     /// An empty detached collection for a property of that type. Null if the type has no factory.
     std::unique_ptr<AbstractOwnedCollection> makeCollection(ModelElement const& owner, Property const& property) const;
-    /// A builder for the class, or null if it is abstract.
-    std::unique_ptr<ModelElement::Builder> makeBuilder(Class const& type, Model const& model) const;
+    /// What makes builders for the class; null if it is abstract.
+    BuilderFactory builderFactory(Class const& type) const;
 
     // --- Registration, by packages that are being declared.
 

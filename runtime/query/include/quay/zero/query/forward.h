@@ -1,6 +1,8 @@
 // The vocabulary of queries by name, for headers that only mention it.
 #pragma once
 
+#include <quay/zero/query/match_mode.h>
+
 namespace quay::zero::query {
 
 class AbstractQuery;
@@ -12,11 +14,5 @@ template <class T, class A, bool optional, class Enable>
 class ConstrainableWithAttachment;
 template <class Y, class A>
 class ConstrainableRelationWithAttachment;
-
-/// Which elements a query on a class looks at.
-enum class SearchClassMatchMode : int {
-    Exact,          ///< those of the class itself
-    WithSubclasses  ///< those of its subclasses as well
-};
 
 }  // namespace quay::zero::query

@@ -1,4 +1,4 @@
-#include <quay/zero/element_list.h>
+#include <quay/zero/id_index.h>
 
 #include <cstring>
 

@@ -1,0 +1,127 @@
+// Properties as meta objects, and what all meta objects have in common: the part of the meta objects that values and
+// property descriptors need. The other classes of meta objects stand in <quay/zero/meta/types.h>.
+#pragma once
+
+#include <quay/zero/meta/handles.h>
+#include <quay/zero/value_flags.h>
+
+#include <boost/optional.hpp>
+#include <cstdint>
+#include <string>
+
+namespace quay::zero {
+
+class ClassTable;
+class PropertyDescriptor;
+
+}  // namespace quay::zero
+
+namespace quay::zero::meta {
+
+/// Meta objects are never deleted: whatever holds one by a plain pointer may go on doing so.
+class QUAY_ZERO_API MetaElement::Impl : public ModelElement::Impl {
+public:
+    void removeRef() const noexcept override;
+    std::u16string identifier() const override;
+
+    std::u16string const& getName() const noexcept { return name_; }
+    void setName(std::u16string const& name);
+    /// The name with those of the packages above it, joined by dots; the bare name where there is no package.
+    virtual std::u16string getQualifiedName() const { return name_; }
+    /// Whether what is of this type is of the other one as well: it is the same, or a class above this one.
+    virtual bool isKindOf(ModelElement::Impl const* type) const noexcept { return this == type; }
+
+protected:
+    Impl(Model const& model, boost::uuids::uuid const& id);
+
+private:
+    friend struct MetaDescriptors;
+    std::u16string name_;
+};
+
+class QUAY_ZERO_API TypedElement::Impl : public MetaElement::Impl {
+public:
+    /// "No upper bound".
+    static constexpr int UNBOUNDED = -1;
+
+    Type getType() const { return Type::of(type_); }
+    void setType(Type const& type);
+    /// The same without counting; null while it has none.
+    ModelElement::Impl* type() const noexcept { return type_; }
+    bool isOrdered() const noexcept { return ordered_; }
+    void setIsOrdered(bool ordered);
+    int getLower() const noexcept { return lower_; }
+    void setLower(int lower);
+    /// UNBOUNDED for none.
+    int getUpper() const noexcept { return upper_; }
+    void setUpper(int upper);
+
+protected:
+    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+
+private:
+    friend struct MetaDescriptors;
+    ModelElement::Impl* type_ = nullptr;
+    int lower_ = 0;
+    int upper_ = 1;
+    bool ordered_ = false;
+};
+
+class QUAY_ZERO_API Property::Impl final : public TypedElement::Impl {
+public:
+    Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+    Class const& getMetaClass() const override { return Property::metaClass(); }
+    ClassTable const& classTable() const override { return Property::classTable(); }
+
+    /// How many values the property has; the bounds follow from it.
+    ValueFlags getFlags() const noexcept { return static_cast<ValueFlags>(flags_); }
+    void setFlags(ValueFlags flags);
+    /// Whether the property owns its values: true of exactly those whose type is a class.
+    bool isComposite() const noexcept { return composite_; }
+    void setIsComposite(bool composite);
+    bool isUnique() const noexcept { return unique_; }
+    void setIsUnique(bool unique);
+    /// A derived property is computed on read; it has no index and no default.
+    bool isDerived() const noexcept { return derived_; }
+    void setIsDerived(bool derived);
+    /// The text that the type's serializer parses, or none.
+    boost::optional<std::u16string> const& getDefaultValue() const noexcept { return defaultValue_; }
+    void setDefaultValue(boost::optional<std::u16string> const& text);
+    /// The property's number along its class chain, from 1; 0 for one that has none.
+    std::uint16_t getIndex() const noexcept { return static_cast<std::uint16_t>(index_); }
+    void setIndex(int index);
+    /// The property of the child by which a map is keyed, or an empty handle.
+    Property getQualifiedBy() const { return Property::of(qualifiedBy_); }
+    void setQualifiedBy(Property const& key);
+    bool isQualificationUnique() const noexcept { return qualificationUnique_; }
+    void setIsQualificationUnique(bool unique);
+    /// The class or data type that declares the property, or an empty handle.
+    Type getOwningType() const;
+    void setOwningType(Type const& owner);
+
+    /// How elements of the declaring class hold the property, and that class's table; null for fields of data types.
+    PropertyDescriptor const* descriptor() const noexcept { return descriptor_; }
+    ClassTable const* declaringTable() const noexcept { return declaringTable_; }
+    void setDescriptor(ClassTable const& table, PropertyDescriptor const* descriptor) noexcept {
+        declaringTable_ = &table;
+        descriptor_ = descriptor;
+    }
+
+private:
+    friend struct MetaDescriptors;
+    PropertyDescriptor const* descriptor_ = nullptr;
+    ClassTable const* declaringTable_ = nullptr;
+    ModelElement::Impl* qualifiedBy_ = nullptr;
+    boost::optional<std::u16string> defaultValue_;
+    int flags_ = static_cast<int>(ValueFlags::One);
+    int index_ = 0;
+    bool composite_ = false;
+    bool unique_ = false;
+    bool derived_ = false;
+    bool qualificationUnique_ = true;
+};
+
+}  // namespace quay::zero::meta
+
+template <>
+struct std::hash<quay::zero::meta::Property> : std::hash<quay::zero::ModelElement> {};

@@ -1,0 +1,11 @@
+// Which elements a query on a class looks at.
+#pragma once
+
+namespace quay::zero::query {
+
+enum class SearchClassMatchMode : int {
+    Exact,          ///< those of the class itself
+    WithSubclasses  ///< those of its subclasses as well
+};
+
+}  // namespace quay::zero::query

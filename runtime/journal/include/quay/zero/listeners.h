@@ -1,0 +1,58 @@
+// Who is told of a model's commits, and what keeps a model from being written.
+#pragma once
+
+#include <keel/export.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace quay::zero {
+
+class ChangeSet;
+
+/// The listeners of a model, and its two locks: while it is frozen, and while listeners are being told, it may not be
+/// written.
+class QUAY_ZERO_API Listeners {
+public:
+    using Listener = std::function<void(ChangeSet const&)>;
+
+    bool any() const noexcept { return all_ != nullptr; }
+    std::uint64_t add(Listener listener);
+    void remove(std::uint64_t id);
+    /// Calls every listener. What one throws is dropped, and the others are told. The model is locked meanwhile;
+    /// `lockChanged` is called after it was locked and after it was unlocked.
+    template <class F>
+    void tell(ChangeSet const& changes, F&& lockChanged) noexcept {
+        telling_ = true;
+        lockChanged();
+        callAll(changes);
+        telling_ = false;
+        lockChanged();
+    }
+
+    bool isTelling() const noexcept { return telling_; }
+    bool isFrozen() const noexcept { return frozen_; }
+    void setFrozen(bool frozen) noexcept { frozen_ = frozen; }
+    bool isLocked() const noexcept { return telling_ || frozen_; }
+    /// ListenerMayNotWrite, ModelIsFrozen.
+    void requireUnlocked() const;
+    /// ListenerMayNotWrite.
+    void requireNotTelling() const;
+
+private:
+    struct Numbered {
+        std::uint64_t id;
+        Listener call;
+    };
+
+    void callAll(ChangeSet const& changes) noexcept;
+
+    std::shared_ptr<std::vector<Numbered> const> all_;  // null while there is none
+    std::uint64_t last_ = 0;
+    bool frozen_ = false;
+    bool telling_ = false;
+};
+
+}  // namespace quay::zero

@@ -1,0 +1,164 @@
+// How changes are recorded and rolled back. How they are committed and replayed stands in files of their own.
+#include <quay/zero/journal.h>
+
+#include <algorithm>
+
+namespace quay::zero {
+
+Journal::~Journal() {
+    history_.reset();
+    log_.discard(*this);
+}
+
+// --- Savepoints -----------------------------------------------------------------------------------------------------
+
+std::uint64_t Journal::open(bool system, bool isOperation) {
+    if (listeners_.isLocked()) listeners_.requireUnlocked();
+    savepoints_.emplace_back(lastSerial_ + 1, log_, system, isOperation);
+    serial_ = ++lastSerial_;
+    return serial_;
+}
+
+bool Journal::isOpen(std::uint64_t serial) const noexcept {
+    return std::any_of(savepoints_.begin(), savepoints_.end(),
+                       [&](OpenSavepoint const& s) { return s.serial == serial; });
+}
+
+void Journal::commit(std::uint64_t serial) {
+    while (serial != 0 && savepoints_.back().serial != serial) {
+        rollBackTo(savepoints_.back());
+        close();
+    }
+    savepoints_.size() == 1 ? commitOutermost() : commitInner();
+}
+
+void Journal::rollBack(std::uint64_t serial) noexcept {
+    if (serial != 0 && !isOpen(serial)) return;
+    bool last = false;
+    while (!last) {
+        last = serial == 0 || savepoints_.back().serial == serial;
+        rollBackTo(savepoints_.back());
+        close();
+    }
+}
+
+void Journal::close() noexcept {
+    savepoints_.pop_back();
+    if (savepoints_.empty()) {
+        refresh();
+    } else {
+        serial_ = savepoints_.back().serial;
+    }
+}
+
+void Journal::refresh() noexcept {
+    if (!savepoints_.empty()) return;
+    serial_ = listeners_.any() || history_ || listeners_.isLocked() ? UINT64_MAX >> 1 : 0;
+}
+
+/// Undoes everything since the savepoint was opened, and lets go of it.
+void Journal::rollBackTo(OpenSavepoint const& savepoint) noexcept {
+    while (log_.storages != savepoint.storages) {
+        Storage& s = *log_.storages;
+        s.exchange();
+        s.element().track_ = s.tracking().outer;
+        log_.storages = s.tracking().next;
+        pool_.giveBack(s);
+    }
+    log_.exchangeSteps(savepoint.steps);
+    log_.exchangeLives(savepoint.lives, elements_, nullptr);
+    log_.discardFrom(savepoint.steps, savepoint.lives, *this);
+}
+
+// --- Recording ------------------------------------------------------------------------------------------------------
+
+Cell& Journal::record(Element& element, PropertyDescriptor const& descriptor) {
+    Track const track = element.track_;
+    if (!track.isBirth() && track.storage().tracking().serial >= serial_) return track.storage().add(descriptor);
+    Storage& s = pool_.take(element);
+    s.tracking() = {log_.storages, serial_, track};
+    log_.storages = &s;
+    element.track_ = Track(s);
+    return s.add(descriptor);
+}
+
+Cell& Journal::recordAlone(Element& element, PropertyDescriptor const& descriptor) {
+    history_->reserve();
+    history_->settle();
+    Storage& s = pool_.take(element);
+    s.tracking().next = nullptr;
+    history_->push(s);
+    return s.add(descriptor);
+}
+
+void Journal::recordBirth(Element& element) {
+    if (inTransaction()) {
+        bool const joins = log_.lives.size() > savepoints_.back().lives && log_.lives.back().born &&
+                           log_.lives.back().last == elements_.list().last();
+        if (joins) {
+            log_.lives.back().last = &element;
+            ++log_.lives.back().count;
+        } else {
+            log_.lives.emplace_back(true, 1, element);
+        }
+        element.track_ = Track(serial_);
+    }
+    elements_.enter(element);
+}
+
+void Journal::recordDeath(Element& element) {
+    // A proxy was never entered: the directory doesn't hold it, so the log counts it itself, as a run of none.
+    bool const entered = ElementDirectory::wasEntered(element);
+    log_.lives.emplace_back(false, entered ? 1 : 0, element);
+    if (!entered) element.addRef();
+    elements_.takeOut(element, element, entered ? 1 : 0);
+}
+
+void Journal::setContainer(Element& child, Element* container, std::uint16_t index) {
+    if (child.container_ == container && (container == nullptr || child.containmentIndex_ == index)) return;
+    if (admit(child) == Admission::Recorded) {
+        reserveSteps(1);
+        bool const entered = ElementDirectory::wasEntered(child);
+        record(Step(ContainerStep{&child, child.container_, child.containmentIndex_,
+                                  entered ? ModelElement() : ModelElement(&child)}));
+    }
+    child.container_ = container;
+    child.containmentIndex_ = index;
+    if (container != nullptr) container->noteOwned();
+}
+
+/// A change that isn't recorded: what was done before it can't be undone after it.
+void Journal::endHistory() {
+    if (!owner_.isAlive()) return;
+    listeners_.requireUnlocked();
+    if (history_) history_->clear();
+}
+
+// --- Resolution -----------------------------------------------------------------------------------------------------
+
+/// Where a resolution is recorded: outside a transaction beside the history, if there is one.
+UndoLog* Journal::resolutionLog() noexcept {
+    if (inTransaction()) return &log_;
+    return history_ ? &history_->resolved() : nullptr;
+}
+
+void Journal::reserveResolution(std::size_t steps) {
+    if (UndoLog* const log = resolutionLog()) log->reserveSteps(steps);
+}
+
+void Journal::recordResolution(Step::Change&& change, Element const& changed) noexcept {
+    UndoLog* const log = resolutionLog();
+    if (log == nullptr || (inTransaction() && isBornHere(changed))) return;
+    log->steps.emplace_back(std::move(change), true);
+}
+
+void Journal::resolveContainer(Element& child, Element* container, std::uint16_t index) noexcept {
+    bool const entered = ElementDirectory::wasEntered(child);
+    recordResolution(ContainerStep{&child, child.container_, child.containmentIndex_,
+                                   entered ? ModelElement() : ModelElement(&child)},
+                     child);
+    child.container_ = container;
+    child.containmentIndex_ = index;
+}
+
+}  // namespace quay::zero

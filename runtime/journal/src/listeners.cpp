@@ -1,0 +1,44 @@
+#include <quay/zero/listeners.h>
+#include <quay/zero/report.h>
+
+#include <quay0/messages.h>
+
+namespace quay::zero {
+
+// A listener may add and remove listeners: the list that is being told stays as it is.
+
+std::uint64_t Listeners::add(Listener listener) {
+    auto next = std::make_shared<std::vector<Numbered>>();
+    if (all_) *next = *all_;
+    next->push_back({last_ + 1, std::move(listener)});
+    all_ = std::move(next);
+    return ++last_;
+}
+
+void Listeners::remove(std::uint64_t id) {
+    if (!all_) return;
+    auto next = std::make_shared<std::vector<Numbered>>(*all_);
+    std::erase_if(*next, [&](Numbered const& l) { return l.id == id; });
+    all_ = next->empty() ? nullptr : std::move(next);
+}
+
+void Listeners::callAll(ChangeSet const& changes) noexcept {
+    auto const all = all_;
+    for (Numbered const& listener : *all) {
+        try {
+            listener.call(changes);
+        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are to hear of it
+        }
+    }
+}
+
+void Listeners::requireUnlocked() const {
+    requireNotTelling();
+    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
+}
+
+void Listeners::requireNotTelling() const {
+    if (telling_) reportException(quay0::messages::ListenerMayNotWrite());
+}
+
+}  // namespace quay::zero

@@ -1,0 +1,15 @@
+#include <quay/zero/resolution.h>
+
+namespace quay::zero {
+
+Resolution::Resolution(Journal& journal) {
+    if (journal.inTransaction() && !journal.inOperation()) savepoint_.emplace(journal);
+    constexpr std::size_t most = 4;  // the proxy leaves, the element comes, and both containers
+    journal.reserveResolution(most);
+}
+
+void Resolution::commit() {
+    if (savepoint_) savepoint_->commit();
+}
+
+}  // namespace quay::zero
