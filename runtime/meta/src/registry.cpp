@@ -1,118 +1,13 @@
 #include <quay/zero/meta/registry.h>
-#include <quay/zero/meta/serializers.h>
 #include <quay/zero/report.h>
-#include <quay/zero/text.h>
 
 #include <quay0/messages.h>
 
 #include <algorithm>
-#include <boost/uuid/name_generator_md5.hpp>
 
 namespace quay::zero::meta {
 
-PrimitiveType StandardTypes::booleanMeta;
-PrimitiveType StandardTypes::integerMeta;
-PrimitiveType StandardTypes::unlimitedNaturalMeta;
-PrimitiveType StandardTypes::uinteger64Meta;
-PrimitiveType StandardTypes::realMeta;
-PrimitiveType StandardTypes::stringMeta;
-PrimitiveType StandardTypes::stdstringMeta;
-PrimitiveType StandardTypes::zxArrayMeta;
-
-namespace internal {
-
-PrimitiveType getPrimitiveTypeFromMetaRegistry(char16_t const* name) {
-    return MetaRegistry::getInstance()->getPrimitiveType(name);
-}
-
-bool isEnumType(Type const& type) { return type.impl() != nullptr && type->isEnum(); }
-
-}  // namespace internal
-
-MetaRegistry* MetaRegistry::getInstance() {
-    static auto* const instance = new MetaRegistry;
-    return instance;
-}
-
-MetaRegistry::MetaRegistry() : model_(Model::create()) {
-    declareOwnTypes();
-    freezer_ = std::make_unique<Model::Freezer>(model_);
-}
-
-/// The runtime's own package: names without a dot, `nativeTypes`, and the classes of meta objects themselves. Their ids
-/// are the same in every process: name-based ones under a name space of the runtime's own.
-void MetaRegistry::declareOwnTypes() {
-    boost::uuids::name_generator_md5 const idOf(
-        boost::uuids::name_generator_md5(boost::uuids::ns::url())("quay0://quay/quay0/meta/19700101"));
-    Transaction transaction = model_->beginTransaction(true);
-
-    Package const root = Package::create(model_, idOf(""));
-    root->setUri(u"quay0://quay/quay0/meta/19700101");
-    auto const addPackage = [&](char const* name) {
-        Package package = Package::create(model_, idOf(name));
-        package->setName(toUtf16(name));
-        package->setParentPackage(root);
-        return package;
-    };
-    auto const add = [&]<class X>(X const& /*tag*/, Package const& package, std::string const& prefix,
-                                  char const* name) {
-        X type = X::create(model_, idOf(prefix + name));
-        type->setName(toUtf16(name));
-        type->setOwningPackage(package);
-        registerType(type, nullptr, nullptr);
-        return type;
-    };
-
-    struct {
-        PrimitiveType& slot;
-        char const* name;
-    } const primitives[] = {{StandardTypes::booleanMeta, "Boolean"},
-                            {StandardTypes::integerMeta, "Integer"},
-                            {StandardTypes::unlimitedNaturalMeta, "UnlimitedNatural"},
-                            {StandardTypes::uinteger64Meta, "UInteger64"},
-                            {StandardTypes::realMeta, "Real"},
-                            {StandardTypes::stringMeta, "String"},
-                            {StandardTypes::stdstringMeta, "StdString"},
-                            {StandardTypes::zxArrayMeta, "ZxArray"}};
-    for (auto const& p : primitives) p.slot = add(PrimitiveType(), root, "", p.name);
-
-    Package const native = addPackage("nativeTypes");
-    for (char const* name : {"DataTypeTablePtr", "VwBlockPtr"}) add(PrimitiveType(), native, "nativeTypes.", name);
-
-    own_.modelElement = add(Class(), root, "", "ModelElement");
-    own_.modelElement->setIsAbstract(true);
-    own_.model = add(Class(), root, "", "Model");
-    Package const meta = addPackage("quay.zero.meta");
-    struct {
-        Class& slot;
-        char const* name;
-        Class const& base;
-        bool isAbstract;
-    } const classes[] = {{own_.metaElement, "MetaElement", own_.modelElement, true},
-                         {own_.package, "Package", own_.metaElement, false},
-                         {own_.type, "Type", own_.metaElement, true},
-                         {own_.classClass, "Class", own_.type, false},
-                         {own_.dataType, "DataType", own_.type, false},
-                         {own_.primitiveType, "PrimitiveType", own_.type, false},
-                         {own_.enumClass, "Enum", own_.type, false},
-                         {own_.enumLiteral, "EnumLiteral", own_.metaElement, false},
-                         {own_.typedElement, "TypedElement", own_.metaElement, true},
-                         {own_.property, "Property", own_.typedElement, false},
-                         {own_.operation, "Operation", own_.typedElement, false},
-                         {own_.argument, "Argument", own_.typedElement, false}};
-    for (auto const& c : classes) {
-        c.slot = add(Class(), meta, "quay.zero.meta.", c.name);
-        c.slot->setIsAbstract(c.isAbstract);
-        c.slot->setSuperclass(c.base);
-        std::string const script = std::string("quay.zero.meta.") + c.name;
-        c.slot->setScriptName(script);
-        registerTypeNames(c.slot, "quay::zero::meta::" + std::string(c.name), script, "");
-    }
-    registerTypeNames(own_.modelElement, "quay::zero::ModelElement", "quay.zero.ModelElement", "");
-    registerTypeNames(own_.model, "quay::zero::Model", "quay.zero.Model", "");
-    transaction.commit(boost::none);
-    registerRootPackage(root);
-}
+MetaRegistry::MetaRegistry() : model_(Model::create()), freezer_(std::make_unique<Model::Freezer>(model_)) {}
 
 // --- Look-up --------------------------------------------------------------------------------------------------------
 
@@ -222,7 +117,7 @@ template <class Condition>
 void MetaRegistry::forgetTypes(Condition const& isMeant) {
     std::erase_if(types_, [&](auto const& entry) {
         if (!isMeant(entry.first)) return false;
-        PropertySerializerRegistry::getInstance()->forget(entry.first);
+        if (ForgetHook const hook = whenForgotten_) hook(entry.first);
         return true;
     });
     std::erase_if(byName_, [&](auto const& entry) { return isMeant(entry.second); });
@@ -253,10 +148,3 @@ void MetaRegistry::keep(void const* object) {
 }
 
 }  // namespace quay::zero::meta
-
-namespace quay::zero {
-
-meta::Class const& ModelElement::metaClass() { return meta::MetaRegistry::getInstance()->ownClasses().modelElement; }
-meta::Class const& Model::metaClass() { return meta::MetaRegistry::getInstance()->ownClasses().model; }
-
-}  // namespace quay::zero

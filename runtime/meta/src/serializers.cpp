@@ -127,7 +127,8 @@ PropertySerializerRegistry* PropertySerializerRegistry::getInstance() {
 }
 
 PropertySerializerRegistry::PropertySerializerRegistry() {
-    MetaRegistry::getInstance();  // brings the standard types up
+    // Its first call brings the standard types up.
+    MetaRegistry::getInstance()->setForgetHook([](ModelElement::Impl const* type) { getInstance()->forget(type); });
     auto const add = [&]<class T>(T const& /*tag*/) {
         registerPropertySerializer(StandardTypes::of<T>(), std::make_unique<PrimitiveSerializer<T>>(), "");
     };

@@ -1,4 +1,3 @@
-#include <quay/zero/meta/registry.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/owned_collection_descriptor.h>
 #include <quay/zero/report.h>
@@ -10,8 +9,7 @@
 
 namespace quay::zero::meta {
 
-// --- Descriptors
-// -----------------------------------------------------------------------------------------------------------
+// --- Descriptors ----------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -57,60 +55,78 @@ public:
 
 }  // namespace
 
-/// The properties of the meta classes, by class. References to other meta objects are plain pointers.
-struct MetaDescriptors {
-    static constexpr FieldDescriptor<std::u16string> name{1, &MetaElement::Impl::name_};
-    static constexpr PropertyDescriptor const* element[] = {&name};
+// References to other meta objects are plain pointers, since meta objects are never deleted.
 
-    static constexpr FieldDescriptor<std::u16string> uri{2, &Package::Impl::uri_};
-    static constexpr TextsDescriptor imports{3, &Package::Impl::importedPackageURIs_};
-    static constexpr SequenceDescriptor<Type> ownedTypes{4, &Package::Impl::ownedTypes_};
-    static constexpr SequenceDescriptor<Package> packages{5, &Package::Impl::packages_};
-    static constexpr PropertyDescriptor const* package[] = {&uri, &imports, &ownedTypes, &packages};
+struct MetaElement::Impl::Descriptors {
+    static constexpr FieldDescriptor<std::u16string> name{1, &Impl::name_};
+    static constexpr PropertyDescriptor const* all[] = {&name};
+};
 
-    static constexpr FieldDescriptor<std::string> scriptName{2, &Type::Impl::scriptName_};
-    static constexpr SequenceDescriptor<Property> ownedProperties{3, &Type::Impl::ownedProperties_};
-    static constexpr PropertyDescriptor const* type[] = {&scriptName, &ownedProperties};
+struct Package::Impl::Descriptors {
+    static constexpr FieldDescriptor<std::u16string> uri{2, &Impl::uri_};
+    static constexpr TextsDescriptor imports{3, &Impl::importedPackageURIs_};
+    static constexpr SequenceDescriptor<Type> ownedTypes{4, &Impl::ownedTypes_};
+    static constexpr SequenceDescriptor<Package> packages{5, &Impl::packages_};
+    static constexpr PropertyDescriptor const* all[] = {&uri, &imports, &ownedTypes, &packages};
+};
 
-    static constexpr FieldDescriptor<bool> classAbstract{4, &Class::Impl::abstract_};
-    static constexpr FieldDescriptor<ModelElement::Impl*> superclass{5, &Class::Impl::superclass_};
-    static constexpr SequenceDescriptor<Operation> ownedOperations{6, &Class::Impl::ownedOperations_};
-    static constexpr PropertyDescriptor const* classDescriptors[] = {&classAbstract, &superclass, &ownedOperations};
+struct Type::Impl::Descriptors {
+    static constexpr FieldDescriptor<std::string> scriptName{2, &Impl::scriptName_};
+    static constexpr SequenceDescriptor<Property> ownedProperties{3, &Impl::ownedProperties_};
+    static constexpr PropertyDescriptor const* all[] = {&scriptName, &ownedProperties};
+};
 
-    static constexpr FieldDescriptor<ModelElement::Impl*> underlyingType{4, &Enum::Impl::underlyingType_};
-    static constexpr LiteralsDescriptor literals{5, &Enum::Impl::literals_};
-    static constexpr PropertyDescriptor const* enumDescriptors[] = {&underlyingType, &literals};
+struct Class::Impl::Descriptors {
+    static constexpr FieldDescriptor<bool> isAbstract{4, &Impl::abstract_};
+    static constexpr FieldDescriptor<ModelElement::Impl*> superclass{5, &Impl::superclass_};
+    static constexpr SequenceDescriptor<Operation> ownedOperations{6, &Impl::ownedOperations_};
+    static constexpr PropertyDescriptor const* all[] = {&isAbstract, &superclass, &ownedOperations};
+};
 
-    static constexpr FieldDescriptor<int> literalValue{2, &EnumLiteral::Impl::value_};
-    static constexpr PropertyDescriptor const* literal[] = {&literalValue};
+struct Enum::Impl::Descriptors {
+    static constexpr FieldDescriptor<ModelElement::Impl*> underlyingType{4, &Impl::underlyingType_};
+    static constexpr LiteralsDescriptor literals{5, &Impl::literals_};
+    static constexpr PropertyDescriptor const* all[] = {&underlyingType, &literals};
+};
 
-    static constexpr FieldDescriptor<ModelElement::Impl*> typeOf{2, &TypedElement::Impl::type_};
-    static constexpr FieldDescriptor<int> lower{3, &TypedElement::Impl::lower_};
-    static constexpr FieldDescriptor<int> upper{4, &TypedElement::Impl::upper_};
-    static constexpr FieldDescriptor<bool> ordered{5, &TypedElement::Impl::ordered_};
-    static constexpr PropertyDescriptor const* typed[] = {&typeOf, &lower, &upper, &ordered};
+struct EnumLiteral::Impl::Descriptors {
+    static constexpr FieldDescriptor<int> value{2, &Impl::value_};
+    static constexpr PropertyDescriptor const* all[] = {&value};
+};
 
-    static constexpr FieldDescriptor<int> flags{6, &Property::Impl::flags_};
-    static constexpr FieldDescriptor<bool> composite{7, &Property::Impl::composite_};
-    static constexpr FieldDescriptor<bool> unique{8, &Property::Impl::unique_};
-    static constexpr FieldDescriptor<bool> derived{9, &Property::Impl::derived_};
-    static constexpr FieldDescriptor<boost::optional<std::u16string>> defaultValue{10, &Property::Impl::defaultValue_};
-    static constexpr FieldDescriptor<int> index{11, &Property::Impl::index_};
-    static constexpr FieldDescriptor<ModelElement::Impl*> qualifiedBy{12, &Property::Impl::qualifiedBy_};
-    static constexpr FieldDescriptor<bool> qualificationUnique{13, &Property::Impl::qualificationUnique_};
-    static constexpr PropertyDescriptor const* property[] = {
-        &flags, &composite, &unique, &derived, &defaultValue, &index, &qualifiedBy, &qualificationUnique};
+struct TypedElement::Impl::Descriptors {
+    static constexpr FieldDescriptor<ModelElement::Impl*> type{2, &Impl::type_};
+    static constexpr FieldDescriptor<int> lower{3, &Impl::lower_};
+    static constexpr FieldDescriptor<int> upper{4, &Impl::upper_};
+    static constexpr FieldDescriptor<bool> ordered{5, &Impl::ordered_};
+    static constexpr PropertyDescriptor const* all[] = {&type, &lower, &upper, &ordered};
+};
 
-    static constexpr FieldDescriptor<bool> operationAbstract{6, &Operation::Impl::abstract_};
-    static constexpr FieldDescriptor<bool> operationStatic{7, &Operation::Impl::static_};
-    static constexpr FieldDescriptor<bool> operationPublic{8, &Operation::Impl::public_};
-    static constexpr FieldDescriptor<bool> operationEvent{9, &Operation::Impl::event_};
-    static constexpr SequenceDescriptor<Argument> arguments{10, &Operation::Impl::arguments_};
-    static constexpr PropertyDescriptor const* operation[] = {&operationAbstract, &operationStatic, &operationPublic,
-                                                              &operationEvent, &arguments};
+struct Property::Impl::Descriptors {
+    static constexpr FieldDescriptor<int> flags{6, &Impl::flags_};
+    static constexpr FieldDescriptor<bool> composite{7, &Impl::composite_};
+    static constexpr FieldDescriptor<bool> unique{8, &Impl::unique_};
+    static constexpr FieldDescriptor<bool> derived{9, &Impl::derived_};
+    static constexpr FieldDescriptor<boost::optional<std::u16string>> defaultValue{10, &Impl::defaultValue_};
+    static constexpr FieldDescriptor<int> index{11, &Impl::index_};
+    static constexpr FieldDescriptor<ModelElement::Impl*> qualifiedBy{12, &Impl::qualifiedBy_};
+    static constexpr FieldDescriptor<bool> qualificationUnique{13, &Impl::qualificationUnique_};
+    static constexpr PropertyDescriptor const* all[] = {&flags,        &composite, &unique,      &derived,
+                                                        &defaultValue, &index,     &qualifiedBy, &qualificationUnique};
+};
 
-    static constexpr FieldDescriptor<bool> input{6, &Argument::Impl::input_};
-    static constexpr PropertyDescriptor const* argument[] = {&input};
+struct Operation::Impl::Descriptors {
+    static constexpr FieldDescriptor<bool> isAbstract{6, &Impl::abstract_};
+    static constexpr FieldDescriptor<bool> isStatic{7, &Impl::static_};
+    static constexpr FieldDescriptor<bool> isPublic{8, &Impl::public_};
+    static constexpr FieldDescriptor<bool> isEvent{9, &Impl::event_};
+    static constexpr SequenceDescriptor<Argument> arguments{10, &Impl::arguments_};
+    static constexpr PropertyDescriptor const* all[] = {&isAbstract, &isStatic, &isPublic, &isEvent, &arguments};
+};
+
+struct Argument::Impl::Descriptors {
+    static constexpr FieldDescriptor<bool> input{6, &Impl::input_};
+    static constexpr PropertyDescriptor const* all[] = {&input};
 };
 
 // --- Classes of meta objects ----------------------------------------------------------------------------------------
@@ -137,19 +153,20 @@ auto& given(Handle const& owner) {
 }  // namespace
 
 ClassTable const& MetaElement::classTable() {
-    static constexpr ClassTable table{&ModelElement::classTable, 1, MetaDescriptors::element, nullptr, nullptr};
+    static constexpr ClassTable table{&ModelElement::classTable, 1, MetaElement::Impl::Descriptors::all, nullptr,
+                                      nullptr};
     return table;
 }
 ClassTable const& Package::classTable() {
-    static constexpr ClassTable table{&MetaElement::classTable, 2, MetaDescriptors::package, nullptr, nullptr};
+    static constexpr ClassTable table{&MetaElement::classTable, 2, Package::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
 ClassTable const& Type::classTable() {
-    static constexpr ClassTable table{&MetaElement::classTable, 2, MetaDescriptors::type, nullptr, nullptr};
+    static constexpr ClassTable table{&MetaElement::classTable, 2, Type::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
 ClassTable const& Class::classTable() {
-    static constexpr ClassTable table{&Type::classTable, 4, MetaDescriptors::classDescriptors, nullptr, nullptr};
+    static constexpr ClassTable table{&Type::classTable, 4, Class::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
 ClassTable const& DataType::classTable() {
@@ -161,42 +178,32 @@ ClassTable const& PrimitiveType::classTable() {
     return table;
 }
 ClassTable const& Enum::classTable() {
-    static constexpr ClassTable table{&Type::classTable, 4, MetaDescriptors::enumDescriptors, nullptr, nullptr};
+    static constexpr ClassTable table{&Type::classTable, 4, Enum::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
 ClassTable const& EnumLiteral::classTable() {
-    static constexpr ClassTable table{&MetaElement::classTable, 2, MetaDescriptors::literal, nullptr, nullptr};
+    static constexpr ClassTable table{&MetaElement::classTable, 2, EnumLiteral::Impl::Descriptors::all, nullptr,
+                                      nullptr};
     return table;
 }
 ClassTable const& TypedElement::classTable() {
-    static constexpr ClassTable table{&MetaElement::classTable, 2, MetaDescriptors::typed, nullptr, nullptr};
+    static constexpr ClassTable table{&MetaElement::classTable, 2, TypedElement::Impl::Descriptors::all, nullptr,
+                                      nullptr};
     return table;
 }
 ClassTable const& Property::classTable() {
-    static constexpr ClassTable table{&TypedElement::classTable, 6, MetaDescriptors::property, nullptr, nullptr};
+    static constexpr ClassTable table{&TypedElement::classTable, 6, Property::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
 ClassTable const& Operation::classTable() {
-    static constexpr ClassTable table{&TypedElement::classTable, 6, MetaDescriptors::operation, nullptr, nullptr};
+    static constexpr ClassTable table{&TypedElement::classTable, 6, Operation::Impl::Descriptors::all, nullptr,
+                                      nullptr};
     return table;
 }
 ClassTable const& Argument::classTable() {
-    static constexpr ClassTable table{&TypedElement::classTable, 6, MetaDescriptors::argument, nullptr, nullptr};
+    static constexpr ClassTable table{&TypedElement::classTable, 6, Argument::Impl::Descriptors::all, nullptr, nullptr};
     return table;
 }
-
-Class const& MetaElement::metaClass() { return MetaRegistry::getInstance()->ownClasses().metaElement; }
-Class const& Package::metaClass() { return MetaRegistry::getInstance()->ownClasses().package; }
-Class const& Type::metaClass() { return MetaRegistry::getInstance()->ownClasses().type; }
-Class const& Class::metaClass() { return MetaRegistry::getInstance()->ownClasses().classClass; }
-Class const& DataType::metaClass() { return MetaRegistry::getInstance()->ownClasses().dataType; }
-Class const& PrimitiveType::metaClass() { return MetaRegistry::getInstance()->ownClasses().primitiveType; }
-Class const& Enum::metaClass() { return MetaRegistry::getInstance()->ownClasses().enumClass; }
-Class const& EnumLiteral::metaClass() { return MetaRegistry::getInstance()->ownClasses().enumLiteral; }
-Class const& TypedElement::metaClass() { return MetaRegistry::getInstance()->ownClasses().typedElement; }
-Class const& Property::metaClass() { return MetaRegistry::getInstance()->ownClasses().property; }
-Class const& Operation::metaClass() { return MetaRegistry::getInstance()->ownClasses().operation; }
-Class const& Argument::metaClass() { return MetaRegistry::getInstance()->ownClasses().argument; }
 
 Package Package::create(Model const& m, boost::uuids::uuid const& id) { return make<Package>(m, id); }
 Class Class::create(Model const& m, boost::uuids::uuid const& id) { return make<Class>(m, id); }
@@ -235,15 +242,17 @@ void MetaElement::Impl::removeRef() const noexcept { changeCount(static_cast<std
 
 std::u16string MetaElement::Impl::identifier() const { return name_; }
 
-void MetaElement::Impl::setName(std::u16string const& name) { MetaDescriptors::name.write(*this, name); }
+void MetaElement::Impl::setName(std::u16string const& name) { Descriptors::name.write(*this, name); }
 
 // --- Package --------------------------------------------------------------------------------------------------------
 
-void Package::Impl::setUri(std::u16string const& uri) { MetaDescriptors::uri.write(*this, uri); }
+void Package::Impl::setUri(std::u16string const& uri) { Descriptors::uri.write(*this, uri); }
 
 Package Package::Impl::getParentPackage() const { return Package::cast(basicContainer()); }
 
-void Package::Impl::setParentPackage(Package const& parent) { given(parent).packages_.add(Package::of(this)); }
+void Package::Impl::setParentPackage(Package const& parent) {
+    given(parent).getPackagesMutable()->add(Package::of(this));
+}
 
 std::u16string Package::Impl::getQualifiedName() const {
     Package const parent = getParentPackage();
@@ -255,7 +264,9 @@ std::u16string Package::Impl::getQualifiedName() const {
 
 Package Type::Impl::getOwningPackage() const { return Package::cast(basicContainer()); }
 
-void Type::Impl::setOwningPackage(Package const& package) { given(package).ownedTypes_.add(Type::of(this)); }
+void Type::Impl::setOwningPackage(Package const& package) {
+    given(package).getOwnedTypesMutable()->add(Type::of(this));
+}
 
 std::u16string Type::Impl::getQualifiedName() const {
     Package const package = getOwningPackage();
@@ -265,7 +276,7 @@ std::u16string Type::Impl::getQualifiedName() const {
 
 bool Type::Impl::isEnum() const noexcept { return Enum::cast(ModelElement(const_cast<Impl*>(this))).impl() != nullptr; }
 
-void Type::Impl::setScriptName(std::string const& name) { MetaDescriptors::scriptName.write(*this, name); }
+void Type::Impl::setScriptName(std::string const& name) { Descriptors::scriptName.write(*this, name); }
 
 Property Type::Impl::findProperty(std::u16string_view name) const {
     Property result;
@@ -284,13 +295,13 @@ std::vector<Property> Type::Impl::getProperties() const {
     return result;
 }
 
-void Class::Impl::setIsAbstract(bool abstract) { MetaDescriptors::classAbstract.write(*this, abstract); }
+void Class::Impl::setIsAbstract(bool abstract) { Descriptors::isAbstract.write(*this, abstract); }
 void Class::Impl::setSuperclass(Class const& superclass) {
     if (superclass.impl() != nullptr && superclass->conformsTo(Class::of(this))) {
         reportException(
             quay0::messages::InvalidValue().about(u"the superclass of " + getName()).withValue(superclass->getName()));
     }
-    MetaDescriptors::superclass.write(*this, superclass.impl());
+    Descriptors::superclass.write(*this, superclass.impl());
 }
 
 bool Class::Impl::isKindOf(ModelElement::Impl const* type) const noexcept {
@@ -329,7 +340,7 @@ unsigned long Class::Impl::getHighestIndex() const noexcept {
 
 // --- Enumerations ---------------------------------------------------------------------------------------------------
 
-void Enum::Impl::setUnderlyingType(Type const& type) { MetaDescriptors::underlyingType.write(*this, type.impl()); }
+void Enum::Impl::setUnderlyingType(Type const& type) { Descriptors::underlyingType.write(*this, type.impl()); }
 
 EnumLiteral Enum::Impl::findLiteral(int value) const {
     for (EnumLiteral const& literal : literals_) {
@@ -338,45 +349,51 @@ EnumLiteral Enum::Impl::findLiteral(int value) const {
     return {};
 }
 
-void EnumLiteral::Impl::setValue(int value) { MetaDescriptors::literalValue.write(*this, value); }
+void EnumLiteral::Impl::setValue(int value) { Descriptors::value.write(*this, value); }
 Enum EnumLiteral::Impl::getParentEnum() const { return Enum::cast(basicContainer()); }
-void EnumLiteral::Impl::setParentEnum(Enum const& parent) { given(parent).literals_.insert(EnumLiteral::of(this)); }
+void EnumLiteral::Impl::setParentEnum(Enum const& parent) {
+    given(parent).getLiteralsMutable()->insert(EnumLiteral::of(this));
+}
 
 // --- Typed elements -------------------------------------------------------------------------------------------------
 
-void TypedElement::Impl::setType(Type const& type) { MetaDescriptors::typeOf.write(*this, type.impl()); }
-void TypedElement::Impl::setIsOrdered(bool ordered) { MetaDescriptors::ordered.write(*this, ordered); }
-void TypedElement::Impl::setLower(int lower) { MetaDescriptors::lower.write(*this, lower); }
-void TypedElement::Impl::setUpper(int upper) { MetaDescriptors::upper.write(*this, upper); }
+void TypedElement::Impl::setType(Type const& type) { Descriptors::type.write(*this, type.impl()); }
+void TypedElement::Impl::setIsOrdered(bool ordered) { Descriptors::ordered.write(*this, ordered); }
+void TypedElement::Impl::setLower(int lower) { Descriptors::lower.write(*this, lower); }
+void TypedElement::Impl::setUpper(int upper) { Descriptors::upper.write(*this, upper); }
 
 void Property::Impl::setFlags(ValueFlags flags) {
-    MetaDescriptors::flags.write(*this, static_cast<int>(flags));
+    Descriptors::flags.write(*this, static_cast<int>(flags));
     setLower(flags == ValueFlags::One ? 1 : 0);
     setUpper(static_cast<int>(flags) <= 1 ? 1 : UNBOUNDED);
 }
-void Property::Impl::setIsComposite(bool composite) { MetaDescriptors::composite.write(*this, composite); }
-void Property::Impl::setIsUnique(bool unique) { MetaDescriptors::unique.write(*this, unique); }
-void Property::Impl::setIsDerived(bool derived) { MetaDescriptors::derived.write(*this, derived); }
+void Property::Impl::setIsComposite(bool composite) { Descriptors::composite.write(*this, composite); }
+void Property::Impl::setIsUnique(bool unique) { Descriptors::unique.write(*this, unique); }
+void Property::Impl::setIsDerived(bool derived) { Descriptors::derived.write(*this, derived); }
 void Property::Impl::setDefaultValue(boost::optional<std::u16string> const& text) {
-    MetaDescriptors::defaultValue.write(*this, text);
+    Descriptors::defaultValue.write(*this, text);
 }
-void Property::Impl::setIndex(int index) { MetaDescriptors::index.write(*this, index); }
-void Property::Impl::setQualifiedBy(Property const& key) { MetaDescriptors::qualifiedBy.write(*this, key.impl()); }
-void Property::Impl::setIsQualificationUnique(bool unique) {
-    MetaDescriptors::qualificationUnique.write(*this, unique);
-}
+void Property::Impl::setIndex(int index) { Descriptors::index.write(*this, index); }
+void Property::Impl::setQualifiedBy(Property const& key) { Descriptors::qualifiedBy.write(*this, key.impl()); }
+void Property::Impl::setIsQualificationUnique(bool unique) { Descriptors::qualificationUnique.write(*this, unique); }
 Type Property::Impl::getOwningType() const { return Type::cast(basicContainer()); }
-void Property::Impl::setOwningType(Type const& owner) { given(owner).ownedProperties_.add(Property::of(this)); }
+void Property::Impl::setOwningType(Type const& owner) {
+    given(owner).getOwnedPropertiesMutable()->add(Property::of(this));
+}
 
-void Operation::Impl::setIsAbstract(bool value) { MetaDescriptors::operationAbstract.write(*this, value); }
-void Operation::Impl::setIsStatic(bool value) { MetaDescriptors::operationStatic.write(*this, value); }
-void Operation::Impl::setIsPublic(bool value) { MetaDescriptors::operationPublic.write(*this, value); }
-void Operation::Impl::setIsEvent(bool value) { MetaDescriptors::operationEvent.write(*this, value); }
+void Operation::Impl::setIsAbstract(bool value) { Descriptors::isAbstract.write(*this, value); }
+void Operation::Impl::setIsStatic(bool value) { Descriptors::isStatic.write(*this, value); }
+void Operation::Impl::setIsPublic(bool value) { Descriptors::isPublic.write(*this, value); }
+void Operation::Impl::setIsEvent(bool value) { Descriptors::isEvent.write(*this, value); }
 Class Operation::Impl::getOwningType() const { return Class::cast(basicContainer()); }
-void Operation::Impl::setOwningType(Class const& owner) { given(owner).ownedOperations_.add(Operation::of(this)); }
+void Operation::Impl::setOwningType(Class const& owner) {
+    given(owner).getOwnedOperationsMutable()->add(Operation::of(this));
+}
 
-void Argument::Impl::setIsInput(bool value) { MetaDescriptors::input.write(*this, value); }
+void Argument::Impl::setIsInput(bool value) { Descriptors::input.write(*this, value); }
 Operation Argument::Impl::getOperation() const { return Operation::cast(basicContainer()); }
-void Argument::Impl::setOperation(Operation const& operation) { given(operation).arguments_.add(Argument::of(this)); }
+void Argument::Impl::setOperation(Operation const& operation) {
+    given(operation).getArgumentsMutable()->add(Argument::of(this));
+}
 
 }  // namespace quay::zero::meta

@@ -21,6 +21,8 @@ namespace quay::zero::meta {
 /// Meta objects are never deleted: whatever holds one by a plain pointer may go on doing so.
 class QUAY_ZERO_API MetaElement::Impl : public ModelElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     void removeRef() const noexcept override;
     std::u16string identifier() const override;
 
@@ -35,12 +37,13 @@ protected:
     Impl(Model const& model, boost::uuids::uuid const& id);
 
 private:
-    friend struct MetaDescriptors;
     std::u16string name_;
 };
 
 class QUAY_ZERO_API TypedElement::Impl : public MetaElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     /// "No upper bound".
     static constexpr int UNBOUNDED = -1;
 
@@ -60,7 +63,6 @@ protected:
     Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
 
 private:
-    friend struct MetaDescriptors;
     ModelElement::Impl* type_ = nullptr;
     int lower_ = 0;
     int upper_ = 1;
@@ -69,6 +71,8 @@ private:
 
 class QUAY_ZERO_API Property::Impl final : public TypedElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
     Class const& getMetaClass() const override { return Property::metaClass(); }
     ClassTable const& classTable() const override { return Property::classTable(); }
@@ -108,7 +112,6 @@ public:
     }
 
 private:
-    friend struct MetaDescriptors;
     PropertyDescriptor const* descriptor_ = nullptr;
     ClassTable const* declaringTable_ = nullptr;
     ModelElement::Impl* qualifiedBy_ = nullptr;

@@ -5,6 +5,7 @@
 #include <quay/zero/model.h>
 #include <quay/zero/property_descriptor.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -73,12 +74,9 @@ public:
 
     /// Keeps an object of a library reachable for ever.
     void keep(void const* object);
-    /// The meta classes of meta objects, models and elements.
-    struct OwnClasses {
-        Class modelElement, model, metaElement, package, type, classClass, dataType, primitiveType, enumClass,
-            enumLiteral, typedElement, property, operation, argument;
-    };
-    OwnClasses const& ownClasses() const noexcept { return own_; }
+    using ForgetHook = void (*)(ModelElement::Impl const* type);
+    /// Called, under the mutex, with each type that is forgotten. Set once, by the registry of serializers.
+    void setForgetHook(ForgetHook hook) noexcept { whenForgotten_ = hook; }
 
 private:
     struct Registration {
@@ -89,7 +87,6 @@ private:
     };
 
     MetaRegistry();
-    void declareOwnTypes();
     Registration const* find(Type const& type) const;
     template <class Condition>
     void forgetTypes(Condition const& isMeant);
@@ -102,7 +99,7 @@ private:
     std::map<std::string, ModelElement::Impl*, std::less<>> byScriptName_;
     std::vector<Package> rootPackages_;
     std::vector<void const*> kept_;
-    OwnClasses own_;
+    std::atomic<ForgetHook> whenForgotten_ = nullptr;
 };
 
 }  // namespace quay::zero::meta

@@ -18,6 +18,8 @@ namespace quay::zero::meta {
 
 class QUAY_ZERO_API Package::Impl final : public MetaElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
     Class const& getMetaClass() const override { return Package::metaClass(); }
     ClassTable const& classTable() const override { return Package::classTable(); }
@@ -30,13 +32,13 @@ public:
     Package getParentPackage() const;
     void setParentPackage(Package const& parent);
     ElementSequence<Type> const* getOwnedTypes() const noexcept { return &ownedTypes_; }
+    ElementSequence<Type>* getOwnedTypesMutable() noexcept { return &ownedTypes_; }
     ElementSequence<Package> const* getPackages() const noexcept { return &packages_; }
+    ElementSequence<Package>* getPackagesMutable() noexcept { return &packages_; }
     /// The names from the outermost package down, joined by dots; nameless ones leave no trace.
     std::u16string getQualifiedName() const override;
 
 private:
-    friend struct MetaDescriptors;
-    friend class Type::Impl;
     std::u16string uri_;
     PrimitiveSequence<std::u16string> importedPackageURIs_{this, 3};
     ElementSequence<Type> ownedTypes_{this, 4};
@@ -45,6 +47,8 @@ private:
 
 class QUAY_ZERO_API Type::Impl : public MetaElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Package getOwningPackage() const;
     void setOwningPackage(Package const& package);
     /// Package and name with a dot between them: "ModelRefInfoRepo.DataClass".
@@ -57,6 +61,7 @@ public:
 
     /// The type's own properties (of a class) or fields (of a data type), in order of declaration.
     ElementSequence<Property> const* getOwnedProperties() const noexcept { return &ownedProperties_; }
+    ElementSequence<Property>* getOwnedPropertiesMutable() noexcept { return &ownedProperties_; }
     /// The property of that name, own or inherited, or an empty handle. Linear in their number.
     Property findProperty(std::u16string_view name) const;
     /// Own and inherited properties, inherited ones first.
@@ -66,14 +71,14 @@ protected:
     Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
 
 private:
-    friend struct MetaDescriptors;
-    friend class Property::Impl;
     std::string scriptName_;
     ElementSequence<Property> ownedProperties_{this, 3};
 };
 
 class QUAY_ZERO_API Class::Impl final : public Type::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
     Class const& getMetaClass() const override { return Class::metaClass(); }
     ClassTable const& classTable() const override { return Class::classTable(); }
@@ -88,6 +93,7 @@ public:
     bool conformsTo(Class const& other) const noexcept { return isKindOf(other.ModelElement::impl()); }
     bool isKindOf(ModelElement::Impl const* type) const noexcept override;
     ElementSequence<Operation> const* getOwnedOperations() const noexcept { return &ownedOperations_; }
+    ElementSequence<Operation>* getOwnedOperationsMutable() noexcept { return &ownedOperations_; }
 
     /// The property of an index along the class chain, or an empty handle.
     Property getPropertyByIndex(unsigned long index) const;
@@ -97,8 +103,6 @@ public:
     std::unique_ptr<ModelElement::Builder> instantiateBuilder(Model const& model) const;
 
 private:
-    friend struct MetaDescriptors;
-    friend class Operation::Impl;
     bool abstract_ = false;
     ModelElement::Impl* superclass_ = nullptr;
     ElementSequence<Operation> ownedOperations_{this, 6};
@@ -120,6 +124,8 @@ public:
 
 class QUAY_ZERO_API Enum::Impl final : public Type::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
     Class const& getMetaClass() const override { return Enum::metaClass(); }
     ClassTable const& classTable() const override { return Enum::classTable(); }
@@ -128,18 +134,19 @@ public:
     void setUnderlyingType(Type const& type);
     /// The literals by name.
     ElementMap<std::u16string, EnumLiteral> const* getLiterals() const noexcept { return &literals_; }
+    ElementMap<std::u16string, EnumLiteral>* getLiteralsMutable() noexcept { return &literals_; }
     /// The literal of that value, or an empty handle; the first by name if several have it.
     EnumLiteral findLiteral(int value) const;
 
 private:
-    friend struct MetaDescriptors;
-    friend class EnumLiteral::Impl;
     ModelElement::Impl* underlyingType_ = nullptr;
     ElementMap<std::u16string, EnumLiteral> literals_{this, 5};
 };
 
 class QUAY_ZERO_API EnumLiteral::Impl final : public MetaElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
     Class const& getMetaClass() const override { return EnumLiteral::metaClass(); }
     ClassTable const& classTable() const override { return EnumLiteral::classTable(); }
@@ -151,12 +158,13 @@ public:
     void setParentEnum(Enum const& parent);
 
 private:
-    friend struct MetaDescriptors;
     int value_ = 0;
 };
 
 class QUAY_ZERO_API Operation::Impl final : public TypedElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
     Class const& getMetaClass() const override { return Operation::metaClass(); }
     ClassTable const& classTable() const override { return Operation::classTable(); }
@@ -172,10 +180,9 @@ public:
     Class getOwningType() const;
     void setOwningType(Class const& owner);
     ElementSequence<Argument> const* getArguments() const noexcept { return &arguments_; }
+    ElementSequence<Argument>* getArgumentsMutable() noexcept { return &arguments_; }
 
 private:
-    friend struct MetaDescriptors;
-    friend class Argument::Impl;
     bool abstract_ = false;
     bool static_ = false;
     bool public_ = false;
@@ -185,6 +192,8 @@ private:
 
 class QUAY_ZERO_API Argument::Impl final : public TypedElement::Impl {
 public:
+    struct Descriptors;  // of its properties
+
     Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
     Class const& getMetaClass() const override { return Argument::metaClass(); }
     ClassTable const& classTable() const override { return Argument::classTable(); }
@@ -195,7 +204,6 @@ public:
     void setOperation(Operation const& operation);
 
 private:
-    friend struct MetaDescriptors;
     bool input_ = false;
 };
 
