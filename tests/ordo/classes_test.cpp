@@ -156,6 +156,15 @@ TEST_F(Workshop, TellsObjectsAtOneAddressApartByTheirClasses) {
     EXPECT_EQ(constructed->native(), nullptr);
 }
 
+TEST_F(Workshop, RemovesTheBindingOfAnObjectWhoseDescriptionLeavesIt) {
+    int native = 0;
+    bool isNew = false;
+    OrdoObject object = BindingRegistry::announce(&native, internName("workshop.Color"), isNew);
+    EXPECT_EQ(BindingRegistry::find(&native, internName("workshop.Color")), object.get());
+    object = OrdoObject();
+    EXPECT_EQ(BindingRegistry::find(&native, internName("workshop.Color")), nullptr);
+}
+
 TEST_F(Workshop, ReadsAndWritesEveryTypeOfProperty) {
     OrdoValue const item = make("workshop.Item");
     struct Case {

@@ -1,7 +1,7 @@
 // Reading the constructor text of a number.
 #pragma once
 
-#include <typesys/fixed_point.h>
+#include <typesys/number_type.h>
 
 #include <optional>
 #include <string_view>

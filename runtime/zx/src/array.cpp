@@ -1,5 +1,7 @@
 #include "array_data.h"
 
+#include <zx/array.h>
+
 #include <atomic>
 #include <stdexcept>
 
@@ -76,7 +78,7 @@ bool zxIsA(zxArray const* array, std::string_view className) {
         return false;
     }
     auto const* const based = std::get_if<zx::Based>(&array->content);
-    if (based != nullptr && zxIsClass(based->underlying.get(), className)) {
+    if (based != nullptr && zxIsClass(based->underlying, className)) {
         return true;
     }
     zx::DerivesFrom* const derivesFrom = classHierarchy.load();
@@ -133,7 +135,7 @@ void zxSetDimensions(zxArray* array, std::span<std::size_t const> dimensions) {
     }
     auto* const based = std::get_if<zx::Based>(&written.content);
     if (based != nullptr && based->underlying != nullptr) {
-        zxSetDimensions(based->underlying.get(), dimensions);
+        zxSetDimensions(based->underlying, dimensions);
     }
     zx::touch(written);
     written.shape = std::move(shape);

@@ -22,6 +22,9 @@ struct zxArray_tag {
     zxArray_tag(zx::Shape theShape, std::in_place_type_t<T> type, Arguments&&... arguments)
         : serial(zx::drawSerial()), shape(std::move(theShape)), content(type, std::forward<Arguments>(arguments)...) {}
 
+    zxArray_tag(zxArray_tag const&) = delete;
+    zxArray_tag& operator=(zxArray_tag const&) = delete;
+
     std::uint64_t serial;
     zxArray* parent = nullptr;  // the array that this one is an element of
     zx::Shape shape;
@@ -30,26 +33,27 @@ struct zxArray_tag {
 
 namespace zx {
 
+/// A new array with a content of type `T`, which is made of `arguments`.
 template <class T, class... Arguments>
-Array make(Shape shape, Arguments&&... arguments) {
-    return Array(new zxArray(std::move(shape), std::in_place_type<T>, std::forward<Arguments>(arguments)...));
+zxArray* create(Shape shape, Arguments&&... arguments) {
+    return new zxArray(std::move(shape), std::in_place_type<T>, std::forward<Arguments>(arguments)...);
 }
 
 /// What an element reads as that wasn't set: a 0 by 0 double array.
 zxArray const& emptyArray();
 
-inline zxArray const& orEmpty(Array const& element) { return element != nullptr ? *element : emptyArray(); }
+inline zxArray const& orEmpty(zxArray const* element) { return element != nullptr ? *element : emptyArray(); }
 
-/// Calls `visit` with each element of `array` that can be an array, unset ones included.
+/// Calls `visit` with the place of each element of `array` that can be an array, unset ones included.
 template <class Visit>
 void forEachElement(zxArray& array, Visit visit) {
     if (auto* const cells = std::get_if<Cells>(&array.content)) {
-        for (Array& element : cells->elements) {
+        for (zxArray*& element : cells->elements) {
             visit(element);
         }
     } else if (auto* const structs = std::get_if<Structs>(&array.content)) {
         for (std::size_t number = 0; number < structs->fields().size(); ++number) {
-            for (Array& element : structs->values(number)) {
+            for (zxArray*& element : structs->values(number)) {
                 visit(element);
             }
         }
@@ -60,18 +64,6 @@ void forEachElement(zxArray& array, Visit visit) {
 
 /// Notes that `array` is written, which every array does too that it stands in.
 void touch(zxArray& array) noexcept;
-
-/// Throws std::invalid_argument if `value`, which may be null, stands in an array already or has `owner` in
-/// itself.
-void checkPut(zxArray const& owner, zxArray const* value);
-/// Puts `value`, which must pass checkPut, in the place of `element` in `owner`.
-void put(zxArray& owner, Array& element, zxArray* value);
-
-/// The element itself; if it wasn't set, it is an array of its own from now on.
-zxArray& getForWriting(zxArray& owner, Array& element);
-
-/// Takes an element out of the array that it stands in, to be released.
-void drop(Array& element) noexcept;
 
 zxArray const& notNull(zxArray const* array);
 zxArray& notNull(zxArray* array);

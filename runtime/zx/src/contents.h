@@ -1,10 +1,11 @@
 // What arrays other than plain ones hold. Elements that are arrays are null until they are set, and read as
-// an empty array.
+// an empty array. A content doesn't release them: the array that has the content does, before the content goes.
 #pragma once
 
-#include <zx/array.h>
-#include <zx/objects.h>
+#include <zx/native_operations.h>
+#include <zx/types.h>
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -18,19 +19,19 @@ namespace zx {
 struct Cells {
     explicit Cells(std::size_t count) : elements(count) {}
 
-    std::vector<Array> elements;
+    std::vector<zxArray*> elements;
 };
 
 class Structs {
 public:
     struct Field {
         std::string name;
-        std::vector<Array> values;  // one for each element
+        std::vector<zxArray*> values;  // one for each element
     };
 
     /// In the order in which they were added.
     std::vector<Field> const& fields() const { return fields_; }
-    std::vector<Array>& values(std::size_t number) { return fields_[number].values; }
+    std::vector<zxArray*>& values(std::size_t number) { return fields_[number].values; }
 
     std::optional<std::size_t> find(std::string_view name) const;
     /// Adds a field that isn't there yet, for so many elements.
@@ -59,7 +60,7 @@ struct Based {
     explicit Based(std::string name) : className(std::move(name)) {}
 
     std::string className;
-    Array underlying;
+    zxArray* underlying = nullptr;
 };
 
 /// Native objects.

@@ -1,5 +1,7 @@
 // Taking one element out of an array.
-#include "array_data.h"
+#include "elements.h"
+
+#include <zx/array.h>
 
 #include <cstring>
 
@@ -19,7 +21,7 @@ struct Element {
 
     Array operator()(Cells const& cells) const {
         Array one = make<Cells>(Shape(1, 1), 1U);
-        put(*one, std::get<Cells>(one->content).elements[0], zxDuplicateArray(cells.elements[index].get()));
+        put(*one, std::get<Cells>(one->content).elements[0], zxDuplicateArray(cells.elements[index]));
         return one;
     }
 
@@ -27,7 +29,7 @@ struct Element {
         Array one = make<Structs>(Shape(1, 1));
         for (Structs::Field const& field : structs.fields()) {
             Structs::Field& taken = std::get<Structs>(one->content).add(field.name, 1);
-            put(*one, taken.values[0], zxDuplicateArray(field.values[index].get()));
+            put(*one, taken.values[0], zxDuplicateArray(field.values[index]));
         }
         return one;
     }
@@ -40,7 +42,7 @@ struct Element {
 
     Array operator()(Based const& based) const {
         Array one = make<Based>(Shape(1, 1), based.className);
-        put(*one, std::get<Based>(one->content).underlying, zxDuplicateElement(based.underlying.get(), index));
+        put(*one, std::get<Based>(one->content).underlying, zxDuplicateElement(based.underlying, index));
         return one;
     }
 

@@ -1,12 +1,14 @@
 // Comparing contents, without recursion.
 #include "array_data.h"
 
+#include <zx/array.h>
+
 namespace zx {
 namespace {
 
 using Pairs = std::vector<std::pair<zxArray const*, zxArray const*>>;
 
-void addPairs(Pairs& pending, std::vector<Array> const& left, std::vector<Array> const& right) {
+void addPairs(Pairs& pending, std::vector<zxArray*> const& left, std::vector<zxArray*> const& right) {
     for (std::size_t i = 0; i < left.size(); ++i) {
         if (left[i] != nullptr || right[i] != nullptr) {
             pending.emplace_back(&orEmpty(left[i]), &orEmpty(right[i]));
@@ -52,7 +54,7 @@ struct Compare {
             return false;
         }
         if (right.shape.count() != 0) {
-            pending.emplace_back(based.underlying.get(), other.underlying.get());
+            pending.emplace_back(based.underlying, other.underlying);
         }
         return true;
     }

@@ -1,7 +1,7 @@
 // Copying and releasing, without recursion: arrays can be nested as deep as memory goes.
 #include "array_data.h"
 
-#include <zx/property_array.h>
+#include <zx/life.h>
 
 #include <cassert>
 
@@ -13,18 +13,18 @@ Array copyWithoutElements(zxArray const& source) {
     struct Copy {
         Shape const& shape;
 
-        Array operator()(Plain const& plain) const { return make<Plain>(shape, plain); }
-        Array operator()(Cells const& cells) const { return make<Cells>(shape, cells.elements.size()); }
+        Array operator()(Plain const& plain) const { return Array(create<Plain>(shape, plain)); }
+        Array operator()(Cells const& cells) const { return Array(create<Cells>(shape, cells.elements.size())); }
         Array operator()(Structs const& structs) const {
-            Array copy = make<Structs>(shape);
+            Array copy(create<Structs>(shape));
             for (Structs::Field const& field : structs.fields()) {
                 std::get<Structs>(copy->content).add(field.name, shape.count());
             }
             return copy;
         }
-        Array operator()(Texts const& texts) const { return make<Texts>(shape, texts); }
-        Array operator()(Based const& based) const { return make<Based>(shape, based.className); }
-        Array operator()(Natives const& natives) const { return make<Natives>(shape, natives); }
+        Array operator()(Texts const& texts) const { return Array(create<Texts>(shape, texts)); }
+        Array operator()(Based const& based) const { return Array(create<Based>(shape, based.className)); }
+        Array operator()(Natives const& natives) const { return Array(create<Natives>(shape, natives)); }
     };
     return std::visit(Copy{source.shape}, source.content);
 }
@@ -32,15 +32,15 @@ Array copyWithoutElements(zxArray const& source) {
 struct Pending {
     zxArray const* source;
     zxArray* owner;
-    Array* place;
+    zxArray** place;
 };
 
 // Notes which elements of `source` are to be copied into `copy`, which has the same structure.
 void addElements(std::vector<Pending>& pending, zxArray const& source, zxArray& copy) {
     std::size_t const first = pending.size();
-    forEachElement(copy, [&](Array& place) { pending.push_back({nullptr, &copy, &place}); });
+    forEachElement(copy, [&](zxArray*& place) { pending.push_back({nullptr, &copy, &place}); });
     std::size_t next = first;
-    forEachElement(const_cast<zxArray&>(source), [&](Array const& element) { pending[next++].source = element.get(); });
+    forEachElement(const_cast<zxArray&>(source), [&](zxArray* element) { pending[next++].source = element; });
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ zxArray* zxDuplicateArray(zxArray const* array) {
         zx::Pending const next = pending.back();
         pending.pop_back();
         if (next.source != nullptr) {
-            *next.place = zx::copyWithoutElements(*next.source);
+            *next.place = zx::copyWithoutElements(*next.source).release();
             (*next.place)->parent = next.owner;
             zx::addElements(pending, *next.source, **next.place);
         }
@@ -72,16 +72,12 @@ void zxDestroyArray(zxArray* array) noexcept {
     while (chain != nullptr) {
         zxArray* const next = chain;
         chain = std::exchange(next->parent, nullptr);
-        zx::forEachElement(*next, [&](zx::Array& element) {
+        zx::forEachElement(*next, [&](zxArray*& element) {
             if (element != nullptr) {
                 element->parent = chain;
-                chain = element.release();
+                chain = std::exchange(element, nullptr);
             }
         });
         delete next;
     }
 }
-
-zxArray_tag* omCopyArrayForPropertyContainment(zxArray_tag const* array) { return zxDuplicateArray(array); }
-
-void ordo::property_array_deleter(zxArray_tag* array) noexcept { zxDestroyArray(array); }

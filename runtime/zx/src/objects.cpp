@@ -1,4 +1,4 @@
-#include "array_data.h"
+#include "elements.h"
 
 #include <zx/objects.h>
 
@@ -48,7 +48,7 @@ zxArray* zxCreateNativeObjectArray(std::string_view className, std::span<std::si
 
 zxArray const* zxGetUnderlyingArray(zxArray const* array) {
     auto const* const based = std::get_if<zx::Based>(&zx::notNull(array).content);
-    return based != nullptr ? based->underlying.get() : nullptr;
+    return based != nullptr ? based->underlying : nullptr;
 }
 
 bool zxIsNativeObject(zxArray const* array) noexcept { return zx::holds<zx::Natives>(array); }

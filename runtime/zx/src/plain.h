@@ -1,10 +1,12 @@
 // What numeric, logical and char arrays hold.
 #pragma once
 
-#include <zx/array.h>
+#include <zx/types.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdlib>
+#include <memory>
 
 namespace zx {
 

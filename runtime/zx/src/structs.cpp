@@ -1,4 +1,4 @@
-#include "array_data.h"
+#include "elements.h"
 
 #include <zx/containers.h>
 
@@ -21,59 +21,14 @@ zx::Structs::Field const& fieldAt(zxArray const* array, std::size_t number) {
 }
 
 // The place of an element's field; null if there is no such field.
-zx::Array* findPlace(zxArray* array, std::size_t index, std::string_view name) {
+zxArray** findPlace(zxArray* array, std::size_t index, std::string_view name) {
     zx::Structs& structs = structsOf(array);
     zx::checkIndex(*array, index);
     std::optional<std::size_t> const number = structs.find(name);
     return number ? &structs.values(*number)[index] : nullptr;
 }
 
-constexpr std::size_t kFew = 16;
-
 }  // namespace
-
-std::optional<std::size_t> zx::Structs::find(std::string_view name) const {
-    if (!numbers_.empty()) {
-        auto const found = numbers_.find(name);
-        return found != numbers_.end() ? std::optional(found->second) : std::nullopt;
-    }
-    for (std::size_t number = 0; number < fields_.size(); ++number) {
-        if (fields_[number].name == name) {
-            return number;
-        }
-    }
-    return std::nullopt;
-}
-
-zx::Structs::Field& zx::Structs::add(std::string_view name, std::size_t count) {
-    if (numbers_.empty() && fields_.size() >= kFew) {
-        decltype(numbers_) all;
-        for (std::size_t number = 0; number < fields_.size(); ++number) {
-            all.emplace(fields_[number].name, number);
-        }
-        numbers_ = std::move(all);
-    }
-    fields_.push_back({std::string(name), std::vector<Array>(count)});
-    if (!numbers_.empty()) {
-        try {
-            numbers_.emplace(name, fields_.size() - 1);
-        } catch (...) {
-            fields_.pop_back();
-            throw;
-        }
-    }
-    return fields_.back();
-}
-
-void zx::Structs::remove(std::size_t number) {
-    if (!numbers_.empty()) {
-        numbers_.erase(fields_[number].name);
-        for (auto& [name, other] : numbers_) {
-            other -= other > number ? 1 : 0;
-        }
-    }
-    fields_.erase(fields_.begin() + static_cast<std::ptrdiff_t>(number));
-}
 
 zxArray* zxCreateStructMatrix(std::size_t rows, std::size_t columns) {
     return zx::make<zx::Structs>(zx::Shape(rows, columns)).release();
@@ -111,7 +66,7 @@ bool zxRemoveField(zxArray* array, std::string_view name) {
         return false;
     }
     zx::touch(*array);
-    for (zx::Array& element : structs.values(*number)) {
+    for (zxArray*& element : structs.values(*number)) {
         zx::drop(element);
     }
     structs.remove(*number);
@@ -119,12 +74,12 @@ bool zxRemoveField(zxArray* array, std::string_view name) {
 }
 
 zxArray const* zxGetField(zxArray const* array, std::size_t index, std::string_view name) {
-    zx::Array const* const place = findPlace(const_cast<zxArray*>(array), index, name);
+    zxArray* const* const place = findPlace(const_cast<zxArray*>(array), index, name);
     return place != nullptr ? &zx::orEmpty(*place) : nullptr;
 }
 
 zxArray* zxGetFieldForWriting(zxArray* array, std::size_t index, std::string_view name) {
-    zx::Array* const place = findPlace(array, index, name);
+    zxArray** const place = findPlace(array, index, name);
     return place != nullptr ? &zx::getForWriting(*array, *place) : nullptr;
 }
 

@@ -1,4 +1,4 @@
-#include "array_data.h"
+#include "elements.h"
 
 #include <zx/text.h>
 #include <zx/values.h>

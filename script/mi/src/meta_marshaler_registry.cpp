@@ -16,7 +16,10 @@ MetaMarshalerRegistry& MetaMarshalerRegistry::getInstance() {
 
 MetaMarshalerRegistry::MetaMarshalerRegistry() {
     meta::MetaRegistry::getInstance();  // brings the standard types up
-    registerPrimitiveMarshalers(*this);
+    for (auto& marshaler : makePrimitiveMarshalers()) {
+        meta::Type const type = marshaler->getType();
+        registerTypeMarshaler(type, std::move(marshaler));
+    }
 }
 
 ValueMarshaler* MetaMarshalerRegistry::findPropertyMarshaler(meta::Type const& type) const noexcept {

@@ -103,14 +103,16 @@ public:
 
 }  // namespace
 
-void registerPrimitiveMarshalers(MetaMarshalerRegistry& registry) {
-    auto const enter = [&]<class... T>(std::type_identity<T>...) {
-        (registry.registerTypeMarshaler(meta::StandardTypes::of<T>(), std::make_unique<PrimitiveMarshaler<T>>()), ...);
+std::vector<std::unique_ptr<TypedValueMarshaler>> makePrimitiveMarshalers() {
+    std::vector<std::unique_ptr<TypedValueMarshaler>> made;
+    auto const add = [&]<class... T>(std::type_identity<T>...) {
+        (made.push_back(std::make_unique<PrimitiveMarshaler<T>>()), ...);
     };
-    enter(std::type_identity<bool>(), std::type_identity<int>(), std::type_identity<unsigned int>(),
-          std::type_identity<unsigned long>(), std::type_identity<double>(), std::type_identity<std::u16string>(),
-          std::type_identity<std::string>());
-    registry.registerTypeMarshaler(meta::StandardTypes::zxArrayMeta, std::make_unique<ArrayMarshaler>());
+    add(std::type_identity<bool>(), std::type_identity<int>(), std::type_identity<unsigned int>(),
+        std::type_identity<unsigned long>(), std::type_identity<double>(), std::type_identity<std::u16string>(),
+        std::type_identity<std::string>());
+    made.push_back(std::make_unique<ArrayMarshaler>());
+    return made;
 }
 
 }  // namespace quay::zero::mi

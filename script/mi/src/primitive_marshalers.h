@@ -1,10 +1,12 @@
 // The marshalers of the runtime's own types.
 #pragma once
 
-#include <quay/zero/mi/meta_marshaler_registry.h>
+#include <quay/zero/mi/value_marshaler.h>
 
+#include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace quay::zero::mi {
 
@@ -27,7 +29,7 @@ inline bool isArrayType(meta::Type const& type) {
     return type.ModelElement::impl() == meta::StandardTypes::zxArrayMeta.ModelElement::impl();
 }
 
-/// Enters them all.
-void registerPrimitiveMarshalers(MetaMarshalerRegistry& registry);
+/// A new marshaler for each primitive type and for arrays.
+std::vector<std::unique_ptr<TypedValueMarshaler>> makePrimitiveMarshalers();
 
 }  // namespace quay::zero::mi

@@ -23,6 +23,8 @@ OrdoClass& classNamed(InternedName className) {
     return *found;
 }
 
+void unbind(OrdoInterface& object) noexcept { BindingRegistry::remove(object.native(), object.classIdentity().name()); }
+
 }  // namespace
 
 OrdoObject BindingRegistry::announce(void* object, InternedName className, bool& isNew) {
@@ -39,7 +41,7 @@ OrdoObject BindingRegistry::announce(void* object, InternedName className, bool&
     entry = bindings().try_emplace(object).first;
     made->native_ = object;
     made->nextBound_ = std::exchange(entry->second, made.get());
-    made->bound_ = true;
+    made->unbind_ = unbind;
     isNew = true;
     return made;
 }
@@ -55,7 +57,7 @@ bool BindingRegistry::announceForConstructor(void* object, InternedName classNam
             return false;
         }
         scriptObject.nextBound_ = std::exchange(bindings()[object], &scriptObject);
-        scriptObject.bound_ = true;
+        scriptObject.unbind_ = unbind;
     }
     scriptObject.native_ = object;
     scriptObject.copier_ = copier;
@@ -78,7 +80,7 @@ bool BindingRegistry::remove(void const* object, InternedName className) noexcep
     if (*link == nullptr) {
         return false;
     }
-    (*link)->bound_ = false;
+    (*link)->unbind_ = nullptr;
     *link = std::exchange((*link)->nextBound_, nullptr);
     if (entry->second == nullptr) {
         bindings().erase(entry);

@@ -1,9 +1,7 @@
 // How classes come to be defined, and what is found in them.
-#include "class_table.h"
-
+#include <ordo/class.h>
 #include <ordo/error.h>
-#include <ordo/factory/value_type.h>
-#include <ordo/package.h>
+#include <ordo/type_repository.h>
 
 #include <algorithm>
 #include <array>
@@ -19,43 +17,12 @@ bool isBuiltIn(std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// Looks for a class in a package, which may bring it in.
-OrdoClass* findIn(OrdoPackage& package, std::string_view shortName) {
-    InternedName const name = internName(std::string(package.name().text()) + '.' + std::string(shortName));
-    OrdoClass* const found = ClassTable::find(name);
-    return found != nullptr || !package.info().attemptToLoadClass(internName(shortName)) ? found
-                                                                                         : ClassTable::find(name);
-}
-
-OrdoClass* findByName(InternedName name, OrdoPackage* context) {
-    if (context != nullptr) {
-        if (OrdoClass* const found = findIn(*context, name.text())) {
-            return found;
-        }
-    }
-    if (OrdoClass* const found = ClassTable::find(name)) {
-        return found;
-    }
-    std::size_t const dot = name.text().rfind('.');
-    if (dot == std::string_view::npos) {
-        return nullptr;
-    }
-    OrdoPackage* const package = OrdoPackage::getPackage(internName(name.text().substr(0, dot)));
-    return package != nullptr ? findIn(*package, name.text().substr(dot + 1)) : nullptr;
-}
-
 }  // namespace
 
-OrdoClassInfo::~OrdoClassInfo() = default;
-std::string OrdoClassInfo::describeInstance(void const*) const { return {}; }
-OrdoPropInfo::~OrdoPropInfo() = default;
-OrdoEnumInfo::~OrdoEnumInfo() = default;
-
-OrdoClass::OrdoClass(InternedName name, OrdoClassInfo& info)
-    : name_(name), shortName_(internName(info.getName())), info_(&info) {}
+constinit OrdoClass::Finder* OrdoClass::finder_ = nullptr;
 
 OrdoClass* OrdoClass::getClass(InternedName name, OrdoPackage* context) {
-    OrdoClass* const found = findByName(name, context);
+    OrdoClass* const found = finder_ != nullptr ? finder_(name, context) : nullptr;
     // A class that is being defined may be asked for by what its definition needs.
     if (found != nullptr && found->state_ == State::Undefined) {
         found->define();
@@ -81,6 +48,7 @@ void OrdoClass::define() {
 }
 
 void OrdoClass::clear() noexcept {
+    ancestors_.clear();
     superclasses_.clear();
     superclassWords_.clear();
     properties_.clear();
@@ -98,8 +66,11 @@ void OrdoClass::addSuperclass(std::string_view name, int first, int second, int 
             raiseWith(failures::Unexpected, {"class '" + std::string(name_.text()) + "' would derive from itself"});
         }
         superclasses_.push_back(superclass);
+        ancestors_.push_back(superclass->name());
+        ancestors_.insert(ancestors_.end(), superclass->ancestors_.begin(), superclass->ancestors_.end());
     } else if (isBuiltIn(name)) {
         builtInBase_ = internName(name);
+        ancestors_.push_back(builtInBase_);
     } else {
         raiseWith(failures::NoSuchClass, {std::string(name)});
     }
@@ -170,12 +141,6 @@ bool OrdoClass::isA(OrdoClass const& other) const noexcept {
                                          [&](OrdoClass const* superclass) { return superclass->isA(other); });
 }
 
-bool OrdoClass::isA(InternedName name) const noexcept {
-    return name_ == name || (builtInBase_ && builtInBase_ == name) ||
-           std::any_of(superclasses_.begin(), superclasses_.end(),
-                       [&](OrdoClass const* superclass) { return superclass->isA(name); });
-}
-
 OrdoValue OrdoClass::construct(std::span<OrdoValue const> arguments) {
     if (constructor_ == nullptr || info_->isAbstract()) {
         raiseWith(failures::AbstractClass, {std::string(name_.text())});
@@ -191,10 +156,40 @@ OrdoValue OrdoClass::construct(std::span<OrdoValue const> arguments) {
 }
 
 OrdoValue OrdoClass::constructEnumeration(OrdoValue const& input) {
-    if (input.isNothing()) {
-        raiseWith(failures::NoValue, {"a value of '" + std::string(name_.text()) + "'"});
+    std::int32_t number = 0;
+    if (input.enumerationOf(*this, number)) {
+        return OrdoValue::enumeration(*this, number);
     }
-    return OrdoValue::enumeration(*this, factory::enumerationNumber(*this, input));
+    std::string const name(name_.text());
+    if (input.isNothing()) {
+        raiseWith(failures::NoValue, {"a value of '" + name + "'"});
+    }
+    bool const foreign = input.kind() == OrdoValue::Kind::Object || input.kind() == OrdoValue::Kind::Enumeration;
+    bool const array = input.kind() == OrdoValue::Kind::Array;
+    if (!foreign && !input.isText() && (!array || zxIsNumeric(input.arrayContent()))) {
+        number = input.toInt32();
+        if (findEnumeration(number) == nullptr) {
+            raiseWith(failures::NoSuchLiteral, {std::to_string(number), name});
+        }
+        return OrdoValue::enumeration(*this, number);
+    }
+    OrdoTypeConverter* const conversion =
+        foreign ? nullptr : OrdoTypeRepository::getConversion(internName("any"), internName(name + " property"));
+    if (conversion != nullptr) {
+        zx::Array storage;
+        zx::Array converted = conversion->convert(input.array(storage));
+        OrdoValue const result = OrdoValue::fromArray(std::move(converted));
+        if (result.enumerationOf(*this, number)) {
+            return OrdoValue::enumeration(*this, number);
+        }
+    } else if (input.isText()) {
+        std::string const text = input.toBytes();
+        if (OrdoEnumInfo const* const literal = findEnumeration(internName(text))) {
+            return OrdoValue::enumeration(*this, literal->getNumericValue());
+        }
+        raiseWith(failures::NoSuchLiteral, {text, name});
+    }
+    raiseWith(failures::WrongType, {input.describe(), "a value of '" + name + "'"});
 }
 
 void OrdoClass::raiseInvalid() { raiseInvalidHandle(); }

@@ -1,27 +1,21 @@
 // The parts of the factory layer that don't depend on a native type.
 #include <ordo/class.h>
-#include <ordo/collection.h>
 #include <ordo/error.h>
+#include <ordo/factory/binding_registry.h>
 #include <ordo/factory/class_info.h>
+#include <ordo/factory/method.h>
 #include <ordo/factory/property.h>
 #include <ordo/factory/text.h>
-#include <ordo/type_repository.h>
 
 #include <zx/text.h>
 
 #include <string>
 #include <utility>
 
-namespace ordo {
-
-OrdoCollection::~OrdoCollection() = default;
-OrdoValue OrdoCollection::at(void*, std::size_t) const { return {}; }
-std::vector<OrdoValue> OrdoCollection::keys(void*) const { return {}; }
-std::vector<OrdoValue> OrdoCollection::find(void*, OrdoValue const&) const { return {}; }
-
-namespace factory {
+namespace ordo::factory {
 
 OrdoFactoryClassInfo::~OrdoFactoryClassInfo() = default;
+OrdoMethod::~OrdoMethod() = default;
 
 std::string withoutScalar(std::string_view typeWord) {
     constexpr std::string_view ending = " scalar";
@@ -42,36 +36,8 @@ OrdoValue firstOf(OrdoValue const& value) {
 
 std::int32_t enumerationNumber(OrdoClass& enumeration, OrdoValue const& value) {
     std::int32_t number = 0;
-    if (value.isNothing() || value.enumerationOf(enumeration, number)) {
-        return number;
-    }
-    std::string const name(enumeration.name().text());
-    bool const foreign = value.kind() == OrdoValue::Kind::Object || value.kind() == OrdoValue::Kind::Enumeration;
-    bool const array = value.kind() == OrdoValue::Kind::Array;
-    if (!foreign && !value.isText() && (!array || zxIsNumeric(value.arrayContent()))) {
-        number = value.toInt32();
-        if (enumeration.findEnumeration(number) == nullptr) {
-            raiseWith(failures::NoSuchLiteral, {std::to_string(number), name});
-        }
-        return number;
-    }
-    OrdoTypeConverter* const conversion =
-        foreign ? nullptr : OrdoTypeRepository::getConversion(internName("any"), internName(name + " property"));
-    if (conversion != nullptr) {
-        zx::Array storage;
-        zx::Array converted = conversion->convert(value.array(storage));
-        OrdoValue const result = OrdoValue::fromArray(std::move(converted));
-        if (result.enumerationOf(enumeration, number)) {
-            return number;
-        }
-    } else if (value.isText()) {
-        std::string const text = value.toBytes();
-        if (OrdoEnumInfo const* const literal = enumeration.findEnumeration(internName(text))) {
-            return literal->getNumericValue();
-        }
-        raiseWith(failures::NoSuchLiteral, {text, name});
-    }
-    raiseWith(failures::WrongType, {value.describe(), "a value of '" + name + "'"});
+    bool const isKnown = value.isNothing() || value.enumerationOf(enumeration, number);
+    return isKnown ? number : enumeration.constructEnumeration(value).enumerationNumber();
 }
 
 namespace impl {
@@ -104,6 +70,17 @@ void PropertyImpl::set(void* self, OrdoValue const& value) const {
     }
 }
 
+OrdoConstructor::OrdoConstructor(std::string_view shortName, std::string_view fullName, NativeCopier copier,
+                                 std::string_view description)
+    : OrdoMethod(shortName, {}, OrdoMethodSignature::createMethodSignature("", fullName, {}), description),
+      className_(internName(fullName)),
+      copier_(copier) {}
+
+void OrdoConstructor::call(MethodCall& call) const {
+    if (void* const native = definingClass()->info().makeInstance()) {
+        basic::BindingRegistry::announceForConstructor(native, className_, *call.constructed(), false, copier_);
+    }
+}
+
 }  // namespace impl
-}  // namespace factory
-}  // namespace ordo
+}  // namespace ordo::factory

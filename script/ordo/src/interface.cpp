@@ -1,5 +1,4 @@
-#include <ordo/class.h>
-#include <ordo/factory/binding_registry.h>
+#include <ordo/class_identity.h>
 #include <ordo/interface.h>
 
 namespace ordo {
@@ -15,7 +14,7 @@ constinit zx::NativeOperations const operations{copyObject, destroyObject, equal
 
 }  // namespace
 
-OrdoObject OrdoInterface::make(OrdoClass& ordoClass, void* native, NativeCopier copier) {
+OrdoObject OrdoInterface::make(ClassIdentity& ordoClass, void* native, NativeCopier copier) {
     return OrdoObject(new OrdoInterface(ordoClass, native, copier));
 }
 
@@ -36,14 +35,14 @@ void OrdoInterface::end() noexcept {
     if (native_ != nullptr) {
         class_->info().freeInstance(native_);
     }
-    if (bound_) {
-        factory::basic::BindingRegistry::remove(native_, class_->name());  // a description that didn't see to it
+    if (unbind_ != nullptr) {
+        unbind_(*this);  // for a description that didn't see to it
     }
     delete this;
 }
 
 zx::Array toArray(OrdoInterface& object) {
-    std::string_view const className = object.getClass().name().text();
+    std::string_view const className = object.classIdentity().name().text();
     if (object.native() == nullptr) {
         return zx::Array(zxCreateEmptyObject(className));
     }

@@ -1,7 +1,4 @@
-#include <ordo/class.h>
-#include <ordo/error.h>
-#include <ordo/factory/binding_registry.h>
-#include <ordo/factory/method.h>
+#include <ordo/method.h>
 
 #include <sstream>
 
@@ -41,24 +38,4 @@ OrdoValue const& MethodCall::missing() noexcept {
     return nothing;
 }
 
-namespace factory {
-
-OrdoMethod::~OrdoMethod() = default;
-
-namespace impl {
-
-OrdoConstructor::OrdoConstructor(std::string_view shortName, std::string_view fullName, NativeCopier copier,
-                                 std::string_view description)
-    : OrdoMethod(shortName, {}, OrdoMethodSignature::createMethodSignature("", fullName, {}), description),
-      className_(internName(fullName)),
-      copier_(copier) {}
-
-void OrdoConstructor::call(MethodCall& call) const {
-    if (void* const native = definingClass()->info().makeInstance()) {
-        basic::BindingRegistry::announceForConstructor(native, className_, *call.constructed(), false, copier_);
-    }
-}
-
-}  // namespace impl
-}  // namespace factory
 }  // namespace ordo

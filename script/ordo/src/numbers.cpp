@@ -1,7 +1,7 @@
 // Which numbers and texts a value in transit can be taken for. Nothing is ever wrapped, cut or rounded but what becomes
 // a double.
 #include <ordo/error.h>
-#include <ordo/factory/text.h>
+#include <ordo/factory/encoding.h>
 #include <ordo/value.h>
 
 #include <zx/objects.h>

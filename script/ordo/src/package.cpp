@@ -8,6 +8,34 @@
 #include <unordered_map>
 
 namespace ordo {
+namespace {
+
+/// Looks for a class in a package, which may bring it in.
+OrdoClass* findIn(OrdoPackage& package, std::string_view shortName) {
+    InternedName const name = internName(std::string(package.name().text()) + '.' + std::string(shortName));
+    OrdoClass* const found = ClassTable::find(name);
+    return found != nullptr || !package.info().attemptToLoadClass(internName(shortName)) ? found
+                                                                                         : ClassTable::find(name);
+}
+
+OrdoClass* findByName(InternedName name, OrdoPackage* context) {
+    if (context != nullptr) {
+        if (OrdoClass* const found = findIn(*context, name.text())) {
+            return found;
+        }
+    }
+    if (OrdoClass* const found = ClassTable::find(name)) {
+        return found;
+    }
+    std::size_t const dot = name.text().rfind('.');
+    if (dot == std::string_view::npos) {
+        return nullptr;
+    }
+    OrdoPackage* const package = OrdoPackage::getPackage(internName(name.text().substr(0, dot)));
+    return package != nullptr ? findIn(*package, name.text().substr(dot + 1)) : nullptr;
+}
+
+}  // namespace
 
 struct PackageTree {
     static PackageTree& instance() {
@@ -22,7 +50,7 @@ struct PackageTree {
     std::vector<std::unique_ptr<OrdoPackageInfo>> further;  // descriptions of packages that had one
 
 private:
-    PackageTree() = default;
+    PackageTree() { ClassTable::setFinder(findByName); }
 };
 
 OrdoPackage* PackageTree::add(OrdoPackageInfo& info, OrdoPackage* parent, std::vector<OrdoPackage*>& siblings) {

@@ -1,6 +1,6 @@
 // The life of values in transit, and their form as arrays.
-#include <ordo/class.h>
-#include <ordo/factory/text.h>
+#include <ordo/class_identity.h>
+#include <ordo/factory/encoding.h>
 #include <ordo/value.h>
 
 #include <zx/containers.h>
@@ -126,7 +126,7 @@ void* OrdoValue::native(InternedName className) const noexcept {
     return found != nullptr ? found->getNativePointer(className) : nullptr;
 }
 
-bool OrdoValue::enumerationOf(OrdoClass const& enumeration, std::int32_t& number) const noexcept {
+bool OrdoValue::enumerationOf(ClassIdentity const& enumeration, std::int32_t& number) const noexcept {
     if (kind_ == Kind::Enumeration) {
         number = enumerationNumber();
         return word_.enumeration == &enumeration;
@@ -183,7 +183,7 @@ zx::Array OrdoValue::toArray() const {
             return zx::Array(zxCreateString_UTF16(factory::unitsOf(bytesContent())));
         case Kind::Enumeration: {
             zx::Array number = zx::scalar(enumerationNumber());
-            zx::Array result(zxCreateObjectFromUnderlying(enumerationClass().name().text(), number.get()));
+            zx::Array result(zxCreateObjectFromUnderlying(word_.enumeration->name().text(), number.get()));
             static_cast<void>(number.release());  // the object array has it
             return result;
         }
@@ -205,9 +205,9 @@ std::string OrdoValue::describe() const {
         case Kind::Bytes:
             return "a text";
         case Kind::Enumeration:
-            return "a value of '" + std::string(enumerationClass().name().text()) + "'";
+            return "a value of '" + std::string(word_.enumeration->name().text()) + "'";
         case Kind::Object:
-            return "an object of class '" + std::string(word_.object->getClass().name().text()) + "'";
+            return "an object of class '" + std::string(word_.object->classIdentity().name().text()) + "'";
         case Kind::Array:
             break;
         default:

@@ -1,7 +1,9 @@
-// Attributes of script objects: properties and methods straight from the type, and help with names that aren't there.
-#include "classes.h"
+// Properties and methods are taken straight from the type, and who names something that isn't there gets help.
+#include "attributes.h"
+
 #include "errors.h"
 #include "members.h"
+#include "objects.h"
 #include "text.h"
 
 #include <ordo/error.h>
@@ -41,29 +43,7 @@ std::size_t distance(std::string const& left, std::string const& right) {
     return line.back();
 }
 
-/// Whether a member is a property, and one of objects of this type, wherever it was found.
-bool isProperty(PyObject* member, PyTypeObject* type) {
-    if (!Py_IS_TYPE(member, propertyType)) {
-        return false;
-    }
-    PyTypeObject* const owner = reinterpret_cast<PropertyMember*>(member)->type;
-    return owner == type || PyType_IsSubtype(type, owner) != 0;
-}
-
-[[noreturn]] void raiseNoSuchMember(PyTypeObject* type, PyObject* name) {
-    std::string const missing = nameFromPython(name);
-    std::vector<std::string> arguments{missing, type->tp_name};
-    if (ordo::OrdoClass const* const ordoClass = classOf(type)) {
-        arguments[1] = ordoClass->shortName().text();
-    }
-    if (std::string nearest = nearestName(type, missing); !nearest.empty()) {
-        arguments.push_back(std::move(nearest));
-    }
-    ordo::raiseWith(ordo::failures::NoSuchMember, arguments);
-}
-
-}  // namespace
-
+/// The name among a type's attributes that is nearest to one that isn't there; empty if none is near.
 std::string nearestName(PyTypeObject* type, std::string const& name) {
     std::string const wanted = lower(name);
     std::size_t best = std::max<std::size_t>(1, wanted.size() / 3) + 1;
@@ -90,6 +70,29 @@ std::string nearestName(PyTypeObject* type, std::string const& name) {
     }
     return nearest;
 }
+
+/// Whether a member is a property, and one of objects of this type, wherever it was found.
+bool isProperty(PyObject* member, PyTypeObject* type) {
+    if (!Py_IS_TYPE(member, propertyType)) {
+        return false;
+    }
+    PyTypeObject* const owner = reinterpret_cast<PropertyMember*>(member)->type;
+    return owner == type || PyType_IsSubtype(type, owner) != 0;
+}
+
+[[noreturn]] void raiseNoSuchMember(PyTypeObject* type, PyObject* name) {
+    std::string const missing = nameFromPython(name);
+    std::vector<std::string> arguments{missing, type->tp_name};
+    if (ordo::OrdoClass const* const ordoClass = classOf(type)) {
+        arguments[1] = ordoClass->shortName().text();
+    }
+    if (std::string nearest = nearestName(type, missing); !nearest.empty()) {
+        arguments.push_back(std::move(nearest));
+    }
+    ordo::raiseWith(ordo::failures::NoSuchMember, arguments);
+}
+
+}  // namespace
 
 PyObject* getAttribute(PyObject* self, PyObject* name) noexcept {
     PyTypeObject* const type = Py_TYPE(self);

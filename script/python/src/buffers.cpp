@@ -1,5 +1,6 @@
-// Arrays of numbers that come in through the interpreter's buffer protocol, which NumPy's arrays and scalars speak.
-#include "from_python.h"
+#include "buffers.h"
+
+#include "errors.h"
 #include "text.h"
 
 #include <ordo/error.h>

@@ -1,11 +1,12 @@
 #include "classes.h"
 
+#include "attributes.h"
 #include "collections.h"
 #include "errors.h"
-#include "from_python.h"
+#include "instances.h"
 #include "members.h"
+#include "objects.h"
 #include "text.h"
-#include "to_python.h"
 #include "transactions.h"
 
 #include <ordo/error.h>
@@ -20,7 +21,6 @@ namespace {
 
 PyTypeObject* objectType = nullptr;  // the base of all script classes but enumerations
 PyTypeObject* metaType = nullptr;    // the class of script classes
-std::unordered_map<PyTypeObject*, ordo::OrdoClass*>* classes = nullptr;
 
 template <class Function>
 PyType_Slot slot(int number, Function* function) {
@@ -175,21 +175,6 @@ PyTypeObject* typeFor(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     return makeType(spec, baseOf(ordoClass));
 }
 
-Ref literalOf(ClassPeer& peer, std::int32_t number) {
-    auto const known = peer.literals.find(number);
-    if (known != peer.literals.end()) {
-        return Ref::borrow(known->second);
-    }
-    Ref const arguments(Py_BuildValue("(i)", number));
-    Ref made(PyLong_Type.tp_new(peer.type, arguments.get(), nullptr));
-    if (peer.ordoClass->findEnumeration(number) == nullptr) {
-        return made;
-    }
-    // Making it may have run code that made it too: the first one stays.
-    auto const [place, isNew] = peer.literals.try_emplace(number, made.get());
-    return isNew ? Ref::borrow(made.release()) : Ref::borrow(place->second);
-}
-
 /// Fills what a type has beside its slots.
 void finish(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     PyTypeObject* const type = peer.type;
@@ -221,10 +206,24 @@ struct Discard {
     }
 };
 
+void makePeer(ordo::OrdoClass& ordoClass) {
+    std::unique_ptr<ClassPeer, Discard> peer(new ClassPeer);
+    peer->ordoClass = &ordoClass;
+    peer->equals = ordoClass.findMethod(ordo::internName("eq"));
+    peer->lessThan = ordoClass.findMethod(ordo::internName("lt"));
+    peer->type = typeFor(ordoClass, *peer);
+    finish(ordoClass, *peer);
+    // Nobody sees a class that isn't finished. Finishing it may have run code of scripts and let other threads run,
+    // which may have made the class too: the first one stays.
+    if (ordoClass.peer() == nullptr) {
+        enterPeer(*peer);
+        static_cast<void>(peer.release());
+    }
+}
+
 }  // namespace
 
 void setUpClasses(PyObject* module) {
-    classes = std::make_unique<std::unordered_map<PyTypeObject*, ordo::OrdoClass*>>().release();
     PyType_Slot metaSlots[] = {
         slot(Py_tp_new, refuseClass),
         slot(Py_tp_getattro, getClassAttribute),
@@ -248,76 +247,9 @@ void setUpClasses(PyObject* module) {
     };
     PyType_Spec spec{"ordo.Object", sizeof(Instance), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_IMMUTABLETYPE, slots};
     objectType = makeType(spec, &PyBaseObject_Type);
+    setUpObjects(objectType, makePeer);
     checked(PyModule_AddType(module, objectType));
     checked(PyModule_AddType(module, metaType));
-}
-
-ClassPeer& peerOf(ordo::OrdoClass& ordoClass) {
-    if (void* const peer = ordoClass.peer()) {
-        return *static_cast<ClassPeer*>(peer);
-    }
-    std::unique_ptr<ClassPeer, Discard> peer(new ClassPeer);
-    peer->ordoClass = &ordoClass;
-    peer->equals = ordoClass.findMethod(ordo::internName("eq"));
-    peer->lessThan = ordoClass.findMethod(ordo::internName("lt"));
-    peer->type = typeFor(ordoClass, *peer);
-    finish(ordoClass, *peer);
-    // Nobody sees a class that isn't finished. Finishing it may have run code of scripts and let other threads run,
-    // which may have made the class too: the first one stays.
-    if (ordoClass.peer() == nullptr) {
-        classes->emplace(peer->type, &ordoClass);
-        ordoClass.setPeer(peer.release());
-    }
-    return *static_cast<ClassPeer*>(ordoClass.peer());
-}
-
-ordo::OrdoClass* classOf(PyTypeObject* type) noexcept {
-    auto const found = classes->find(type);
-    return found != classes->end() ? found->second : nullptr;
-}
-
-Ref wrap(ordo::OrdoInterface& object) {
-    if (void* const peer = object.peer()) {
-        return Ref::borrow(static_cast<PyObject*>(peer));
-    }
-    PyTypeObject* const type = peerOf(object.getClass()).type;
-    // Making a class may have run code that asked for the object too.
-    if (void* const peer = object.peer()) {
-        return Ref::borrow(static_cast<PyObject*>(peer));
-    }
-    Instance* const self = PyObject_New(Instance, type);
-    if (self == nullptr) {
-        throw PythonError();
-    }
-    object.addReference();
-    self->native = object.native();
-    self->object = &object;
-    self->weakReferences = nullptr;
-    auto* const result = reinterpret_cast<PyObject*>(self);
-    object.setPeer(result);
-    return Ref(result);
-}
-
-bool isInstance(PyObject* object) noexcept { return PyObject_TypeCheck(object, objectType) != 0; }
-
-bool isValid(Instance const& self) noexcept {
-    ordo::ValidityCheck const check = self.object->getClass().validityCheck();
-    return self.native != nullptr && (check == nullptr || check(self.native));
-}
-
-void* validNative(PyObject* self) {
-    if (!isValid(instance(self))) {
-        ordo::raiseInvalidHandle();
-    }
-    return instance(self).native;
-}
-
-Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number) {
-    return literalOf(peerOf(enumeration), number);
-}
-
-ordo::OrdoClass* enumerationOf(PyObject* object) noexcept {
-    return PyLong_Check(object) && !PyLong_CheckExact(object) ? classOf(Py_TYPE(object)) : nullptr;
 }
 
 }  // namespace host

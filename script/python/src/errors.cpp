@@ -80,6 +80,10 @@ void translateException() noexcept {
     }
 }
 
+std::string describeObject(PyObject* object) {
+    return std::string("an object of type '") + Py_TYPE(object)->tp_name + "'";
+}
+
 bool clearAttributeError() noexcept {
     if (PyErr_ExceptionMatches(PyExc_AttributeError) == 0) {
         return false;

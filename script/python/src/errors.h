@@ -3,6 +3,9 @@
 
 #include "python.h"
 
+#include <string>
+#include <utility>
+
 namespace host {
 
 /// Takes over the classes of errors, by the families of ordo::ErrorKind in order.
@@ -31,6 +34,9 @@ PyObject* guarded(Work&& work) noexcept {
         return nullptr;
     }
 }
+
+/// "an object of type 'x'", for messages.
+std::string describeObject(PyObject* object);
 
 /// Whether the error that is set is an AttributeError, which it then isn't any more.
 bool clearAttributeError() noexcept;

@@ -1,6 +1,9 @@
 #include "from_python.h"
 
-#include "classes.h"
+#include "buffers.h"
+#include "errors.h"
+#include "nesting.h"
+#include "objects.h"
 #include "rows.h"
 #include "text.h"
 
@@ -240,10 +243,6 @@ zx::Array arrayFromPython(PyObject* object, int depth) {
         ordo::raiseWith(OutOfRange, {"an integer of that size", "a 64-bit integer"});
     }
     return value.toArray();
-}
-
-std::string describeObject(PyObject* object) {
-    return std::string("an object of type '") + Py_TYPE(object)->tp_name + "'";
 }
 
 }  // namespace host

@@ -14,13 +14,4 @@ ordo::OrdoValue fromPython(PyObject* object);
 /// A value as an array, for elements of others.
 zx::Array arrayFromPython(PyObject* object, int depth);
 
-/// How deep values may be nested, either way.
-inline constexpr int deepest = 200;
-
-/// "an object of type 'x'", for messages.
-std::string describeObject(PyObject* object);
-
-/// A NumPy array or scalar, or any other object that lets its memory be seen as numbers.
-zx::Array arrayFromBuffer(PyObject* object);
-
 }  // namespace host

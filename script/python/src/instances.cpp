@@ -1,7 +1,7 @@
-// What script objects look like, and when they are equal.
-#include "classes.h"
+#include "instances.h"
+
 #include "errors.h"
-#include "members.h"
+#include "objects.h"
 #include "text.h"
 #include "to_python.h"
 

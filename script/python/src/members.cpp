@@ -1,8 +1,8 @@
 #include "members.h"
 
-#include "classes.h"
 #include "errors.h"
 #include "from_python.h"
+#include "objects.h"
 #include "text.h"
 #include "to_python.h"
 

@@ -1,6 +1,5 @@
-// Arrays of numbers that go out as NumPy's. NumPy is imported by the first of them, since that takes longer than all
-// else here together.
-#include "to_python.h"
+// NumPy is imported by the first array that goes out, since that takes longer than all else here together.
+#include "numpy_arrays.h"
 
 #include <zx/values.h>
 

@@ -1,7 +1,7 @@
 #include "packages.h"
 
-#include "classes.h"
 #include "errors.h"
+#include "objects.h"
 #include "text.h"
 
 #include <ordo/class.h>

@@ -1,6 +1,6 @@
 #include "rows.h"
 
-#include "classes.h"
+#include "objects.h"
 
 #include <ordo/class.h>
 #include <ordo/error.h>

@@ -1,7 +1,8 @@
 #include "to_python.h"
 
-#include "classes.h"
-#include "from_python.h"
+#include "nesting.h"
+#include "numpy_arrays.h"
+#include "objects.h"
 #include "text.h"
 
 #include <ordo/class.h>

@@ -13,7 +13,4 @@ Ref toPython(ordo::OrdoValue const& value);
 /// The same for an array.
 Ref arrayToPython(zxArray const* array, int depth = 0);
 
-/// A NumPy array with a copy of the numbers; row vectors have one dimension. Imports NumPy when first called.
-Ref numbersToPython(zxArray const* array);
-
 }  // namespace host

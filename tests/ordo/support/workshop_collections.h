@@ -1,15 +1,9 @@
+// What makes the collections of an item known to hosts.
 #pragma once
 
-#include "workshop.h"
+#include "workshop_items.h"
 
 namespace workshop {
-
-/// The script object of an item, or of one of its collections, which keeps the item.
-ordo::OrdoValue announceItem(Item* item);
-ordo::OrdoValue announceMembers(Members& members, char const* className);
-ordo::OrdoValue announceTags(Tags& tags);
-
-ItemRef itemOf(ordo::OrdoValue const& value);
 
 ordo::OrdoCollection const& sequenceOfItems();
 ordo::OrdoCollection const& setOfItems();

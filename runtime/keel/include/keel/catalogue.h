@@ -2,7 +2,6 @@
 #pragma once
 
 #include <keel/export.h>
-#include <keel/message.h>
 
 #include <map>
 #include <shared_mutex>
@@ -15,9 +14,9 @@ namespace keel {
 /// The process's one message catalogue. Any thread may use it at any time.
 ///
 /// A sentence can name what it needs: `{0}`, `{1}` and so on are the message's arguments, `{subject}` is what
-/// it is about and `{value}` the value refused. An identifier can have several sentences; the one is taken
-/// that uses most of what is known and needs nothing that isn't. A known subject that the sentence doesn't
-/// name is put before it, a known value after it.
+/// it is about and `{value}` the value refused. An identifier can have several sentences; Message::sentence
+/// takes the one that uses most of what is known and needs nothing that isn't, or the arguments, joined, if there is
+/// none. A known subject that the sentence doesn't name is put before it, a known value after it.
 class QUAY_ZERO_API Catalogue {
 public:
     static Catalogue& instance();
@@ -29,9 +28,8 @@ public:
     /// library that brings them can be unloaded.
     void add(std::string_view identifier, std::vector<std::string> sentences);
 
-    /// The sentence for `message`, as UTF-8. A message that isn't in the catalogue gives its arguments,
-    /// joined.
-    std::string sentence(Message const& message) const;
+    /// The sentences of an identifier, as UTF-8; none if it isn't in the catalogue.
+    std::vector<std::string> sentences(std::string_view identifier) const;
 
 private:
     Catalogue();

@@ -10,48 +10,13 @@
 #pragma once
 
 #include <keel/export.h>
+#include <zx/life.h>
+#include <zx/types.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string_view>
-
-struct zxArray_tag;
-using zxArray = zxArray_tag;
-
-/// What an array's elements are. The numbers are known outside; 5 isn't used.
-enum zxClassCode : unsigned {
-    zxCellClass = 1,
-    zxStructClass = 2,
-    zxLogicalClass = 3,
-    zxCharClass = 4,  ///< UTF-16 units
-    zxDoubleClass = 6,
-    zxSingleClass = 7,
-    zxInt8Class = 8,
-    zxUint8Class = 9,
-    zxInt16Class = 10,
-    zxUint16Class = 11,
-    zxInt32Class = 12,
-    zxUint32Class = 13,
-    zxInt64Class = 14,
-    zxUint64Class = 15,
-    zxObjectFlag = 16,
-    zxObjectClass = zxObjectFlag | zxStructClass,  ///< objects of a named class, `string` objects included
-};
-
-/// How zxIsEqual takes two NaNs that meet.
-enum class zxNanRule {
-    Differ,  ///< as `==` does on numbers
-    Same,    ///< as it takes two zeros: whatever the bits
-};
-
-/// Releases an array and all that is in it, whatever the depth; null is fine. The array mustn't be an element
-/// of another one.
-QUAY_ZERO_API void zxDestroyArray(zxArray* array) noexcept;
-
-/// A deep copy; null gives null. Native objects are copied by their own operation.
-QUAY_ZERO_API zxArray* zxDuplicateArray(zxArray const* array);
 
 /// A 1 by 1 array of the same class with a deep copy of one element.
 QUAY_ZERO_API zxArray* zxDuplicateElement(zxArray const* array, std::size_t index);
@@ -94,15 +59,6 @@ QUAY_ZERO_API std::size_t zxGetColumns(zxArray const* array);
 QUAY_ZERO_API void zxSetDimensions(zxArray* array, std::span<std::size_t const> dimensions);
 
 namespace zx {
-
-struct Destroy {
-    void operator()(zxArray* array) const noexcept { zxDestroyArray(array); }
-};
-/// An array that one owns. Every array that a function of the plain layer makes goes into one of these at
-/// once.
-using Array = std::unique_ptr<zxArray, Destroy>;
-
-inline Array copy(zxArray const* array) { return Array(zxDuplicateArray(array)); }
 
 /// Which state of which array this is: a number drawn afresh, never twice in a process, when an array is made
 /// and whenever anything in it is written, at whatever depth. Access for writing counts as a write at the

@@ -1,12 +1,16 @@
 // Classes of scripts, defined when they are first used.
 #pragma once
 
+#include <ordo/class_identity.h>
 #include <ordo/class_info.h>
+#include <ordo/collection.h>
 #include <ordo/enumeration.h>
 #include <ordo/export.h>
+#include <ordo/interface.h>
 #include <ordo/interned.h>
 #include <ordo/method.h>
 #include <ordo/property.h>
+#include <ordo/value.h>
 
 #include <memory>
 #include <span>
@@ -18,18 +22,12 @@ namespace ordo {
 class OrdoPackage;
 
 /// A class. It lives as long as the process. Members stay in the order in which they were added.
-class ORDO_API OrdoClass {
+class ORDO_API OrdoClass : public ClassIdentity {
 public:
     /// Finds a class by its whole name and defines it unless it is defined. Null if nobody registered it. A name is
     /// looked for in `context` first, if that is given. Throws what the definition throws.
     static OrdoClass* getClass(InternedName name, OrdoPackage* context = nullptr);
 
-    OrdoClass(OrdoClass const&) = delete;
-    OrdoClass& operator=(OrdoClass const&) = delete;
-
-    InternedName name() const noexcept { return name_; }            ///< the whole name
-    InternedName shortName() const noexcept { return shortName_; }  ///< the constructor's name too
-    OrdoClassInfo& info() const noexcept { return *info_; }
     bool isDefined() const noexcept { return state_ == State::Defined; }
 
     // For the definition step.
@@ -68,9 +66,9 @@ public:
     OrdoCollection const* collection() const noexcept { return collection_; }
     ValidityCheck validityCheck() const noexcept { return validityCheck_; }
 
+    using ClassIdentity::isA;
     /// Whether it is that class or derives from it.
     bool isA(OrdoClass const& other) const noexcept;
-    bool isA(InternedName name) const noexcept;
 
     /// Calls the constructor, and answers the object made. Throws AbstractClass if there is no constructor.
     OrdoValue construct(std::span<OrdoValue const> arguments);
@@ -92,16 +90,18 @@ private:
     friend struct ClassTable;
     enum class State { Undefined, Underway, Defined };
 
-    OrdoClass(InternedName name, OrdoClassInfo& info);
+    /// Finds a class by its name as getClass does, defined or not.
+    using Finder = OrdoClass*(InternedName name, OrdoPackage* context);
+
+    OrdoClass(InternedName name, OrdoClassInfo& info) : ClassIdentity(name, info) {}
     ~OrdoClass() = default;
 
     void define();
     void clear() noexcept;
     [[noreturn]] static void raiseInvalid();
 
-    InternedName name_;
-    InternedName shortName_;
-    OrdoClassInfo* info_;
+    static Finder* finder_;  // the packages' own; null until there is a package
+
     State state_ = State::Undefined;
     ValidityCheck validityCheck_ = nullptr;
     OrdoCollection const* collection_ = nullptr;
@@ -114,5 +114,8 @@ private:
     std::vector<std::unique_ptr<OrdoMethodInfo>> methods_;
     std::vector<std::unique_ptr<OrdoEnumInfo>> enumerations_;
 };
+
+inline OrdoClass& OrdoInterface::getClass() const noexcept { return static_cast<OrdoClass&>(*class_); }
+inline OrdoClass& OrdoValue::enumerationClass() const noexcept { return static_cast<OrdoClass&>(*word_.enumeration); }
 
 }  // namespace ordo

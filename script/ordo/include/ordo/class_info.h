@@ -1,7 +1,6 @@
 // Class descriptions: what is known of a class before anybody uses it.
 #pragma once
 
-#include <ordo/collection.h>
 #include <ordo/export.h>
 
 #include <string>
@@ -10,7 +9,7 @@
 namespace ordo {
 
 class OrdoClass;
-class OrdoInterface;
+class OrdoCollection;
 
 /// Tells whether a native object can still be used. It is called before every access, so it should be a few
 /// instructions.

@@ -1,9 +1,8 @@
-// How the class-object system fails: with messages of the catalogue "ordo:messages", which read as sentences and which
-// a host turns into errors of its own language.
+// The failures of failure.h, and throwing them with arguments of UTF-8.
 #pragma once
 
-#include <keel/exception.h>
 #include <ordo/export.h>
+#include <ordo/failure.h>
 
 #include <string>
 #include <string_view>
@@ -11,56 +10,7 @@
 
 namespace ordo {
 
-/// A message of this system. What is thrown is a keel::core::except::Exception<ordo::Failure>.
-class ORDO_API Failure : public keel::MessageOf<Failure> {
-public:
-    using MessageOf::MessageOf;
-};
-
-/// The ids in "ordo:messages", each with its arguments.
-namespace failures {
-
-inline constexpr std::string_view OutOfRange = "OutOfRange";            ///< value, wanted type
-inline constexpr std::string_view NotInteger = "NotInteger";            ///< value, wanted type
-inline constexpr std::string_view WrongType = "WrongType";              ///< what was given, what is wanted
-inline constexpr std::string_view NoValue = "NoValue";                  ///< wanted type
-inline constexpr std::string_view NotEncodable = "NotEncodable";        ///< the unit that UTF-8 has no form for
-inline constexpr std::string_view NoSuchLiteral = "NoSuchLiteral";      ///< text or number, enumeration
-inline constexpr std::string_view NoSuchClass = "NoSuchClass";          ///< name
-inline constexpr std::string_view NoSuchMember = "NoSuchMember";        ///< name, class, the nearest name if any
-inline constexpr std::string_view ReadOnly = "ReadOnly";                ///< property, class
-inline constexpr std::string_view NotDeletable = "NotDeletable";        ///< member, class
-inline constexpr std::string_view AbstractClass = "AbstractClass";      ///< class
-inline constexpr std::string_view WrongArguments = "WrongArguments";    ///< method, its signature
-inline constexpr std::string_view NoSuchKey = "NoSuchKey";              ///< key
-inline constexpr std::string_view IndexOutOfRange = "IndexOutOfRange";  ///< index, size
-inline constexpr std::string_view NestedTooDeep = "NestedTooDeep";      ///< (none)
-inline constexpr std::string_view TooLarge = "TooLarge";                ///< (none)
-inline constexpr std::string_view Unexpected = "Unexpected";            ///< the failure's own words
-
-}  // namespace failures
-
-/// Throws one of the failures above. `id` must live as long as the process.
-[[noreturn]] ORDO_API void raise(std::string_view id, std::vector<std::u16string> arguments = {});
-/// The same with UTF-8 arguments.
+/// As `raise` does, with UTF-8 arguments.
 [[noreturn]] ORDO_API void raiseWith(std::string_view id, std::vector<std::string> const& arguments);
-/// Throws "ZELDRA:class:InvalidHandle".
-[[noreturn]] ORDO_API void raiseInvalidHandle();
-
-/// The family of errors that a host language has and a failure belongs to.
-enum class ErrorKind {
-    Plain,      ///< the system's own alone
-    Value,      ///< a value of the right type that can't be used
-    Type,       ///< a value of the wrong type
-    Attribute,  ///< no such member
-    Key,        ///< no such key
-    Index,      ///< no such position
-};
-
-/// Plain for identifiers that nobody entered. Those of this catalogue, of "quay0:messages" and of "ZELDRA:class" are
-/// entered from the start.
-ORDO_API ErrorKind errorKindOf(std::string_view identifier);
-/// Enters an identifier, such as "catalogue:Message", in place of what stood for it.
-ORDO_API void setErrorKind(std::string_view identifier, ErrorKind kind);
 
 }  // namespace ordo

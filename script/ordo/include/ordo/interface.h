@@ -11,6 +11,7 @@
 
 namespace ordo {
 
+class ClassIdentity;
 class OrdoClass;
 class OrdoObject;
 
@@ -29,12 +30,14 @@ using NativeCopier = void* (*)(void const* native);
 class ORDO_API OrdoInterface {
 public:
     /// A script object of a class; without a native object for now, as a constructor call wants it.
-    static OrdoObject make(OrdoClass& ordoClass, void* native = nullptr, NativeCopier copier = nullptr);
+    static OrdoObject make(ClassIdentity& ordoClass, void* native = nullptr, NativeCopier copier = nullptr);
 
     OrdoInterface(OrdoInterface const&) = delete;
     OrdoInterface& operator=(OrdoInterface const&) = delete;
 
-    OrdoClass& getClass() const noexcept { return *class_; }
+    /// The class with its members; include <ordo/class.h> to call this.
+    inline OrdoClass& getClass() const noexcept;
+    ClassIdentity& classIdentity() const noexcept { return *class_; }
 
     /// The native object, or null if there is none.
     void* native() const noexcept { return native_; }
@@ -62,19 +65,22 @@ public:
 private:
     friend factory::basic::BindingRegistry;
 
-    OrdoInterface(OrdoClass& ordoClass, void* native, NativeCopier copier) noexcept
+    /// Removes what binds the object to its native one.
+    using Unbind = void (*)(OrdoInterface& object) noexcept;
+
+    OrdoInterface(ClassIdentity& ordoClass, void* native, NativeCopier copier) noexcept
         : class_(&ordoClass), native_(native), copier_(copier) {}
     ~OrdoInterface() = default;
 
     void end() noexcept;
 
-    OrdoClass* class_;
+    ClassIdentity* class_;
     void* native_;
     void* peer_ = nullptr;
     NativeCopier copier_;
     OrdoInterface* nextBound_ = nullptr;  // to the same address, for another class
     std::size_t references_ = 0;
-    bool bound_ = false;
+    Unbind unbind_ = nullptr;  // null for an object that isn't bound
 };
 
 /// A counted pointer to a script object, or null.

@@ -13,6 +13,7 @@
 
 namespace ordo {
 
+class ClassIdentity;
 class OrdoClass;
 
 /// A value in transit. Any value has a form as an array, but numbers, texts and script objects, which is what mostly
@@ -100,7 +101,7 @@ public:
         result.extra_ = text.size();
         return result;
     }
-    static OrdoValue enumeration(OrdoClass& enumeration, std::int32_t number) noexcept {
+    static OrdoValue enumeration(ClassIdentity& enumeration, std::int32_t number) noexcept {
         OrdoValue result(Kind::Enumeration);
         result.word_.enumeration = &enumeration;
         result.extra_ = static_cast<std::size_t>(number);
@@ -149,7 +150,7 @@ public:
     void* native(InternedName className) const noexcept;
     /// The number of an enumeration value of just this class: an enumeration, or the first of an object array.
     /// False if it is something else.
-    bool enumerationOf(OrdoClass const& enumeration, std::int32_t& number) const noexcept;
+    bool enumerationOf(ClassIdentity const& enumeration, std::int32_t& number) const noexcept;
 
     // What the kind says; undefined for another kind.
     bool logicalContent() const noexcept { return word_.int64 != 0; }
@@ -158,7 +159,7 @@ public:
     double realContent() const noexcept { return word_.real; }
     std::u16string_view textContent() const noexcept { return {word_.text, extra_}; }
     std::string_view bytesContent() const noexcept { return {word_.bytes, extra_}; }
-    OrdoClass& enumerationClass() const noexcept { return *word_.enumeration; }
+    inline OrdoClass& enumerationClass() const noexcept;  ///< include <ordo/class.h> to call this
     std::int32_t enumerationNumber() const noexcept { return static_cast<std::int32_t>(extra_); }
     zxArray const* arrayContent() const noexcept { return word_.array; }
 
@@ -192,7 +193,7 @@ private:
         double real;
         char16_t const* text;
         char const* bytes;
-        OrdoClass* enumeration;
+        ClassIdentity* enumeration;
         OrdoInterface* object;
         zxArray const* array;
     };

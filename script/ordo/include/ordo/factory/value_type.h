@@ -12,7 +12,7 @@
 
 namespace ordo::factory {
 
-/// What adapters must know of a C++ type `V`. Other rooms specialise it for theirs, with these three functions:
+/// What adapters must know of a C++ type `V`. Other modules specialise it for theirs, with three functions:
 ///
 ///     static std::string typeWord();
 ///     static OrdoValue toScript(V const& value);       // may borrow a text from `value`

@@ -1,0 +1,7 @@
+#include <ordo/enumeration.h>
+
+namespace ordo {
+
+OrdoEnumInfo::~OrdoEnumInfo() = default;
+
+}  // namespace ordo

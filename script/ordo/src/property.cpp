@@ -1,0 +1,7 @@
+#include <ordo/property.h>
+
+namespace ordo {
+
+OrdoPropInfo::~OrdoPropInfo() = default;
+
+}  // namespace ordo

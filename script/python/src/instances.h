@@ -1,0 +1,11 @@
+// What script objects look like, and when they are equal.
+#pragma once
+
+#include "python.h"
+
+namespace host {
+
+PyObject* represent(PyObject* self) noexcept;
+PyObject* compare(PyObject* left, PyObject* right, int operation) noexcept;
+
+}  // namespace host

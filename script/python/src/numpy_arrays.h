@@ -1,0 +1,13 @@
+// Arrays of numbers that go out as NumPy's.
+#pragma once
+
+#include "python.h"
+
+#include <zx/array.h>
+
+namespace host {
+
+/// A NumPy array with a copy of the numbers; row vectors have one dimension. Imports NumPy when first called.
+Ref numbersToPython(zxArray const* array);
+
+}  // namespace host
