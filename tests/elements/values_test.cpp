@@ -20,20 +20,6 @@ using namespace records;
 
 constexpr auto const& kPublic = ReflectionPrivateTag::PUBLIC_ACCESS;
 
-TEST(Reals, AreAlwaysWrittenWhenNotANumber) {
-    Model const model = Model::create();
-    RateSpec const rate = RateSpec::create(model, {});
-    Hearer hearer(model);
-    rate->setPeriod(-0.0);
-    EXPECT_EQ(hearer.take(), "") << "the same number";
-    EXPECT_FALSE(std::signbit(rate->getPeriod()));
-    double const nan = std::numeric_limits<double>::quiet_NaN();
-    rate->setPeriod(nan);
-    EXPECT_EQ(hearer.take(), "period: 0 -> nan ;");
-    rate->setPeriod(nan);
-    EXPECT_EQ(hearer.take(), "period: nan -> nan ;");
-}
-
 TEST(Arrays, AreToldApartByIdentityAndNeverByContent) {
     Model const model = Model::create();
     model->enableHistory(10);
@@ -84,23 +70,6 @@ TEST(Arrays, AreToldApartByIdentityAndNeverByContent) {
         value->setValue(fresh.get());
         ASSERT_EQ(zxGetNumber(value->getValue()), i);
     }
-}
-
-TEST(Optionals, HaveUnsetAsAStateOfItsOwn) {
-    Model const model = Model::create();
-    model->enableHistory(10);
-    ModelRefInfoRoot const root = ModelRefInfoRoot::create(model, {});
-    Hearer hearer(model);
-    EXPECT_FALSE(root->getIsRefModelConstant());
-    root->setIsRefModelConstant(boost::none);
-    EXPECT_EQ(hearer.take(), "");
-    root->setIsRefModelConstant(false);
-    EXPECT_EQ(hearer.take(), "isRefModelConstant: none -> false ;");
-    EXPECT_TRUE(root->getIsRefModelConstant().has_value());
-    root->setIsRefModelConstant(boost::none);
-    EXPECT_EQ(hearer.take(), "isRefModelConstant: false -> none ;");
-    model->undo();
-    EXPECT_TRUE(root->getIsRefModelConstant() == false);
 }
 
 TEST(Derived, RecordsWhatItDerivesFrom) {

@@ -131,34 +131,6 @@ TEST(EntryPoints, HavePlainNamesAndMayBeCalledInAnyOrderAndNumber) {
     EXPECT_EQ(objectsOf(root).size(), kObjects);
 }
 
-TEST(Serializers, EnumerationsHaveThreeForms) {
-    Product const product;
-    struct {
-        char const* from;
-        char16_t const* text;
-        char const* to;
-        char16_t const* result;
-    } const cases[] = {{"", u"Q_TYPE_LIFO", "ID", u"1"},
-                       {"", u"Q_TYPE_FIFO", "ID", u"0"},
-                       {"PublicID", u"Q_TYPE_PRIORITY", "ID", u"2"},
-                       {"ID", u"1", "", u"Q_TYPE_LIFO"},
-                       {"ID", u"2", "PublicID", u"Q_TYPE_PRIORITY"},
-                       {"ID", u"77", "", u""},
-                       {"ID", u"77", "PublicID", u""},
-                       {"ID", u"77", "ID", u"77"},
-                       {"ID", u"-1", "ID", u"-1"}};
-    for (auto const& c : cases) EXPECT_EQ(parsedAs(c.from, c.text, c.to), c.result) << c.from << " to " << c.to;
-
-    struct {
-        char const* form;
-        char16_t const* text;
-    } const refused[] = {{"", u"Q_TYPE_STACK"},  {"", u""},   {"", u"1"},   {"", u"q_type_lifo"}, {"PublicID", u"none"},
-                         {"ID", u"Q_TYPE_LIFO"}, {"ID", u""}, {"ID", u"1x"}};
-    for (auto const& c : refused) {
-        EXPECT_THROW(parsedAs(c.form, c.text, "ID"), boost::bad_lexical_cast) << c.form;
-    }
-}
-
 TEST(Factories, MakeTheCollectionThatThePropertyAsksFor) {
     Product const product;
     int made = 0;

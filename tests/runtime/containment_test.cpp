@@ -126,41 +126,6 @@ TEST(Containment, RefusesWhatCannotEnter) {
     EXPECT_FALSE(alsoEmpty->container());
 }
 
-TEST(Containment, LastsUntilTheLastOccurrenceIsGone) {
-    Family f;
-    auto& children = f.root->children();
-    for (Node const& e : {f.a, f.b, f.a, f.a}) children.add(e);
-    EXPECT_EQ(children.size(), 4U);
-    children.remove(f.a);
-    EXPECT_EQ(children[0], f.b) << "the first one goes";
-    EXPECT_EQ(children.size(), 3U);
-    children.erase(std::size_t{1});
-    EXPECT_EQ(f.a->container(), f.root);
-    children.set(1, f.b);
-    EXPECT_FALSE(f.a->container());
-    EXPECT_EQ(children.size(), 2U);
-
-    for (int i = 0; i < 2; ++i) children.add(f.a);
-    f.root->parts().add(f.a);
-    EXPECT_FALSE(children.contains(f.a)) << "moved away, from every position";
-    f.b->destroy();
-    EXPECT_TRUE(children.empty());
-}
-
-TEST(Containment, EndsAtOnceForAll) {
-    Family f;
-    for (Node const& e : {f.a, f.b, f.a}) f.root->children().add(e);
-    Node const keyed = Node::create(f.model);
-    f.root->byName().insert(keyed);
-    f.root->children().clear();
-    f.root->byName().clear();
-    for (Node const& e : {f.a, f.b, keyed}) {
-        EXPECT_TRUE(e);
-        EXPECT_FALSE(e->container());
-    }
-    EXPECT_EQ(f.model->getRoots().size(), 4U);
-}
-
 std::vector<ModelElement::Impl*> announced;
 
 TEST(Containment, TakesOwnedElementsDown) {

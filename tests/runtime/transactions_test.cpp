@@ -59,66 +59,6 @@ Holder const kHolders[] = {
      [](int v) { return v == 0 ? "[]" : "[" + show(v) + "]"; }},
 };
 
-TEST(Transactions, Nest) {
-    // A digit is written, a parenthesis opens or commits a transaction, an exclamation mark rolls one back.
-    struct Case {
-        char const* script;
-        int left;
-        std::vector<std::pair<int, int>> told;
-    };
-    Case const cases[] = {
-        {"1", 1, {{0, 1}}},
-        {"(1)", 1, {{0, 1}}},
-        {"(1!", 0, {}},
-        {"(12)", 2, {{0, 2}}},
-        {"(1)(2)", 2, {{0, 1}, {1, 2}}},
-        {"(10)", 0, {}},
-        {"(1(2)3)", 3, {{0, 3}}},
-        {"(1(2!3)", 3, {{0, 3}}},
-        {"(1(2!)", 1, {{0, 1}}},
-        {"(1(2!!", 0, {}},
-        {"(1(2)!", 0, {}},
-        {"(1(2)(3!)", 2, {{0, 2}}},
-        {"((1)(2!)", 1, {{0, 1}}},
-        {"((1!(2))", 2, {{0, 2}}},
-        {"((1)0)", 0, {}},
-        {"(1(0))", 0, {}},
-        {"(1(2(3!!)", 1, {{0, 1}}},
-        {"(1(2(3)!)", 1, {{0, 1}}},
-        {"(1(2(3))!", 0, {}},
-        {"(1(2(3)4)5)", 5, {{0, 5}}},
-        {"(1((2)(3!(4))(5!)", 4, {{0, 4}}},
-        {"(((1)))(((2!)3)", 3, {{0, 1}, {1, 3}}},
-        {"()", 0, {}},
-    };
-    for (Holder const& holder : kHolders) {
-        for (Case const& c : cases) {
-            SCOPED_TRACE(std::string(c.script) + " " + holder.name);
-            Model const model = Model::create();
-            Node const e = Node::create(model);
-            Told const told(model);
-            std::vector<Transaction> open;
-            for (char const* s = c.script; *s != 0; ++s) {
-                if (*s == '(') open.push_back(model->beginTransaction(false));
-                if (*s == ')') open.back().commit(boost::none);
-                if (*s == ')' || *s == '!') open.pop_back();
-                if (*s >= '0' && *s <= '9') holder.write(e, *s - '0');
-            }
-            std::string expected;
-            for (auto const& [from, to] : c.told) {
-                expected += (expected.empty() ? "" : " ") + holder.shown(from) + "->" + holder.shown(to);
-            }
-            EXPECT_EQ(told.text, expected);
-            EXPECT_EQ(told.times, static_cast<int>(c.told.size()));
-            Node const twin = Node::create(model);
-            holder.write(twin, c.left);
-            for (std::size_t i : {kText, kRank, kBox, kNumbers}) {
-                EXPECT_EQ(show(*e.impl(), i), show(*twin.impl(), i)) << i;
-            }
-        }
-    }
-}
-
 TEST(Transactions, EndOnceAndWithTheOneAround) {
     Model const model = Model::create();
     Node const e = Node::create(model);
@@ -149,43 +89,6 @@ TEST(Transactions, EndOnceAndWithTheOneAround) {
     }
     EXPECT_EQ(told.text, "0->2");
     EXPECT_EQ(e->rank(), 2);
-}
-
-TEST(Transactions, OfTheSystemTellNobodyAndAreNotKept) {
-    Model const model = Model::create();
-    Node const e = Node::create(model);
-    Told const told(model);
-    model->enableHistory(10);
-    auto const run = [&](bool outer, bool inner, auto&& f) {
-        Transaction around = model->beginTransaction(outer);
-        Transaction within = model->beginTransaction(inner);
-        f();
-        within.commit(boost::none);
-        around.commit(boost::none);
-    };
-    run(false, true, [&] { e->setRank(1); });  // only the outermost one counts
-    EXPECT_EQ(told.text, "0->1");
-    EXPECT_EQ(model->undoDepth(), 1U);
-
-    run(true, false, [&] { e->setRank(1); });
-    EXPECT_EQ(model->undoDepth(), 1U) << "nothing was changed";
-
-    // What was done before can't be undone any more: it would take the system's work along.
-    for (std::function<void()> const& change : std::vector<std::function<void()>>{
-             [&] { e->setNumber(e->number() + 1); }, [&] { e->children().add(Node::create(model)); }}) {
-        e->setRank(e->rank() + 1);
-        EXPECT_NE(model->undoDepth(), 0U);
-        int const times = told.times;
-        run(true, false, change);
-        EXPECT_EQ(told.times, times);
-        EXPECT_EQ(model->undoDepth() + model->redoDepth(), 0U);
-    }
-    EXPECT_EQ(e->children().size(), 1U);
-    {
-        Transaction undone = model->beginTransaction(true);
-        e->children()[0]->destroy();
-    }
-    EXPECT_EQ(e->children().size(), 1U);
 }
 
 TEST(Transactions, AreRefusedByAFrozenModel) {
