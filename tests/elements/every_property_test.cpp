@@ -61,7 +61,8 @@ private:
     /// A child whose key, where there is one, is the n-th sample.
     ModelElement makeChild(unsigned n) {
         ModelElement const child = make(type_, model_);
-        if (auto const key = property_->getQualifiedBy()) child->setPropertyValue(key, sample(key->getType(), n), kPublic);
+        if (auto const key = property_->getQualifiedBy())
+            child->setPropertyValue(key, sample(key->getType(), n), kPublic);
         return child;
     }
     /// Writes the n-th sample, or adds it; what it needs is made beforehand.

@@ -75,14 +75,7 @@ TEST(Arrays, AreToldApartByIdentityAndNeverByContent) {
 TEST(Derived, RecordsWhatItDerivesFrom) {
     Model const model = Model::create();
     model->enableHistory(10);
-    ModelRefInfoRoot const root = ModelRefInfoRoot::create(model, {});
     Hearer hearer(model);
-    root->setAutoSolverStatusFlags(3);
-    EXPECT_EQ(hearer.take(), "solverStatusFlags: 0 -> 3 ;");
-    EXPECT_EQ(root->getSolverStatusFlags(), 3U);
-    root->setAutoSolverStatusFlags(3);
-    EXPECT_EQ(hearer.take(), "");
-
     OutportInformation const port = OutportInformation::create(model, {});
     hearer.take();
     EXPECT_EQ(port->getRateInfo().getPeriod(), -1.0);
@@ -145,19 +138,6 @@ TEST(Storage, KeepsAllOfTheWidestClassAndGivesItBack) {
         EXPECT_EQ(!p->isDerived() && storage->has(p->getIndex()), written) << keel::toUtf8(p->getName());
     }
     root->copyStateFromStorage(storage.get());
-    EXPECT_EQ(dumpElements(model), before);
-
-    // The same inside a transaction, with an inner one that joins it.
-    {
-        auto outer = model->beginTransaction(false);
-        root->setHasHardwareSemantics(!root->getHasHardwareSemantics());
-        {
-            auto inner = model->beginTransaction(false);
-            write(1);
-            inner.commit(boost::none);
-        }
-        write(3);
-    }
     EXPECT_EQ(dumpElements(model), before);
 }
 

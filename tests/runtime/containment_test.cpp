@@ -24,44 +24,6 @@ struct Family {
     std::string now() const { return dump(model, {.referenceCounts = true}); }
 };
 
-TEST(Containment, IsOneAtATime) {
-    // In each property one after the other: the former one loses the child, wherever it was.
-    Family f;
-    struct Place {
-        char const* name;
-        Index index;
-        std::function<ModelElement::Impl*()> enter;
-        std::function<bool()> holds;
-    };
-    auto const& a = f.a;
-    auto const place = [&](char const* name, Index index, Node const& owner, auto& collection) {
-        return Place{name, index,
-                     [&collection, owner, a] {
-                         collection.getGenericInterface()->genericAdd(a);
-                         return static_cast<ModelElement::Impl*>(owner.impl());
-                     },
-                     [&collection, a] { return collection.getGenericInterface()->genericContains(a); }};
-    };
-    Place const places[] = {
-        place("children", kChildren, f.root, f.root->children()),
-        place("parts", kParts, f.root, f.root->parts()),
-        place("byName", kByName, f.root, f.root->byName()),
-        place("byRank", kByRank, f.b, f.b->byRank()),
-        place("byNumber", kByNumber, f.b, f.b->byNumber()),
-        place("b's children", kChildren, f.b, f.b->children()),
-    };
-    for (Place const& from : places) {
-        for (Place const& to : places) {
-            SCOPED_TRACE(std::string(from.name) + " to " + to.name);
-            from.enter();
-            auto* const owner = to.enter();
-            EXPECT_EQ(f.a->container().impl(), owner);
-            EXPECT_EQ(f.a->containmentFeature(), nodeMeta().properties[to.index]);
-            for (Place const& other : places) EXPECT_EQ(other.holds(), &other == &to) << other.name;
-        }
-    }
-}
-
 TEST(Containment, EndsWithTheOwnerHoweverTheChildCameIn) {
     for (Index const index : {kChildren, kByName, kByRank, kByNumber}) {
         using Enter = void (*)(Node const&, Node const&, meta::Property const&);
@@ -79,51 +41,6 @@ TEST(Containment, EndsWithTheOwnerHoweverTheChildCameIn) {
             EXPECT_FALSE(f.a) << index;
         }
     }
-}
-
-TEST(Containment, RefusesWhatCannotEnter) {
-    Family f;
-    f.root->children().add(f.a);
-    f.a->children().add(f.b);
-    Model const other = Model::create();
-    Node const foreign = Node::create(other);
-    Node const dead = Node::create(f.model);
-    dead->destroy();
-    Node const sameName = Node::create(f.model);
-    f.b->byName().insert(sameName);  // its key is ""
-    Node const alsoEmpty = Node::create(f.model);
-    f.root->byName().insert(alsoEmpty);
-    Node const notANumber = Node::create(f.model);
-    notANumber->setNumber(std::nan(""));
-
-    using Try = std::function<void(Node const&)>;
-    auto const intoAll = [](Node const& owner) {
-        return std::vector<Try>{[owner](Node const& e) { owner->children().add(e); },
-                                [owner](Node const& e) { owner->children().insert(0, e); },
-                                [owner](Node const& e) { owner->byName().insert(e); },
-                                [owner](Node const& e) { owner->byName().insert(e, InsertPolicy::Replace); },
-                                [owner](Node const& e) { owner->byRank().insert(e); },
-                                [owner](Node const& e) { owner->byNumber().insert(e); }};
-    };
-    std::string const before = f.now();
-    for (Try const& enter : intoAll(f.b)) {
-        EXPECT_TRUE(failsWith<msg::CannotCreateCrossModelAssociation>([&] { enter(foreign); }));
-        EXPECT_TRUE(failsWith<msg::InvalidValue>([&] { enter(f.b); })) << "itself";
-        EXPECT_TRUE(failsWith<msg::InvalidValue>([&] { enter(f.a); })) << "its container";
-        EXPECT_TRUE(failsWith<msg::InvalidValue>([&] { enter(f.root); })) << "above its container";
-        enter(Node());  // ignored
-        enter(dead);
-    }
-    EXPECT_TRUE(failsWith<msg::UniquenessConstraint>([&] { f.root->byName().insert(sameName); }));
-    EXPECT_TRUE(failsWith<msg::InvalidValue>([&] { f.root->byNumber().insert(notANumber); }));
-    f.root->byName().insert(sameName, InsertPolicy::Keep);
-    EXPECT_EQ(f.now(), before) << "and an element that is refused stays where it was";
-
-    f.root->byName().insert(sameName, InsertPolicy::Replace);
-    EXPECT_EQ(f.root->byName().find(u""), sameName);
-    EXPECT_EQ(f.b->byName().size(), 0U);
-    EXPECT_TRUE(alsoEmpty);
-    EXPECT_FALSE(alsoEmpty->container());
 }
 
 std::vector<ModelElement::Impl*> announced;

@@ -22,7 +22,7 @@ namespace msg = quay0::messages;
 namespace declare = meta::declare;
 using declare::Shape;
 
-// --- Tables: a class with every shape, one below it with a derived property, a data type and an enumeration ----------
+// --- Tables: a class, one below it, a data type and an enumeration ---------------------------------------------------
 
 enum class Colour : int { Red = 0, Blue = 3 };
 
@@ -45,19 +45,16 @@ public:
     Value combineAsUnmanagedSetValue(meta::Type const&, std::vector<Value> const&) const override { return {}; }
 };
 
-class Row final : public PropertyDescriptor {
+class Descriptor final : public PropertyDescriptor {
 public:
     using PropertyDescriptor::PropertyDescriptor;
 };
 
-constexpr Row kRows[] = {{1, PropertyKind::Value},
-                         {2, PropertyKind::Value},
-                         {3, PropertyKind::Child},
-                         {4, PropertyKind::ElementCollection},
-                         {5, PropertyKind::ElementCollection}};
-constexpr PropertyDescriptor const* kThing[] = {&kRows[0], &kRows[1], &kRows[2], &kRows[3], &kRows[4]};
-constexpr Row kWideRows[] = {{6, PropertyKind::Value}, {0, PropertyKind::Derived}, {0, PropertyKind::Derived}};
-constexpr PropertyDescriptor const* kWide[] = {&kWideRows[0], &kWideRows[1], &kWideRows[2]};
+constexpr Descriptor kName{1, PropertyKind::Value};
+constexpr Descriptor kByName{2, PropertyKind::ElementCollection};
+constexpr Descriptor kText{3, PropertyKind::Value};
+constexpr PropertyDescriptor const* kThing[] = {&kName, &kByName};
+constexpr PropertyDescriptor const* kWide[] = {&kText};
 
 AbstractOwnedCollection* makeNumbers(ModelElement const&, meta::Property const& p) {
     return new PrimitiveSequence<int>(p);
@@ -68,7 +65,7 @@ ClassTable const& thingTable() {
     return table;
 }
 ClassTable const& wideTable() {
-    static constexpr ClassTable table{&thingTable, 6, kWide, nullptr, nullptr};
+    static constexpr ClassTable table{&thingTable, 3, kWide, nullptr, nullptr};
     return table;
 }
 
@@ -106,7 +103,7 @@ public:
     meta::Enum colour;
     meta::EnumLiteral red, blue;
     meta::PrimitiveType stdString;
-    meta::Property name, rank, child, children, byName, text, size, area, first, second;
+    meta::Property name, byName, text, first;
     meta::Operation measure;
     meta::Argument unit;
 
@@ -122,33 +119,21 @@ auto slot(H Made::*member) {
 
 struct Made::Tables {
     explicit Tables(Faults const& f) : lastId(f.lastId) {
-        things[4].type = f.childType;
+        things[1].type = f.childType;
         primitives[0].name = f.primitive;
         enums[0].makeSerializers = f.serializers;
         classes[0].base = f.superclass;
         literals[1].id = lastId.c_str();
     }
     std::string lastId;
-    declare::Property things[5] = {{u"name", Shape::Single, u"String", 1, u"none", nullptr,
+    declare::Property things[2] = {{u"name", Shape::Single, u"String", 1, u"none", nullptr,
                                     "00000000-0000-3000-8000-000000000011", slot(&Made::name)},
-                                   {u"rank", Shape::Optional, u"Integer", 2, nullptr, nullptr,
-                                    "00000000-0000-3000-8000-000000000012", slot(&Made::rank)},
-                                   {u"child", Shape::SingleOwned, u"Wide", 3, nullptr, nullptr,
-                                    "00000000-0000-3000-8000-000000000013", slot(&Made::child)},
-                                   {u"children", Shape::SetOwned, u"Wide", 4, nullptr, nullptr,
-                                    "00000000-0000-3000-8000-000000000014", slot(&Made::children)},
-                                   {u"byName", Shape::MultimapOwned, u"Thing", 5, nullptr, u"name",
+                                   {u"byName", Shape::MultimapOwned, u"Thing", 2, nullptr, u"name",
                                     "00000000-0000-3000-8000-000000000015", slot(&Made::byName)}};
-    declare::Property wides[3] = {{u"size", Shape::Single, u"Pair", 0, nullptr, nullptr,
-                                   "00000000-0000-3000-8000-000000000016", slot(&Made::size)},
-                                  {u"text", Shape::Single, u"StdString", 6, nullptr, nullptr,
-                                   "00000000-0000-3000-8000-000000000017", slot(&Made::text)},
-                                  {u"area", Shape::Single, u"Real", 0, nullptr, nullptr,
-                                   "00000000-0000-3000-8000-000000000018", slot(&Made::area)}};
-    declare::Property fields[2] = {{u"first", Shape::Single, u"Integer", 0, u"-1", nullptr,
-                                    "00000000-0000-3000-8000-000000000019", slot(&Made::first)},
-                                   {u"second", Shape::Single, u"Colour", 0, u"Blue", nullptr,
-                                    "00000000-0000-3000-8000-00000000001a", slot(&Made::second)}};
+    declare::Property wides[1] = {{u"text", Shape::Single, u"StdString", 3, nullptr, nullptr,
+                                   "00000000-0000-3000-8000-000000000017", slot(&Made::text)}};
+    declare::Property fields[1] = {{u"first", Shape::Single, u"Colour", 0, u"Blue", nullptr,
+                                    "00000000-0000-3000-8000-000000000019", slot(&Made::first)}};
     declare::Argument arguments[1] = {{u"unit", u"String", "00000000-0000-3000-8000-00000000001b", slot(&Made::unit)}};
     declare::Operation operations[1] = {
         {u"measure", u"Thing", "00000000-0000-3000-8000-00000000001c", arguments, slot(&Made::measure)}};
@@ -208,7 +193,7 @@ void checkUntouched(std::string const& before, Made const& made) {
     for (ModelElement const& e :
          {ModelElement(made.root), ModelElement(made.schema), ModelElement(made.thing), ModelElement(made.pair),
           ModelElement(made.colour), ModelElement(made.blue), ModelElement(made.stdString), ModelElement(made.name),
-          ModelElement(made.second), ModelElement(made.measure), ModelElement(made.unit)}) {
+          ModelElement(made.first), ModelElement(made.measure), ModelElement(made.unit)}) {
         EXPECT_EQ(e.impl(), nullptr) << "a slot was left full";
     }
     bool unlocked = false;
@@ -267,19 +252,10 @@ TEST(DeclaredPackages, LeaveNothingWhenTheyFail) {
 }
 
 /// Declares with less and less want of memory. Answers how often that failed.
-int starve(std::string const& before) {
+int declareWithLittle(std::string const& before) {
     for (int granted = 0;; ++granted) {
         Made& made = Made::make({});
-        bool failed = false;
-        {
-            MemoryRunsOut const memory(granted);
-            try {
-                made.declareAll();
-            } catch (std::bad_alloc const&) {
-                failed = true;
-            }
-        }
-        if (!failed) {
+        if (!nodes::starve(granted, [&] { made.declareAll(); }).failed) {
             remove(made);
             return granted;
         }
@@ -294,7 +270,7 @@ TEST(DeclaredPackages, LeaveNothingWhenMemoryRunsOut) {
     // With more and more other packages, so that the registry's own tables have to grow at each place once.
     std::vector<meta::Package> others;
     for (int i = 0; i < 6; ++i) {
-        EXPECT_GT(starve(dump(registry->model())), 50);
+        EXPECT_GT(declareWithLittle(dump(registry->model())), 50);
         if (HasFailure()) return;
         std::lock_guard const lock(registry->mutex());
         Model::Thawer const thawer = registry->freezer().thaw();
@@ -323,7 +299,7 @@ TEST(DeclaredPackages, MayBeDeclaredWithinOneAnother) {
         meta::Class user;
         meta::Property uses;
     };
-    static declare::Property const properties[] = {{u"uses", Shape::SequenceOwned, u"declared.Thing", 7, nullptr,
+    static declare::Property const properties[] = {{u"uses", Shape::SequenceOwned, u"declared.Thing", 4, nullptr,
                                                     nullptr, "00000000-0000-3000-8000-000000000031",
                                                     declare::slot(&Outer::uses)}};
     static ClassTable::TableFunction const table = &wideTable;

@@ -24,8 +24,8 @@ std::string textOf(ChangeSet const& changes) {
     for (auto const& e : changes.destroyed()) text += "destroyed " + nameOf(e) + "; ";
     for (auto const& change : changes.changed()) {
         for (auto const& p : change.properties()) {
-            text += nameOf(change.element()) + "." + std::to_string(p->getIndex()) + ": " +
-                    show(change.oldValue(p)) + " -> " + show(change.newValue(p)) + "; ";
+            text += nameOf(change.element()) + "." + std::to_string(p->getIndex()) + ": " + show(change.oldValue(p)) +
+                    " -> " + show(change.newValue(p)) + "; ";
         }
     }
     return text;

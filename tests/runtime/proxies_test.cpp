@@ -59,45 +59,6 @@ TEST(Proxies, CanBeReadForTheirIdentityAlone) {
     EXPECT_FALSE(proxy);
 }
 
-TEST(Proxies, ResolveByIdOrByAResolver) {
-    Sample s;
-    Node const local = s.local();
-    Node const outside = s.outside();
-    Node const nowhere = s.proxyOf(ProxyId(idOf(99)));
-    auto const resolve = [&](Node const& e) { return s.model->resolveProxy(s.owner.impl(), e); };
-    EXPECT_EQ(resolve(local), s.target);
-    EXPECT_EQ(resolve(s.proxyOf(ProxyId(u"here", s.target->uuid()))), s.target) << "the model's own store";
-    EXPECT_EQ(resolve(nowhere), nowhere);
-    EXPECT_EQ(resolve(s.target), s.target);
-    EXPECT_EQ(resolve(outside), outside) << "nobody resolves it";
-    EXPECT_FALSE(resolve(Node()));
-
-    ModelElement answer = s.target;
-    int asked = 0;
-    s.model->setProxyResolver([&](ProxyId const& id) {
-        ++asked;
-        EXPECT_EQ(id, outside->getProxyId());
-        return answer;
-    });
-    EXPECT_EQ(resolve(outside), s.target);
-    answer = meta::Package::create(s.model, {});
-    EXPECT_EQ(resolve(outside), outside) << "of another class";
-    answer = Node::create(Model::create());
-    EXPECT_EQ(resolve(outside), outside) << "of another model";
-    answer = nowhere;
-    EXPECT_EQ(resolve(outside), outside) << "a proxy as well";
-    answer = ModelElement();
-    EXPECT_EQ(resolve(outside), outside);
-    EXPECT_EQ(asked, 5);
-    {
-        Model::ResolutionHold const first(s.model);
-        Model::ResolutionHold const second(s.model);
-        EXPECT_EQ(s.model->resolutionHolds(), 2);
-        EXPECT_EQ(resolve(local), local);
-    }
-    EXPECT_EQ(resolve(local), s.target);
-}
-
 TEST(Proxies, KeepTheirPositionInASequence) {
     Sample s;
     Node const other = Node::create(s.model, idOf(3));
@@ -209,31 +170,6 @@ TEST(Proxies, DontMoveWhatTheyStandFor) {
     EXPECT_FALSE(s.target->container());
 }
 
-TEST(Proxies, ResolveToElementsOfAnotherModel) {
-    Sample s;
-    s.model->enableHistory(10);
-    auto there = Model::create();
-    Node const found = Node::create(there, idOf(50));
-    s.model->setProxyResolver([&](ProxyId const& id) { return there->findElement(id.id(), FindElementBehavior(1)); });
-    auto const proxy = [&] { return s.proxyOf(ProxyId(u"there", found->uuid())); };
-    s.owner->children().add(proxy());
-    s.owner->byName().insert(proxy());
-    EXPECT_EQ(s.owner->children()[0], found);
-    s.owner->byName().prepareForReading();
-    EXPECT_EQ(s.owner->byName().find(u""), found);
-    EXPECT_FALSE(found->container());
-    EXPECT_TRUE(failsWith<msg::CannotCreateCrossModelAssociation>([&] { s.owner->parts().add(found); }));
-    while (s.model->undo()) continue;
-    EXPECT_TRUE(s.owner->children().empty());
-    while (s.model->redo()) continue;
-    EXPECT_EQ(s.owner->children()[0], found);
-    there = Model();  // it ends, and its elements with it
-    EXPECT_FALSE(s.owner->children()[0]);
-    EXPECT_TRUE(s.owner->children().getAllValues().empty());
-    s.owner->destroy();
-    EXPECT_FALSE(s.owner);
-}
-
 TEST(Proxies, LeaveTheHostsResolverFree) {
     Sample s;
     auto& children = s.owner->children();
@@ -318,35 +254,6 @@ TEST(Proxies, StandApartInAMap) {
     map.remove(s.target);
     map.resolveLocal();
     EXPECT_EQ(map.find(u"t"), sameKey);
-}
-
-TEST(Proxies, ComeAndGoInTransactions) {
-    Sample s;
-    Node const local = s.local();
-    Node const outside = s.outside();
-    s.owner->byName().insert(outside);
-    s.owner->children().add(outside);
-    s.owner->byRank().insert(outside);
-    std::string const before = dump(s.model, {.referenceCounts = true});
-    EXPECT_EQ(s.owner->byRank().getAllValuesAndProxies().size(), 1U);
-    {
-        Transaction const rolledBack = s.model->beginTransaction(false);
-        s.owner->byRank().insert(local);
-        s.owner->byName().insert(outside);
-        s.owner->byName().insert(local);
-        s.owner->byName().clear();
-        s.owner->children().add(outside);
-        outside->destroy();
-        s.outside();
-    }
-    EXPECT_EQ(dump(s.model, {.referenceCounts = true}), before);
-    EXPECT_EQ(s.owner->byRank().getAllValuesAndProxies(), std::vector<ModelElement>{outside});
-
-    s.owner->parts().add(local);
-    s.owner->destroy();
-    EXPECT_TRUE(local) << "proxies aren't destroyed with their owner, they only leave";
-    EXPECT_TRUE(outside);
-    EXPECT_FALSE(s.owner);
 }
 
 TEST(Proxies, AreNamedByStoreAndId) {

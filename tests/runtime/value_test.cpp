@@ -146,16 +146,7 @@ TEST(Values, AskForNoMemoryForWhatIsSmall) {
 TEST(Values, StayAsTheyAreWhenTheyCannotBeCopied) {
     Value target(StandardTypes::integerMeta, 3, ValueFlags::One);
     Value const source(nodeMeta().box, Box{{1}}, ValueFlags::One);
-    bool failed = false;
-    {
-        MemoryRunsOut const memory(0);
-        try {
-            target = source;
-        } catch (std::bad_alloc const&) {
-            failed = true;
-        }
-    }
-    EXPECT_TRUE(failed);
+    EXPECT_TRUE(starve(0, [&] { target = source; }).failed);
     EXPECT_EQ(target.getValue<int>(), 3);
 }
 

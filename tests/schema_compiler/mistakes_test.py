@@ -30,7 +30,7 @@ garden: name: Loam => name: Off
 trees: default: "2" => default: 2
     Bench.seats: "default" is a whole number (2), but should be text; put it in quotes
 garden: index: 12 => index: twelve
-    Bed.visitors: "index" is text (twelve), but should be a whole number
+    Bed.byHeight: "index" is text (twelve), but should be a whole number
 trees: value: 3 => value: 0x3
     harvest.Late: "value" is a whole number (0x3), but should be one in decimal digits
 garden: abstract: true => abstract: "yes"
@@ -79,8 +79,8 @@ package: primitives: [] => primitives: [Reel, Real, Real]
 package: name: orchard.trees => name: Garden
     -5|package: the name Garden is also that of exemplar/package.yaml
 # Types and shapes
-garden: type: Lane => type: Lain
-    Bed.lanes: unknown type "Lain"; did you mean "Lane"?
+garden: type: Frame, shape: sequence => type: Fram, shape: sequence
+    Bed.frames: unknown type "Fram"; did you mean "Frame"?
 trees: type: Garden.Soil => type: Soil
     Tree.ground: unknown type "Soil"; did you mean "Garden.Soil"?
 trees: type: Garden.Soil => type: Park.Way
@@ -91,8 +91,8 @@ garden: type: StdString, shape: set, => type: StdString, shape: set owned,
     Bed.tags: the shape "set owned" needs a class, but StdString is a primitive type
 trees: type: Position, shape: sequence, => type: Position, shape: sequence owned,
     Nursery.gaps: the shape "sequence owned" needs a class, but Position is a data type
-garden: type: Lane, shape: sequence owned, => type: Lane, shape: sequence,
-    Bed.lanes: Lane is a class, whose elements are always owned; the shape should be "sequence owned"
+garden: type: Frame, shape: sequence owned, => type: Frame, shape: sequence,
+    Bed.frames: Frame is a class, whose elements are always owned; the shape should be "sequence owned"
 garden: type: Frame, shape: single owned, => type: Frame, shape: optional,
     Bed.frame: Frame is a class, whose elements are always owned; the shape should be "single owned"
 garden: type: ZxArray, shape: single, => type: ZxArray, shape: sequence,
@@ -140,16 +140,16 @@ garden: name: Sand => name: Loam
     Soil.Loam: the name is given twice (first ...)
 garden: name: Sand => name: NAN
     Soil.NAN: "NAN" can't be used as a name in C++
-garden: name: height, type: Real, shape: single, id: 9 => name: name, type: Real, shape: single, id: 9
-    Plant.name: the name is already that of Plant.name (...)
+garden: name: soil, => name: label,
+    Bed.label: the name is already that of Bed.label (...)
 garden: name: legs => name: label
     RaisedBed.label: the name is already that of Bed.label (...)
 trees: name: seats => name: legs
     Bench.legs: the name is already that of RaisedBed.legs (...)
 garden: name: legs => name: Label
     RaisedBed.Label: collides with Bed.label (...): both would have getLabel
-garden: name: legs => name: lanesMutable
-    RaisedBed.lanesMutable: collides with Bed.lanes (...): both would have getLanesMutable
+garden: name: legs => name: framesMutable
+    RaisedBed.framesMutable: collides with Bed.frames (...): both would have getFramesMutable
 garden: name: legs => name: model
     RaisedBed.model: its accessor getModel would hide one that every element has
 garden: name: legs => name: Cast
@@ -198,12 +198,12 @@ package:   id: d88ce9b0-138b-38ae-bc3f-923138782b65¶ =>
     -2|package: the id is missing; a fresh one is ...
 # Indices
 garden: {index: 12,  => {
-    Bed.visitors: the index is missing; the next free one is 12
+    Bed.byHeight: the index is missing; the next free one is 12
 garden: {index: 9,  => {
-    Bed.lanes: the index is missing; the next free one is 9
+    Bed.frames: the index is missing; the next free one is 9
     1|Bed.supports: the index 10 leaves a gap; the next free one is 9
 garden: index: 12 => index: 11
-    Bed.visitors: the index 11 is already that of plants; the next free one is 12
+    Bed.byHeight: the index 11 is already that of plants; the next free one is 12
 trees: index: 14 => index: 15
     Bench.seats: the index 15 leaves a gap; the next free one is 14
 trees: index: 5 => index: 7
@@ -223,14 +223,14 @@ garden: name: widthInFeet, type: Real, shape: single => name: widthInFeet, type:
 # Keys
 garden: shape: map owned, key: name, => shape: map owned,
     Bed.plants: a map needs a key: the name of a single property of its entries
-garden: type: Lane, shape: sequence owned, => type: Lane, shape: sequence owned, key: crop,
-    Bed.lanes: only a map has a key, and this has the shape "sequence owned"
+garden: type: Frame, shape: sequence owned, => type: Frame, shape: sequence owned, key: isOpen,
+    Bed.frames: only a map has a key, and this has the shape "sequence owned"
 garden: key: name => key: nam
     Bed.plants: the key "nam" is no property of Plant; did you mean "name"?
 trees: type: Tree, shape: map owned, key: number => type: Nursery, shape: map owned, key: gaps
     Orchard.trees: the key "gaps" is sequence Position, but must be a single String, StdString, Integer or Real
-garden: type: Lane, shape: sequence owned, => type: Bed, shape: map owned, key: widthInFeet,
-    Bed.lanes: the key "widthInFeet" is derived Real, but must be a single String, StdString, Integer or Real
+garden: type: Frame, shape: sequence owned, => type: Bed, shape: map owned, key: widthInFeet,
+    Bed.frames: the key "widthInFeet" is derived Real, but must be a single String, StdString, Integer or Real
 trees: type: Tree, shape: map owned, key: number => type: Tree, shape: map owned, key: harvest
     Orchard.trees: the key "harvest" is single harvest, but must be a single String, StdString, Integer or Real
 trees: type: Garden.Bed, shape: sequence owned, => type: Garden.Bed, shape: map owned, key: label,
@@ -315,7 +315,7 @@ def test_refuses_a_default_where_nothing_is_there_to_start_with(workshop: Worksh
 def test_tells_every_mistake_of_all_packages_in_one_run_by_place(workshop: Workshop) -> None:
     changes = [
         (TREES, "index: 14", "index: 16", "Bench.seats: the index 16 leaves a gap; the next free one is 14"),
-        (GARDEN, "type: Lane", "type: Lain", 'Bed.lanes: unknown type "Lain"; did you mean "Lane"?'),
+        (GARDEN, "type: Support,", "type: Suport,", 'Bed.supports: unknown type "Suport"; did you mean "Support"?'),
         (GARDEN, "doc: Drains quickly.", 'doc: ""', "Soil.Sand: the doc is missing; say in one line what it is"),
         (GARDEN, 'default: "1.2"', 'default: "wide"', 'Bed.width: default "wide" is not a decimal number'),
         (

@@ -31,7 +31,21 @@ BENCH = "include/orchard/trees/Bench.h"
 HANDLES = "include/orchard/trees/Handles.h"
 TREE = "include/orchard/trees/Tree.h"
 
-# What the exemplar has no case of: file, and a line that it must have.
+# What the files compared above have no case of: file, and a line that it must have.
+DERIVED = [
+    ("include/Garden/RaisedBed.h", "class GARDEN_API RaisedBed::Impl : public quay::zero::elements::Level<RaisedBed, Bed> {"),
+    ("include/Garden/RaisedBed.h", "class RaisedBed::Impl::BuilderBase : public Bed::Impl::BuilderBase<B> {"),
+    ("include/Garden/RaisedBed.h", "class GARDEN_API RaisedBed::Constrainables : public Bed::Constrainables {"),
+    ("src/Plant.cpp", "  static constexpr shapes::KeyedMap nameMaps[] = {{&Bed::classTable, 11, true}};"),
+    ("src/Plant.cpp", "  static constexpr shapes::SingleKey<std::u16string> name{1, &Impl::name_, nameMaps};"),
+    ("src/Plant.cpp", "  static constexpr shapes::KeyedMap heightMaps[] = {{&Bed::classTable, 12, false}};"),
+    (
+        "src/Stake.cpp",
+        "  static constinit quay::zero::ClassTable table{&Support::classTable, 2, {}, &shapes::makeCollection<Stake>, "
+        "&shapes::makeBuilder<Stake>};",
+    ),
+    ("src/Stake.cpp", "    : Support::Constrainables(query, cls, mode) {}"),
+]
 LINES = [
     # A base, a child and an enumeration of another package, with their headers.
     (BENCH, '#include "Garden/RaisedBed.h"'),
@@ -90,6 +104,13 @@ LINES = [
     ("include/orchard/trees/MetaPackageOrchard.h", "  quay::zero::meta::Package orchard_trees;"),
     ("src/Tree.cpp", "// Generated from trees.yaml. Changes belong there."),
 ]
+
+
+def test_writes_subclasses_keys_and_abstract_classes(workshop: Workshop) -> None:
+    assert workshop.run("exemplar").errors == []
+    written = workshop.files()
+    assert [(file, line) for file, line in DERIVED if line not in written[file].splitlines()] == []
+    assert "Builder final" not in written["include/Garden/Support.h"]
 
 
 def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> None:
@@ -189,14 +210,14 @@ def test_draws_ids_from_qualified_names(workshop: Workshop) -> None:
     assert workshop.run("exemplar").errors == [f"{place}: Bed.label: the id is missing; a fresh one is {fresh}"]
 
     # After a renaming the old name's id is in use, and a new property of the old name needs another.
-    workshop.replace("exemplar/garden.yaml", "name: crop,", "name: produce,")
+    workshop.replace("exemplar/garden.yaml", "name: isOpen,", "name: isUp,")
     text = (workshop.folder / "exemplar/garden.yaml").read_text(encoding="utf-8")
-    crop = uuid.uuid3(space, "Garden.Lane.crop")
-    assert str(crop) in text
-    new = "\n      - {index: 2, name: crop, type: String, shape: single, doc: What grows.}\n\n  - name: Plant\n"
+    opened = uuid.uuid3(space, "Garden.Frame.isOpen")
+    assert str(opened) in text
+    new = "\n      - {index: 2, name: isOpen, type: String, shape: single, doc: Whether it is.}\n\n  - name: Plant\n"
     workshop.replace("exemplar/garden.yaml", "\n\n  - name: Plant\n", new)
-    other = uuid.uuid3(space, "Garden.Lane.crop#2")
-    assert f"Lane.crop: the id is missing; a fresh one is {other}" in "\n".join(workshop.run("exemplar").errors)
+    other = uuid.uuid3(space, "Garden.Frame.isOpen#2")
+    assert f"Frame.isOpen: the id is missing; a fresh one is {other}" in "\n".join(workshop.run("exemplar").errors)
 
 
 def test_needs_to_be_told_what_to_do(tmp_path: Path) -> None:

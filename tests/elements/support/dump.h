@@ -17,8 +17,8 @@ std::string show(boost::uuids::uuid const& id);
 std::string nameOf(quay::zero::ModelElement const& element);
 
 /// A value of any type: text in quotes, other plain values as their serializer writes them, elements by id, collections
-/// member by member (a map with its keys, an unordered set by rising id). An empty, untyped value is "nothing", an empty
-/// one "none".
+/// member by member (a map with its keys, an unordered set by rising id). An empty, untyped value is "nothing", an
+/// empty one "none".
 std::string show(quay::zero::Value const& value);
 std::string show(quay::zero::AbstractOwnedCollection const& collection);
 

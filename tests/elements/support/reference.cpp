@@ -46,7 +46,8 @@ Plan::Plan(Chosen const& chosen, Make make, bool rekeys) : make_(make), rekeys_(
         ModelElement const fresh = make(type, scratch, {});
         ElementKind kind{type, keel::toUtf8(type->getName()), {}};
         for (meta::Property const& p : properties) {
-            auto const known = std::find_if(slots_.begin(), slots_.end(), [&](Slot const& s) { return s.property == p; });
+            auto const known =
+                std::find_if(slots_.begin(), slots_.end(), [&](Slot const& s) { return s.property == p; });
             kind.slots.push_back(static_cast<int>(known - slots_.begin()));
             if (known != slots_.end()) continue;
             slots_.push_back({p, kind.name + '.' + keel::toUtf8(p->getName()), shapeOf(p), p->isComposite(), -1, {}});

@@ -288,7 +288,8 @@ void World::actOnValues(Operation const& o, int n, int s) {
             return both([&] { positions->genericInsert(value, position); },
                         [&] { return reference_.insert(n, s, position, item); });
         case 5:
-            return both([&] { positions->genericRemoveAt(position); }, [&] { return reference_.erase(n, s, position); });
+            return both([&] { positions->genericRemoveAt(position); },
+                        [&] { return reference_.erase(n, s, position); });
         default:
             return both([&] { positions->genericReplace(value, position); },
                         [&] { return reference_.replace(n, s, position, item); });
@@ -353,7 +354,8 @@ void World::actOnChildren(Operation const& o, int n, int s) {
             return both([&] { positions->genericInsertAt(element(child), position); },
                         [&] { return reference_.insert(n, s, position, item); });
         case 7:
-            return both([&] { positions->genericRemoveAt(position); }, [&] { return reference_.erase(n, s, position); });
+            return both([&] { positions->genericRemoveAt(position); },
+                        [&] { return reference_.erase(n, s, position); });
         default:
             return both([&] { positions->genericSetAt(element(child), position); },
                         [&] { return reference_.replace(n, s, position, item); });

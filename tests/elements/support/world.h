@@ -147,11 +147,25 @@ struct Arbitrary<records::Operation> {
     static Gen<records::Operation> arbitrary() {
         using O = records::Operation;
         using K = records::Kind;
-        auto const kinds = gen::weightedElement<K>(
-            {{40, K::Act},     {24, K::Particular}, {8, K::Create},      {2, K::CreateUnderUsedId}, {3, K::Refused},
-             {3, K::Destroy},  {4, K::PutBack},     {9, K::Begin},       {1, K::BeginSystem},       {5, K::Commit},
-             {2, K::Rollback}, {1, K::CommitOuter}, {1, K::RollbackOuter}, {6, K::Undo},            {4, K::Redo},
-             {1, K::Limit},    {3, K::Find},        {2, K::Hold},        {1, K::LetGo}});
+        auto const kinds = gen::weightedElement<K>({{40, K::Act},
+                                                    {24, K::Particular},
+                                                    {8, K::Create},
+                                                    {2, K::CreateUnderUsedId},
+                                                    {3, K::Refused},
+                                                    {3, K::Destroy},
+                                                    {4, K::PutBack},
+                                                    {9, K::Begin},
+                                                    {1, K::BeginSystem},
+                                                    {5, K::Commit},
+                                                    {2, K::Rollback},
+                                                    {1, K::CommitOuter},
+                                                    {1, K::RollbackOuter},
+                                                    {6, K::Undo},
+                                                    {4, K::Redo},
+                                                    {1, K::Limit},
+                                                    {3, K::Find},
+                                                    {2, K::Hold},
+                                                    {1, K::LetGo}});
         return gen::build<O>(gen::set(&O::kind, kinds), gen::set(&O::a), gen::set(&O::b), gen::set(&O::c),
                              gen::set(&O::d));
     }

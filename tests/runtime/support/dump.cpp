@@ -14,11 +14,10 @@ std::string text(ModelElement const& e) { return nameOf(e); }
 std::string text(AbstractOwnedCollection const& collection) { return show(collection); }
 std::string text(boost::optional<std::u16string> const& value) { return value ? show(*value) : "none"; }
 template <class T>
-std::string text(T const& value)
-    requires requires { meta::StandardTypes::of<T>(); }
-{
-    return show(value);
+std::string text(T const& value) requires requires {
+    meta::StandardTypes::of<T>();
 }
+{ return show(value); }
 
 template <class... T>
 std::string texts(T const&... values) {
@@ -56,12 +55,16 @@ std::string show(ModelElement::Impl const& element, std::size_t index) {
     return show(element.getPropertyValue(nodeMeta().properties[index], ReflectionPrivateTag::NO_PROXY_RESOLVE));
 }
 
-std::string dump(Model const& model, DumpOptions options) {
+std::string dumpElements(Model const& model, DumpOptions options) {
     return records::dumpElements(model, [&](ModelElement::Impl& e) {
         std::string text = options.referenceCounts ? std::to_string(e.refCount()) + ' ' : "";
         meta::MetaElement const object = meta::MetaElement::cast(ModelElement(&e));
         return object ? text + metaText(object) : text;
-    }) + records::dumpHistory(model);
+    });
+}
+
+std::string dump(Model const& model, DumpOptions options) {
+    return dumpElements(model, options) + records::dumpHistory(model);
 }
 
 }  // namespace nodes

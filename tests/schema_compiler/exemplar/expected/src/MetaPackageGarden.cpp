@@ -32,18 +32,14 @@ constexpr declare::Property bedProperties[] = {
     {u"readings", declare::Shape::Sequence, u"Real", 6, nullptr, nullptr, "700128c3-306e-3482-b12a-8fe89cafed00", slot(&P::Bed_readings)},
     {u"tags", declare::Shape::Set, u"StdString", 7, nullptr, nullptr, "f25e48cc-8e83-3f69-b511-af2c54c6c606", slot(&P::Bed_tags)},
     {u"frame", declare::Shape::SingleOwned, u"Frame", 8, nullptr, nullptr, "8fe005ea-b10e-3b14-8daa-a7d9bfea2e1d", slot(&P::Bed_frame)},
-    {u"lanes", declare::Shape::SequenceOwned, u"Lane", 9, nullptr, nullptr, "7d8884f0-600f-3d17-a607-89460fbbc178", slot(&P::Bed_lanes)},
+    {u"frames", declare::Shape::SequenceOwned, u"Frame", 9, nullptr, nullptr, "57fd9fa7-1330-3df5-b376-244621e005c1", slot(&P::Bed_frames)},
     {u"supports", declare::Shape::SetOwned, u"Support", 10, nullptr, nullptr, "4f3534c0-a501-311e-8178-a5fc93a0c0df", slot(&P::Bed_supports)},
     {u"plants", declare::Shape::MapOwned, u"Plant", 11, nullptr, u"name", "ebce61eb-e97d-35c1-90cc-b02dc8faf26b", slot(&P::Bed_plants)},
-    {u"visitors", declare::Shape::MultimapOwned, u"Visitor", 12, nullptr, u"week", "a9b1e5bc-43e5-3570-8bd8-526f34fbbb9b", slot(&P::Bed_visitors)},
+    {u"byHeight", declare::Shape::MultimapOwned, u"Plant", 12, nullptr, u"height", "4076c039-991c-3f95-9535-25779ca44b2f", slot(&P::Bed_byHeight)},
 };
 
 constexpr declare::Property frameProperties[] = {
     {u"isOpen", declare::Shape::Single, u"Boolean", 1, u"false", nullptr, "920991be-8936-348a-8f34-f3ce52810bd8", slot(&P::Frame_isOpen)},
-};
-
-constexpr declare::Property laneProperties[] = {
-    {u"crop", declare::Shape::Single, u"String", 1, u"", nullptr, "d42adb4e-f618-3e6c-bea5-74f4bb247179", slot(&P::Lane_crop)},
 };
 
 constexpr declare::Property plantProperties[] = {
@@ -59,20 +55,13 @@ constexpr declare::Property supportProperties[] = {
     {u"height", declare::Shape::Single, u"Real", 1, nullptr, nullptr, "a0014ecd-9ae4-3d52-b06e-865530feda56", slot(&P::Support_height)},
 };
 
-constexpr declare::Property visitorProperties[] = {
-    {u"week", declare::Shape::Single, u"Integer", 1, nullptr, nullptr, "751c7126-945c-39dc-8ce6-cc6191708c63", slot(&P::Visitor_week)},
-    {u"remark", declare::Shape::Single, u"StdString", 2, u"none", nullptr, "d810c92f-d627-37b4-9ee6-53db61dddf44", slot(&P::Visitor_remark)},
-};
-
 constexpr declare::Class classes[] = {
     {u"Bed", false, u"ModelElement", "3425dad7-39d3-30f8-bb15-3d8fab877a98", bedProperties, {}, slot(&P::Bed), &Garden::Bed::classTable},
     {u"Frame", false, u"ModelElement", "dcc4d0ee-5b7a-3459-a9aa-80c3f533eeeb", frameProperties, {}, slot(&P::Frame), &Garden::Frame::classTable},
-    {u"Lane", false, u"ModelElement", "c1a1a44e-8013-3472-a213-0e034df3c075", laneProperties, {}, slot(&P::Lane), &Garden::Lane::classTable},
     {u"Plant", false, u"ModelElement", "fe5be4e5-d80a-372d-ae76-08b9ebe9ea57", plantProperties, {}, slot(&P::Plant), &Garden::Plant::classTable},
     {u"RaisedBed", false, u"Bed", "3ea90ec1-158a-3c27-87af-80f08a0c2e52", raisedBedProperties, {}, slot(&P::RaisedBed), &Garden::RaisedBed::classTable},
     {u"Stake", false, u"Support", "0eb3ef2e-c4f9-3f3f-8691-8743fb36436c", {}, {}, slot(&P::Stake), &Garden::Stake::classTable},
     {u"Support", true, u"ModelElement", "6b46619f-7835-3510-a509-82429a62a8c7", supportProperties, {}, slot(&P::Support), &Garden::Support::classTable},
-    {u"Visitor", false, u"ModelElement", "54315d21-847a-3f56-8d1b-b7ec6c618f75", visitorProperties, {}, slot(&P::Visitor), &Garden::Visitor::classTable},
 };
 
 constexpr declare::Primitive primitives[] = {

@@ -10,12 +10,10 @@ namespace Garden {
 
 class Bed;
 class Frame;
-class Lane;
 class Plant;
 class RaisedBed;
 class Stake;
 class Support;
-class Visitor;
 
 /// A bed of the garden.
 class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::ModelElement> {
@@ -34,10 +32,10 @@ class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::Mode
   static Constrainable<double> const& width();
   static OptionalConstrainable<int> const& waterings();
   static ConstrainableRelation<Frame> const& frame();
-  static ConstrainableRelation<Lane> const& lanes();
+  static ConstrainableRelation<Frame> const& frames();
   static ConstrainableRelation<Support> const& supports();
   static ConstrainableRelation<Plant> const& plants();
-  static ConstrainableRelation<Visitor> const& visitors();
+  static ConstrainableRelation<Plant> const& byHeight();
 };
 
 /// A glazed cover.
@@ -53,21 +51,6 @@ class GARDEN_API Frame : public quay::zero::elements::Handle<Frame, quay::zero::
   static Frame create(quay::zero::Model const& model, boost::uuids::uuid const& id);
 
   static Constrainable<bool> const& isOpen();
-};
-
-/// A row of one crop.
-class GARDEN_API Lane : public quay::zero::elements::Handle<Lane, quay::zero::ModelElement> {
- public:
-  class Impl;
-  class Builder;
-  class Constrainables;
-  using Handle::Handle;
-
-  static quay::zero::meta::Class const& metaClass();
-  static quay::zero::ClassTable const& classTable();
-  static Lane create(quay::zero::Model const& model, boost::uuids::uuid const& id);
-
-  static Constrainable<std::u16string> const& crop();
 };
 
 /// One plant.
@@ -103,10 +86,10 @@ class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed>
   static Constrainable<double> const& width();
   static OptionalConstrainable<int> const& waterings();
   static ConstrainableRelation<Frame> const& frame();
-  static ConstrainableRelation<Lane> const& lanes();
+  static ConstrainableRelation<Frame> const& frames();
   static ConstrainableRelation<Support> const& supports();
   static ConstrainableRelation<Plant> const& plants();
-  static ConstrainableRelation<Visitor> const& visitors();
+  static ConstrainableRelation<Plant> const& byHeight();
   static Constrainable<unsigned int> const& legs();
 };
 
@@ -136,22 +119,6 @@ class GARDEN_API Stake : public quay::zero::elements::Handle<Stake, Support> {
   static Stake create(quay::zero::Model const& model, boost::uuids::uuid const& id);
 
   static Constrainable<double> const& height();
-};
-
-/// Somebody who came to see a bed.
-class GARDEN_API Visitor : public quay::zero::elements::Handle<Visitor, quay::zero::ModelElement> {
- public:
-  class Impl;
-  class Builder;
-  class Constrainables;
-  using Handle::Handle;
-
-  static quay::zero::meta::Class const& metaClass();
-  static quay::zero::ClassTable const& classTable();
-  static Visitor create(quay::zero::Model const& model, boost::uuids::uuid const& id);
-
-  static Constrainable<int> const& week();
-  static Constrainable<std::string> const& remark();
 };
 
 }  // namespace Garden

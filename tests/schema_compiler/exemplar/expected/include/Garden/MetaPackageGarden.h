@@ -28,16 +28,13 @@ class GARDEN_API MetaPackageGarden final : public quay::zero::meta::DeclaredPack
   quay::zero::meta::Property Bed_readings;
   quay::zero::meta::Property Bed_tags;
   quay::zero::meta::Property Bed_frame;
-  quay::zero::meta::Property Bed_lanes;
+  quay::zero::meta::Property Bed_frames;
   quay::zero::meta::Property Bed_supports;
   quay::zero::meta::Property Bed_plants;
-  quay::zero::meta::Property Bed_visitors;
+  quay::zero::meta::Property Bed_byHeight;
 
   quay::zero::meta::Class Frame;
   quay::zero::meta::Property Frame_isOpen;
-
-  quay::zero::meta::Class Lane;
-  quay::zero::meta::Property Lane_crop;
 
   quay::zero::meta::Class Plant;
   quay::zero::meta::Property Plant_name;
@@ -50,10 +47,6 @@ class GARDEN_API MetaPackageGarden final : public quay::zero::meta::DeclaredPack
 
   quay::zero::meta::Class Support;
   quay::zero::meta::Property Support_height;
-
-  quay::zero::meta::Class Visitor;
-  quay::zero::meta::Property Visitor_week;
-  quay::zero::meta::Property Visitor_remark;
 
   quay::zero::meta::PrimitiveType StdString;
   quay::zero::meta::PrimitiveType ZxArray;
