@@ -122,6 +122,7 @@ private:
         EXPECT_EQ(shown(), expected);
         bool const isEmpty = expected == "[]" || expected == "-" || expected == "none" || expected == "null";
         EXPECT_EQ(has(), !isEmpty);
+        if (type_->getOwningPackage() == class_->getOwningPackage()) checkFactory();
         if (isElement() || isSingle()) return;
         bool const isSequence = property_->getFlags() == ValueFlags::Sequence;
         auto& values = collection<AbstractPrimitiveCollection>();
@@ -130,6 +131,21 @@ private:
         refuses<CannotCastIncompatibleTypes>([&] { values.genericRemove(wrongValue(type_)); });
         refuses<CannotCastIncompatibleTypes>([&] { set(sample(type_, 0)); });
         refuses<CannotCastIncompatibleTypes>([&] { set(Value()); });
+    }
+
+    /// A collection that stands alone, of the kind that the property asks for.
+    void checkFactory() {
+        auto const made = meta::MetaRegistry::getInstance()->makeCollection({}, property_);
+        ASSERT_NE(made, nullptr);
+        EXPECT_EQ(made->owner(), nullptr);
+        EXPECT_EQ(made->getCollectionProperty(), property_);
+        EXPECT_EQ(made->getCollectionType(), type_);
+        auto const* const children = dynamic_cast<ReferenceCollection const*>(made.get());
+        auto const* const values = dynamic_cast<AbstractPrimitiveCollection const*>(made.get());
+        EXPECT_EQ(children != nullptr, isElement());
+        EXPECT_EQ(isElement() ? children->getGenericInterface()->isSequenceInterface()
+                              : values->getKind() == AbstractPrimitiveCollection::Kind::Sequence,
+                  property_->isOrdered());
     }
 
     void checkValues() {

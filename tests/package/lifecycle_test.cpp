@@ -131,31 +131,4 @@ TEST(EntryPoints, HavePlainNamesAndMayBeCalledInAnyOrderAndNumber) {
     EXPECT_EQ(objectsOf(root).size(), kObjects);
 }
 
-TEST(Factories, MakeTheCollectionThatThePropertyAsksFor) {
-    Product const product;
-    int made = 0;
-    Package const schema = registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage();
-    for (qz::ModelElement const& element : objectsOf(rootPackage())) {
-        Property const property = Property::cast(element);
-        if (!property || property->getType()->getOwningPackage() != schema) continue;
-        SCOPED_TRACE(testing::PrintToString(property->getName()));
-        auto const collection = registry().makeCollection({}, property);
-        ASSERT_NE(collection, nullptr);
-        ++made;
-        EXPECT_TRUE(collection->empty());
-        EXPECT_EQ(collection->owner(), nullptr);
-        EXPECT_EQ(collection->getCollectionProperty(), property);
-        EXPECT_EQ(collection->getCollectionType(), property->getType());
-        auto const* const children = dynamic_cast<qz::ReferenceCollection const*>(collection.get());
-        EXPECT_EQ(children != nullptr, property->isComposite());
-        if (children != nullptr) {
-            EXPECT_EQ(children->getGenericInterface()->isSequenceInterface(), property->isOrdered());
-        } else {
-            auto const& values = dynamic_cast<qz::AbstractPrimitiveCollection const&>(*collection);
-            EXPECT_EQ(values.getKind() == qz::AbstractPrimitiveCollection::Kind::Sequence, property->isOrdered());
-        }
-    }
-    EXPECT_GT(made, 100);
-}
-
 }  // namespace

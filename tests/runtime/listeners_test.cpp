@@ -127,49 +127,6 @@ TEST(Listeners, CanAskForOldValuesAgain) {
     EXPECT_EQ(asked, 1);
 }
 
-TEST(Listeners, MayNotWrite) {
-    Sample s;
-    s.model->enableHistory(5);
-    s.root->setRank(1);
-    std::function<void()> const writes[] = {
-        [&] { s.root->setRank(9); },
-        [&] { s.root->setText(u"9"); },
-        [&] { s.root->children().add(s.a); },
-        [&] { s.root->byName().insert(s.a); },
-        [&] { s.root->numbers().push_back(9); },
-        [&] { s.root->tags().clear(); },
-        [&] { s.root->notifyModifying(kRank); },
-        [&] { s.a->children().basicClear(); },
-        [&] { s.root->children().basicAdd(s.a); },
-        [&] { s.a->basicDisassociateAll(); },
-        [&] { s.a->children()[0]->basicSetContainer(nullptr, 0); },
-        [&] { Node::create(s.model); },
-        [&] { s.a->destroy(); },
-        [&] { (void)s.model->beginTransaction(false); },
-        [&] { (void)s.model->beginTransaction(true); },
-        [&] { s.model->undo(); },
-        [&] { s.model->redo(); },
-        [&] { s.model->enableHistory(0); },
-    };
-    int refused = 0;
-    s.model->addListener([&](ChangeSet const&) {
-        std::string const before = dump(s.model);
-        for (auto const& write : writes) {
-            if (failsWith<msg::ListenerMayNotWrite>(write)) ++refused;
-            EXPECT_EQ(dump(s.model), before) << refused;
-        }
-        Node const other = Node::create(Model::create());  // another model is another matter
-        other->setRank(1);
-    });
-    s.root->setRank(2);
-    EXPECT_EQ(refused, static_cast<int>(std::size(writes)));
-    s.model->undo();
-    EXPECT_EQ(refused, 2 * static_cast<int>(std::size(writes)));
-    EXPECT_EQ(s.root->rank(), 1);
-    s.a->setRank(1);
-    EXPECT_EQ(s.a->rank(), 1);
-}
-
 TEST(Listeners, AreToldWhateverTheOthersThrow) {
     Sample s;
     int told = 0;

@@ -91,50 +91,6 @@ TEST(Transactions, EndOnceAndWithTheOneAround) {
     EXPECT_EQ(e->rank(), 2);
 }
 
-TEST(Transactions, AreRefusedByAFrozenModel) {
-    Model const model = Model::create();
-    Node const e = Node::create(model);
-    Node const child = Node::create(model);
-    e->children().add(child);
-    model->enableHistory(5);
-    e->setRank(1);
-    std::string const before = dump(model);
-    {
-        Model::Freezer freezer(model);
-        std::function<void()> const writes[] = {
-            [&] { (void)model->beginTransaction(false); },
-            [&] { (void)model->beginTransaction(true); },
-            [&] { e->setRank(2); },
-            [&] { e->setText(u"t"); },
-            [&] { e->children().add(child); },
-            [&] { e->children().clear(); },
-            [&] { e->byRank().insert(child); },
-            [&] { e->numbers().push_back(1); },
-            [&] { e->tags().insert(u"t"); },
-            [&] { e->destroy(); },
-            [&] { Node::create(model); },
-            [&] { model->undo(); },
-            [&] { model->redo(); },
-        };
-        int i = 0;
-        for (auto const& write : writes) {
-            EXPECT_TRUE(failsWith<msg::ModelIsFrozen>(write)) << "write " << i++;
-            EXPECT_EQ(dump(model), before);
-        }
-        e->setRank(1);  // the present value: no event
-        EXPECT_EQ(Node::Impl::living, 2);
-        {
-            Model::Thawer const first = freezer.thaw();
-            Model::Thawer second = freezer.thaw();
-            { Model::Thawer const third(std::move(second)); }
-            e->setRank(3);
-        }
-        EXPECT_TRUE(failsWith<msg::ModelIsFrozen>([&] { e->setRank(4); }));
-    }
-    e->setRank(5);
-    EXPECT_EQ(e->rank(), 5);
-}
-
 TEST(Transactions, KeepTheirModel) {
     Node e;
     {
