@@ -37,19 +37,6 @@ std::u16string parsedAs(char const* from, std::u16string const& text, char const
         serializers->getPropertySerializer(type, from)->parseValue(text, type));
 }
 
-TEST(Lifecycle, SchemaIsCompleteWhenTheLoadReturnsAndTheRegistryIsAtRest) {
-    ASSERT_FALSE(Product::isMapped());
-    Product const product;
-    Package const root = rootPackage();
-    ASSERT_TRUE(root);
-    EXPECT_EQ(objectsOf(root).size(), kObjects);
-    EXPECT_EQ(root->getName(), u"");
-    EXPECT_TRUE(isAtRest());
-    EXPECT_NE(product.getInstance(), nullptr);
-    EXPECT_EQ(product.getInstance(), product.getInstance());
-    EXPECT_EQ(objectsOf(rootPackage()).size(), kObjects);
-}
-
 TEST(Lifecycle, ComesAndGoesManyTimesInOneProcess) {
     qz::Model const lasting = qz::Model::create();
     Package const lastingElement = Package::create(lasting, {});

@@ -125,17 +125,8 @@ TEST_F(Constraints, OnOptionalValues) {
 
 TEST_F(Constraints, OnWhatIsOwned) {
     using P = RootIOPortInformation;
-    auto const overFive = HierCondInfo::hierIdx() > 5U;
-    auto const over = [](HierCondInfo const& h) { return h->getHierIdx() > 5; };
-    auto const& of = [](P const& p) -> auto& { return *p->getHierCondInfos(); };
     expectSame<P>(model,
                   {
-                      {"set any", P::hierCondInfos().any(overFive),
-                       [&](P const& p) { return std::any_of(of(p).begin(), of(p).end(), over); }},
-                      {"set all", P::hierCondInfos().all(overFive),
-                       [&](P const& p) { return std::all_of(of(p).begin(), of(p).end(), over); }},
-                      {"set none", P::hierCondInfos().none(overFive),
-                       [&](P const& p) { return std::none_of(of(p).begin(), of(p).end(), over); }},
                       {"set has one", P::hierCondInfos().any(), [&](P const& p) { return p->hasHierCondInfos(); }},
                       {"set is empty", P::hierCondInfos().none(), [&](P const& p) { return !p->hasHierCondInfos(); }},
                   });
@@ -201,17 +192,8 @@ TEST_F(Constraints, OnAnElementOfAForeignClass) {
                });
 }
 
-TEST_F(Constraints, FindTheExactClassOrItsSubclassesInOrderOfCreation) {
+TEST_F(Constraints, MayBeOfTheSuperclass) {
     using P = RootIOPortInformation;
-    auto const all = [](P const&) { return true; };
-    P const base = P::create(model, {});
-    InportInformation const last = root->createIntoInports();
-    EXPECT_EQ(find<P>(model, Mode::Exact), std::vector{base});
-    auto const ports = find<P>(model);
-    EXPECT_EQ(ports, filter<P>(model, all));
-    EXPECT_EQ(ports.size(), 14U);
-    EXPECT_EQ(ports.back(), P(last));
-    EXPECT_EQ(find<InterfaceParameter>(model).size(), 0U);
     auto const inports = find<InportInformation>(model, P::designMin() > 0);
     static_assert(std::is_same_v<decltype(inports), std::vector<InportInformation> const>);
     EXPECT_GT(inports.size(), 0U);

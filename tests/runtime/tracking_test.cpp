@@ -64,17 +64,6 @@ TEST(Storages, KeepAContainerForWhoeverWantsTo) {
     EXPECT_FALSE(s.storage->oldContainer());
 }
 
-TEST(Changes, HaveABitForEveryIndex) {
-    Sample s;
-    std::unique_ptr<ModelElement::Impl::Changes> const changes(s.e->createChanges());
-    EXPECT_EQ(changes->uuid(), s.e->uuid());
-    EXPECT_EQ(changes->getModel(), s.model);
-    EXPECT_EQ(changes->getMetaClass(), Special::metaClass());
-    ASSERT_GT(changes->changed().size(), static_cast<std::size_t>(kParts));
-    EXPECT_TRUE(changes->changed().none());
-    changes->changed().set(kParts);
-}
-
 TEST(Announcements, KeepTheValueOnce) {
     Sample s;
     int told = 0;

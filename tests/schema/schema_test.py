@@ -174,22 +174,6 @@ def test_counts() -> None:
         "operation": 2,
         "argument": 6,
     }
-    properties = [row for row in rows if row[0] == "property"]
-    assert Counter((int(row[4]), row[5] == "1") for row in properties) == {
-        (1, False): 443,
-        (0, False): 17,
-        (1, True): 41,
-        (2, False): 49,
-        (2, True): 45,
-        (4, False): 18,
-        (4, True): 4,
-        (6, True): 23,
-        (5, True): 1,
-    }
-    assert sum(row[11] != "0" for row in properties) == 625
-    assert Counter(row[3] for row in properties if row[4] == "0") == {"Boolean": 11, "Integer": 5, "UInteger64": 1}
-    defaults = Counter(row[12] for row in properties if row[3] == "Boolean")
-    assert (defaults['"true"'], defaults['"false"']) == (3, 15)
     classes = {row[1]: row for row in rows if row[0] == "class"}
     assert sum(row[3] == "ModelElement" for row in classes.values()) == 83
     assert [name for name, row in classes.items() if row[4] == "1"] == ["ModelRefInfoRepo.InterfaceParameter"]

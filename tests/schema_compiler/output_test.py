@@ -43,6 +43,16 @@ def missing(table: str, written: dict[str, str]) -> list[str]:
 
 # What the files compared above have no case of.
 DERIVED = r"""
+include/Garden/Handles.h
+    class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::ModelElement> {
+      class Builder;
+      static quay::zero::meta::Class const& metaClass();
+      static quay::zero::ClassTable const& classTable();
+      static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+      static OptionalConstrainable<int> const& waterings();
+      static ConstrainableRelation<Frame> const& frame();
+    class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed> {
+      static Constrainable<unsigned int> const& legs();
 include/Garden/RaisedBed.h
     class GARDEN_API RaisedBed::Impl : public quay::zero::elements::Level<RaisedBed, Bed> {
     class RaisedBed::Impl::BuilderBase : public Bed::Impl::BuilderBase<B> {
@@ -112,6 +122,7 @@ def test_writes_subclasses_keys_and_abstract_classes(workshop: Workshop) -> None
     written = workshop.files()
     assert missing(DERIVED, written) == []
     assert "Builder final" not in written["include/Garden/Support.h"]
+    assert "Support create(" not in written["include/Garden/Handles.h"]
 
 
 def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> None:

@@ -34,56 +34,9 @@ OrdoClass& classNamed(std::string const& name) {
 }
 OrdoClass& recordClass(std::string_view name) { return classNamed(fullName(name)); }
 
-/// The identifier of what `run` throws; empty if it throws nothing.
-template <class F>
-std::string errorOf(F const& run) {
-    try {
-        run();
-    } catch (keel::core::except::Error const& error) {
-        return error.GetID();
-    }
-    return {};
-}
-
-OrdoValue construct(std::string const& name, std::vector<OrdoValue> const& arguments) {
-    return classNamed(name).construct(arguments);
-}
-
-OrdoValue call(OrdoValue const& self, char const* name, std::vector<OrdoValue> arguments = {}) {
-    ordo::OrdoMethodInfo* const method = self.object()->getClass().findMethod(ordo::internName(name));
-    if (method == nullptr) throw std::runtime_error(std::string("no method ") + name);
-    arguments.insert(arguments.begin(), self);
-    ordo::MethodCall made(arguments);
-    method->call(made);
-    return made.result();
-}
-
-ordo::OrdoPropInfo& propertyOf(OrdoValue const& self, char const* name) {
-    ordo::OrdoPropInfo* const property = self.object()->getClass().findProperty(ordo::internName(name));
-    if (property == nullptr) throw std::runtime_error(std::string("no property ") + name);
-    return *property;
-}
-OrdoValue get(OrdoValue const& self, char const* name) { return propertyOf(self, name).get(self.object()->native()); }
-void set(OrdoValue const& self, char const* name, OrdoValue const& value) {
-    propertyOf(self, name).set(self.object()->native(), value);
-}
-
-/// A struct array of one field, one element for each value.
-OrdoValue structOf(std::string_view field, std::vector<OrdoValue> const& values) {
-    zx::Array array(zxCreateStructMatrix(1, values.size()));
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        zxSetField(array.get(), i, field, values[i].toArray().release());
-    }
-    return OrdoValue::fromArray(std::move(array));
-}
-
 class Scripts : public testing::Test {
 protected:
     static void SetUpTestSuite() { ZLInitialize_vw_modelref_info(); }
-
-    OrdoValue model_ = construct("quay.zero.Model", {});
-    OrdoValue root_ = construct(fullName("ModelRefInfoRoot"), {model_});
-    qz::Model native_ = qz::mi::modelIn(model_);
 };
 
 std::vector<std::string> namesIn(std::string_view package) {
@@ -204,37 +157,6 @@ TEST_F(Scripts, PropertiesAndMethodsNameTheirTypes) {
     EXPECT_EQ(into.optionalInputs, 2u);
 }
 
-TEST_F(Scripts, OneElementHasOneScriptObjectThatKeepsItAndDropsOneReference) {
-    std::size_t const bindings = ordo::factory::basic::BindingRegistry::size();
-    OrdoValue port = call(root_, "createIntoInports", {structOf("isNotDerivPort", {OrdoValue::logical(true)})});
-    EXPECT_TRUE(get(port, "isNotDerivPort").toLogical());
-    qz::ModelElement const element = qz::mi::elementIn(port);
-    auto const held = element->refCount();
-    {
-        OrdoValue const sequence = get(root_, "inports");
-        EXPECT_EQ(sequence.object()->getClass().name().text(), "quay.zero.Sequence");
-        EXPECT_EQ(get(root_, "inports").object(), sequence.object());
-        auto const* const protocol = sequence.object()->getClass().collection();
-        EXPECT_EQ(protocol->size(sequence.object()->native()), 1u);
-        EXPECT_EQ(protocol->at(sequence.object()->native(), 0).object(), port.object());
-        EXPECT_EQ(get(port, "container").object(), root_.object());
-        EXPECT_EQ(get(port, "model").object(), model_.object());
-    }
-    port = OrdoValue();
-    EXPECT_EQ(element->refCount(), held - 1);
-    EXPECT_EQ(ordo::factory::basic::BindingRegistry::size(), bindings);
-
-    // An element's object keeps the model, also when every other holder has let go.
-    native_ = qz::Model();
-    model_ = OrdoValue();
-    EXPECT_NO_THROW(root_.object()->getClass().checkValid(root_.object()->native()));
-    EXPECT_EQ(call(get(root_, "model"), "elements").count(), 2u);
-    call(root_, "destroy");
-    EXPECT_EQ(errorOf([&] { root_.object()->getClass().checkValid(root_.object()->native()); }),
-              "ZELDRA:class:InvalidHandle");
-    EXPECT_EQ(errorOf([&] { call(root_, "createIntoInports"); }), "ZELDRA:class:InvalidHandle");
-}
-
 TEST_F(Scripts, EnumerationsTakeNamesNumbersAndValues) {
     OrdoClass& type = recordClass("QueueType");
     EXPECT_EQ(type.builtInBase().text(), "int32");
@@ -256,15 +178,6 @@ TEST_F(Scripts, EnumerationsTakeNamesNumbersAndValues) {
     ordo::MethodCall none(std::span(&strange, 1));
     type.findMethod(ordo::internName("getPublicIdentifier"))->call(none);
     EXPECT_EQ(none.result().toText(), u"");
-
-    OrdoValue const event = construct(fullName("VwtpEventData"), {model_});
-    set(event, "scope", OrdoValue::bytes("Global"));
-    EXPECT_EQ(get(event, "scope").toInt32(), 1);
-    EXPECT_EQ(errorOf([&] { set(event, "scope", OrdoValue::bytes("Nowhere")); }), "ordo:messages:NoSuchLiteral");
-    EXPECT_EQ(errorOf([&] { set(event, "scope", value); }), "ordo:messages:WrongType");
-    EXPECT_EQ(get(event, "scope").toInt32(), 1);
-    set(event, "scope", OrdoValue());
-    EXPECT_EQ(get(event, "scope").toInt32(), 0);
 }
 
 }  // namespace

@@ -155,17 +155,15 @@ std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry
 
 // --- Reports and dumps -----------------------------------------------------------------------------------------------
 
-std::vector<Item> const& Reference::items(int n, int slot) const {
+std::vector<Item> const& Reference::itemsIn(State const& state, int n, int slot) {
     static std::vector<Item> const none;
-    auto const& all = at(n).content;
+    auto const& all = state.elements.at(n).content;
     auto const found = all.find(slot);
     return found == all.end() ? none : found->second;
 }
 
 std::string Reference::show(State const& values, State const& lives, int n, int slot) const {
-    auto const& all = values.elements.at(n).content;
-    auto const found = all.find(slot);
-    std::vector<Item> list = found == all.end() ? std::vector<Item>() : found->second;
+    std::vector<Item> list = itemsIn(values, n, slot);
     auto const nameOf = [&](int m) { return (lives.elements.at(m).alive ? "" : "+") + name(m); };
     switch (slotAt(slot).shape) {
         case Shape::Single:
@@ -207,13 +205,8 @@ std::string Reference::dump() const {
 
 /// By the rule of listeners: values by ==, collections of none or one member if that is the same.
 bool Reference::isSame(State const& a, State const& b, int n, int slot) {
-    auto const itemsOf = [&](State const& s) {
-        auto const& all = s.elements.at(n).content;
-        auto const found = all.find(slot);
-        return found == all.end() ? std::vector<Item>() : found->second;
-    };
-    auto const x = itemsOf(a);
-    auto const y = itemsOf(b);
+    auto const& x = itemsIn(a, n, slot);
+    auto const& y = itemsIn(b, n, slot);
     if (x.size() != y.size() || x.size() > 1) return false;
     if (x.empty()) return true;
     return isEqual(x.front(), y.front()) && x.front().serial == y.front().serial;
@@ -265,6 +258,13 @@ void Reference::release(int owner, int slot, int child) {
     if (c.container != owner || c.slot != slot) return;
     c.container = -1;
     c.slot = -1;
+}
+
+/// The child leaves unless it stands somewhere else in the collection as well.
+void Reference::releaseLast(int owner, int slot, int child) {
+    auto const& all = items(owner, slot);
+    bool const stays = std::any_of(all.begin(), all.end(), [&](Item const& i) { return i.child == child; });
+    if (child >= 0 && !stays) release(owner, slot, child);
 }
 
 Item Reference::entryOf(int slot, int child) const {
@@ -402,10 +402,7 @@ std::string Reference::erase(int n, int slot, std::size_t position) {
         auto& all = content(n, slot);
         Item const gone = all[position];
         all.erase(all.begin() + static_cast<std::ptrdiff_t>(position));
-        if (gone.child >= 0 &&
-            std::none_of(all.begin(), all.end(), [&](auto const& i) { return i.child == gone.child; })) {
-            release(n, slot, gone.child);
-        }
+        releaseLast(n, slot, gone.child);
     });
     return {};
 }
@@ -420,10 +417,7 @@ std::string Reference::replace(int n, int slot, std::size_t position, Item const
         if (item.child >= 0) contain(n, slot, item.child);
         auto& all = content(n, slot);
         all[position] = item;
-        if (gone.child >= 0 &&
-            std::none_of(all.begin(), all.end(), [&](auto const& i) { return i.child == gone.child; })) {
-            release(n, slot, gone.child);
-        }
+        releaseLast(n, slot, gone.child);
     });
     return {};
 }

@@ -94,7 +94,7 @@ public:
 
     std::vector<int> const& order() const { return now_.order; }
     Element const& at(int n) const { return now_.elements.at(n); }
-    std::vector<Item> const& items(int n, int slot) const;
+    std::vector<Item> const& items(int n, int slot) const { return itemsIn(now_, n, slot); }
     bool isAlive(int n) const { return now_.elements.contains(n) && at(n).alive; }
     std::size_t depth() const { return levels_.size(); }
     std::string const& name(int n) const { return names_.at(static_cast<std::size_t>(n)); }
@@ -163,10 +163,12 @@ private:
     void leave(int child);
     void contain(int owner, int slot, int child);
     void release(int owner, int slot, int child);
+    void releaseLast(int owner, int slot, int child);
     void place(int owner, int slot, int child);
     Item entryOf(int slot, int child) const;
     bool isTaken(int owner, int slot, Item const& key, int child) const;
     void kill(int n);
+    static std::vector<Item> const& itemsIn(State const& state, int n, int slot);
     std::string show(State const& values, State const& lives, int n, int slot) const;
     static bool isSame(State const& a, State const& b, int n, int slot);
     Report reportOf(State const& before, Touched const& touched) const;
