@@ -4,7 +4,6 @@
 #include "support/listener.h"
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
-#include <quay/zero/storage.h>
 #include <quay0/messages.h>
 
 namespace {

@@ -9,8 +9,6 @@
 #include <quay/zero/proxy_id.h>
 #include <quay0/messages.h>
 
-#include <optional>
-
 namespace {
 
 using namespace quay::zero;

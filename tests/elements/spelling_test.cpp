@@ -1,7 +1,6 @@
 // What users write, as they write it: this test is here to compile, and does what it says.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
-#include <quay/zero/change_set.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>

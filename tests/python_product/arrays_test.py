@@ -19,8 +19,7 @@ info: Any = importlib.import_module(PACKAGE)
 CompServicePort, InportInformation, VarlowFunctions = info.CompServicePort, info.InportInformation, info.VarlowFunctions
 ModelRefInfoRoot, QueueType, RateInfo = info.ModelRefInfoRoot, info.QueueType, info.RateInfo
 
-NO_VALUE, WRONG = "ordo:messages:NoValue", "ordo:messages:WrongType"
-INVALID = "quay0:messages:InvalidValue"
+WRONG = "ordo:messages:WrongType"
 
 NESTINGS: list[Callable[[Any], Any]] = [
     lambda one: one,

@@ -9,7 +9,6 @@ import uuid
 from collections.abc import Callable
 from typing import Any
 
-import numpy as np
 import ordo
 import pytest
 import quay

@@ -6,7 +6,6 @@
 #include <rapidcheck.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include "support/dump.h"
 #include "support/node.h"
 
-#include <quay/zero/change_set.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>

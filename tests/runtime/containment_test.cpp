@@ -7,9 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
-
 namespace {
 
 using namespace nodes;

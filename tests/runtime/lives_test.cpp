@@ -8,9 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <map>
-
 namespace {
 
 using namespace nodes;

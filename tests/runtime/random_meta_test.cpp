@@ -7,8 +7,6 @@
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
 
-#include <functional>
-#include <optional>
 #include <ostream>
 
 namespace {

@@ -44,7 +44,7 @@ Write const kWrites[] = {
     {"copy contents", [](Special const& e, Node const& other) { e->children().copyContents(other->children()); }},
     {"reflection",
      [](Special const& e, Node const&) {
-         e->setPropertyValue(nodeMeta().properties[kRank], Value(meta::StandardTypes::integerMeta, 1, ValueFlags::One),
+         e->setPropertyValue(nodeMeta().properties[kRank], Value(meta::StandardTypes::integerMeta, 9, ValueFlags::One),
                              ReflectionPrivateTag::PUBLIC_ACCESS);
      }},
     {"notifyModifying", [](Special const& e, Node const&) { e->notifyModifying(kRank); }},

@@ -4,7 +4,6 @@
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>
-#include <quay/zero/changes.h>
 #include <quay/zero/storage.h>
 #include <quay0/messages.h>
 

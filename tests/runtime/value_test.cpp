@@ -12,7 +12,6 @@
 #include <boost/optional/optional_io.hpp>
 
 #include <cmath>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 // The script package of the record, as a host meets it.
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 
+#include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ordo/ordo.h>
 #include <quay/zero/mi/bindings.h>
 #include <quay/zero/mi/meta_marshaler_registry.h>
@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 #include <zx/zx.h>
 
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
