@@ -9,8 +9,6 @@
 #include <quay/zero/proxy_id.h>
 #include <quay0/messages.h>
 
-#include <optional>
-
 namespace {
 
 using namespace quay::zero;
@@ -38,7 +36,7 @@ public:
         resolveOnceAndQuietly();
         areTakenBack();
         areResolvedLocally();
-        areHostsToGuests();
+        mayBeOfAnotherModel();
         goWithTheirOwner();
     }
 
@@ -172,21 +170,23 @@ private:
     }
 
     /// An element of another model, which is nobody's child here.
-    void areHostsToGuests() {
-        auto const there = Model::create();
-        auto const guest = make(property_->getType(), there);
+    void mayBeOfAnotherModel() {
+        auto there = Model::create();
+        auto const foreign = make(property_->getType(), there);
         put(proxy_);
-        answer_ = guest;
-        EXPECT_EQ(seen(), Elements{guest});
-        EXPECT_FALSE(guest->container());
+        answer_ = foreign;
+        EXPECT_EQ(seen(), Elements{foreign});
+        EXPECT_FALSE(foreign->container());
         model_->undo();
         EXPECT_EQ(stored(), Elements());
         model_->redo();
-        EXPECT_EQ(seen(), Elements{guest});
+        EXPECT_EQ(seen(), Elements{foreign});
         owner_->destroy();
-        EXPECT_TRUE(guest);
+        EXPECT_TRUE(foreign);
         model_->undo();
-        EXPECT_EQ(seen(), Elements{guest});
+        EXPECT_EQ(seen(), Elements{foreign});
+        there = Model();  // it ends, and its elements with it
+        EXPECT_EQ(seen(), Elements());
         model_->undo();
         answer_ = target_;
     }

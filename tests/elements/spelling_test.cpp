@@ -1,7 +1,6 @@
 // What users write, as they write it: this test is here to compile, and does what it says.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
-#include <quay/zero/change_set.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
@@ -53,59 +52,6 @@ TEST(PublicSpelling, OfElementsAndCollections) {
     EXPECT_FALSE(bool(port));
     root->getInportsMutable()->clear();
     EXPECT_FALSE(root->hasInports());
-}
-
-TEST(PublicSpelling, OfBuilders) {
-    auto model = qz::Model::create();
-    RateInfo r1;
-    RateInfo r2;
-    InportInformation::Builder b(model);
-    b.setIsNotDerivPort(true);
-    b.addRateInfos(r1);
-    b.addRateInfos({r1, r2});
-    b.clearRateInfos();
-    b.setDataEventsInfo(std::make_unique<InputDataEventsInfo::Builder>());
-    auto made = b.create();
-    static_assert(std::is_same_v<decltype(made), InportInformation>);
-    EXPECT_TRUE(made->hasDataEventsInfo());
-    auto const id = qz::ElementImpl::generateNewUuid();
-    EXPECT_EQ(b.create(id)->uuid(), id);
-    InportInformation::Builder later;
-    later.setModel(model);
-    EXPECT_TRUE(later.create());
-}
-
-TEST(PublicSpelling, OfTransactionsHistoryAndListeners) {
-    auto model = qz::Model::create();
-    auto root = ModelRefInfoRoot::create(model, {});
-    model->enableHistory(100);
-    int heard = 0;
-    std::uint64_t id = model->addListener([&](qz::ChangeSet const& c) {
-        EXPECT_TRUE(c.created().empty() && c.destroyed().empty());
-        for (auto const& e : c.changed()) {
-            EXPECT_EQ(e.element(), root);
-            for (auto const& p : e.properties()) {
-                EXPECT_EQ(p, MetaPackageVw_modelref_info::getInstance()->ModelRefInfoRoot_triggerType);
-                EXPECT_NE(e.oldValue(p).getValue<int>(), e.newValue(p).getValue<int>());
-                ++heard;
-            }
-        }
-    });
-    auto tx = model->beginTransaction(false);
-    root->setTriggerType(1);
-    EXPECT_TRUE(tx.isOpen());
-    tx.commit(boost::none);
-    EXPECT_TRUE(model->undo());
-    EXPECT_TRUE(model->redo());
-    EXPECT_FALSE(model->redo());
-    EXPECT_EQ(heard, 3);
-    model->removeListener(id);
-    root->setTriggerType(2);
-    EXPECT_EQ(heard, 3);
-    EXPECT_EQ(model->getElements(), model->getRoots());
-    qz::Model::ResolutionHold hold(model);
-    model->setStoreName(u"plant");
-    model->setProxyResolver([](qz::ProxyId const&) { return qz::ModelElement(); });
 }
 
 TEST(PublicSpelling, OfReflectionAndErrors) {

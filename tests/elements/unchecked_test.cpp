@@ -1,6 +1,7 @@
 // Operations that open no level of their own and check nothing, on owners that are older than the transaction and on
 // owners that were born in it: whatever they do is taken back, and done again, like any other change.
 #include "support/dump.h"
+#include "support/listener.h"
 #include "support/samples.h"
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
@@ -143,7 +144,10 @@ TEST(Unchecked, OutsideATransactionEndsTheHistory) {
             auto const& all = operations();
             auto const operation = std::find_if(all.begin(), all.end(),
                                                 [&](Operation const& o) { return std::string_view(o.name) == name; });
+            Hearer hearer(model);
             operation->run(family);
+            bool const heard = !hearer.take().empty();
+            EXPECT_FALSE(heard && std::string_view("empty") == name) << "it is done without a record";
             std::string const after = dumpElements(model);
             while (model->undo()) {
             }

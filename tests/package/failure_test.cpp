@@ -44,16 +44,8 @@ std::ostream& operator<<(std::ostream& out, Fault const& fault) { return out << 
 Fault const kFaults[] = {
     {"PrimitiveTypeIsMissing", [] { registry().getPrimitiveType(u"StdString")->destroy(); },
      "quay0:messages:NoSuchType", u"StdString"},
-    {"ForeignBaseIsMissing", [] { registry().getType(u"sto.ClientTaskHierarchyElementNamedData")->destroy(); },
-     "quay0:messages:NoSuchType", u"sto.ClientTaskHierarchyElementNamedData"},
     {"ArgumentTypeIsMissing", [] { registry().getType(u"nativeTypes.VwBlockPtr")->destroy(); },
      "quay0:messages:NoSuchType", u"nativeTypes.VwBlockPtr"},
-    {"IdOfTheLastLiteralIsInUse",
-     [] {
-         boost::uuids::string_generator const idOf;
-         Package::create(registry().model(), idOf("3a50aff1-fa36-3260-bb41-ca0c5aa1981d"));
-     },
-     "quay0:messages:UniquenessConstraint", nullptr},
     {"NameOfTheLastTypeIsInUse",
      [] {
          Package const package = Package::create(registry().model(), {});

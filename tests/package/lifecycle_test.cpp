@@ -37,19 +37,6 @@ std::u16string parsedAs(char const* from, std::u16string const& text, char const
         serializers->getPropertySerializer(type, from)->parseValue(text, type));
 }
 
-TEST(Lifecycle, SchemaIsCompleteWhenTheLoadReturnsAndTheRegistryIsAtRest) {
-    ASSERT_FALSE(Product::isMapped());
-    Product const product;
-    Package const root = rootPackage();
-    ASSERT_TRUE(root);
-    EXPECT_EQ(objectsOf(root).size(), kObjects);
-    EXPECT_EQ(root->getName(), u"");
-    EXPECT_TRUE(isAtRest());
-    EXPECT_NE(product.getInstance(), nullptr);
-    EXPECT_EQ(product.getInstance(), product.getInstance());
-    EXPECT_EQ(objectsOf(rootPackage()).size(), kObjects);
-}
-
 TEST(Lifecycle, ComesAndGoesManyTimesInOneProcess) {
     qz::Model const lasting = qz::Model::create();
     Package const lastingElement = Package::create(lasting, {});
@@ -129,61 +116,6 @@ TEST(EntryPoints, HavePlainNamesAndMayBeCalledInAnyOrderAndNumber) {
     for (auto* const call : {terminate, terminate, initialize, initialize, terminate, initialize, terminate}) call();
     EXPECT_EQ(rootPackage(), root);
     EXPECT_EQ(objectsOf(root).size(), kObjects);
-}
-
-TEST(Serializers, EnumerationsHaveThreeForms) {
-    Product const product;
-    struct {
-        char const* from;
-        char16_t const* text;
-        char const* to;
-        char16_t const* result;
-    } const cases[] = {{"", u"Q_TYPE_LIFO", "ID", u"1"},
-                       {"", u"Q_TYPE_FIFO", "ID", u"0"},
-                       {"PublicID", u"Q_TYPE_PRIORITY", "ID", u"2"},
-                       {"ID", u"1", "", u"Q_TYPE_LIFO"},
-                       {"ID", u"2", "PublicID", u"Q_TYPE_PRIORITY"},
-                       {"ID", u"77", "", u""},
-                       {"ID", u"77", "PublicID", u""},
-                       {"ID", u"77", "ID", u"77"},
-                       {"ID", u"-1", "ID", u"-1"}};
-    for (auto const& c : cases) EXPECT_EQ(parsedAs(c.from, c.text, c.to), c.result) << c.from << " to " << c.to;
-
-    struct {
-        char const* form;
-        char16_t const* text;
-    } const refused[] = {{"", u"Q_TYPE_STACK"},  {"", u""},   {"", u"1"},   {"", u"q_type_lifo"}, {"PublicID", u"none"},
-                         {"ID", u"Q_TYPE_LIFO"}, {"ID", u""}, {"ID", u"1x"}};
-    for (auto const& c : refused) {
-        EXPECT_THROW(parsedAs(c.form, c.text, "ID"), boost::bad_lexical_cast) << c.form;
-    }
-}
-
-TEST(Factories, MakeTheCollectionThatThePropertyAsksFor) {
-    Product const product;
-    int made = 0;
-    Package const schema = registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage();
-    for (qz::ModelElement const& element : objectsOf(rootPackage())) {
-        Property const property = Property::cast(element);
-        if (!property || property->getType()->getOwningPackage() != schema) continue;
-        SCOPED_TRACE(testing::PrintToString(property->getName()));
-        auto const collection = registry().makeCollection({}, property);
-        ASSERT_NE(collection, nullptr);
-        ++made;
-        EXPECT_TRUE(collection->empty());
-        EXPECT_EQ(collection->owner(), nullptr);
-        EXPECT_EQ(collection->getCollectionProperty(), property);
-        EXPECT_EQ(collection->getCollectionType(), property->getType());
-        auto const* const children = dynamic_cast<qz::ReferenceCollection const*>(collection.get());
-        EXPECT_EQ(children != nullptr, property->isComposite());
-        if (children != nullptr) {
-            EXPECT_EQ(children->getGenericInterface()->isSequenceInterface(), property->isOrdered());
-        } else {
-            auto const& values = dynamic_cast<qz::AbstractPrimitiveCollection const&>(*collection);
-            EXPECT_EQ(values.getKind() == qz::AbstractPrimitiveCollection::Kind::Sequence, property->isOrdered());
-        }
-    }
-    EXPECT_GT(made, 100);
 }
 
 }  // namespace

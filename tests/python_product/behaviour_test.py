@@ -9,7 +9,6 @@ import uuid
 from collections.abc import Callable
 from typing import Any
 
-import numpy as np
 import ordo
 import pytest
 import quay
@@ -273,31 +272,6 @@ def test_elements_of_other_models_and_cycles_are_refused(model: Any) -> None:
     assert port.container is other and len(root.inports) == 0
 
 
-def test_sequences_follow_pythons_protocol(model: Any) -> None:
-    root = ModelRefInfoRoot(model)
-    a, b, c = (root.createIntoInports() for _ in range(3))
-    inports = root.inports
-    assert inports[-1] is c and inports[1:] == [b, c] and inports[::-1] == [c, b, a]
-    assert b in inports and 3 not in inports and root not in inports and inports.indexOf(c) == 2
-    for index in (3, -4, 2**70):
-        with pytest.raises(IndexError):
-            inports[index]
-    for index in (4, -5):
-        with refused("ordo:messages:IndexOutOfRange", IndexError):
-            inports.insertAt(a, index)
-    inports.removeAt(-1)
-    assert list(inports) == [a, b] and inports.indexOf(c) == -1
-    inports.insertAt(c, 0)
-    assert list(inports) == [c, a, b]
-    seen = []
-    for one in inports:  # a snapshot without the dead
-        seen.append(one)
-        if b:
-            b.destroy()
-        root.createIntoInports()
-    assert seen == [c, a] and len(inports) == 4
-
-
 def test_maps_follow_pythons_protocol(model: Any) -> None:
     info = InterfaceParameterInfo(model)
     groups = info.groupedArgumentMap
@@ -339,16 +313,3 @@ def test_values_are_copies(model: Any) -> None:
         root.dataTransferInfos[0].portIdx = root.dataTransferInfos[1][0].portIdx = 6
         raise KeyError
     assert root.dataTransferInfos[0] == key and root.dataTransferInfos[1][0] == key
-
-
-def test_misspelt_names_are_refused(model: Any) -> None:
-    port = InportInformation(model)
-    with pytest.raises(AttributeError, match="did you mean 'isNotDerivPort'"):
-        port.isNotDerivPor
-    with pytest.raises(AttributeError, match="did you mean 'isNotDerivPort'"):
-        port.isNotDerivPor = True
-    with pytest.raises(AttributeError):
-        del port.isNotDerivPort
-    with pytest.raises(AttributeError):
-        port.uuid = ID
-    assert np.asarray(ModelRefInfoRoot(model, {"dataTransferInfos": np.eye(2)}).dataTransferInfos).shape == (2, 2)

@@ -6,41 +6,14 @@
 #include <rapidcheck.h>
 
 #include <algorithm>
-#include <functional>
 
 namespace {
 
 using namespace queries;
-using qz::query::Constraint;
 using qz::query::find;
 using Port = RootIOPortInformation;
 
 int below(int end) { return *rc::gen::inRange(0, end); }
-
-template <class X>
-struct Asked {
-    Constraint<X> constraint;
-    std::function<bool(X const&)> plain;
-};
-
-/// A comparison of a value, in one of the six ways.
-template <class X, class Word, class V, class Get>
-Asked<X> compared(Word const& word, V const& v, Get get) {
-    switch (below(6)) {
-        case 0:
-            return {word == v, [=](X const& x) { return get(x) == v; }};
-        case 1:
-            return {word != v, [=](X const& x) { return get(x) != v; }};
-        case 2:
-            return {word < v, [=](X const& x) { return get(x) < v; }};
-        case 3:
-            return {word <= v, [=](X const& x) { return get(x) <= v; }};
-        case 4:
-            return {word > v, [=](X const& x) { return get(x) > v; }};
-        default:
-            return {word >= v, [=](X const& x) { return get(x) >= v; }};
-    }
-}
 
 template <class X, class Leaf>
 Asked<X> composed(int depth, Leaf const& leaf) {
@@ -54,16 +27,19 @@ Asked<X> composed(int depth, Leaf const& leaf) {
 }
 
 Asked<HierCondInfo> askOfInfo() {
-    return compared<HierCondInfo>(HierCondInfo::hierIdx(), static_cast<unsigned>(below(14)),
-                                  [](HierCondInfo const& h) { return h->getHierIdx(); });
+    return compared<HierCondInfo>(
+        below(6), HierCondInfo::hierIdx(), [](HierCondInfo const& h) { return h->getHierIdx(); },
+        static_cast<unsigned>(below(14)));
 }
 
 Asked<Port> askOfPort() {
     if (int const kind = below(3); kind == 0) {
-        return compared<Port>(Port::designMin(), below(8) * 0.5 - 2, [](Port const& p) { return p->getDesignMin(); });
+        return compared<Port>(
+            below(6), Port::designMin(), [](Port const& p) { return p->getDesignMin(); }, below(8) * 0.5 - 2);
     } else if (kind == 1) {
         std::string const text = *rc::gen::element<std::string>("top.even", "top.odd.5", "");
-        return compared<Port>(Port::trueHiers(), text, [](Port const& p) { return p->getTrueHiers(); });
+        return compared<Port>(
+            below(6), Port::trueHiers(), [](Port const& p) { return p->getTrueHiers(); }, text);
     }
     Asked<HierCondInfo> const inner = composed<HierCondInfo>(2, askOfInfo);
     auto const count = [inner](Port const& p) {

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "support/record.h"
 
 namespace {
@@ -18,34 +16,6 @@ using query::find;
 template <class X>
 using OfClass = query::MetaclassAttachment<X>;
 using OfQuery = query::InstanceAttachment;
-
-// --- Types ----------------------------------------------------------------------------------------------------------
-
-template <class T, bool optional, class X>
-constexpr bool isValue(query::ConstrainableWithAttachment<T, OfClass<X>, optional, void> const& (*)()) {
-    return true;
-}
-template <class Y, class X>
-constexpr bool isRelation(query::ConstrainableRelationWithAttachment<Y, OfClass<X>> const& (*)()) {
-    return true;
-}
-static_assert(isValue<bool, false, InportInformation>(&InportInformation::isNotDerivPort));
-static_assert(isValue<int, false, VarTsUIDEntry>(&VarTsUIDEntry::varTsIdx));
-static_assert(isValue<unsigned int, false, InportInformation>(&InportInformation::originalPortNumber));
-static_assert(isValue<unsigned long, false, SampleTimeGraphEdge>(&SampleTimeGraphEdge::srcNodeIdx));
-static_assert(isValue<double, false, RateSpec>(&RateSpec::period));
-static_assert(isValue<std::u16string, false, AUTOSAROutportInfo>(&AUTOSAROutportInfo::portName));
-static_assert(isValue<std::string, false, CompDataType>(&CompDataType::dataTypeName));
-static_assert(isValue<DataClass, false, CompDataType>(&CompDataType::dataClass));
-static_assert(isValue<unsigned long, true, ModelRefInfoRoot>(&ModelRefInfoRoot::numPortlessVarlowFunctionPortGroups));
-static_assert(isValue<vw::ci::Model, false, ModelRefInfoRoot>(&ModelRefInfoRoot::rootBlockDiagramInterface));
-static_assert(isValue<bool, false, VwtpTaskData>(&VwtpTaskData::linkedSet));
-static_assert(isValue<std::u16string, false, IRTSideIOPortGroup>(&IRTSideIOPortGroup::identifier));
-static_assert(isRelation<RateSpec, FcnCallPortGroup>(&FcnCallPortGroup::preCompRateSpec));
-static_assert(isRelation<InportInformation, ModelRefInfoRoot>(&ModelRefInfoRoot::inports));
-static_assert(isRelation<HierCondInfo, OutportInformation>(&OutportInformation::hierCondInfos));
-static_assert(isRelation<VarTsUIDEntry, VarTsUIDMap>(&VarTsUIDMap::entries));
-static_assert(isRelation<UnionTsContainedTsElem, ModelRefInfoRoot>(&ModelRefInfoRoot::unionTsContainedTs));
 
 using InQuery = InportInformation::Constrainables;
 static_assert(std::is_base_of_v<RootIOPortInformation::Constrainables, InQuery>);

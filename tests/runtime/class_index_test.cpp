@@ -64,14 +64,7 @@ TEST(ClassIndex, IsWholeAgainAfterMemoryRanOut) {
         for (long granted = 0; happened; ++granted) {
             Model const model = Model::create();
             prepare(model);
-            {
-                MemoryRunsOut const memory(granted);
-                try {
-                    find<Node>(model);
-                } catch (std::bad_alloc const&) {
-                }
-                happened = memory.happened();
-            }
+            happened = starve(granted, [&] { find<Node>(model); }).ranOut;
             EXPECT_EQ(find<Node>(model), filter<Node>(model));
             EXPECT_EQ(find<Special>(model), filter<Special>(model));
             filter<Node>(model)[3]->destroy();

@@ -3,7 +3,6 @@
 #include "support/dump.h"
 #include "support/node.h"
 
-#include <quay/zero/change_set.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
@@ -18,8 +17,6 @@ using namespace nodes;
 using namespace quay::zero;
 namespace msg = quay0::messages;
 
-constexpr auto kNone = GenericCollectionInterface::NONE;
-
 struct Sample {
     Model model = Model::create();
     Special owner = Special::create(model, idOf(1));
@@ -33,39 +30,6 @@ struct Sample {
 };
 
 // --- Elements -------------------------------------------------------------------------------------------------------
-
-TEST(Sequences, KeepTheirPositions) {
-    Sample s;
-    auto& children = s.owner->children();
-    for (int i : {1, 2, 3}) children.add(s.n[i]);
-    children.insert(0, s.n[4]);
-    children.insert(4, s.n[5]);
-    children.insert(children.begin() + 2, s.n[4]);
-    EXPECT_EQ(s.shown(kChildren), "[#14, #11, #14, #12, #13, #15]");
-    children.set(0, s.n[5]);
-    children.set(0, s.n[5]);  // what is there already
-    children.erase(children.begin() + 1);
-    EXPECT_EQ(s.shown(kChildren), "[#15, #14, #12, #13, #15]");
-    EXPECT_EQ(children.indexOf(s.n[3]), 3U);
-    EXPECT_EQ(children.indexOf(s.n[1]), kNone);
-    EXPECT_TRUE(children.contains(s.n[3]));
-    EXPECT_FALSE(children.contains(s.n[1]));
-    EXPECT_FALSE(children.contains(Node()));
-
-    std::string const before = s.now();
-    std::function<void()> const beyond[] = {
-        [&] { children.insert(6, s.n[1]); }, [&] { children.erase(std::size_t{5}); }, [&] { children.set(5, s.n[1]); },
-        [&] { (void)children.at(5); },       [&] { children.erase(children.end()); },
-    };
-    for (auto const& f : beyond) EXPECT_TRUE(throws<std::out_of_range>(f));
-    EXPECT_TRUE(failsWith<msg::CannotAddNonExistentObject>([&] { children.set(0, Node()); }));
-    Node const dead = s.n[1];
-    dead->destroy();
-    EXPECT_TRUE(failsWith<msg::CannotAddNonExistentObject>([&] { children.set(0, dead); }));
-    children.remove(dead);
-    children.remove(Node());
-    EXPECT_EQ(children.size(), 5U);
-}
 
 TEST(Sequences, AreVisitedByPosition) {
     Sample s;
@@ -84,8 +48,13 @@ TEST(Sequences, AreVisitedByPosition) {
     EXPECT_EQ((*i)->uuid(), idOf(11));
     EXPECT_EQ(std::count_if(children.begin(), children.end(), [&](Node const& e) { return e == s.n[1]; }), 1);
     auto const second = children.begin() + 1;
-    children.erase(std::size_t{0});
+    children.erase(children.begin());
     EXPECT_EQ(*second, s.n[2]) << "it stands for a position, not for a member";
+    children.insert(children.begin() + 1, s.n[4]);
+    EXPECT_EQ(s.shown(kChildren), "[#11, #14, #12]");
+    EXPECT_TRUE(throws<std::out_of_range>([&] { children.erase(children.end()); }));
+    EXPECT_TRUE(throws<std::out_of_range>([&] { (void)children.at(3); }));
+    EXPECT_TRUE(children.contains(s.n[4]) && !children.contains(s.n[3]) && !children.contains(Node()));
 }
 
 TEST(Sequences, TakeTheirOwnMembersAsArguments) {
@@ -137,142 +106,6 @@ TEST(Maps, GoByKey) {
     EXPECT_EQ(s.shown(kByNumber), "[-1.5: #11, 0: #13, 1e+300: #12]") << "minus zero was never written over zero";
     EXPECT_TRUE(failsWith<msg::UniquenessConstraint>([&] { byNumber.add(s.n[4]); }));
     EXPECT_EQ(byNumber.find(-0.0), s.n[3]);
-}
-
-TEST(Multimaps, KeepEqualKeysInOrderOfEntry) {
-    Sample s;
-    for (int i = 1; i < 6; ++i) s.n[i]->setRank(i % 2);
-    auto& map = s.owner->byRank();
-    for (int i : {5, 3, 2, 1, 4}) map.add(s.n[i]);
-    std::string const all = "[0: #12, 0: #14, 1: #15, 1: #13, 1: #11]";
-    EXPECT_EQ(s.shown(kByRank), all);
-    EXPECT_EQ(map.find(1), (std::vector<Node>{s.n[5], s.n[3], s.n[1]}));
-    EXPECT_TRUE(map.find(2).empty());
-    for (int gone : {5, 3, 1, 2, 4}) {
-        Transaction transaction = s.model->beginTransaction(false);
-        map.remove(s.n[gone]);
-        map.insert(s.n[gone]);  // now the last of its key
-        Transaction inner = s.model->beginTransaction(false);
-        map.clear();
-        map.insert(s.n[1]);
-    }
-    EXPECT_EQ(s.shown(kByRank), all) << "rolling back puts each between its neighbours";
-}
-
-TEST(GenericInterfaces, TellWhatTheyAre) {
-    Sample s;
-    struct Case {
-        GenericCollectionInterface const* interface;
-        bool sequence, map, multimap;
-    };
-    Case const cases[] = {
-        {s.owner->children().getGenericInterface(), true, false, false},
-        {s.owner->byName().getGenericInterface(), false, true, false},
-        {s.owner->byRank().getGenericInterface(), false, false, true},
-    };
-    for (Case const& c : cases) {
-        EXPECT_EQ(c.interface->isSequenceInterface(), c.sequence);
-        EXPECT_EQ(c.interface->isMapInterface(), c.map);
-        EXPECT_EQ(c.interface->isMultimapInterface(), c.multimap);
-    }
-    EXPECT_EQ(s.owner->children().getCollectionType(), Node::metaClass());
-    EXPECT_EQ(s.owner->byRank().getCollectionProperty(), nodeMeta().properties[kByRank]);
-    EXPECT_EQ(s.owner->numbers().getCollectionType(), meta::StandardTypes::integerMeta);
-    EXPECT_TRUE(s.owner->children().isComposite());
-}
-
-TEST(GenericInterfaces, LookAtTheElementFirst) {
-    Sample s;
-    auto const package = meta::Package::create(s.model, {});
-    Node const dead = s.n[5];
-    dead->destroy();
-    s.owner->children().add(s.n[1]);
-    s.owner->byName().insert(s.n[2]);
-    s.owner->byRank().insert(s.n[3]);
-    GenericCollectionInterface* const all[] = {s.owner->children().getGenericInterface(),
-                                               s.owner->byName().getGenericInterface(),
-                                               s.owner->byRank().getGenericInterface()};
-    auto& sequence = dynamic_cast<GenericSequenceInterface&>(*all[0]);
-    std::string const before = s.now();
-    using Try = std::function<void(ModelElement const&)>;
-    std::vector<Try> tries;
-    for (auto* const c : all) {
-        tries.emplace_back([c](ModelElement const& e) { c->genericAdd(e); });
-        tries.emplace_back([c](ModelElement const& e) { c->genericEnsureAt(e, 0); });
-        tries.emplace_back([c](ModelElement const& e) { c->genericRemove(e); });
-    }
-    tries.emplace_back([&](ModelElement const& e) { sequence.genericInsertAt(e, 99); });
-    for (Try const& f : tries) {
-        f(ModelElement());
-        f(dead);
-        EXPECT_TRUE(failsWith<msg::CannotAddIncompatibleTypes>([&] { f(package); }));
-    }
-    EXPECT_TRUE(failsWith<msg::CannotAddIncompatibleTypes>([&] { sequence.genericSetAt(package, 0); }));
-    EXPECT_TRUE(failsWith<msg::CannotAddNonExistentObject>([&] { sequence.genericSetAt(ModelElement(), 0); }));
-    EXPECT_TRUE(throws<std::out_of_range>([&] { sequence.genericSetAt(s.n[4], 1); }));
-    EXPECT_TRUE(throws<std::out_of_range>([&] { sequence.genericInsertAt(s.n[4], 2); }));
-    EXPECT_TRUE(throws<std::out_of_range>([&] { sequence.genericRemoveAt(1); }));
-    EXPECT_TRUE(throws<std::out_of_range>([&] { (void)sequence.genericAt(1); }));
-    EXPECT_EQ(s.now(), before);
-    for (auto* const c : all) {
-        EXPECT_FALSE(c->genericContains(package));
-        EXPECT_FALSE(c->genericContains(dead));
-        EXPECT_FALSE(c->genericContains(ModelElement()));
-        EXPECT_EQ(c->genericSize(), 1U);
-    }
-    EXPECT_EQ(sequence.genericIndexOf(package), kNone);
-    EXPECT_EQ(sequence.genericIndexOf(dead), kNone);
-    try {
-        all[0]->genericAdd(package);
-    } catch (keel::core::except::Error const& e) {
-        std::vector<std::u16string> const arguments{package->getMetaClass()->getQualifiedName(), u"nodes.Node"};
-        EXPECT_EQ(e.GetBaseMsgIDObj().arguments(), arguments) << "the element's class, then the members'";
-    }
-}
-
-TEST(GenericInterfaces, DoAsTheTypedOperationsDo) {
-    Sample s;
-    auto& sequence = dynamic_cast<GenericSequenceInterface&>(*s.owner->children().getGenericInterface());
-    sequence.genericAdd(s.n[1]);
-    sequence.genericInsertAt(s.n[2], 0);
-    sequence.genericEnsureAt(s.n[3], 1);
-    sequence.genericEnsureAt(s.n[4], 100);  // clamped
-    sequence.genericSetAt(s.n[5], 0);
-    EXPECT_EQ(s.shown(kChildren), "[#15, #13, #11, #14]");
-    EXPECT_EQ(sequence.genericIndexOf(s.n[1]), 2U);
-    EXPECT_EQ(sequence.genericAt(3), s.n[4]);
-    sequence.genericRemoveAt(0);
-    sequence.genericRemove(s.n[1]);
-    EXPECT_EQ(s.shown(kChildren), "[#13, #14]");
-
-    for (int i = 1; i < 6; ++i) {
-        s.n[i]->setText(std::u16string(1, static_cast<char16_t>(u'f' - i)));
-        s.n[i]->setRank(i / 4);
-    }
-    auto& map = dynamic_cast<GenericMapInterface&>(*s.owner->byName().getGenericInterface());
-    for (int i = 1; i < 4; ++i) map.genericEnsureAt(s.n[i], 100);
-    Value const key(meta::StandardTypes::stringMeta, std::u16string(u"d"), ValueFlags::One);
-    Value const absent(meta::StandardTypes::stringMeta, std::u16string(u"A"), ValueFlags::One);
-    Value const number(meta::StandardTypes::integerMeta, 0, ValueFlags::One);
-    EXPECT_EQ(map.genericGet(key), s.n[2]);
-    EXPECT_FALSE(map.genericGet(absent));
-    EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>([&] { (void)map.genericGet(number); }));
-    EXPECT_EQ(map.getQualifierType(), meta::StandardTypes::stringMeta);
-    std::string keys;
-    for (Value const& k : map.genericKeys()) keys += show(k);
-    EXPECT_EQ(keys, "\"c\"\"d\"\"e\"");
-    map.genericRemove(s.n[2]);
-    map.genericRemove(s.n[2]);
-    EXPECT_EQ(map.genericSize(), 2U);
-    map.genericBasicClear();
-    EXPECT_EQ(map.genericSize(), 0U);
-
-    auto& multimap = dynamic_cast<GenericMultimapInterface&>(*s.owner->byRank().getGenericInterface());
-    for (int i : {4, 2, 3}) multimap.genericAdd(s.n[i]);
-    EXPECT_EQ(multimap.genericGet(number), (std::vector<ModelElement>{s.n[2], s.n[3]}));
-    EXPECT_EQ(multimap.genericKeys().size(), 3U);
-    multimap.genericClear();
-    EXPECT_FALSE(s.n[4]->container());
 }
 
 TEST(Collections, UndoWhatFailsInsideAnOperationOfACaller) {
@@ -334,8 +167,6 @@ TEST(DetachedCollections, StandAlone) {
 
 // --- Values ---------------------------------------------------------------------------------------------------------
 
-Value integer(int i) { return {meta::StandardTypes::integerMeta, i, ValueFlags::One}; }
-
 TEST(PrimitiveSequences, KeepTheirPositions) {
     Sample s;
     auto& numbers = s.owner->numbers();
@@ -348,28 +179,13 @@ TEST(PrimitiveSequences, KeepTheirPositions) {
     EXPECT_TRUE(numbers.contains(7));
     EXPECT_FALSE(numbers.contains(8));
 
-    auto& generic = *numbers.getGenericInterface();
-    numbers.genericAdd(integer(5));
-    numbers.genericRemove(integer(5));
-    numbers.genericRemove(integer(99));
-    EXPECT_EQ(s.shown(kNumbers), "[7, 1, 5]") << "the first occurrence went";
-    generic.genericInsert(integer(3), 3);
-    generic.genericReplace(integer(4), 0);
-    generic.genericRemoveAt(1);
-    EXPECT_EQ(s.shown(kNumbers), "[4, 5, 3]");
-    EXPECT_EQ(generic.genericAt(1), integer(5));
-    EXPECT_EQ(generic.genericIndexOf(integer(3)), 2U);
-    EXPECT_EQ(generic.genericIndexOf(integer(99)), kNone);
-    EXPECT_EQ(numbers.getKind(), AbstractPrimitiveCollection::Kind::Sequence);
-
     std::function<void()> const beyond[] = {
-        [&] { numbers.insertAt(4, 1); }, [&] { numbers.eraseAt(3); },         [&] { numbers.replaceAt(3, 1); },
-        [&] { (void)numbers.at(3); },    [&] { generic.genericRemoveAt(3); },
+        [&] { numbers.insertAt(4, 1); },
+        [&] { numbers.eraseAt(3); },
+        [&] { numbers.replaceAt(3, 1); },
+        [&] { (void)numbers.at(3); },
     };
     for (auto const& f : beyond) EXPECT_TRUE(throws<std::out_of_range>(f));
-    Value const text(meta::StandardTypes::stringMeta, std::u16string(u"1"), ValueFlags::One);
-    EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>([&] { numbers.genericAdd(text); }));
-    EXPECT_EQ(s.shown(kNumbers), "[4, 5, 3]");
 }
 
 TEST(PrimitiveSequences, DropDuplicatesIfUnique) {
@@ -398,64 +214,6 @@ TEST(PrimitiveSets, SortAndDropDuplicates) {
     tags.erase(*tags.begin());  // its own member
     EXPECT_TRUE(tags.contains(u"\xe000"));
     EXPECT_EQ(tags.size(), 2U);
-    EXPECT_EQ(tags.getGenericInterface(), nullptr);
-    EXPECT_EQ(tags.getKind(), AbstractPrimitiveCollection::Kind::Set);
-    Value const tag(meta::StandardTypes::stringMeta, std::u16string(u"g"), ValueFlags::One);
-    tags.genericAdd(tag);
-    EXPECT_TRUE(tags.contains(u"g"));
-    tags.genericRemove(tag);
-    EXPECT_FALSE(tags.contains(u"g"));
-}
-
-TEST(Collections, AnnounceEvenWhatChangesNothing) {
-    // Listeners hear of a collection of two or more whatever was done, of a smaller one only if it differs.
-    struct Case {
-        char const* name;
-        int size;
-        void (*touch)(Special const&);
-        bool told;
-    };
-    auto const clear = [](Special const& e) { e->numbers().clear(); };
-    auto const insertPresent = [](Special const& e) { e->tags().insert(u"0"); };
-    auto const eraseAbsent = [](Special const& e) { e->tags().erase(u"x"); };
-    auto const putBack = [](Special const& e) {
-        Transaction transaction = e->model().beginTransaction(false);
-        int const last = e->numbers().at(e->numbers().size() - 1);
-        e->numbers().eraseAt(e->numbers().size() - 1);
-        e->numbers().push_back(last);
-        transaction.commit(boost::none);
-    };
-    auto const replaceBySame = [](Special const& e) { e->numbers().replaceAt(0, 0); };
-    auto const removeAbsent = [](Special const& e) {
-        e->children().remove(e);
-        e->byName().remove(e);
-        e->numbers().genericRemove(integer(-1));
-    };
-    Case const cases[] = {
-        {"clear an empty one", 0, clear, false},
-        {"clear a full one", 2, clear, true},
-        {"insert a present value", 1, insertPresent, false},
-        {"the same beside another", 2, insertPresent, true},
-        {"erase an absent value", 1, eraseAbsent, false},
-        {"the same of two", 2, eraseAbsent, true},
-        {"put the only one back", 1, putBack, false},
-        {"put one of two back", 2, putBack, true},
-        {"replace by itself", 1, replaceBySame, false},
-        {"remove what isn't there", 2, removeAbsent, false},
-    };
-    for (Case const& c : cases) {
-        Sample s;
-        for (int i = 0; i < c.size; ++i) {
-            s.owner->numbers().push_back(i);
-            s.owner->tags().insert(std::u16string(1, static_cast<char16_t>(u'0' + i)));
-        }
-        s.model->enableHistory(5);
-        int told = 0;
-        s.model->addListener([&](ChangeSet const&) { ++told; });
-        c.touch(s.owner);
-        EXPECT_EQ(told, c.told ? 1 : 0) << c.name;
-        EXPECT_EQ(s.model->undoDepth(), c.told ? 1U : 0U) << c.name;
-    }
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 // Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
 #include "../common/random.h"
 #include "support/dump.h"
+#include "support/trace.h"
 
 #include <keel/exception.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
 
-#include <functional>
-#include <optional>
 #include <ostream>
 
 namespace {
@@ -26,102 +25,35 @@ std::ostream& operator<<(std::ostream& out, Operation const& o) {
 
 class World {
 public:
-    World() { model_->enableHistory(1000); }
-    World(World const&) = delete;
-    World& operator=(World const&) = delete;
-    ~World() {
-        while (!open_.empty()) open_.pop_back();
-    }
-
     void run(Operation const& o) {
         switch (o.kind % 24) {
             case 0:
-                return begin();
+                return trace_.begin();
             case 1:
             case 2:
-                return commit();
             case 3:
-                return rollback();
+                return trace_.end(o.kind % 24 != 3);
             case 4:
-                return replay(false);
             case 5:
-                return replay(true);
+                return static_cast<void>(trace_.replay(o.kind % 24 == 5));
             case 6:
-                return fail(o);
+                // Something happens, and then all of it fails.
+                return trace_.change([&] {
+                    change(o);
+                    change({static_cast<std::uint8_t>(o.kind + 8), o.b, o.c, o.a});
+                    throw std::runtime_error("");
+                });
             default:
                 break;
         }
-        if (open_.empty()) {
-            begin();
+        if (!trace_.isOpen()) return trace_.change([&] { change(o); });
+        try {
             change(o);
-            commit();
-        } else {
-            change(o);
+        } catch (keel::core::except::Error const&) {  // refusals change nothing, here as elsewhere
         }
     }
 
 private:
-    struct Level {
-        Transaction transaction;
-        std::string before;
-    };
-
-    /// Without the last line, which tells of the history.
-    std::string body() const {
-        std::string text = dump(model_);
-        return text.substr(0, text.rfind('\n', text.size() - 2) + 1);
-    }
-
-    void begin() {
-        if (open_.size() < 4) open_.push_back({model_->beginTransaction(false), body()});
-    }
-    void commit() {
-        if (open_.empty()) return;
-        std::string const before = open_.back().before;
-        std::string const after = body();
-        std::size_t const depth = model_->undoDepth();
-        open_.back().transaction.commit(boost::none);
-        bool const outermost = open_.size() == 1;
-        open_.pop_back();
-        RC_ASSERT(body() == after);
-        if (!outermost) return;
-        // What changed is kept; what didn't may be, since no collection of two or more counts as unchanged.
-        bool const kept = model_->undoDepth() == depth + 1;
-        RC_ASSERT(kept || (before == after && model_->redoDepth() == undone_.size()));
-        if (!kept) return;
-        undone_.clear();
-        done_.push_back({before, after});
-    }
-    void rollback() {
-        if (open_.empty()) return;
-        std::string const before = open_.back().before;
-        open_.pop_back();
-        RC_ASSERT(body() == before);
-    }
-    void replay(bool redo) {
-        if (!open_.empty()) return;
-        auto& from = redo ? undone_ : done_;
-        auto& to = redo ? done_ : undone_;
-        bool const did = redo ? model_->redo() : model_->undo();
-        RC_ASSERT(did == !from.empty());
-        if (!did) return;
-        RC_ASSERT(body() == (redo ? from.back().after : from.back().before));
-        to.push_back(from.back());
-        from.pop_back();
-    }
-    /// Something happens, and then all of it fails.
-    void fail(Operation const& o) {
-        std::string const before = body();
-        try {
-            Transaction const transaction = model_->beginTransaction(o.b % 2 == 0);
-            change(o);
-            change({static_cast<std::uint8_t>(o.kind + 8), o.b, o.c, o.a});
-            throw 1;
-        } catch (int) {
-        }
-        RC_ASSERT(body() == before);
-    }
-
     template <class X>
     X pick(std::uint8_t by) const {
         std::vector<X> all;
@@ -135,14 +67,7 @@ private:
         if (model_->elementCount() < 14) X::create(model_, {})->setName(name);
     }
 
-    /// Refusals change nothing, here as elsewhere.
     void change(Operation const& o) {
-        try {
-            doChange(o);
-        } catch (keel::core::except::Error const&) {
-        }
-    }
-    void doChange(Operation const& o) {
         std::u16string const name(1 + o.c % 2 * 20, static_cast<char16_t>(u'a' + o.b % 4));
         auto const package = pick<meta::Package>(o.a);
         auto const type = pick<meta::Class>(o.a);
@@ -217,13 +142,8 @@ private:
         }
     }
 
-    struct Kept {
-        std::string before, after;
-    };
     Model model_ = Model::create();
-    std::vector<Level> open_;
-    std::vector<Kept> done_;
-    std::vector<Kept> undone_;
+    Trace trace_{model_, 1000, [this] { return dumpElements(model_); }};
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Random sequences of changes around proxies. Whatever is taken back, by rolling back, undo or redo, must read as it
-// did; and every member has the place that it stands in, unless it is a guest there.
+// did; and every element is in the collection that it says contains it.
 #include "support/node.h"
+#include "support/trace.h"
 
 #include <quay/zero/proxy_id.h>
 
@@ -18,7 +19,6 @@ using namespace quay::zero;
 constexpr std::size_t kOwners = 3;
 constexpr std::size_t kTargets = 5;  // the last two are of another model
 constexpr std::size_t kNear = 3;
-constexpr std::size_t kLimit = 4;
 
 std::string nameOf(ModelElement::Impl const* e) {
     if (e == nullptr) return "-";
@@ -26,9 +26,9 @@ std::string nameOf(ModelElement::Impl const* e) {
     return (e->isAlive() ? "" : "+") + std::string(e->isProxy() ? "p" : "") + std::to_string(id.data[15]);
 }
 
-class Plant {
+class World {
 public:
-    Plant() {
+    World() {
         model_->setStoreName(u"here");
         model_->setProxyResolver([this](ProxyId const& id) { return far_->findElement(id.id(), kInMemory); });
         for (unsigned i = 0; i < kOwners; ++i) owners_[i] = Special::create(model_, idOf(1 + i));
@@ -37,9 +37,7 @@ public:
             targets_[i]->setText(std::u16string(1, static_cast<char16_t>(u'a' + i)));
             targets_[i]->setRank(static_cast<int>(i));
         }
-        model_->enableHistory(kLimit);
-        model_->addListener([this](ChangeSet const&) { ++told_; });
-        before_ = read();
+        trace_.emplace(model_, 4, [this] { return read(); });
     }
 
     void step(unsigned what, std::size_t a, std::size_t b, std::size_t c) {
@@ -49,73 +47,62 @@ public:
             case 0:
             case 1:
             case 2:
-                change([&] { place.getGenericInterface()->genericAdd(proxyOf(target)); });
+                trace_->change([&] { place.getGenericInterface()->genericAdd(proxyOf(target)); });
                 break;
             case 3:
-                change([&] { place.getGenericInterface()->genericAdd(target); });
+                trace_->change([&] { place.getGenericInterface()->genericAdd(target); });
                 break;
             case 4:
-                change([&] { place.getGenericInterface()->genericRemove(target); });
+                trace_->change([&] { place.getGenericInterface()->genericRemove(target); });
                 break;
             case 5:
-                change([&] { place.clear(); });
+                trace_->change([&] { place.clear(); });
                 break;
             case 6:
-                change([&] { (b % 2 == 0 ? targets_[b % kNear] : Node(owners_[a % kOwners]))->destroy(); });
+                trace_->change([&] { (b % 2 == 0 ? targets_[b % kNear] : Node(owners_[a % kOwners]))->destroy(); });
                 break;
             case 7:
-                open_.emplace_back(model_->beginTransaction(false), before_);
+                trace_->begin();
                 break;
             case 8:
-                end(true);
-                break;
             case 9:
-                end(false);
+                trace_->end(what == 8);
                 break;
             case 10:
-                replay(false);
-                break;
             case 11:
-                replay(true);
+                trace_->replay(what == 11);
                 break;
             case 12:
-                change([&] {
+                trace_->change([&] {
                     for (auto const& e : place.getAllValuesAndProxies()) {
                         if (e->isProxy()) e->destroy();
                     }
                 });
                 break;
             default:
-                change([&] {
+                trace_->change([&] {
                     Model::ResolutionHold const hold(model_);
                     place.getGenericInterface()->genericAdd(proxyOf(target));
                     place.getAllValues();
                 });
         }
-        auto const toldBefore = told_;
+        // Reading is no change.
+        int const told = trace_->told();
         auto const depth = model_->undoDepth();
-        before_ = read();
-        RC_ASSERT(read() == before_);
-        RC_ASSERT(told_ == toldBefore);
+        std::string const text = read();
+        RC_ASSERT(read() == text);
+        RC_ASSERT(trace_->told() == told);
         RC_ASSERT(model_->undoDepth() == depth);
         checkPlaces();
     }
     void finish() {
-        while (!open_.empty()) end(false);
-        while (replay(false)) continue;
-        RC_ASSERT(done_.empty());
-        while (replay(true)) continue;
-        RC_ASSERT(undone_.empty());
+        for (int i = 0; i < 8; ++i) trace_->end(false);
+        while (trace_->replay(false)) continue;
+        while (trace_->replay(true)) continue;
     }
 
 private:
     static constexpr auto kInMemory = FindElementBehavior::InMemoryOnly;
-    struct Open {
-        Open(Transaction&& t, std::string text) : transaction(std::move(t)), before(std::move(text)) {}
-        Transaction transaction;
-        std::string before;
-    };
-
     ReferenceCollection& collection(std::size_t owner, std::size_t which) {
         auto& e = *owners_[owner].operator->();
         std::array<ReferenceCollection*, 4> const all = {&e.children(), &e.parts(), &e.byName(), &e.byRank()};
@@ -127,49 +114,6 @@ private:
         bool const isFar = &target->model() == far_.impl();
         model_->proxies().setId(*made.impl(), isFar ? ProxyId(u"far", target->uuid()) : ProxyId(target->uuid()));
         return made;
-    }
-
-    template <class F>
-    void change(F&& f) {
-        std::string const before = before_;
-        int const told = told_;
-        try {
-            auto transaction = model_->beginTransaction(false);
-            f();
-            transaction.commit(boost::none);
-        } catch (std::exception const&) {  // refused: dead, of another model, in use, or containing the owner
-            RC_ASSERT(read() == before);
-            return;
-        }
-        if (open_.empty()) committed(before, told);
-    }
-    void end(bool commit) {
-        if (open_.empty()) return;
-        int const told = told_;
-        if (commit) open_.back().transaction.commit(boost::none);
-        std::string const before = open_.back().before;
-        open_.pop_back();
-        if (!commit) RC_ASSERT(read() == before);
-        if (commit && open_.empty()) committed(before, told);
-    }
-    void committed(std::string const& before, int toldBefore) {
-        if (told_ == toldBefore) {  // nothing is left of it
-            RC_ASSERT(read() == before);
-            return;
-        }
-        undone_.clear();
-        done_.emplace_back(before, read());
-        if (done_.size() > kLimit) done_.erase(done_.begin());
-    }
-    bool replay(bool redo) {
-        if (!open_.empty() || !(redo ? model_->redo() : model_->undo())) return false;
-        auto& from = redo ? undone_ : done_;
-        auto& to = redo ? done_ : undone_;
-        RC_ASSERT(!from.empty());
-        RC_ASSERT(read() == (redo ? from.back().second : from.back().first));
-        to.push_back(from.back());
-        from.pop_back();
-        return true;
     }
 
     /// Everything, once every proxy that can be resolved is.
@@ -217,11 +161,7 @@ private:
     Model far_ = Model::create();
     std::array<Special, kOwners> owners_;
     std::array<Node, kTargets> targets_;
-    std::vector<Open> open_;
-    std::vector<std::pair<std::string, std::string>> done_;  // the text before and after
-    std::vector<std::pair<std::string, std::string>> undone_;
-    std::string before_;
-    int told_ = 0;
+    std::optional<Trace> trace_;
 };
 
 RC_GTEST_PROP(RandomProxies, AreTakenBackExactly, ()) {
@@ -229,9 +169,9 @@ RC_GTEST_PROP(RandomProxies, AreTakenBackExactly, ()) {
     auto const steps = *rc::gen::scale(2, rc::gen::arbitrary<std::vector<Step>>());
     int const living = Node::Impl::living;
     {
-        Plant plant;
-        for (auto const& [what, a, b, c] : steps) plant.step(what % 14U, a, b, c);
-        plant.finish();
+        World world;
+        for (auto const& [what, a, b, c] : steps) world.step(what % 14U, a, b, c);
+        world.finish();
     }
     RC_ASSERT(Node::Impl::living == living);
 }

@@ -188,36 +188,6 @@ TEST(Registry, ForgetsAPackageWithoutCallingIt) {
     EXPECT_EQ(type->getName(), u"Kind") << "a meta object stays readable for ever";
 }
 
-TEST(Registry, ForgetsWhatAFailedDeclarationLeft) {
-    auto* const registry = MetaRegistry::getInstance();
-    auto* const serializers = meta::PropertySerializerRegistry::getInstance();
-    std::lock_guard const lock(registry->mutex());
-    Model::Thawer const thawer = registry->freezer().thaw();
-    meta::Enum type;
-    meta::Package root;
-    {
-        Transaction const rolledBack = registry->model()->beginTransaction(true);
-        type = meta::Enum::create(registry->model(), {});
-        type->setName(u"RolledBack");
-        registry->registerType(type, nullptr, nullptr);
-        registry->registerTypeNames(type, "", "Rolled.Back", "");
-        serializers->registerPropertySerializer(type, std::make_unique<Unloaded>(), "");
-        root = meta::Package::create(registry->model(), {});
-        root->setUri(u"/tests/rolled-back");
-        registry->registerRootPackage(root);
-    }
-    std::size_t const roots = registry->getRootPackages().size();
-    EXPECT_FALSE(type);
-    EXPECT_FALSE(registry->findRootPackage(u"/tests/rolled-back"));
-    EXPECT_TRUE(failsWith<msg::NoSuchType>([&] { (void)registry->getType(u"RolledBack"); }));
-    registry->unregisterType(type);
-    registry->withdrawRootPackage(root);
-    EXPECT_EQ(serializers->getPropertySerializer(type), nullptr);
-    EXPECT_FALSE(registry->findTypeByScriptName("Rolled.Back"));
-    EXPECT_EQ(registry->getRootPackages().size(), roots - 1);
-    EXPECT_EQ(registry->getType(u"Real"), StandardTypes::realMeta);
-}
-
 TEST(MetaObjects, NameThemselves) {
     Model const model = Model::create();
     auto const root = meta::Package::create(model, {});
@@ -240,28 +210,6 @@ TEST(MetaObjects, NameThemselves) {
     EXPECT_EQ(type->identifier(), u"Type");
     EXPECT_FALSE(model->findElement(type->uuid(), FindElementBehavior::InMemoryOnly)->getMetaClass() ==
                  Node::metaClass());
-}
-
-TEST(MetaObjects, FollowTheirFlags) {
-    Model const model = Model::create();
-    auto const p = meta::Property::create(model, {});
-    struct Case {
-        ValueFlags flags;
-        int lower, upper;
-    };
-    constexpr int kUnbounded = meta::TypedElement::Impl::UNBOUNDED;
-    Case const cases[] = {{ValueFlags::Optional, 0, 1},          {ValueFlags::One, 1, 1},
-                          {ValueFlags::Sequence, 0, kUnbounded}, {ValueFlags::Set, 0, kUnbounded},
-                          {ValueFlags::Multimap, 0, kUnbounded}, {ValueFlags::Map, 0, kUnbounded}};
-    for (Case const& c : cases) {
-        p->setFlags(c.flags);
-        EXPECT_EQ(p->getFlags(), c.flags);
-        EXPECT_EQ(p->getLower(), c.lower);
-        EXPECT_EQ(p->getUpper(), c.upper);
-    }
-    EXPECT_FALSE(p->isUnique() || p->isOrdered() || p->isComposite() || p->isDerived());
-    EXPECT_TRUE(p->isQualificationUnique());
-    EXPECT_FALSE(p->getDefaultValue());
 }
 
 TEST(MetaObjects, RefuseOwnersAndSuperclassesThatCannotBe) {

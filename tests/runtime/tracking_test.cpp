@@ -4,7 +4,6 @@
 #include "support/node.h"
 
 #include <quay/zero/change_set.h>
-#include <quay/zero/changes.h>
 #include <quay/zero/storage.h>
 #include <quay0/messages.h>
 
@@ -28,48 +27,6 @@ struct Sample {
 
     std::string old(Index index) { return show(storage->getOldValue(properties[index], kTag)); }
 };
-
-TEST(Storages, KeepRestoreAndForget) {
-    Sample s;
-    s.e->setText(u"a text that is too long to lie in place anywhere");
-    s.e->setCount(4);
-    Index const kept[] = {kNote, kText, kBox, kCount, kNumber};
-    for (Index i : kept) s.e->copyValue(s.storage.get(), i);
-    s.e->copyValue(s.storage.get(), 99);  // ignored
-    EXPECT_EQ(s.storage->indices(), (std::vector<unsigned long>{kNote, kText, kBox, kCount, kNumber}));
-    std::string const before = dump(s.model);
-
-    s.e->setText(u"t");
-    s.e->setCount(boost::none);
-    s.e->setBox({{1}});
-    s.e->setNote("n");
-    s.e->setRank(5);
-    EXPECT_EQ(s.old(kText), "\"a text that is too long to lie in place anywhere\"");
-    EXPECT_EQ(s.old(kCount), "4");
-    EXPECT_EQ(s.old(kBox), "0");
-    EXPECT_EQ(s.old(kNote), "\"\"");
-    EXPECT_EQ(s.old(kRank), "nothing") << "not kept";
-    EXPECT_EQ(s.old(kChildren), "nothing");
-    EXPECT_EQ(show(s.storage->getOldValue(meta::Property(), kTag)), "nothing");
-
-    s.e->setNote("");
-    s.storage->revertUnchanged(s.e.impl());
-    EXPECT_EQ(s.storage->indices(), (std::vector<unsigned long>{kText, kBox, kCount}));
-    EXPECT_EQ(s.old(kCount), "4");
-    EXPECT_EQ(s.old(kNote), "nothing");
-    s.e->copyValue(s.storage.get(), kText);  // a second copy takes the first one's place
-    EXPECT_EQ(s.old(kText), "\"t\"");
-
-    s.e->setRank(0);
-    s.e->setText(u"a text that is too long to lie in place anywhere");
-    s.e->copyValue(s.storage.get(), kText);
-    s.e->setText(u"");
-    s.e->copyStateFromStorage(s.storage.get());
-    EXPECT_EQ(dump(s.model), before);
-    s.storage->clear();
-    EXPECT_TRUE(s.storage->empty());
-    EXPECT_EQ(s.old(kText), "nothing");
-}
 
 TEST(Storages, ForgetInAnyOrder) {
     // Whichever properties came back: the others stay, with their values.
@@ -104,17 +61,6 @@ TEST(Storages, KeepAContainerForWhoeverWantsTo) {
     EXPECT_EQ(s.storage->oldContainer(), s.e);
     s.storage->clear();
     EXPECT_FALSE(s.storage->oldContainer());
-}
-
-TEST(Changes, HaveABitForEveryIndex) {
-    Sample s;
-    std::unique_ptr<ModelElement::Impl::Changes> const changes(s.e->createChanges());
-    EXPECT_EQ(changes->uuid(), s.e->uuid());
-    EXPECT_EQ(changes->getModel(), s.model);
-    EXPECT_EQ(changes->getMetaClass(), Special::metaClass());
-    ASSERT_GT(changes->changed().size(), static_cast<std::size_t>(kParts));
-    EXPECT_TRUE(changes->changed().none());
-    changes->changed().set(kParts);
 }
 
 TEST(Announcements, KeepTheValueOnce) {
@@ -158,15 +104,6 @@ TEST(Properties, AreFoundAlongTheChain) {
     EXPECT_FALSE(plain->getPropertyByIndex(kNote));
     EXPECT_EQ(plain->descriptorOf(meta.properties[kNote]), nullptr) << "a subclass's property";
     EXPECT_NE(plain->descriptorOf(meta.properties[kBox]), nullptr);
-    EXPECT_EQ(meta.special->getHighestIndex(), static_cast<unsigned long>(kParts));
-    EXPECT_EQ(meta.special->findProperty(u"rank"), meta.properties[kRank]);
-    EXPECT_EQ(meta.special->findProperty(u"note"), meta.properties[kNote]);
-    EXPECT_FALSE(meta.node->findProperty(u"note"));
-    EXPECT_EQ(meta.special->getProperties().size(), static_cast<std::size_t>(kParts));
-    EXPECT_EQ(Special::classTable().descriptorAt(kNote)->index(), kNote);
-    EXPECT_EQ(Node::classTable().descriptorAt(kNote), nullptr);
-    EXPECT_EQ(Node::classTable().descriptorAt(0), nullptr);
-
     using quay0::messages::NoSuchProperty;
     Value const value(meta::StandardTypes::stdstringMeta, std::string("n"), ValueFlags::One);
     for (auto const& absent : {meta.properties[kNote], meta::Property()}) {
@@ -174,8 +111,6 @@ TEST(Properties, AreFoundAlongTheChain) {
         EXPECT_TRUE(failsWith<NoSuchProperty>([&] { (void)plain->getPropertyValue(absent, kTag); }));
         EXPECT_TRUE(failsWith<NoSuchProperty>([&] { plain->setPropertyValue(absent, value, kTag); }));
     }
-    s.e->setPropertyValue(meta.properties[kNote], value, kTag);
-    EXPECT_EQ(s.e->note(), "n");
 }
 
 TEST(Properties, AreFoundByIndexAroundDerivedOnes) {

@@ -4,6 +4,7 @@
 #include "support/memory.h"
 #include "support/node.h"
 
+#include <quay/zero/text.h>
 #include <quay/zero/value.h>
 #include <quay0/messages.h>
 
@@ -11,7 +12,6 @@
 #include <boost/optional/optional_io.hpp>
 
 #include <cmath>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -146,16 +146,7 @@ TEST(Values, AskForNoMemoryForWhatIsSmall) {
 TEST(Values, StayAsTheyAreWhenTheyCannotBeCopied) {
     Value target(StandardTypes::integerMeta, 3, ValueFlags::One);
     Value const source(nodeMeta().box, Box{{1}}, ValueFlags::One);
-    bool failed = false;
-    {
-        MemoryRunsOut const memory(0);
-        try {
-            target = source;
-        } catch (std::bad_alloc const&) {
-            failed = true;
-        }
-    }
-    EXPECT_TRUE(failed);
+    EXPECT_TRUE(starve(0, [&] { target = source; }).failed);
     EXPECT_EQ(target.getValue<int>(), 3);
 }
 
@@ -256,6 +247,16 @@ TEST(Values, PointAtCollectionsOrHoldSeveral) {
     Value const set(StandardTypes::integerMeta, std::set<int>{3, 1}, ValueFlags::Set);
     EXPECT_EQ(typeMapperBasedExtractor<std::set<int>>(set).at(0).getValue<int>(), 1);
     EXPECT_TRUE(typeMapperBasedExtractor<std::set<int>>(Value()).empty());
+}
+
+TEST(Values, AreToldAsText) {
+    EXPECT_EQ(textOf(-12), u"-12");
+    EXPECT_EQ(textOf(0.1), u"0.1");
+    EXPECT_EQ(textOf(-1e300), u"-1e+300");
+    EXPECT_EQ(textOf(std::u16string(u"as it is")), u"as it is");
+    EXPECT_EQ(textOf(std::string("\xc3\xa9")), u"\u00e9");
+    EXPECT_EQ(textOf(boost::uuids::uuid{{0x01, 0x23, 0x45, 0x67, 0x89, 0xab, 0xcd, 0xef, 1, 2, 3, 4, 5, 6, 7, 8}}),
+              u"01234567-89ab-cdef-0102-030405060708");
 }
 
 }  // namespace

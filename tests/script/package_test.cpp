@@ -1,6 +1,6 @@
 // The script package of the record, as a host meets it.
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 
+#include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ordo/ordo.h>
 #include <quay/zero/mi/bindings.h>
 #include <quay/zero/mi/meta_marshaler_registry.h>
@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 #include <zx/zx.h>
 
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -34,56 +32,9 @@ OrdoClass& classNamed(std::string const& name) {
 }
 OrdoClass& recordClass(std::string_view name) { return classNamed(fullName(name)); }
 
-/// The identifier of what `run` throws; empty if it throws nothing.
-template <class F>
-std::string errorOf(F const& run) {
-    try {
-        run();
-    } catch (keel::core::except::Error const& error) {
-        return error.GetID();
-    }
-    return {};
-}
-
-OrdoValue construct(std::string const& name, std::vector<OrdoValue> const& arguments) {
-    return classNamed(name).construct(arguments);
-}
-
-OrdoValue call(OrdoValue const& self, char const* name, std::vector<OrdoValue> arguments = {}) {
-    ordo::OrdoMethodInfo* const method = self.object()->getClass().findMethod(ordo::internName(name));
-    if (method == nullptr) throw std::runtime_error(std::string("no method ") + name);
-    arguments.insert(arguments.begin(), self);
-    ordo::MethodCall made(arguments);
-    method->call(made);
-    return made.result();
-}
-
-ordo::OrdoPropInfo& propertyOf(OrdoValue const& self, char const* name) {
-    ordo::OrdoPropInfo* const property = self.object()->getClass().findProperty(ordo::internName(name));
-    if (property == nullptr) throw std::runtime_error(std::string("no property ") + name);
-    return *property;
-}
-OrdoValue get(OrdoValue const& self, char const* name) { return propertyOf(self, name).get(self.object()->native()); }
-void set(OrdoValue const& self, char const* name, OrdoValue const& value) {
-    propertyOf(self, name).set(self.object()->native(), value);
-}
-
-/// A struct array of one field, one element for each value.
-OrdoValue structOf(std::string_view field, std::vector<OrdoValue> const& values) {
-    zx::Array array(zxCreateStructMatrix(1, values.size()));
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        zxSetField(array.get(), i, field, values[i].toArray().release());
-    }
-    return OrdoValue::fromArray(std::move(array));
-}
-
 class Scripts : public testing::Test {
 protected:
     static void SetUpTestSuite() { ZLInitialize_vw_modelref_info(); }
-
-    OrdoValue model_ = construct("quay.zero.Model", {});
-    OrdoValue root_ = construct(fullName("ModelRefInfoRoot"), {model_});
-    qz::Model native_ = qz::mi::modelIn(model_);
 };
 
 std::vector<std::string> namesIn(std::string_view package) {
@@ -204,111 +155,6 @@ TEST_F(Scripts, PropertiesAndMethodsNameTheirTypes) {
     EXPECT_EQ(into.optionalInputs, 2u);
 }
 
-TEST_F(Scripts, OneElementHasOneScriptObjectThatKeepsItAndDropsOneReference) {
-    std::size_t const bindings = ordo::factory::basic::BindingRegistry::size();
-    OrdoValue port = call(root_, "createIntoInports", {structOf("isNotDerivPort", {OrdoValue::logical(true)})});
-    EXPECT_TRUE(get(port, "isNotDerivPort").toLogical());
-    qz::ModelElement const element = qz::mi::elementIn(port);
-    auto const held = element->refCount();
-    {
-        OrdoValue const sequence = get(root_, "inports");
-        EXPECT_EQ(sequence.object()->getClass().name().text(), "quay.zero.Sequence");
-        EXPECT_EQ(get(root_, "inports").object(), sequence.object());
-        auto const* const protocol = sequence.object()->getClass().collection();
-        EXPECT_EQ(protocol->size(sequence.object()->native()), 1u);
-        EXPECT_EQ(protocol->at(sequence.object()->native(), 0).object(), port.object());
-        EXPECT_EQ(get(port, "container").object(), root_.object());
-        EXPECT_EQ(get(port, "model").object(), model_.object());
-    }
-    port = OrdoValue();
-    EXPECT_EQ(element->refCount(), held - 1);
-    EXPECT_EQ(ordo::factory::basic::BindingRegistry::size(), bindings);
-
-    // An element's object keeps the model, also when every other holder has let go.
-    native_ = qz::Model();
-    model_ = OrdoValue();
-    EXPECT_NO_THROW(root_.object()->getClass().checkValid(root_.object()->native()));
-    EXPECT_EQ(call(get(root_, "model"), "elements").count(), 2u);
-    call(root_, "destroy");
-    EXPECT_EQ(errorOf([&] { root_.object()->getClass().checkValid(root_.object()->native()); }),
-              "ZELDRA:class:InvalidHandle");
-    EXPECT_EQ(errorOf([&] { call(root_, "createIntoInports"); }), "ZELDRA:class:InvalidHandle");
-}
-
-TEST_F(Scripts, ArgumentsOfConstructorsAndCreateInto) {
-    OrdoValue const id = OrdoValue::bytes("0E54007F-7a55-3c94-a420-4268d173b4cb");
-    OrdoValue const other = OrdoValue::bytes("1e54007f-7a55-3c94-a420-4268d173b4cb");
-    OrdoValue const one = structOf("triggerType", {OrdoValue::int32(3)});
-    OrdoValue const two = structOf("triggerType", {OrdoValue::int32(3), OrdoValue::int32(4)});
-    OrdoValue const none = structOf("triggerType", {});
-    std::string const bad = "quay0:messages:InvalidValue";
-    struct {
-        std::vector<OrdoValue> arguments;
-        std::string error;
-    } const constructions[] = {
-        {{model_}, ""},
-        {{model_, one}, ""},
-        {{model_, id}, ""},
-        {{model_, other, one}, ""},
-        {{model_, one, id}, "quay0:messages:UniquenessConstraint"},
-        {{model_, id, id}, bad},
-        {{model_, one, one}, bad},
-        {{model_, two}, bad},
-        {{model_, none}, bad},
-        {{model_, OrdoValue::real(1)}, bad},
-        {{model_, OrdoValue::bytes("{0E54007F-7a55-3c94-a420-4268d173b4cb}")}, bad},
-        {{model_, root_}, bad},
-        {{OrdoValue()}, "quay0:messages:CannotCreateWithoutModel"},
-        {{root_}, "quay0:messages:CannotCreateWithoutModel"},
-        {{model_, structOf("noSuchField", {OrdoValue()})}, "quay0:messages:NoSuchProperty"},
-        {{model_, structOf("autoSolverStatusFlags", {OrdoValue::int32(1)})}, "quay0:messages:NoSuchProperty"},
-        {{model_, structOf("triggerType", {OrdoValue::bytes("x")})}, "ordo:messages:WrongType"},
-    };
-    std::vector<OrdoValue> made;
-    for (auto const& c : constructions) {
-        std::size_t const before = native_->elementCount();
-        EXPECT_EQ(errorOf([&] { made.push_back(construct(fullName("ModelRefInfoRoot"), c.arguments)); }), c.error)
-            << &c - constructions;
-        EXPECT_EQ(native_->elementCount(), before + c.error.empty()) << &c - constructions;
-    }
-    EXPECT_EQ(errorOf([&] { construct(fullName("InterfaceParameter"), {model_}); }), "ordo:messages:AbstractClass");
-
-    OrdoValue const flag = structOf("isNotDerivPort", {OrdoValue::logical(true)});
-    OrdoValue const flags = structOf("isNotDerivPort", {OrdoValue::logical(true), OrdoValue::logical(false)});
-    OrdoValue const third = OrdoValue::bytes("2e54007f-7a55-3c94-a420-4268d173b4cb");
-    struct {
-        std::vector<OrdoValue> arguments;
-        std::string error;
-    } const creations[] = {
-        {{}, ""},
-        {{flag}, ""},
-        {{flags}, ""},
-        {{third}, ""},
-        {{flag, third}, "quay0:messages:UniquenessConstraint"},
-        {{flag, flag}, bad},
-        {{third, flag}, bad},
-        {{OrdoValue()}, bad},
-        {{none}, bad},
-        {{root_}, bad},
-    };
-    for (auto const& c : creations) {
-        std::size_t const before = native_->elementCount();
-        EXPECT_EQ(errorOf([&] { call(root_, "createIntoInports", c.arguments); }), c.error) << &c - creations;
-        EXPECT_EQ(native_->elementCount(), before + c.error.empty()) << &c - creations;
-    }
-}
-
-TEST_F(Scripts, ChildWithoutAPlaceLeavesNoTrace) {
-    OrdoValue const map = construct(fullName("InterfaceParameterInfo"), {model_});
-    OrdoValue const named = structOf("parameterName", {OrdoValue::bytes("k")});
-    call(map, "createIntoGroupedArgumentMap", {named});
-    std::size_t const before = native_->elementCount();
-    EXPECT_EQ(errorOf([&] { call(map, "createIntoGroupedArgumentMap", {named}); }),
-              "quay0:messages:UniquenessConstraint");
-    EXPECT_EQ(errorOf([&] { call(map, "createIntoModelArguments"); }), "quay0:messages:InvalidValue");
-    EXPECT_EQ(native_->elementCount(), before);
-}
-
 TEST_F(Scripts, EnumerationsTakeNamesNumbersAndValues) {
     OrdoClass& type = recordClass("QueueType");
     EXPECT_EQ(type.builtInBase().text(), "int32");
@@ -330,56 +176,6 @@ TEST_F(Scripts, EnumerationsTakeNamesNumbersAndValues) {
     ordo::MethodCall none(std::span(&strange, 1));
     type.findMethod(ordo::internName("getPublicIdentifier"))->call(none);
     EXPECT_EQ(none.result().toText(), u"");
-
-    OrdoValue const event = construct(fullName("VwtpEventData"), {model_});
-    set(event, "scope", OrdoValue::bytes("Global"));
-    EXPECT_EQ(get(event, "scope").toInt32(), 1);
-    EXPECT_EQ(errorOf([&] { set(event, "scope", OrdoValue::bytes("Nowhere")); }), "ordo:messages:NoSuchLiteral");
-    EXPECT_EQ(errorOf([&] { set(event, "scope", value); }), "ordo:messages:WrongType");
-    EXPECT_EQ(get(event, "scope").toInt32(), 1);
-    set(event, "scope", OrdoValue());
-    EXPECT_EQ(get(event, "scope").toInt32(), 0);
-}
-
-TEST_F(Scripts, DataTypesCrossAsCopies) {
-    OrdoValue const port = construct(fullName("CompServicePort"), {model_});
-    OrdoValue const first = get(port, "servicePortKey");
-    OrdoValue const second = get(port, "servicePortKey");
-    EXPECT_NE(first.object(), second.object());
-    EXPECT_TRUE(call(first, "eq", {second}).toLogical());
-    set(first, "portIdx", OrdoValue::int32(4));
-    set(first, "blockPath", OrdoValue::text(u"a/b"));
-    EXPECT_TRUE(call(first, "ne", {second}).toLogical());
-    EXPECT_TRUE(call(second, "lt", {first}).toLogical());
-    EXPECT_FALSE(call(first, "lt", {second}).toLogical());
-    EXPECT_EQ(get(get(port, "servicePortKey"), "portIdx").toInt32(), 0);
-    set(port, "servicePortKey", first);
-    EXPECT_EQ(ModelRefInfoRepo::CompServicePort::cast(qz::mi::elementIn(port))->getServicePortKey().getBlockPath(),
-              u"a/b");
-    OrdoValue const rate = construct(fullName("RateInfo"), {});
-    EXPECT_EQ(get(rate, "period").toDouble(), -1.0);
-    EXPECT_EQ(errorOf([&] { set(port, "servicePortKey", rate); }), "ordo:messages:WrongType");
-    EXPECT_EQ(errorOf([&] { set(port, "servicePortKey", OrdoValue()); }), "ordo:messages:NoValue");
-    EXPECT_EQ(errorOf([&] { set(first, "portIdx", OrdoValue::real(0.5)); }), "ordo:messages:NotInteger");
-    EXPECT_EQ(get(first, "portIdx").toInt32(), 4);
-}
-
-TEST_F(Scripts, NestedStructsMakeTrees) {
-    OrdoValue const ports = structOf("isNotDerivPort", {OrdoValue::logical(true), OrdoValue::logical(false)});
-    OrdoValue const root = construct(fullName("ModelRefInfoRoot"), {model_, structOf("inports", {ports})});
-    OrdoValue const made = get(root, "inports");
-    EXPECT_EQ(made.object()->getClass().collection()->size(made.object()->native()), 2u);
-    std::string const bad = "quay0:messages:InvalidValue";
-    std::size_t const before = native_->elementCount();
-    for (OrdoValue const& child : {OrdoValue::real(1), root, made}) {
-        EXPECT_EQ(errorOf([&] {
-                      construct(fullName("ModelRefInfoRoot"), {model_, structOf("inports", {child})});
-                  }),
-                  bad);
-    }
-    OrdoValue const abstract = structOf("modelArguments", {structOf("parameterName", {OrdoValue::bytes("x")})});
-    EXPECT_EQ(errorOf([&] { construct(fullName("InterfaceParameterInfo"), {model_, abstract}); }), bad);
-    EXPECT_EQ(native_->elementCount(), before);
 }
 
 }  // namespace

@@ -234,7 +234,7 @@ def ports(*names: str) -> list[Json]:
     return [element("InportInformation", 10 + i, compiledSignalLabel=name) for i, name in enumerate(names)]
 
 
-def guest(number: int) -> Json:
+def reference(number: int) -> Json:
     return {"class": "ModelRefInfoRepo.InportInformation", "ref": element("", number)["id"]}
 
 
@@ -256,10 +256,10 @@ ROOTS: list[tuple[list[Json], list[Json], list[str]]] = [
     ([root(1, inports=ports(*"abcd"))], [root(1, inports=ports(*"xdbc"))],
      ["- /inports/a: InportInformation 'a'", "+ /inports/x: InportInformation 'x'", "> /inports/d: from 3 to 1"]),
     # A port that has its place in another root, and one that has it there too but is another one.
-    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(10)])],
+    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[reference(10)])],
      [root(1, "a", inports=ports(*"pq")), root(2, "b")], ["~ //1/inports: [/inports/0] -> []"]),
-    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(10)])],
-     [root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[guest(11)])],
+    ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[reference(10)])],
+     [root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[reference(11)])],
      ["~ //1/inports: [/inports/0] -> [/inports/1]"]),
 ]  # fmt: skip
 

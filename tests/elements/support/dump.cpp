@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
+#include <cstring>
 
 namespace records {
 
@@ -29,9 +30,8 @@ private:
     std::string text_ = "[";
 };
 
-std::string showElement(ModelElement const& e) {
-    if (e.impl() == nullptr) return "-";
-    return (e ? "" : "dead ") + boost::uuids::to_string(e->uuid());
+bool isText(meta::Type const& type) {
+    return type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta;
 }
 
 std::string showArray(zxArray_tag const* array) {
@@ -39,7 +39,22 @@ std::string showArray(zxArray_tag const* array) {
     return "array " + (zxIsEmpty(array) ? "empty" : std::to_string(zxGetNumber(array)));
 }
 
-std::string showCollection(AbstractOwnedCollection const& collection) {
+}  // namespace
+
+std::string show(boost::uuids::uuid const& id) {
+    static constexpr std::uint8_t zeros[12] = {};
+    if (std::memcmp(id.data, zeros, sizeof zeros) != 0) return boost::uuids::to_string(id);
+    unsigned number = 0;
+    for (int i = 12; i < 16; ++i) number = (number << 8) | id.data[i];
+    return "#" + std::to_string(number);
+}
+
+std::string nameOf(ModelElement const& e) {
+    if (e.impl() == nullptr) return "-";
+    return (e ? "" : "+") + show(e->uuid());
+}
+
+std::string show(AbstractOwnedCollection const& collection) {
     List list;
     if (auto const* values = dynamic_cast<AbstractPrimitiveCollection const*>(&collection)) {
         for (Value const& v : values->getAllValues()) list.add(show(v));
@@ -55,20 +70,18 @@ std::string showCollection(AbstractOwnedCollection const& collection) {
                   [](ModelElement const& a, ModelElement const& b) { return a->uuid() < b->uuid(); });
     }
     for (std::size_t i = 0; i < members.size(); ++i) {
-        list.add(i < keys.size() ? show(keys[i]) + ": " + showElement(members[i]) : showElement(members[i]));
+        list.add(i < keys.size() ? show(keys[i]) + ": " + nameOf(members[i]) : nameOf(members[i]));
     }
     return list.close();
 }
 
-}  // namespace
-
 std::string show(Value const& value) {
     meta::Type const type = value.getType();
     if (type.impl() == nullptr) return "nothing";
-    if (value.pointsAtCollection()) return showCollection(*value.getCollection<AbstractOwnedCollection>());
+    if (value.pointsAtCollection()) return show(*value.getCollection<AbstractOwnedCollection>());
     if (!value.hasPayload()) return "none";
     if (type == meta::StandardTypes::zxArrayMeta) return showArray(value.getValue<zxArray_tag*>());
-    if (meta::Class::cast(type).impl() != nullptr) return showElement(value.getValue<ModelElement>());
+    if (meta::Class::cast(type).impl() != nullptr) return nameOf(value.getValue<ModelElement>());
     auto const* const serializers = meta::PropertySerializerRegistry::getInstance();
     if (auto const* const fields = serializers->getDatatypeSerializer(type)) {
         List list;
@@ -76,7 +89,8 @@ std::string show(Value const& value) {
             list.add(show(fields->getPropertyValue(value, field)));
         return list.close();
     }
-    return keel::toUtf8(serializers->getPropertySerializer(type)->serializeValue(value));
+    std::string const text = keel::toUtf8(serializers->getPropertySerializer(type)->serializeValue(value));
+    return isText(type) ? '"' + text + '"' : text;
 }
 
 std::string show(ModelElement const& element) {
@@ -84,30 +98,31 @@ std::string show(ModelElement const& element) {
     for (meta::Property const& p : element->getMetaClass()->getProperties()) {
         if (!element->hasPropertyValue(p, ReflectionPrivateTag::NO_PROXY_RESOLVE)) continue;
         std::string const value = show(element->getPropertyValue(p, ReflectionPrivateTag::NO_PROXY_RESOLVE));
-        bool const text =
-            p->getType() == meta::StandardTypes::stringMeta || p->getType() == meta::StandardTypes::stdstringMeta;
-        bool const zero = text ? value.empty() : value == "0" || value == "false";
+        bool const zero = value == (isText(p->getType()) ? "\"\"" : "0") || value == "false";
         if (!zero || p->getFlags() != ValueFlags::One) out += ' ' + keel::toUtf8(p->getName()) + '=' + value;
     }
     return out;
 }
 
-std::string dumpElements(Model const& model) {
+std::string dumpElements(Model const& model, std::function<std::string(ModelElement::Impl&)> const& more) {
     std::string out;
     model->forEachElement([&](ModelElement::Impl& e) {
+        if (more) out += more(e);
         ModelElement const element(&e);
-        out += showElement(element) + ' ' + keel::toUtf8(e.getMetaClass()->getName()) + (e.isProxy() ? " proxy" : "");
+        out += nameOf(element) + ' ' + keel::toUtf8(e.getMetaClass()->getName()) + (e.isProxy() ? " proxy" : "");
         if (ModelElement const container = e.basicContainer(); container.impl() != nullptr) {
-            out += " in " + showElement(container) + '.' + keel::toUtf8(e.containmentFeature()->getName());
+            out += " in " + nameOf(container) + '.' + std::to_string(e.containmentIndex());
         }
         out += show(element) + '\n';
     });
     return out;
 }
 
-std::string dump(Model const& model) {
-    return dumpElements(model) + (model->inTransaction() ? "open" : "closed") + ", undo " +
-           std::to_string(model->undoDepth()) + ", redo " + std::to_string(model->redoDepth()) + '\n';
+std::string dumpHistory(Model const& model) {
+    return (model->inTransaction() ? "open, undo " : "closed, undo ") + std::to_string(model->undoDepth()) + ", redo " +
+           std::to_string(model->redoDepth()) + '\n';
 }
+
+std::string dump(Model const& model) { return dumpElements(model) + dumpHistory(model); }
 
 }  // namespace records

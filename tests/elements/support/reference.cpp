@@ -1,9 +1,7 @@
 #include "reference.h"
 
 #include "dump.h"
-#include "samples.h"
 
-#include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <keel/text.h>
 
 #include <algorithm>
@@ -15,18 +13,6 @@ using namespace quay::zero;
 using Shape = Slot::Shape;
 
 // --- The plan --------------------------------------------------------------------------------------------------------
-
-int Plan::kind(std::string const& name) const {
-    auto const found = std::find_if(kinds.begin(), kinds.end(), [&](auto const& k) { return k.name == name; });
-    return found == kinds.end() ? -1 : static_cast<int>(found - kinds.begin());
-}
-
-int Plan::slot(std::string const& kindName, std::string const& name) const {
-    for (int s : kinds.at(static_cast<std::size_t>(kind(kindName))).slots) {
-        if (slots[static_cast<std::size_t>(s)].name == name) return s;
-    }
-    return -1;
-}
 
 namespace {
 
@@ -49,64 +35,49 @@ Shape shapeOf(meta::Property const& p) {
     }
 }
 
-Plan makePlan() {
-    // An index above 63 lies beyond the first word of a mask, so the root has several of them here.
-    std::vector<std::pair<char const*, std::vector<char16_t const*>>> const chosen = {
-        {"ModelRefInfoRoot",
-         {u"origInportBusType", u"runtimeNonFcnCallRateInfos", u"disableableTaskNums", u"solverStatusFlags",
-          u"dataTransferInfos", u"isRefModelConstant", u"userSpecifiedFixedStepSize", u"hasHardwareSemantics",
-          u"triggerType", u"numTs", u"numRuntimeExportedRates", u"resetEvents", u"inports", u"varTsUIDMap",
-          u"controllableInputRatesMap", u"unionTsContainedTs", u"argumentParameters"}},
-        {"InportInformation",
-         {u"isNotDerivPort", u"rateInfos", u"resolvedSignalObject", u"designMin", u"trueHiers", u"hierCondInfos"}},
-        {"VarTsUIDMap", {u"entries"}},
-        {"VarTsUIDEntry", {u"varTsIdx", u"varTsUID"}},
-        {"UnionTsContainedTsElem", {u"unionTs", u"containedTs"}},
-        {"CompFunction",
-         {u"functionName", u"irtCallerType", u"resetEventsContainingCallers", u"variantFunctionNetEMVCE",
-          u"variantCallerNetEMVCEMap"}},
-        {"IRTCallerType", {u"blockHandle"}},
-        {"VariantFunctionNetEMVCE", {u"signalName"}},
-        {"VariantCallerNetEMVCE", {u"refBlockPath", u"variantFunctionNetEMVCE"}},
-        {"ResetEventInfo", {u"resetEvent", u"netHierCondInfo"}},
-        {"HierCondInfo", {u"hierIdx"}},
-        {"ArgumentValueMap", {u"entries"}},
-        {"ArgumentValue", {u"name", u"value"}},
-        {"CompServicePort", {u"servicePortKey", u"externalPortIdx"}},
-    };
-    Plan made;
-    for (auto const& [name, properties] : chosen) {
-        ElementKind kind{name, {}, {}};
-        for (meta::Class const& c : schemaClasses()) {
-            if (keel::toUtf8(c->getName()) == name) kind.type = c;
-        }
-        for (char16_t const* property : properties) {
-            meta::Property const p = kind.type->findProperty(property);
-            kind.slots.push_back(static_cast<int>(made.slots.size()));
-            made.slots.push_back({keel::toUtf8(property), p, shapeOf(p)});
-        }
-        made.kinds.push_back(kind);
-    }
-    for (Slot& s : made.slots) {
-        if (!s.property->isComposite()) continue;
-        std::string const child = keel::toUtf8(s.property->getType()->getName());
-        s.childKind = made.kind(child);
-        if (s.keyed()) s.keySlot = made.slot(child, keel::toUtf8(s.property->getQualifiedBy()->getName()));
-    }
-    return made;
-}
-
-Slot const& slotOf(int s) { return plan().slots[static_cast<std::size_t>(s)]; }
-ElementKind const& kindOf(int k) { return plan().kinds[static_cast<std::size_t>(k)]; }
-
 bool isLess(Item const& a, Item const& b) { return std::tie(a.number, a.text) < std::tie(b.number, b.text); }
 bool isEqual(Item const& a, Item const& b) { return a.shown == b.shown && a.child == b.child && a.shown != "nan"; }
 
 }  // namespace
 
-Plan const& plan() {
-    static Plan const made = makePlan();
-    return made;
+Plan::Plan(Chosen const& chosen, Make make, bool rekeys) : make_(make), rekeys_(rekeys) {
+    for (auto const& [type, properties] : chosen) {
+        Model const scratch = Model::create();
+        ModelElement const fresh = make(type, scratch, {});
+        ElementKind kind{type, keel::toUtf8(type->getName()), {}};
+        for (meta::Property const& p : properties) {
+            auto const known =
+                std::find_if(slots_.begin(), slots_.end(), [&](Slot const& s) { return s.property == p; });
+            kind.slots.push_back(static_cast<int>(known - slots_.begin()));
+            if (known != slots_.end()) continue;
+            slots_.push_back({p, kind.name + '.' + keel::toUtf8(p->getName()), shapeOf(p), p->isComposite(), -1, {}});
+            // What a new element has is what a fresh one shows; that it is right is tested elsewhere.
+            if (slots_.back().shape == Shape::Single || slots_.back().shape == Shape::Array) {
+                slots_.back().initial = itemOf(fresh->getPropertyValue(p, ReflectionPrivateTag::PUBLIC_ACCESS));
+            }
+        }
+        kinds_.push_back(std::move(kind));
+    }
+    for (Slot& slot : slots_) {
+        auto const key = slot.property->getQualifiedBy();
+        if (!key) continue;
+        auto const found = std::find_if(slots_.begin(), slots_.end(), [&](Slot const& s) { return s.property == key; });
+        slot.keySlot = static_cast<int>(found - slots_.begin());
+    }
+}
+
+int Plan::kind(std::string const& name) const {
+    auto const found = std::find_if(kinds_.begin(), kinds_.end(), [&](auto const& k) { return k.name == name; });
+    return static_cast<int>(found - kinds_.begin());
+}
+
+int Plan::slot(std::string const& name) const {
+    auto const found = std::find_if(slots_.begin(), slots_.end(), [&](auto const& s) { return s.name == name; });
+    return static_cast<int>(found - slots_.begin());
+}
+
+bool Plan::fits(int kind, Slot const& slot) const {
+    return slot.owns && kindAt(kind).type->conformsTo(meta::Class::cast(slot.property->getType()));
 }
 
 Item itemOf(Value const& value) {
@@ -124,23 +95,43 @@ Item itemOf(Value const& value) {
     return item;
 }
 
+Item itemOf(int child) {
+    Item item;
+    item.child = child;
+    return item;
+}
+
 // --- Transactions ----------------------------------------------------------------------------------------------------
 
 void Reference::rollback() {
-    now_ = std::move(levels_.back());
+    now_ = std::move(levels_.back().before);
     levels_.pop_back();
 }
 
 void Reference::commit() {
-    State before = std::move(levels_.back());
+    Level level = std::move(levels_.back());
     levels_.pop_back();
     if (!levels_.empty()) return;
     Touched const touched = std::exchange(now_.touched, {});
-    report_ = reportOf(before, touched);
+    bool const structural = std::exchange(now_.structural, false);
+    if (level.system) {
+        if (structural || !touched.empty()) {
+            done_.clear();
+            undone_.clear();
+        }
+        return;
+    }
+    report_ = reportOf(level.before, touched);
     if (report_.empty() || limit_ == 0) return;
     undone_.clear();
-    done_.push_back({std::move(before), touched});
+    done_.push_back({std::move(level.before), touched});
     if (done_.size() > limit_) done_.pop_front();
+}
+
+void Reference::setLimit(std::size_t limit) {
+    limit_ = limit;
+    undone_.clear();
+    while (done_.size() > limit) done_.pop_front();
 }
 
 std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry>& to) {
@@ -155,6 +146,7 @@ std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry
         if (fresh) place->second.alive = false;
     }
     target.touched.clear();
+    target.structural = false;
     entry.other = std::exchange(now_, std::move(target));
     report_ = reportOf(entry.other, entry.touched);
     to.push_back(std::move(entry));
@@ -163,19 +155,17 @@ std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry
 
 // --- Reports and dumps -----------------------------------------------------------------------------------------------
 
-std::vector<Item> const& Reference::items(int n, int slot) const {
+std::vector<Item> const& Reference::itemsIn(State const& state, int n, int slot) {
     static std::vector<Item> const none;
-    auto const& all = at(n).content;
+    auto const& all = state.elements.at(n).content;
     auto const found = all.find(slot);
     return found == all.end() ? none : found->second;
 }
 
 std::string Reference::show(State const& values, State const& lives, int n, int slot) const {
-    auto const& all = values.elements.at(n).content;
-    auto const found = all.find(slot);
-    std::vector<Item> list = found == all.end() ? std::vector<Item>() : found->second;
-    auto const nameOf = [&](int m) { return (lives.elements.at(m).alive ? "" : "dead ") + name(m); };
-    switch (slotOf(slot).shape) {
+    std::vector<Item> list = itemsIn(values, n, slot);
+    auto const nameOf = [&](int m) { return (lives.elements.at(m).alive ? "" : "+") + name(m); };
+    switch (slotAt(slot).shape) {
         case Shape::Single:
         case Shape::Array:
             return list.front().shown;
@@ -193,8 +183,8 @@ std::string Reference::show(State const& values, State const& lives, int n, int 
     std::string text = "[";
     for (Item const& i : list) {
         if (text.size() > 1) text += ", ";
-        if (i.child < 0 || slotOf(slot).keyed()) text += i.shown;
-        if (slotOf(slot).keyed()) text += ": ";
+        if (i.child < 0 || slotAt(slot).keyed()) text += i.shown;
+        if (slotAt(slot).keyed()) text += ": ";
         if (i.child >= 0) text += nameOf(i.child);
     }
     return text + "]";
@@ -204,24 +194,19 @@ std::string Reference::dump() const {
     std::string out;
     for (int n : now_.order) {
         Element const& e = at(n);
-        out += name(n) + ' ' + kindOf(e.kind).name;
-        if (e.container >= 0) out += " in " + name(e.container) + '.' + slotOf(e.slot).name;
-        for (int s : kindOf(e.kind).slots) out += ' ' + slotOf(s).name + '=' + show(now_, now_, n, s);
+        out += name(n) + ' ' + plan_.kindAt(e.kind).name;
+        if (e.container >= 0) out += " in " + name(e.container) + '.' + slotAt(e.slot).name;
+        for (int s : slotsOf(n)) out += ' ' + slotAt(s).name + '=' + show(now_, now_, n, s);
         out += '\n';
     }
     return out + (levels_.empty() ? "closed" : "open") + ", undo " + std::to_string(done_.size()) + ", redo " +
            std::to_string(undone_.size()) + '\n';
 }
 
-/// By the rule of the house: values by ==, collections of none or one member if that is the same.
+/// By the rule of listeners: values by ==, collections of none or one member if that is the same.
 bool Reference::isSame(State const& a, State const& b, int n, int slot) {
-    auto const itemsOf = [&](State const& s) {
-        auto const& all = s.elements.at(n).content;
-        auto const found = all.find(slot);
-        return found == all.end() ? std::vector<Item>() : found->second;
-    };
-    auto const x = itemsOf(a);
-    auto const y = itemsOf(b);
+    auto const& x = itemsIn(a, n, slot);
+    auto const& y = itemsIn(b, n, slot);
     if (x.size() != y.size() || x.size() > 1) return false;
     if (x.empty()) return true;
     return isEqual(x.front(), y.front()) && x.front().serial == y.front().serial;
@@ -235,7 +220,7 @@ Reference::Report Reference::reportOf(State const& before, Touched const& touche
     }
     for (auto const& [n, slot] : touched) {
         if (!lived(n) || !isAlive(n) || isSame(before, now_, n, slot)) continue;
-        report.insert(name(n) + '.' + slotOf(slot).name + ' ' + show(before, now_, n, slot) + " -> " +
+        report.insert(name(n) + '.' + slotAt(slot).name + ' ' + show(before, now_, n, slot) + " -> " +
                       show(now_, now_, n, slot));
     }
     return report;
@@ -275,15 +260,22 @@ void Reference::release(int owner, int slot, int child) {
     c.slot = -1;
 }
 
+/// The child leaves unless it stands somewhere else in the collection as well.
+void Reference::releaseLast(int owner, int slot, int child) {
+    auto const& all = items(owner, slot);
+    bool const stays = std::any_of(all.begin(), all.end(), [&](Item const& i) { return i.child == child; });
+    if (child >= 0 && !stays) release(owner, slot, child);
+}
+
 Item Reference::entryOf(int slot, int child) const {
     Item entry;
-    if (slotOf(slot).keyed()) entry = items(child, slotOf(slot).keySlot).front();
+    if (slotAt(slot).keyed()) entry = items(child, slotAt(slot).keySlot).front();
     entry.child = child;
     return entry;
 }
 
 bool Reference::isTaken(int owner, int slot, Item const& key, int child) const {
-    if (slotOf(slot).shape != Shape::Map) return false;
+    if (slotAt(slot).shape != Shape::Map) return false;
     auto const& all = items(owner, slot);
     return std::any_of(all.begin(), all.end(),
                        [&](Item const& i) { return i.child != child && !isLess(i, key) && !isLess(key, i); });
@@ -293,7 +285,7 @@ bool Reference::isTaken(int owner, int slot, Item const& key, int child) const {
 void Reference::place(int owner, int slot, int child) {
     auto& all = content(owner, slot);
     Item const entry = entryOf(slot, child);
-    auto const position = slotOf(slot).keyed() ? std::upper_bound(all.begin(), all.end(), entry, isLess) : all.end();
+    auto const position = slotAt(slot).keyed() ? std::upper_bound(all.begin(), all.end(), entry, isLess) : all.end();
     all.insert(position, entry);
 }
 
@@ -305,23 +297,18 @@ int Reference::create(int kind, std::string name) {
     run([&] {
         Element& made = now_.elements[n];
         made.kind = kind;
-        // What a new element has is what a fresh one shows; that it is right is tested elsewhere.
-        Model const scratch = Model::create();
-        ModelElement const fresh = make(kindOf(kind).type, scratch);
-        for (int s : kindOf(kind).slots) {
-            Shape const shape = slotOf(s).shape;
-            if (shape != Shape::Single && shape != Shape::Array) continue;
-            made.content[s] = {
-                itemOf(fresh->getPropertyValue(slotOf(s).property, ReflectionPrivateTag::PUBLIC_ACCESS))};
+        for (int s : slotsOf(n)) {
+            if (slotAt(s).initial) made.content[s] = {*slotAt(s).initial};
         }
+        now_.structural = true;
         now_.order.push_back(n);
     });
     return n;
 }
 
 void Reference::kill(int n) {
-    for (int s : kindOf(at(n).kind).slots) {
-        if (!slotOf(s).owns()) continue;
+    for (int s : slotsOf(n)) {
+        if (!slotAt(s).owns) continue;
         for (Item const& i : std::vector<Item>(items(n, s))) {
             if (isAlive(i.child)) kill(i.child);
         }
@@ -338,7 +325,19 @@ void Reference::destroy(int n) {
     run([&] {
         leave(n);
         kill(n);
+        now_.structural = true;
     });
+}
+
+int Reference::subtreeSize(int n) const {
+    std::set<int> direct;
+    for (int s : slotsOf(n)) {
+        for (Item const& i : items(n, s)) direct.insert(i.child);
+    }
+    direct.erase(-1);
+    int size = 1;
+    for (int m : direct) size += subtreeSize(m);
+    return size;
 }
 
 std::string Reference::write(int n, int slot, std::optional<Item> const& value) {
@@ -346,14 +345,14 @@ std::string Reference::write(int n, int slot, std::optional<Item> const& value) 
     if (held.empty() && !value) return {};
     if (!held.empty() && value && isEqual(held.front(), *value)) return {};
     int const owner = at(n).container;
-    bool const keys = owner >= 0 && slotOf(at(n).slot).keySlot == slot;
+    bool const keys = owner >= 0 && slotAt(at(n).slot).keySlot == slot;
     if (keys && std::isnan(value->number)) return "InvalidValue";
     if (keys && isTaken(owner, at(n).slot, *value, n)) return "UniquenessConstraint";
     run([&] {
         touch(n, slot);
         std::vector<Item> stored;
         if (value) stored.push_back(*value);
-        if (slotOf(slot).shape == Shape::Array && value->shown != "null") stored.front().serial = ++lastSerial_;
+        if (slotAt(slot).shape == Shape::Array && value->shown != "null") stored.front().serial = ++lastSerial_;
         content(n, slot) = stored;
         if (!keys) return;
         int const map = at(n).slot;
@@ -374,9 +373,7 @@ std::string Reference::writeChild(int n, int slot, int child) {
         content(n, slot).clear();
         if (child < 0) return;
         contain(n, slot, child);
-        Item item;
-        item.child = child;
-        content(n, slot) = {item};
+        content(n, slot) = {itemOf(child)};
     });
     return {};
 }
@@ -388,7 +385,7 @@ std::string Reference::insert(int n, int slot, std::size_t position, Item const&
         touch(n, slot);
         if (item.child >= 0) contain(n, slot, item.child);
         auto& all = content(n, slot);
-        if (slotOf(slot).shape != Shape::Set) {
+        if (slotAt(slot).shape != Shape::Set) {
             all.insert(all.begin() + static_cast<std::ptrdiff_t>(position), item);
         } else if (auto const place = std::lower_bound(all.begin(), all.end(), item, isLess);
                    place == all.end() || !isEqual(*place, item)) {
@@ -405,10 +402,7 @@ std::string Reference::erase(int n, int slot, std::size_t position) {
         auto& all = content(n, slot);
         Item const gone = all[position];
         all.erase(all.begin() + static_cast<std::ptrdiff_t>(position));
-        if (gone.child >= 0 &&
-            std::none_of(all.begin(), all.end(), [&](auto const& i) { return i.child == gone.child; })) {
-            release(n, slot, gone.child);
-        }
+        releaseLast(n, slot, gone.child);
     });
     return {};
 }
@@ -423,10 +417,7 @@ std::string Reference::replace(int n, int slot, std::size_t position, Item const
         if (item.child >= 0) contain(n, slot, item.child);
         auto& all = content(n, slot);
         all[position] = item;
-        if (gone.child >= 0 &&
-            std::none_of(all.begin(), all.end(), [&](auto const& i) { return i.child == gone.child; })) {
-            release(n, slot, gone.child);
-        }
+        releaseLast(n, slot, gone.child);
     });
     return {};
 }
@@ -438,7 +429,7 @@ void Reference::remove(int n, int slot, Item const& item) {
     });
     if (found != all.end()) {
         erase(n, slot, static_cast<std::size_t>(found - all.begin()));
-    } else if (slotOf(slot).shape == Shape::Set) {
+    } else if (slotAt(slot).shape == Shape::Set) {
         run([&] { touch(n, slot); });
     }
 }
@@ -454,14 +445,12 @@ void Reference::clear(int n, int slot) {
 
 std::string Reference::add(int n, int slot, int child) {
     auto const& all = items(n, slot);
-    if (slotOf(slot).shape == Shape::Children) {
-        Item item;
-        item.child = child;
-        return insert(n, slot, all.size(), item);
+    if (slotAt(slot).shape == Shape::Children) {
+        return insert(n, slot, all.size(), itemOf(child));
     }
     if (isAbove(child, n)) return "InvalidValue";
     Item const entry = entryOf(slot, child);
-    if (slotOf(slot).keyed() && std::isnan(entry.number)) return "InvalidValue";
+    if (slotAt(slot).keyed() && std::isnan(entry.number)) return "InvalidValue";
     if (std::any_of(all.begin(), all.end(), [&](auto const& i) { return i.child == child; })) return {};
     if (isTaken(n, slot, entry, child)) return "UniquenessConstraint";
     run([&] {

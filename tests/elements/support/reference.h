@@ -1,9 +1,10 @@
-// What a model of records ought to do, done the plain and slow way: one list of items per property whatever
+// What a model ought to do, done the plain and slow way: one list of items per property whatever
 // its shape, and all state copied whole wherever it may be wanted again. Random tests compare the object
 // model with it.
 #pragma once
 
 #include <quay/zero/meta/types.h>
+#include <quay/zero/model.h>
 #include <quay/zero/value.h>
 
 #include <cstddef>
@@ -17,36 +18,7 @@
 
 namespace records {
 
-/// A property of a class that the random tests use.
-struct Slot {
-    enum class Shape { Single, Optional, Array, Child, Sequence, Set, Children, ChildSet, Map, Multimap };
-    std::string name;
-    quay::zero::meta::Property property;
-    Shape shape;
-    int childKind = -1;  // of shapes that own
-    int keySlot = -1;    // of maps: the slot of the child's key
-    bool owns() const { return childKind >= 0; }
-    bool keyed() const { return shape == Shape::Map || shape == Shape::Multimap; }
-};
-
-/// A class and its slots.
-struct ElementKind {
-    std::string name;
-    quay::zero::meta::Class type;
-    std::vector<int> slots;
-};
-
-/// The classes and properties of the random tests; they cover every shape.
-struct Plan {
-    std::vector<ElementKind> kinds;
-    std::vector<Slot> slots;
-    int kind(std::string const& name) const;
-    int slot(std::string const& kind, std::string const& name) const;
-};
-Plan const& plan();
-
-/// One value, child or entry. Values compare by number and text; `shown` is how a dump writes the value, or
-/// the key.
+/// One value, child or entry. Values compare by number and text; `shown` is how a dump writes the value, or the key.
 struct Item {
     double number = 0;
     std::u16string text;
@@ -55,12 +27,62 @@ struct Item {
     int serial = 0;  // of an array: told apart by the write that brought it
 };
 Item itemOf(quay::zero::Value const& value);
+Item itemOf(int child);
+
+/// A property that the random tests use.
+struct Slot {
+    enum class Shape { Single, Optional, Array, Child, Sequence, Set, Children, ChildSet, Map, Multimap };
+    quay::zero::meta::Property property;
+    std::string name;
+    Shape shape;
+    bool owns;
+    int keySlot = -1;             // of maps: the slot of the child's key
+    std::optional<Item> initial;  // of single values and arrays
+    bool keyed() const { return shape == Shape::Map || shape == Shape::Multimap; }
+};
+
+/// A class, and its slots.
+struct ElementKind {
+    quay::zero::meta::Class type;
+    std::string name;
+    std::vector<int> slots;
+};
+
+/// The classes and properties of one random test.
+class Plan {
+public:
+    using Make = quay::zero::ModelElement (*)(quay::zero::meta::Type const&, quay::zero::Model const&,
+                                              boost::uuids::uuid const&);
+    using Chosen = std::vector<std::pair<quay::zero::meta::Class, std::vector<quay::zero::meta::Property>>>;
+    /// `rekeys`: whether an element's key may be written while the element is in a map.
+    Plan(Chosen const& chosen, Make make, bool rekeys = true);
+
+    int kind(std::string const& name) const;
+    int slot(std::string const& name) const;
+    bool rekeys() const { return rekeys_; }
+    ElementKind const& kindAt(int k) const { return kinds_[static_cast<std::size_t>(k)]; }
+    Slot const& slotAt(int s) const { return slots_[static_cast<std::size_t>(s)]; }
+    int kinds() const { return static_cast<int>(kinds_.size()); }
+    /// Whether elements of that kind can be children there.
+    bool fits(int kind, Slot const& slot) const;
+    quay::zero::ModelElement make(int k, quay::zero::Model const& model, boost::uuids::uuid const& id = {}) const {
+        return make_(kindAt(k).type, model, id);
+    }
+
+private:
+    std::vector<ElementKind> kinds_;
+    std::vector<Slot> slots_;
+    Make make_;
+    bool rekeys_;
+};
 
 /// Elements are known by number, in order of creation. Operations that fail return the message's name or, out
 /// of range, "out_of_range", and change nothing; all others return an empty text. Each is a transaction of
 /// its own when none is open.
 class Reference {
 public:
+    explicit Reference(Plan const& plan) : plan_(plan) {}
+
     struct Element {
         int kind = 0;
         bool alive = true;
@@ -72,23 +94,27 @@ public:
 
     std::vector<int> const& order() const { return now_.order; }
     Element const& at(int n) const { return now_.elements.at(n); }
-    std::vector<Item> const& items(int n, int slot) const;
+    std::vector<Item> const& items(int n, int slot) const { return itemsIn(now_, n, slot); }
     bool isAlive(int n) const { return now_.elements.contains(n) && at(n).alive; }
     std::size_t depth() const { return levels_.size(); }
     std::string const& name(int n) const { return names_.at(static_cast<std::size_t>(n)); }
     std::string dump() const;
     Report takeReport() { return std::exchange(report_, {}); }
 
-    void begin() { levels_.push_back(now_); }
+    void begin(bool system = false) { levels_.push_back({now_, system}); }
     void commit();
     void rollback();
     std::string undo(bool& did) { return step(did, done_, undone_); }
     std::string redo(bool& did) { return step(did, undone_, done_); }
-    void setLimit(std::size_t limit) { limit_ = limit; }
+    void setLimit(std::size_t limit);
 
-    /// A new element with its defaults; answers its number.
+    /// A new element with its defaults; answers its number. An earlier element of that name is dead.
     int create(int kind, std::string name);
     void destroy(int n);
+    /// Whether an element is another one, or contains it.
+    bool isAbove(int n, int below) const;
+    /// How many elements go with it.
+    int subtreeSize(int n) const;
     /// Writes a single value, an optional (an empty one by nothing) or an array; a key moves its entry.
     std::string write(int n, int slot, std::optional<Item> const& value);
     std::string writeChild(int n, int slot, int child);  // -1 for none
@@ -112,7 +138,12 @@ private:
     struct State {
         std::map<int, Element> elements;  // the dead ones too
         std::vector<int> order;
-        Touched touched;
+        Touched touched;          // in the open transaction
+        bool structural = false;  // elements came or went in it
+    };
+    struct Level {
+        State before;
+        bool system;
     };
     struct Entry {
         State other;
@@ -126,22 +157,26 @@ private:
         f();
         if (own) commit();
     }
+    Slot const& slotAt(int s) const { return plan_.slotAt(s); }
+    std::vector<int> const& slotsOf(int n) const { return plan_.kindAt(at(n).kind).slots; }
     std::vector<Item>& content(int n, int slot) { return now_.elements.at(n).content[slot]; }
-    bool isAbove(int n, int below) const;
     void leave(int child);
     void contain(int owner, int slot, int child);
     void release(int owner, int slot, int child);
+    void releaseLast(int owner, int slot, int child);
     void place(int owner, int slot, int child);
     Item entryOf(int slot, int child) const;
     bool isTaken(int owner, int slot, Item const& key, int child) const;
     void kill(int n);
+    static std::vector<Item> const& itemsIn(State const& state, int n, int slot);
     std::string show(State const& values, State const& lives, int n, int slot) const;
     static bool isSame(State const& a, State const& b, int n, int slot);
     Report reportOf(State const& before, Touched const& touched) const;
     std::string step(bool& did, std::deque<Entry>& from, std::deque<Entry>& to);
 
+    Plan const& plan_;
     State now_;
-    std::vector<State> levels_;
+    std::vector<Level> levels_;
     std::vector<std::string> names_;
     std::size_t limit_ = 0;
     std::deque<Entry> done_;

@@ -3,6 +3,7 @@
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 
+#include <functional>
 #include <vector>
 
 namespace queries {
@@ -27,6 +28,32 @@ std::vector<X> filter(qz::Model const& model, Mode mode, F&& f) {
 template <class X, class F>
 std::vector<X> filter(qz::Model const& model, F&& f) {
     return filter<X>(model, Mode::WithSubclasses, f);
+}
+
+/// A constraint on X, and the same as code.
+template <class X>
+struct Asked {
+    qz::query::Constraint<X> constraint;
+    std::function<bool(X const&)> plain;
+};
+
+/// A comparison of a value, in one of six ways.
+template <class X, class Word, class Get, class V>
+Asked<X> compared(int way, Word const& word, Get get, V const& v) {
+    switch (way) {
+        case 0:
+            return {word == v, [=](X const& x) { return get(x) == v; }};
+        case 1:
+            return {word != v, [=](X const& x) { return get(x) != v; }};
+        case 2:
+            return {word < v, [=](X const& x) { return get(x) < v; }};
+        case 3:
+            return {word <= v, [=](X const& x) { return get(x) <= v; }};
+        case 4:
+            return {word > v, [=](X const& x) { return get(x) > v; }};
+        default:
+            return {word >= v, [=](X const& x) { return get(x) >= v; }};
+    }
 }
 
 }  // namespace queries

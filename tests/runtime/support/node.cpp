@@ -1,7 +1,10 @@
 #include "node.h"
 
+#include <keel/text.h>
 #include <quay/zero/meta/registry.h>
+#include <quay/zero/meta/serializers.h>
 #include <quay/zero/owned_collection_descriptor.h>
+#include <quay/zero/text.h>
 #include <quay/zero/value_descriptor.h>
 
 #include <mutex>
@@ -13,7 +16,7 @@ using namespace quay::zero;
 namespace {
 
 template <class T>
-class PlainRow final : public ValueDescriptor<T> {
+class PlainDescriptor final : public ValueDescriptor<T> {
 public:
     using ValueDescriptor<T>::ValueDescriptor;
 
@@ -32,10 +35,10 @@ public:
 };
 
 template <class C>
-class ValuesRow final : public CollectionDescriptor {
+class ValuesDescriptor final : public CollectionDescriptor {
 public:
     template <class X>
-    constexpr ValuesRow(std::uint16_t index, C X::*field) noexcept
+    constexpr ValuesDescriptor(std::uint16_t index, C X::*field) noexcept
         : CollectionDescriptor(index, PropertyKind::PrimitiveCollection),
           field_(static_cast<C ModelElement::Impl::*>(field)) {}
 
@@ -49,7 +52,7 @@ private:
 
 /// Children in any collection; `Base` is KeyedDescriptor for those with keys.
 template <class C, class Base = CollectionDescriptor>
-class ChildrenRow final : public OwnedCollectionDescriptor<C, Base> {
+class ChildrenDescriptor final : public OwnedCollectionDescriptor<C, Base> {
 public:
     using OwnedCollectionDescriptor<C, Base>::OwnedCollectionDescriptor;
 };
@@ -60,19 +63,19 @@ double numberKey(ModelElement::Impl const& e) { return static_cast<Node::Impl co
 
 }  // namespace
 
-struct NodeRows {
-    using Children = ChildrenRow<ElementSequence<Node>>;
-    using ByName = ChildrenRow<ElementMap<std::u16string, Node>, KeyedDescriptor<std::u16string>>;
-    using ByRank = ChildrenRow<ElementMultimap<int, Node>, KeyedDescriptor<int>>;
-    using ByNumber = ChildrenRow<ElementMap<double, Node>, KeyedDescriptor<double>>;
+struct NodeDescriptors {
+    using Children = ChildrenDescriptor<ElementSequence<Node>>;
+    using ByName = ChildrenDescriptor<ElementMap<std::u16string, Node>, KeyedDescriptor<std::u16string>>;
+    using ByRank = ChildrenDescriptor<ElementMultimap<int, Node>, KeyedDescriptor<int>>;
+    using ByNumber = ChildrenDescriptor<ElementMap<double, Node>, KeyedDescriptor<double>>;
 
-    static constexpr PlainRow<std::u16string> text{kText, &Node::Impl::text_};
-    static constexpr PlainRow<double> number{kNumber, &Node::Impl::number_};
-    static constexpr PlainRow<boost::optional<int>> count{kCount, &Node::Impl::count_};
-    static constexpr PlainRow<int> rank{kRank, &Node::Impl::rank_};
-    static constexpr PlainRow<Box> box{kBox, &Node::Impl::box_};
-    static constexpr ValuesRow<PrimitiveSequence<int>> numbers{kNumbers, &Node::Impl::numbers_};
-    static constexpr ValuesRow<PrimitiveSet<std::u16string>> tags{kTags, &Node::Impl::tags_};
+    static constexpr PlainDescriptor<std::u16string> text{kText, &Node::Impl::text_};
+    static constexpr PlainDescriptor<double> number{kNumber, &Node::Impl::number_};
+    static constexpr PlainDescriptor<boost::optional<int>> count{kCount, &Node::Impl::count_};
+    static constexpr PlainDescriptor<int> rank{kRank, &Node::Impl::rank_};
+    static constexpr PlainDescriptor<Box> box{kBox, &Node::Impl::box_};
+    static constexpr ValuesDescriptor<PrimitiveSequence<int>> numbers{kNumbers, &Node::Impl::numbers_};
+    static constexpr ValuesDescriptor<PrimitiveSet<std::u16string>> tags{kTags, &Node::Impl::tags_};
     static constexpr Children children{kChildren, &Node::Impl::children_, PropertyKind::ElementCollection};
     static constexpr ByName byName{kByName, &Node::Impl::byName_, &textKey};
     static constexpr ByRank byRank{kByRank, &Node::Impl::byRank_, &rankKey};
@@ -80,17 +83,17 @@ struct NodeRows {
     static constexpr PropertyDescriptor const* node[] = {&text, &number,   &count,  &rank,   &box,     &numbers,
                                                          &tags, &children, &byName, &byRank, &byNumber};
 
-    static constexpr PlainRow<std::string> note{kNote, &Special::Impl::note_};
+    static constexpr PlainDescriptor<std::string> note{kNote, &Special::Impl::note_};
     static constexpr Children parts{kParts, &Special::Impl::parts_, PropertyKind::ElementCollection};
     static constexpr PropertyDescriptor const* special[] = {&note, &parts};
 };
 
 ClassTable const& Node::classTable() {
-    static constexpr ClassTable table{&ModelElement::classTable, kText, NodeRows::node, nullptr, nullptr};
+    static constexpr ClassTable table{&ModelElement::classTable, kText, NodeDescriptors::node, nullptr, nullptr};
     return table;
 }
 ClassTable const& Special::classTable() {
-    static constexpr ClassTable table{&Node::classTable, kNote, NodeRows::special, nullptr, nullptr};
+    static constexpr ClassTable table{&Node::classTable, kNote, NodeDescriptors::special, nullptr, nullptr};
     return table;
 }
 
@@ -113,12 +116,12 @@ void Node::Impl::didCreate() {
     if (whenCreated != nullptr) whenCreated(*this);
 }
 
-void Node::Impl::setText(std::u16string const& text) { NodeRows::text.write(*this, text); }
-void Node::Impl::setNumber(double number) { NodeRows::number.write(*this, number); }
-void Node::Impl::setCount(boost::optional<int> const& count) { NodeRows::count.write(*this, count); }
-void Node::Impl::setRank(int rank) { NodeRows::rank.write(*this, rank); }
-void Node::Impl::setBox(Box const& box) { NodeRows::box.write(*this, box); }
-void Special::Impl::setNote(std::string const& note) { NodeRows::note.write(*this, note); }
+void Node::Impl::setText(std::u16string const& text) { NodeDescriptors::text.write(*this, text); }
+void Node::Impl::setNumber(double number) { NodeDescriptors::number.write(*this, number); }
+void Node::Impl::setCount(boost::optional<int> const& count) { NodeDescriptors::count.write(*this, count); }
+void Node::Impl::setRank(int rank) { NodeDescriptors::rank.write(*this, rank); }
+void Node::Impl::setBox(Box const& box) { NodeDescriptors::box.write(*this, box); }
+void Special::Impl::setNote(std::string const& note) { NodeDescriptors::note.write(*this, note); }
 
 namespace {
 
@@ -145,6 +148,15 @@ boost::uuids::uuid idOf(unsigned number) {
 // --- Meta objects ---------------------------------------------------------------------------------------------------
 
 namespace {
+
+/// A box as the length of its first side.
+class BoxSerializer final : public meta::DefaultPropertySerializer<Box> {
+protected:
+    std::u16string toText(Box const& box, meta::Type const& /*type*/) const override { return textOf(box.sides[0]); }
+    Box fromText(std::u16string const& text, meta::Type const& /*type*/) const override {
+        return {{std::stod(keel::toUtf8(text))}};
+    }
+};
 
 NodeMeta declareNodes() {
     using meta::StandardTypes;
@@ -205,7 +217,12 @@ NodeMeta declareNodes() {
 }  // namespace
 
 NodeMeta const& nodeMeta() {
-    static NodeMeta const meta = declareNodes();
+    static NodeMeta const meta = [] {
+        NodeMeta made = declareNodes();
+        meta::PropertySerializerRegistry::getInstance()->registerPropertySerializer(
+            made.box, std::make_unique<BoxSerializer>(), "");
+        return made;
+    }();
     return meta;
 }
 

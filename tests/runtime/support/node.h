@@ -20,7 +20,7 @@ namespace nodes {
 /// A structured value that is too large to lie in a cell.
 struct Box {
     std::array<double, 5> sides{};
-    friend bool operator==(Box const&, Box const&) = default;
+    friend auto operator<=>(Box const&, Box const&) = default;
 };
 
 class Node : public quay::zero::TypedHandle<Node, quay::zero::ModelElement> {
@@ -94,7 +94,7 @@ protected:
     void didCreate() override;
 
 private:
-    friend struct NodeRows;
+    friend struct NodeDescriptors;
     double number_ = 0;
     boost::optional<int> count_;
     int rank_ = 0;
@@ -119,7 +119,7 @@ public:
     quay::zero::ElementSequence<Node>& parts() { return parts_; }
 
 private:
-    friend struct NodeRows;
+    friend struct NodeDescriptors;
     std::string note_;
     quay::zero::ElementSequence<Node> parts_{this, kParts};
 };

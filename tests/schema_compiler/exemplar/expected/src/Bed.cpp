@@ -4,11 +4,9 @@
 #include <quay/zero/elements/shapes.h>
 
 #include "Garden/Frame.h"
-#include "Garden/Lane.h"
 #include "Garden/MetaPackageGarden.h"
 #include "Garden/Plant.h"
 #include "Garden/Support.h"
-#include "Garden/Visitor.h"
 
 namespace Garden {
 
@@ -23,10 +21,10 @@ struct Bed::Impl::Descriptors {
   static constexpr shapes::Sequence<double> readings{6, &Impl::readings_};
   static constexpr shapes::Set<std::string> tags{7, &Impl::tags_};
   static constexpr shapes::SingleOwned<Frame> frame{8, &Impl::frame_};
-  static constexpr shapes::SequenceOwned<Lane> lanes{9, &Impl::lanes_};
+  static constexpr shapes::SequenceOwned<Frame> frames{9, &Impl::frames_};
   static constexpr shapes::SetOwned<Support> supports{10, &Impl::supports_};
   static constexpr shapes::MapOwned<std::u16string, Plant> plants{11, &Impl::plants_, shapes::key<&Plant::Impl::getName>};
-  static constexpr shapes::MultimapOwned<int, Visitor> visitors{12, &Impl::visitors_, shapes::key<&Visitor::Impl::getWeek>};
+  static constexpr shapes::MultimapOwned<double, Plant> byHeight{12, &Impl::byHeight_, shapes::key<&Plant::Impl::getHeight>};
   static constexpr shapes::Derived<&Impl::getWidthInFeet, &Impl::setWidthInFeet> widthInFeet{};
 };
 
@@ -35,8 +33,8 @@ quay::zero::meta::Class const& Bed::metaClass() { return MetaPackageGarden::getI
 quay::zero::ClassTable const& Bed::classTable() {
   using D = Impl::Descriptors;
   static constexpr quay::zero::PropertyDescriptor const* descriptors[] = {
-      &D::label, &D::soil, &D::width, &D::plan, &D::waterings, &D::readings, &D::tags, &D::frame, &D::lanes,
-      &D::supports, &D::plants, &D::visitors, &D::widthInFeet,
+      &D::label, &D::soil, &D::width, &D::plan, &D::waterings, &D::readings, &D::tags, &D::frame, &D::frames,
+      &D::supports, &D::plants, &D::byHeight, &D::widthInFeet,
   };
   static constinit quay::zero::ClassTable table{&quay::zero::ModelElement::classTable, 1, descriptors, &shapes::makeCollection<Bed>, &shapes::makeBuilder<Bed>};
   return table;
@@ -56,16 +54,16 @@ void Bed::Impl::basicSetFrame(Frame const& value) { Descriptors::frame.basicSet(
 Frame Bed::Impl::createIntoFrame() { return Descriptors::frame.createInto(*this); }
 Frame Bed::Impl::createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::frame.createInto(*this, builder, id); }
 
-Lane Bed::Impl::createIntoLanes() { return Descriptors::lanes.createInto(*this); }
-Lane Bed::Impl::createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::lanes.createInto(*this, builder, id); }
+Frame Bed::Impl::createIntoFrames() { return Descriptors::frames.createInto(*this); }
+Frame Bed::Impl::createIntoFrames(Frame::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::frames.createInto(*this, builder, id); }
 
 Support Bed::Impl::createIntoSupports(Support::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::supports.createInto(*this, builder, id); }
 
 Plant Bed::Impl::createIntoPlants() { return Descriptors::plants.createInto(*this); }
 Plant Bed::Impl::createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::plants.createInto(*this, builder, id); }
 
-Visitor Bed::Impl::createIntoVisitors() { return Descriptors::visitors.createInto(*this); }
-Visitor Bed::Impl::createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::visitors.createInto(*this, builder, id); }
+Plant Bed::Impl::createIntoByHeight() { return Descriptors::byHeight.createInto(*this); }
+Plant Bed::Impl::createIntoByHeight(Plant::BuilderWrapper builder, boost::uuids::uuid const& id) { return Descriptors::byHeight.createInto(*this, builder, id); }
 
 Bed::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, quay::zero::meta::Class const& cls, quay::zero::query::SearchClassMatchMode mode)
     : quay::zero::ModelElement::Constrainables(query, cls, mode),
@@ -74,19 +72,19 @@ Bed::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, qua
       width(Attachment(*this), MetaPackageGarden::getInstance()->Bed_width),
       waterings(Attachment(*this), MetaPackageGarden::getInstance()->Bed_waterings),
       frame(Attachment(*this), MetaPackageGarden::getInstance()->Bed_frame),
-      lanes(Attachment(*this), MetaPackageGarden::getInstance()->Bed_lanes),
+      frames(Attachment(*this), MetaPackageGarden::getInstance()->Bed_frames),
       supports(Attachment(*this), MetaPackageGarden::getInstance()->Bed_supports),
       plants(Attachment(*this), MetaPackageGarden::getInstance()->Bed_plants),
-      visitors(Attachment(*this), MetaPackageGarden::getInstance()->Bed_visitors) {}
+      byHeight(Attachment(*this), MetaPackageGarden::getInstance()->Bed_byHeight) {}
 
 auto Bed::label() -> Constrainable<std::u16string> const& { static Constrainable<std::u16string> const made(MetaPackageGarden::getInstance()->Bed_label); return made; }
 auto Bed::soil() -> Constrainable<Soil> const& { static Constrainable<Soil> const made(MetaPackageGarden::getInstance()->Bed_soil); return made; }
 auto Bed::width() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Bed_width); return made; }
 auto Bed::waterings() -> OptionalConstrainable<int> const& { static OptionalConstrainable<int> const made(MetaPackageGarden::getInstance()->Bed_waterings); return made; }
 auto Bed::frame() -> ConstrainableRelation<Frame> const& { static ConstrainableRelation<Frame> const made(MetaPackageGarden::getInstance()->Bed_frame); return made; }
-auto Bed::lanes() -> ConstrainableRelation<Lane> const& { static ConstrainableRelation<Lane> const made(MetaPackageGarden::getInstance()->Bed_lanes); return made; }
+auto Bed::frames() -> ConstrainableRelation<Frame> const& { static ConstrainableRelation<Frame> const made(MetaPackageGarden::getInstance()->Bed_frames); return made; }
 auto Bed::supports() -> ConstrainableRelation<Support> const& { static ConstrainableRelation<Support> const made(MetaPackageGarden::getInstance()->Bed_supports); return made; }
 auto Bed::plants() -> ConstrainableRelation<Plant> const& { static ConstrainableRelation<Plant> const made(MetaPackageGarden::getInstance()->Bed_plants); return made; }
-auto Bed::visitors() -> ConstrainableRelation<Visitor> const& { static ConstrainableRelation<Visitor> const made(MetaPackageGarden::getInstance()->Bed_visitors); return made; }
+auto Bed::byHeight() -> ConstrainableRelation<Plant> const& { static ConstrainableRelation<Plant> const made(MetaPackageGarden::getInstance()->Bed_byHeight); return made; }
 
 }  // namespace Garden

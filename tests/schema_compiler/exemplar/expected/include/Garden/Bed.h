@@ -58,12 +58,12 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   Frame createIntoFrame();
   Frame createIntoFrame(Frame::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
-  /// Lanes from north to south.
-  quay::zero::ElementSequence<Lane> const* getLanes() const { return readable(lanes_); }
-  quay::zero::ElementSequence<Lane>* getLanesMutable() { return readable(lanes_); }
-  bool hasLanes() const { return !lanes_.empty(); }
-  Lane createIntoLanes();
-  Lane createIntoLanes(Lane::BuilderWrapper builder, boost::uuids::uuid const& id = {});
+  /// Frames from north to south.
+  quay::zero::ElementSequence<Frame> const* getFrames() const { return readable(frames_); }
+  quay::zero::ElementSequence<Frame>* getFramesMutable() { return readable(frames_); }
+  bool hasFrames() const { return !frames_.empty(); }
+  Frame createIntoFrames();
+  Frame createIntoFrames(Frame::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
   /// What plants climb on.
   quay::zero::UnorderedElementSet<Support> const* getSupports() const { return readable(supports_); }
@@ -78,12 +78,12 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   Plant createIntoPlants();
   Plant createIntoPlants(Plant::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
-  /// Who came to see the bed, by week.
-  quay::zero::ElementMultimap<int, Visitor> const* getVisitors() const { return readable(visitors_); }
-  quay::zero::ElementMultimap<int, Visitor>* getVisitorsMutable() { return readable(visitors_); }
-  bool hasVisitors() const { return !visitors_.empty(); }
-  Visitor createIntoVisitors();
-  Visitor createIntoVisitors(Visitor::BuilderWrapper builder, boost::uuids::uuid const& id = {});
+  /// More plants, by height.
+  quay::zero::ElementMultimap<double, Plant> const* getByHeight() const { return readable(byHeight_); }
+  quay::zero::ElementMultimap<double, Plant>* getByHeightMutable() { return readable(byHeight_); }
+  bool hasByHeight() const { return !byHeight_.empty(); }
+  Plant createIntoByHeight();
+  Plant createIntoByHeight(Plant::BuilderWrapper builder, boost::uuids::uuid const& id = {});
 
  private:
   struct [[gnu::visibility("hidden")]] Descriptors;
@@ -97,10 +97,10 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   quay::zero::PrimitiveSequence<double> readings_{this, 6};
   quay::zero::PrimitiveSet<std::string> tags_{this, 7};
   Frame frame_;
-  quay::zero::ElementSequence<Lane> lanes_{this, 9};
+  quay::zero::ElementSequence<Frame> frames_{this, 9};
   quay::zero::UnorderedElementSet<Support> supports_{this, 10};
   quay::zero::ElementMap<std::u16string, Plant> plants_{this, 11};
-  quay::zero::ElementMultimap<int, Visitor> visitors_{this, 12};
+  quay::zero::ElementMultimap<double, Plant> byHeight_{this, 12};
 };
 
 /// Fills a new Bed before it exists; every setter returns the builder.
@@ -121,14 +121,14 @@ class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay:
   B& addTags(std::initializer_list<std::string> values) { return this->append(7, values); }
   B& clearTags() { return this->template dropValues<std::string>(7); }
   B& setFrame(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->giveChild(8, std::move(child)); }
-  B& addLanes(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(9, std::move(child)); }
-  B& clearLanes() { return this->dropChildren(9); }
+  B& addFrames(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(9, std::move(child)); }
+  B& clearFrames() { return this->dropChildren(9); }
   B& addSupports(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(10, std::move(child)); }
   B& clearSupports() { return this->dropChildren(10); }
   B& addPlants(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(11, std::move(child)); }
   B& clearPlants() { return this->dropChildren(11); }
-  B& addVisitors(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(12, std::move(child)); }
-  B& clearVisitors() { return this->dropChildren(12); }
+  B& addByHeight(std::unique_ptr<quay::zero::ModelElement::Builder> child) { return this->appendChild(12, std::move(child)); }
+  B& clearByHeight() { return this->dropChildren(12); }
 };
 
 /// The properties of Bed as the words of one query.
@@ -142,10 +142,10 @@ class GARDEN_API Bed::Constrainables : public quay::zero::ModelElement::Constrai
   Constrainable<double> width;
   OptionalConstrainable<int> waterings;
   ConstrainableRelation<Frame> frame;
-  ConstrainableRelation<Lane> lanes;
+  ConstrainableRelation<Frame> frames;
   ConstrainableRelation<Support> supports;
   ConstrainableRelation<Plant> plants;
-  ConstrainableRelation<Visitor> visitors;
+  ConstrainableRelation<Plant> byHeight;
 };
 
 /// Makes a new Bed with its values and everything that it owns, in one transaction.
