@@ -143,7 +143,7 @@ class Tree:
 
     def dependencies(self) -> dict[str, set[str]]:
         """Each module's name, such as runtime/model/transaction, with the modules that it depends on."""
-        # A source is of the module of the header with its name, wherever in the folder that stands.
+        # A source is of the module of the header with its name: that beside it, else the first one in the folder.
         headers: dict[tuple[str, str], str] = {}
         for folder, file in self.sources():
             if file.suffix == ".h":
@@ -151,7 +151,9 @@ class Tree:
 
         def module(folder: str, file: pathlib.Path) -> str:
             own = self.name(folder, file)
-            return headers.get((folder, file.stem), own) if file.suffix == ".cpp" else own
+            if file.suffix == ".h" or file.with_suffix(".h").is_file():
+                return own
+            return headers.get((folder, file.stem), own)
 
         result: dict[str, set[str]] = {}
         for folder, file in self.sources():
