@@ -1,4 +1,4 @@
-// The same small class as pybind11 shows it to scripts.
+// The small class of the floor, as pybind11 shows it to scripts.
 #include <pybind11/pybind11.h>
 
 #include <cstdint>

@@ -9,7 +9,7 @@
 
 namespace zx {
 
-/// The same as create<T>, owned.
+/// Calls create<T>, and owns what it made.
 template <class T, class... Arguments>
 Array make(Shape shape, Arguments&&... arguments) {
     return Array(create<T>(std::move(shape), std::forward<Arguments>(arguments)...));

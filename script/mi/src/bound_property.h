@@ -39,7 +39,7 @@ private:
     std::u16string name_;
 };
 
-/// The same for a class, by its script name.
+/// Finds a class by its script name, once, and keeps it.
 class BoundClass {
 public:
     explicit BoundClass(std::string scriptName) : scriptName_(std::move(scriptName)) {}

@@ -72,10 +72,10 @@ zx::Array PolicyBasedEnumValueMarshaler::emptyForm() const {
 
 zx::Array PolicyBasedEnumValueMarshaler::wrap(std::vector<std::int32_t> const& numbers) const {
     if (numbers.empty()) return emptyForm();
-    zx::Array descriptor(zxCreateNumericMatrix(1, numbers.size(), zxInt32Class));
-    std::copy(numbers.begin(), numbers.end(), zx::valuesForWriting<std::int32_t>(descriptor.get()).begin());
-    zx::Array objects(zxCreateObjectFromUnderlying(className().text(), descriptor.get()));
-    static_cast<void>(descriptor.release());
+    zx::Array row(zxCreateNumericMatrix(1, numbers.size(), zxInt32Class));
+    std::copy(numbers.begin(), numbers.end(), zx::valuesForWriting<std::int32_t>(row.get()).begin());
+    zx::Array objects(zxCreateObjectFromUnderlying(className().text(), row.get()));
+    static_cast<void>(row.release());
     return objects;
 }
 

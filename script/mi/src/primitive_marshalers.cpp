@@ -15,8 +15,8 @@ namespace {
 using ordo::OrdoValue;
 using ordo::factory::ValueType;
 
-/// Numbers, truth values and texts. Several numbers make one descriptor of their class, several texts a cell
-/// descriptor.
+/// Numbers, truth values and texts. Several numbers make one row of their class, several texts a cell
+/// row.
 template <class T>
 class PrimitiveMarshaler final : public TypedValueMarshaler {
     static constexpr bool kIsNumber = std::is_arithmetic_v<T>;
@@ -38,10 +38,10 @@ public:
     }
     zx::Array fromValueVector(std::vector<Value> const& values) const override {
         if constexpr (kIsNumber) {
-            zx::Array descriptor(zxCreateNumericMatrix(values.empty() ? 0 : 1, values.size(), zx::classCodeOf<T>()));
-            auto const places = zx::valuesForWriting<T>(descriptor.get());
+            zx::Array row(zxCreateNumericMatrix(values.empty() ? 0 : 1, values.size(), zx::classCodeOf<T>()));
+            auto const places = zx::valuesForWriting<T>(row.get());
             for (std::size_t i = 0; i < values.size(); ++i) places[i] = values[i].getValue<T>();
-            return descriptor;
+            return row;
         } else {
             return ValueMarshaler::fromValueVector(values);
         }

@@ -54,7 +54,7 @@ bool isValid(Instance const& self) noexcept;
 
 /// The value of the enumeration behind `peer` with this number; the same object each time for a literal.
 Ref literalOf(ClassPeer& peer, std::int32_t number);
-/// The same for the enumeration itself.
+/// The value of an enumeration with this number.
 Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number);
 /// The enumeration of which an object is a value, null if it is none.
 ordo::OrdoClass* enumerationOf(PyObject* object) noexcept;

@@ -24,7 +24,7 @@ ordo::OrdoValue textValue(PyObject* text);
 /// UTF-8 of a str, as in bytesToPython.
 std::string bytesFromPython(PyObject* text);
 
-/// The same for messages, whatever is in it.
+/// UTF-8 of a str for messages; unpaired surrogates are replaced.
 std::string nameFromPython(PyObject* text);
 
 }  // namespace host

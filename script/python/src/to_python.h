@@ -10,7 +10,7 @@ namespace host {
 /// The interpreter's object for a value; None for nothing.
 Ref toPython(ordo::OrdoValue const& value);
 
-/// The same for an array.
+/// The interpreter's object for an array.
 Ref arrayToPython(zxArray const* array, int depth = 0);
 
 }  // namespace host

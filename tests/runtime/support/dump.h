@@ -28,7 +28,7 @@ struct DumpOptions {
 
 /// Every element in order of creation with id, class, container and property, and values.
 std::string dumpElements(quay::zero::Model const& model, DumpOptions options = {});
-/// The same; whether a transaction is open; and the depths of the history.
+/// A dump of the model, with whether a transaction is open and the depths of the history.
 std::string dump(quay::zero::Model const& model, DumpOptions options = {});
 
 }  // namespace nodes

@@ -36,7 +36,7 @@ namespace zx {
 /// isn't one text. Good until the array is written.
 QUAY_ZERO_API std::u16string_view textOf(zxArray const* array);
 
-/// The same as UTF-8, as in zxArrayToString_UTF8.
+/// The units of a text as UTF-8, as in zxArrayToString_UTF8.
 QUAY_ZERO_API std::string utf8Of(zxArray const* array);
 
 }  // namespace zx

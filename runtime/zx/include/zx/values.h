@@ -10,7 +10,7 @@
 /// numbers only. The real and the imaginary part of an element lie side by side.
 QUAY_ZERO_API zxArray* zxCreateNumericMatrix(std::size_t rows, std::size_t columns, zxClassCode classCode,
                                              int complexFlag = 0);
-/// The same with any number of dimensions, at least two.
+/// A numeric array with any number of dimensions, at least two.
 QUAY_ZERO_API zxArray* zxCreateNumericArray(std::span<std::size_t const> dimensions, zxClassCode classCode,
                                             int complexFlag = 0);
 
@@ -65,7 +65,7 @@ std::span<T const> values(zxArray const* array) {
     return {static_cast<T const*>(zxGetData(array)), zxGetNumberOfElements(array)};
 }
 
-/// The same for writing; the array counts as written.
+/// The data for writing; the array counts as written.
 template <class T>
 std::span<T> valuesForWriting(zxArray* array) {
     detail::checkAccess(array, classCodeOf<T>(), detail::IsComplex<T>::value);

@@ -41,13 +41,13 @@ public:
 
     /// The native object, or null if there is none.
     void* native() const noexcept { return native_; }
-    /// The same if the object's class is `className` or derives from it, else null.
+    /// The native object if the object's class is `className` or derives from it, else null.
     void* getNativePointer(InternedName className) const noexcept;
 
     /// Null for objects that have identity: all holders share those.
     NativeCopier copier() const noexcept { return copier_; }
 
-    /// The same object, or for a value a script object that holds a copy of it.
+    /// This object, or for a value a script object that holds a copy of it.
     OrdoObject copy();
 
     /// What the host keeps with the object, such as its own object for it. Nothing here looks at it or owns it.

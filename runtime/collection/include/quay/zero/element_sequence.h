@@ -25,9 +25,9 @@ public:
     /// Appends. An empty or dead handle is ignored. InvalidValue, CannotCreateCrossModelAssociation: see
     /// ModelElement::Impl::checkCompatibleModel. Takes the element out of a former container.
     void addElement(ModelElement const& e) { insertElement(members_.size(), e); }
-    /// The same for an element that was just made, in an operation that undoes itself.
+    /// Appends an element that was just made, inside an operation that undoes itself.
     void addNewElement(ModelElement const& e);
-    /// The same at a position, at most size(); further ones are std::out_of_range.
+    /// Inserts at a position, at most size(); further ones are std::out_of_range. Fails as addElement does.
     void insertElement(std::size_t position, ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
     /// Takes out the first occurrence; nothing if there is none.

@@ -91,7 +91,7 @@ public:
     bool isProxy() const noexcept { return (flags_ & kProxy) != 0; }
     /// The model, or an empty handle once the model or the element's place in it is gone. Counts a reference.
     Model getModel() const;
-    /// The same without counting. Never null: an element without a model points at one that is closed.
+    /// The model without counting. Never null: an element without a model points at one that is closed.
     ModelImpl& model() const noexcept { return *model_; }
     virtual meta::Class const& getMetaClass() const = 0;
     virtual ClassTable const& classTable() const = 0;

@@ -54,7 +54,7 @@ public:
     Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags) {
         emplace(payload);
     }
-    /// The same for a type that is given without counting.
+    /// Wraps a copy; the type is given without counting.
     template <class T>
     Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags) {
         emplace(payload);

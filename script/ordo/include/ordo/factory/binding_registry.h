@@ -36,7 +36,7 @@ public:
 
     /// Removes the binding under this class; says whether there was one.
     static bool remove(void const* object, InternedName className) noexcept;
-    /// The same, whichever the class: the binding made last, if there are several.
+    /// Removes the binding of whichever class: the one made last, if there are several.
     static bool remove(void const* object) noexcept;
 
     /// The script object that is bound, or null.

@@ -49,7 +49,7 @@ public:
 
     Type getType() const { return Type::of(type_); }
     void setType(Type const& type);
-    /// The same without counting; null while it has none.
+    /// The type without counting; null while the property has none.
     ModelElement::Impl* type() const noexcept { return type_; }
     bool isOrdered() const noexcept { return ordered_; }
     void setIsOrdered(bool ordered);

@@ -19,7 +19,7 @@ T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner) {
     return child;
 }
 
-/// The same by a builder, which makes the child in the owner's model, whatever model it had.
+/// Creates a child by a builder, in the owner's model whatever model the builder had, and puts it into its place.
 template <class T>
 T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner, BuilderWrapper<T> const& wrapper,
              boost::uuids::uuid const& id) {

@@ -87,7 +87,7 @@ public:
     void setIsAbstract(bool abstract);
     Class getSuperclass() const { return Class::of(superclass_); }
     void setSuperclass(Class const& superclass);
-    /// The same without counting.
+    /// The superclass without counting; null for none.
     Class::Impl const* superclass() const noexcept { return static_cast<Class::Impl const*>(superclass_); }
     /// Whether elements of this class are elements of the other.
     bool conformsTo(Class const& other) const noexcept { return isKindOf(other.ModelElement::impl()); }

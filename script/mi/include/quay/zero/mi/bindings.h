@@ -27,7 +27,7 @@ ORDO_API ordo::OrdoValue toScript(std::vector<ModelElement> const& elements);
 ORDO_API ModelElement elementIn(ordo::OrdoValue const& value);
 /// The model behind a script object; an empty handle for anything else.
 ORDO_API Model modelIn(ordo::OrdoValue const& value);
-/// The same; InvalidHandle where there is none.
+/// The model behind a script object. InvalidHandle where there is none.
 ORDO_API Model liveModelIn(ordo::OrdoValue const& value);
 
 /// Ties the script object of a constructor call to the native object that the call made.

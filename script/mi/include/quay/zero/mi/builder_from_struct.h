@@ -23,7 +23,7 @@ namespace quay::zero::mi::detail {
 ORDO_API std::unique_ptr<ModelElement::Builder> createBuilderFromStruct(zxArray const* array, std::size_t index,
                                                                         Model const& model,
                                                                         meta::Class const& metaClass);
-/// The same for the first element. InvalidValue for an array of none.
+/// A builder for the first element of a struct array. InvalidValue for an empty array.
 ORDO_API std::unique_ptr<ModelElement::Builder> createBuilderFromStructFirst(zxArray const* array, Model const& model,
                                                                              meta::Class const& metaClass);
 /// An empty builder. InvalidValue for an abstract class.

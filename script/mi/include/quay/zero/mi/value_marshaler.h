@@ -31,12 +31,12 @@ public:
 
     /// A collection's values as one array: by default what fromValueVector makes of them.
     virtual zx::Array fromCollection(AbstractPrimitiveCollection const& collection) const;
-    /// Values as one array: by default a cell descriptor with an array for each.
+    /// Values as one array: by default a row of cells with an array in each.
     virtual zx::Array fromValueVector(std::vector<Value> const& values) const;
 
     /// One value as an array that the caller releases by `release`. A value without content gives an empty array.
     virtual zxArray* marshal(Value const& value) const = 0;
-    /// The same, owned by the result.
+    /// One value as an array that the result owns.
     virtual zx::Array toZxArray(Value const& value) const { return zx::Array(marshal(value)); }
     virtual void release(zxArray* array) const noexcept = 0;
 
@@ -54,7 +54,7 @@ public:
     virtual bool isCorrectType(zxArray_tag const* array) const;
     virtual meta::Type getType() const = 0;
 
-    // The same for values in transit, which is how most of them cross.
+    // Values in transit, which is how most of them cross.
 
     /// Texts in the answer may be borrowed from `value`.
     virtual ordo::OrdoValue toScript(Value const& value) const = 0;
