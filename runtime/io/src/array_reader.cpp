@@ -1,5 +1,4 @@
 // Reads arrays from the JSON that array_writer.cpp describes.
-#include <quay/zero/text.h>
 #include <zx/zx.h>
 
 #include <limits>

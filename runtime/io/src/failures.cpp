@@ -30,6 +30,8 @@ std::u16string reasonOf(int error) { return toUtf16(std::generic_category().mess
 
 void refuseSecond(std::string_view key) { throw Refused("the key " + inQuotes(key) + " stands twice"); }
 
+void refuseSecondId() { throw Refused("another element has the same id"); }
+
 void reportLoad(std::string_view file, std::string_view place, std::string_view reason) {
     enterSentences();
     reportException(quay0::messages::CannotLoad(toUtf16(file), toUtf16(place), toUtf16(reason)));

@@ -16,6 +16,8 @@ public:
 
 /// Throws Refused for a key that an object has twice.
 [[noreturn]] void refuseSecond(std::string_view key);
+/// Throws Refused for an element whose id is that of an earlier one.
+[[noreturn]] void refuseSecondId();
 
 [[noreturn]] void reportLoad(std::string_view file, std::string_view place, std::string_view reason);
 [[noreturn]] void reportSave(std::string_view place, std::string_view reason);

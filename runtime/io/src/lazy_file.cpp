@@ -74,7 +74,7 @@ private:
         }
     }
 
-    static constexpr std::size_t kFirstPiece = 4096;  // holds the values of most elements
+    static constexpr std::size_t kFirstPiece = 4096;  // less than Reading::kPiece, since most elements are small
 
     ModelImpl& model_;
     Limits limits_;

@@ -1,7 +1,5 @@
 #include "loader.h"
 
-#include <keel/text.h>
-#include <quay/zero/builder.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/text.h>
 
@@ -9,7 +7,6 @@
 #include <boost/uuid/uuid_io.hpp>
 
 #include "failures.h"
-#include "scalars.h"
 #include "values.h"
 
 namespace quay::zero::io {
@@ -38,15 +35,10 @@ boost::uuids::uuid idOf(Node const& node) {
     return *id;
 }
 
-void requireConcrete(ClassForm const& form) {
-    if (form.type->isAbstract()) throw Refused("the class " + inQuotes(form.name) + " is abstract");
-}
-
 void requireIdentity(ElementFrame const& element) {
     if (element.form == nullptr || element.id.is_nil()) {
         throw Refused("an element's 'class' and 'id' must come before its 'values'");
     }
-    requireConcrete(*element.form);
 }
 
 }  // namespace
@@ -73,11 +65,12 @@ Loader::Part Loader::beginObjectIn(ElementsFrame& list) {
 
 Loader::Part Loader::beginObjectIn(ElementFrame& element) {
     if (!element.keys.isAt(ElementKey::Values)) throw Refused("expected no object here");
+    requireIdentity(element);
     if (mayPostpone(element)) {
         postpone(element);
         return Part::Postponed;
     }
-    make(element);
+    element.element = maker_.make(*element.form, element.id);
     bool const isRoot = element.owner.property == nullptr;
     frames_.emplace_back(ValuesFrame{element.form, {element.element.impl(), nullptr, isRoot}, seen_.size()});
     return Part::Structure;
@@ -212,24 +205,13 @@ void Loader::takeClass(ElementFrame& element, Node const& node) {
     }
 }
 
-bool Loader::isKnown(boost::uuids::uuid const& id) const {
-    return model_->findElement(id, FindElementBehavior::InMemoryOnly).impl() != nullptr;
-}
-
-void Loader::make(ElementFrame& element) {
-    requireIdentity(element);
-    auto const builder = element.form->type->instantiateBuilder(model_);
-    if (builder == nullptr) throw Refused("elements of " + inQuotes(element.form->name) + " can't be made");
-    if (isKnown(element.id)) throw Refused("another element has the same id");
-    element.element = builder->create(element.id);
-}
-
 void Loader::finish(ElementFrame& element) {
     element.keys.finish();  // what fails from here on is the element as a whole
     if (element.keys.has(ElementKey::Ref)) {
         element.element = makeReference(element);
     } else if (!element.element) {
-        make(element);
+        requireIdentity(element);
+        element.element = maker_.make(*element.form, element.id);
     }
     if (FieldForm const* const property = element.owner.property) {
         property->property->descriptor()->place(*element.owner.element, element.element);
@@ -238,16 +220,12 @@ void Loader::finish(ElementFrame& element) {
     }
 }
 
-/// The proxy that stands for an element that is contained elsewhere in the model, until it is reached.
 ModelElement Loader::makeReference(ElementFrame const& element) {
     if (!element.keys.areJust(ElementKey::Class, ElementKey::Ref)) {
         throw Refused("a reference has a 'class' and a 'ref' and nothing else");
     }
     if (element.owner.property == nullptr) throw Refused("a root can't be a reference");
-    requireConcrete(*element.form);
-    ModelElement proxy = model_->createProxy(element.form->type, ProxyId(element.id));
-    references_.push_back({proxy, place()});
-    return proxy;
+    return maker_.makeReference(*element.form, element.id, place());
 }
 
 // --- The document ---------------------------------------------------------------------------------------------------
@@ -256,24 +234,13 @@ void Loader::finish(DocumentFrame const& document) {
     for (DocumentKey const key : {DocumentKey::Roots, DocumentKey::Schema, DocumentKey::Version}) {
         if (!document.keys.has(key)) throw Refused("there is no " + inQuotes(nameOf(key)));
     }
-    checkReferences();
+    // While children are postponed, a reference may be to an element that is read later.
+    if (!keep_) maker_.checkReferences(refusedAt_);
     if (roots_.empty()) return;
     std::string const wanted = schemaOf(roots_.front()->getMetaClass());
     if (document.schema != wanted) {
         throw Refused("the schema is " + inQuotes(document.schema) + ", and that of the classes here is " +
                       inQuotes(wanted));
-    }
-}
-
-/// Refuses a reference to an element that isn't there, or is of another class. While children are postponed it can't be
-/// told, since the element may be one that is read later.
-void Loader::checkReferences() {
-    if (keep_) return;
-    for (Reference const& reference : references_) {
-        auto const found = model_->findElement(reference.proxy->getProxyId().id(), FindElementBehavior::InMemoryOnly);
-        if (found.impl() != nullptr && found->getMetaClass()->conformsTo(reference.proxy->getMetaClass())) continue;
-        refusedAt_ = reference.place;
-        throw Refused(found.impl() == nullptr ? "there is no element of that id" : "the element is of another class");
     }
 }
 
@@ -292,11 +259,9 @@ bool Loader::mayPostpone(ElementFrame const& element) const noexcept {
 }
 
 void Loader::postpone(ElementFrame& element) {
-    requireIdentity(element);
-    if (isKnown(element.id) || !keep_(element.id, {*keyEnd_, element.form->type})) {
-        throw Refused("another element has the same id");
-    }
-    element.element = model_->createProxy(element.form->type, ProxyId(store_, element.id));
+    maker_.requireNew(*element.form, element.id);
+    if (!keep_(element.id, {*keyEnd_, element.form->type})) refuseSecondId();
+    element.element = maker_.makePostponed(*element.form, ProxyId(store_, element.id));
 }
 
 void Loader::beginPostponed(meta::Class const& type, boost::uuids::uuid const& id, std::size_t before) {

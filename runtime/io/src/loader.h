@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "element_maker.h"
 #include "forms.h"
 #include "frames.h"
 #include "node.h"
@@ -38,7 +39,7 @@ public:
     /// Remembers an element that is postponed. False if one of that id is postponed already.
     using Keep = std::function<bool(boost::uuids::uuid const&, Postponed)>;
 
-    Loader(Model const& model, Limits const& limits) : model_(model), limits_(limits) {}
+    Loader(Model const& model, Limits const& limits) : maker_(model), limits_(limits) {}
 
     /// From now on, elements that roots own become proxies of that store, each of which is given to `keep`. An element
     /// is built all the same if it can't be postponed.
@@ -63,12 +64,6 @@ public:
     std::string place() const;
 
 private:
-    /// What stands for an element that is contained elsewhere, and the place of that in the text.
-    struct Reference {
-        ModelElement proxy;
-        std::string place;
-    };
-
     Part beginObjectIn(DocumentFrame const& document);
     Part beginObjectIn(ElementsFrame& list);
     Part beginObjectIn(ElementFrame& element);
@@ -91,16 +86,12 @@ private:
     void takeClass(ElementFrame& element, Node const& node);
     bool mayPostpone(ElementFrame const& element) const noexcept;
     void postpone(ElementFrame& element);
-    void make(ElementFrame& element);
     ModelElement makeReference(ElementFrame const& element);
-    bool isKnown(boost::uuids::uuid const& id) const;
-    void checkReferences();
 
-    Model model_;
+    ElementMaker maker_;
     Limits limits_;
     Forms forms_;
     std::vector<ModelElement> roots_;
-    std::vector<Reference> references_;
     std::size_t elements_ = 0;
 
     std::u16string store_;

@@ -1,5 +1,4 @@
 // Reads property values from JSON and stores them in elements.
-#include <keel/text.h>
 #include <quay/zero/text.h>
 #include <zx/array.h>
 

@@ -2,7 +2,6 @@
 #include <keel/text.h>
 #include <quay/zero/primitive_collection.h>
 
-#include "failures.h"
 #include "scalars.h"
 #include "values.h"
 
