@@ -62,21 +62,15 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
     };
     std::vector<Case> const cases = {
         {"", "text: at byte 0: the text ends too early"},
-        {"[]", "text: at /: expected an object, found a list"},
-        {"7", "text: at /: expected an object, found a number"},
-        {"{}", "text: at /: there is no 'roots'"},
         {R"({"roots":[]})", "there is no 'schema'"},
         {R"({"roots":[],"schema":"","version":2})", "text: at /version: expected version 1, found '2'"},
         {R"({"roots":[],"schema":"","version":1,"more":1})", "the key 'more' isn't known here"},
         {R"({"roots":[],"roots":[],"schema":"","version":1})", "the key 'roots' stands twice"},
-        {R"({"roots":{},"schema":"","version":1})", "at /roots: expected no object here"},
         {document("") + " x", "there is more after the end of the text"},
         {document(port("")) + document(""), "there is more after the end of the text"},
-        {document("7"), "at /roots: expected an element, found a number"},
         {document(child("Nowhere", kId)), "at /roots/0/class: there is no class 'ModelRefInfoRepo.Nowhere'"},
         {document(R"({"class":"Integer",)" + std::string(kId) + "}"), "there is no class 'Integer'"},
         {document(child("InterfaceParameter", kId)), "the class 'ModelRefInfoRepo.InterfaceParameter' is abstract"},
-        {document(R"({"class":"ModelRefInfoRepo.RateSpec","values":{}})"), "must come before its 'values'"},
         {document(R"({"class":"ModelRefInfoRepo.RateSpec","id":"1"})"), "at /roots/0/id: expected an id, found '1'"},
         {document(child("RateSpec", R"("id":"00000000-0000-0000-0000-000000000000")")), "expected an id"},
         {document(child("RateSpec", kId) + "," + child("RateSpec", kId)),
@@ -113,10 +107,6 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
          v + "rateInfos: value 0: field 'period': expected a number"},
         {document(port("\"rateInfos\":[{\"period\":1,\"period\":1}]")), v + "rateInfos: the key 'period' stands twice"},
         {document(port("\"rateInfos\":{}")), v + "rateInfos: expected a list, found an object"},
-        {document(port("\"hierCondInfos\":{}")), v + "hierCondInfos: expected a list of elements, found an object"},
-        {document(port("\"hierCondInfos\":[1]")), v + "hierCondInfos: expected an element, found a number"},
-        {document(port("\"dataEventsInfo\":[]")), v + "dataEventsInfo: expected an element, found a list"},
-        {document(port("\"dataEventsInfo\":null")), v + "dataEventsInfo: expected an element, found null"},
         {document(port("\"hierCondInfos\":[" + child("RateSpec", kOther) + "]")),
          v + "hierCondInfos/0/class: an element of 'ModelRefInfoRepo.RateSpec' can't stand where one of "
              "'ModelRefInfoRepo.HierCondInfo' is wanted"},
@@ -132,6 +122,9 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
          "a number of its class is wanted"},
         {document(port("\"resolvedSignalObject\":{\"$array\":{\"class\":\"complex\",\"data\":[1],\"dims\":[1,1]}}")),
          "the array has the unknown class 'complex'"},
+        {document(port("\"resolvedSignalObject\":{\"$array\":{\"class\":\"struct\",\"data\":[],\"dims\":[0,0],"
+                       "\"fields\":[{\"$bytes\":41}]}}")),
+         "the array has no proper 'fields'"},
         {R"({"roots":[)" + port("") + R"(],"schema":"quay0://another","version":1})",
          "the schema is 'quay0://another'"},
         {"{\"roots\": \xff", "this isn't JSON"},
@@ -140,6 +133,46 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
     };
     for (Case const& c : cases) EXPECT_THAT(refusal(c.text), HasSubstr(c.sentence)) << c.text;
     EXPECT_EQ(refusal(document(port("\"designMin\":1e-999"))), "loaded");
+}
+
+/// Each part of a text's structure is an object, a list or a scalar. It is refused if it is another one of them.
+TEST(Load, RefusesTheWrongKindOfValueInEveryPlace) {
+    struct Case {
+        std::string before;  // the text up to the value
+        std::string place;
+        std::string ofTrue;  // the reason why the value `true` is refused
+        std::string ofObject;
+        std::string ofList;
+    };
+    std::string const element = R"({"roots":[{"class":"ModelRefInfoRepo.InportInformation",)";
+    std::string const values = element + kId + ",\"values\":{";
+    std::string const noObject = "expected no object here";
+    std::string const noList = "expected no list here";
+    std::string const noIdentity = "an element's 'class' and 'id' must come before its 'values'";
+    std::string const accepted = "the text ends too early";
+    Case const cases[] = {
+        {"", "/", "expected an object, found true", "there is no 'roots'", "expected an object, found a list"},
+        {"{\"roots\":", "/roots", "expected a list of elements, found true", noObject, accepted},
+        {"{\"schema\":", "/schema", "expected a text, found true", noObject, noList},
+        {"{\"version\":", "/version", "expected version 1, found true", noObject, noList},
+        {"{\"roots\":[", "/roots", "expected an element, found true", noIdentity, noList},
+        {"{\"roots\":[{\"class\":", "/roots/0/class", "expected a class, found true", noObject, noList},
+        {"{\"roots\":[{\"id\":", "/roots/0/id", "expected an id, found true", noObject, noList},
+        {"{\"roots\":[{\"ref\":", "/roots/0/ref", "expected an id, found true", noObject, noList},
+        {element + "\"values\":", "/roots/0/values", "expected an object of properties, found true", noIdentity,
+         noList},
+        {values + "\"hierCondInfos\":", "/roots/0/values/hierCondInfos", "expected an element, found true",
+         "expected a list of elements, found an object", accepted},
+        {values + "\"hierCondInfos\":[", "/roots/0/values/hierCondInfos", "expected an element, found true", noIdentity,
+         noList},
+        {values + "\"dataEventsInfo\":", "/roots/0/values/dataEventsInfo", "expected an element, found true",
+         noIdentity, "expected an element, found a list"},
+    };
+    for (Case const& c : cases) {
+        EXPECT_THAT(refusal(c.before + "true"), testing::EndsWith("text: at " + c.place + ": " + c.ofTrue));
+        EXPECT_THAT(refusal(c.before + "{}"), testing::EndsWith(": " + c.ofObject)) << c.before;
+        EXPECT_THAT(refusal(c.before + "[]"), testing::EndsWith(": " + c.ofList)) << c.before;
+    }
 }
 
 TEST(Load, RefusesKeysThatAreInUseInAMap) {

@@ -1,4 +1,4 @@
-#include <quay/zero/text.h>
+// Reads arrays from the JSON that array_writer.cpp describes.
 #include <zx/zx.h>
 
 #include <limits>
@@ -22,13 +22,23 @@ Node const& require(Node const& node, std::string_view key, Node::Kind kind) {
     return *found;
 }
 
-/// The dimensions, which must make as many elements as `count`.
+/// The data, of whatever kind.
+Node const& requireData(Node const& node) {
+    Node const* const data = node.find("data");
+    if (data == nullptr) refuse("has no 'data'");
+    return *data;
+}
+
+/// The items of data that is a list.
+std::vector<Node> const& itemsOf(Node const& node) { return require(node, "data", Node::Kind::List).items; }
+
+/// The dimensions of an array. Refused unless they are those of `count` elements.
 Dimensions dimensionsOf(Node const& node, std::size_t count) {
     Dimensions result;
     std::size_t product = 1;
     for (Node const& item : require(node, "dims", Node::Kind::List).items) {
         std::size_t dimension = 0;
-        if (!item.is(Node::Kind::Number) || !parseInteger(item.text, dimension)) refuse("has no proper 'dims'");
+        if (!parseInteger(item, dimension)) refuse("has no proper 'dims'");
         if (dimension != 0 && product > std::numeric_limits<std::size_t>::max() / dimension) refuse("is too large");
         product *= dimension;
         result.push_back(dimension);
@@ -45,11 +55,9 @@ template <class N>
 void parseNumber(Node const& item, N& value) {
     bool fits = false;
     if constexpr (std::is_floating_point_v<N>) {
-        Node const* const special = item.escape(kRealKey);
-        fits = special != nullptr ? special->is(Node::Kind::Text) && parseSpecialReal(special->text, value)
-                                  : item.is(Node::Kind::Number) && parseReal(item.text, value);
+        fits = parseReal(item, value);
     } else {
-        fits = item.is(Node::Kind::Number) && parseInteger(item.text, value);
+        fits = parseInteger(item, value);
     }
     if (!fits)
         refuse("has " + std::string(describe(item)) + (item.text.empty() ? "" : " " + inQuotes(item.text)) +
@@ -58,7 +66,7 @@ void parseNumber(Node const& item, N& value) {
 
 template <class N>
 zx::Array parseNumbers(Node const& node, zxClassCode code) {
-    auto const& data = require(node, "data", Node::Kind::List).items;
+    auto const& data = itemsOf(node);
     Node const* const imaginary = node.find("imag");
     if (imaginary != nullptr && (!imaginary->is(Node::Kind::List) || imaginary->items.size() != data.size())) {
         refuse("has other numbers of real and imaginary parts");
@@ -74,7 +82,7 @@ zx::Array parseNumbers(Node const& node, zxClassCode code) {
 }
 
 zx::Array parseLogicals(Node const& node) {
-    auto const& data = require(node, "data", Node::Kind::List).items;
+    auto const& data = itemsOf(node);
     zx::Array array(zxCreateNumericArray(dimensionsOf(node, data.size()), zxLogicalClass));
     auto const values = zx::valuesForWriting<bool>(array.get());
     for (std::size_t i = 0; i < data.size(); ++i) {
@@ -84,20 +92,21 @@ zx::Array parseLogicals(Node const& node) {
     return array;
 }
 
-std::u16string parseText(Node const& node) {
+std::u16string requireText(Node const& node) {
     std::u16string text;
-    Node const* const escaped = node.escape(kUtf16Key);
-    if (node.is(Node::Kind::Text)) return toUtf16(node.text);
-    if (escaped == nullptr || !escaped->is(Node::Kind::Text) || !parseUtf16(escaped->text, text)) {
-        refuse("has " + std::string(describe(node)) + " for a text");
-    }
+    if (!parseText(node, text)) refuse("has " + std::string(describe(node)) + " for a text");
     return text;
 }
 
+/// The name of a field or a class, which stands under `key`.
+std::string requireName(Node const& node, std::string_view key) {
+    std::string name;
+    if (!parseBytes(node, name)) refuse("has no proper " + inQuotes(key));
+    return name;
+}
+
 zx::Array parseChars(Node const& node) {
-    Node const* const data = node.find("data");
-    if (data == nullptr) refuse("has no 'data'");
-    std::u16string const text = parseText(*data);
+    std::u16string const text = requireText(requireData(node));
     zx::Array array(zxCreateNumericArray(dimensionsOf(node, text.size()), zxCharClass));
     auto const units = zx::valuesForWriting<char16_t>(array.get());
     std::copy(text.begin(), text.end(), units.begin());
@@ -105,25 +114,20 @@ zx::Array parseChars(Node const& node) {
 }
 
 zx::Array parseCells(Node const& node) {
-    auto const& data = require(node, "data", Node::Kind::List).items;
+    auto const& data = itemsOf(node);
     zx::Array array(zxCreateCellArray(dimensionsOf(node, data.size())));
     for (std::size_t i = 0; i < data.size(); ++i) zxSetCell(array.get(), i, parseArray(data[i]));
     return array;
 }
 
 zx::Array parseStructs(Node const& node) {
-    auto const& data = require(node, "data", Node::Kind::List).items;
+    auto const& data = itemsOf(node);
     auto const& fields = require(node, "fields", Node::Kind::List).items;
     zx::Array array(zxCreateStructArray(dimensionsOf(node, data.size())));
     for (Node const& name : fields) {
-        std::string bytes = name.text;
-        if (Node const* const escaped = name.escape(kBytesKey)) {
-            if (!parseBytes(escaped->text, bytes)) refuse("has no proper 'fields'");
-        } else if (!name.is(Node::Kind::Text)) {
-            refuse("has no proper 'fields'");
-        }
-        if (zxFindField(array.get(), bytes)) refuse("has a field " + inQuotes(bytes) + " twice");
-        zxAddField(array.get(), bytes);
+        std::string const field = requireName(name, "fields");
+        if (zxFindField(array.get(), field)) refuse("has a field " + inQuotes(field) + " twice");
+        zxAddField(array.get(), field);
     }
     for (std::size_t i = 0; i < data.size(); ++i) {
         if (!data[i].is(Node::Kind::List) || data[i].items.size() != fields.size()) {
@@ -137,26 +141,20 @@ zx::Array parseStructs(Node const& node) {
 }
 
 zx::Array parseStrings(Node const& node) {
-    auto const& data = require(node, "data", Node::Kind::List).items;
+    auto const& data = itemsOf(node);
     zx::Array array(zxCreateStringObjectArray(dimensionsOf(node, data.size())));
-    for (std::size_t i = 0; i < data.size(); ++i) zxSetStringElement(array.get(), i, parseText(data[i]));
+    for (std::size_t i = 0; i < data.size(); ++i) zxSetStringElement(array.get(), i, requireText(data[i]));
     return array;
 }
 
 zx::Array parseObjects(Node const& node, Node const& object) {
-    std::string name = object.text;
-    if (Node const* const escaped = object.escape(kBytesKey)) {
-        if (!parseBytes(escaped->text, name)) refuse("has no proper 'object'");
-    } else if (!object.is(Node::Kind::Text)) {
-        refuse("has no proper 'object'");
-    }
-    Node const* const data = node.find("data");
-    if (data == nullptr) refuse("has no 'data'");
+    std::string const name = requireName(object, "object");
+    Node const& data = requireData(node);
     zx::Array array;
-    if (data->is(Node::Kind::Null)) {
+    if (data.is(Node::Kind::Null)) {
         array.reset(zxCreateEmptyObject(name));
     } else {
-        zx::Array underlying(parseArray(*data));
+        zx::Array underlying(parseArray(data));
         array.reset(zxCreateObjectFromUnderlying(name, underlying.get()));
         static_cast<void>(underlying.release());
     }

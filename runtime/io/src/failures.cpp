@@ -11,6 +11,7 @@ namespace quay::zero::io {
 
 namespace {
 
+/// Adds the sentences of this folder's messages to the catalogue, the first time that it is called.
 void enterSentences() {
     static bool const entered = [] {
         keel::Catalogue& catalogue = keel::Catalogue::instance();
@@ -26,6 +27,10 @@ void enterSentences() {
 std::u16string reasonOf(int error) { return toUtf16(std::generic_category().message(error)); }
 
 }  // namespace
+
+void refuseSecond(std::string_view key) { throw Refused("the key " + inQuotes(key) + " stands twice"); }
+
+void refuseSecondId() { throw Refused("another element has the same id"); }
 
 void reportLoad(std::string_view file, std::string_view place, std::string_view reason) {
     enterSentences();

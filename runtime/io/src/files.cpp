@@ -23,12 +23,12 @@ SourceFile::~SourceFile() { ::close(descriptor_); }
 
 namespace {
 
-/// Calls `readSome` with the room that is left until it is full or nothing more comes.
+/// Calls `readSome` with the part of the buffer that is left, until the buffer is full or nothing more comes.
 template <class F>
-std::size_t fill(std::string const& name, std::span<char> room, F&& readSome) {
+std::size_t fill(std::string const& name, std::span<char> buffer, F&& readSome) {
     std::size_t filled = 0;
-    while (filled < room.size()) {
-        ssize_t const count = readSome(room.subspan(filled), filled);
+    while (filled < buffer.size()) {
+        ssize_t const count = readSome(buffer.subspan(filled), filled);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) reportUnreadable(name, errno);
         if (count == 0) break;
@@ -39,13 +39,13 @@ std::size_t fill(std::string const& name, std::span<char> room, F&& readSome) {
 
 }  // namespace
 
-std::size_t SourceFile::read(std::span<char> room) {
-    return fill(name_, room,
+std::size_t SourceFile::read(std::span<char> buffer) {
+    return fill(name_, buffer,
                 [&](std::span<char> rest, std::size_t) { return ::read(descriptor_, rest.data(), rest.size()); });
 }
 
-std::size_t SourceFile::readAt(std::span<char> room, std::uint64_t offset) const {
-    return fill(name_, room, [&](std::span<char> rest, std::size_t filled) {
+std::size_t SourceFile::readAt(std::span<char> buffer, std::uint64_t offset) const {
+    return fill(name_, buffer, [&](std::span<char> rest, std::size_t filled) {
         return ::pread(descriptor_, rest.data(), rest.size(), static_cast<off_t>(offset + filled));
     });
 }
@@ -56,7 +56,7 @@ SourceFile::State SourceFile::state() const noexcept {
     return {now.st_size, now.st_mtim.tv_sec, now.st_mtim.tv_nsec, S_ISREG(now.st_mode)};
 }
 
-bool SourceFile::hasPlaces() const noexcept { return opened_.isRegular; }
+bool SourceFile::hasOffsets() const noexcept { return opened_.isRegular; }
 bool SourceFile::wasChanged() const noexcept { return state() != opened_; }
 
 TargetFile::TargetFile(std::filesystem::path const& path) : path_(path) {
@@ -70,7 +70,7 @@ TargetFile::TargetFile(std::filesystem::path const& path) : path_(path) {
         if (descriptor_ < 0) fail();
         return;
     }
-    // Replacing needs no right to the file itself, but who may not write it doesn't mean to replace it either.
+    // Renaming would also replace a file that is write-protected, which nobody expects.
     if (exists && ::access(path_.c_str(), W_OK) != 0) fail();
     aside_ = path_;
     aside_ += "." + to_string(ElementImpl::generateNewUuid()).substr(0, 8) + ".new";
@@ -97,7 +97,7 @@ void TargetFile::write(std::string_view text) {
 }
 
 void TargetFile::commit() {
-    // What was written is on the disk before the name points at it.
+    // Otherwise a crash could leave the name with a file whose content isn't on the disk yet.
     if (!aside_.empty() && ::fsync(descriptor_) != 0) fail();
     if (::close(std::exchange(descriptor_, -1)) != 0) fail();
     if (aside_.empty()) return;

@@ -1,4 +1,4 @@
-// Files: reading in pieces, and writing aside before taking the old file's place.
+// Files that are read in pieces, and files that are replaced as a whole.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace quay::zero::io {
 
-/// A file opened for reading. CannotReadFile if it can't be opened, is a directory or fails to read.
+/// A file that is open for reading. Reports CannotReadFile if it can't be opened or read, or is a directory.
 class SourceFile {
 public:
     explicit SourceFile(std::filesystem::path const& path);
@@ -18,12 +18,14 @@ public:
     SourceFile& operator=(SourceFile const&) = delete;
 
     std::string const& name() const noexcept { return name_; }
-    /// Fills the room as far as it goes; less comes at the end of the file alone.
-    std::size_t read(std::span<char> room);
-    /// The same from a place in the file, for files that have places.
-    std::size_t readAt(std::span<char> room, std::uint64_t offset) const;
-    bool hasPlaces() const noexcept;
-    /// Whether somebody wrote to the file since it was opened. Replacing it is no writing.
+    /// Reads the next bytes into the buffer and returns their number, which is less than the size of the buffer only at
+    /// the end of the file.
+    std::size_t read(std::span<char> buffer);
+    /// Reads like `read`, but from an offset, if the file has offsets.
+    std::size_t readAt(std::span<char> buffer, std::uint64_t offset) const;
+    /// Whether the file is a regular one, which can be read from any offset.
+    bool hasOffsets() const noexcept;
+    /// Whether the file was written to since it was opened. Another file that took its name doesn't count.
     bool wasChanged() const noexcept;
 
 private:
@@ -41,8 +43,9 @@ private:
     State opened_;
 };
 
-/// A file that takes the place of another one, of the same permissions, when it is complete, and vanishes otherwise.
-/// A link is followed; what is no regular file is written straight away. CannotWriteFile.
+/// A file that is written under another name first. `commit` gives it the name and the permissions of the file that it
+/// replaces; without a commit it is removed. The target of a symbolic link is replaced, not the link. What isn't a
+/// regular file is written in place. Reports CannotWriteFile for whatever fails.
 class TargetFile {
 public:
     explicit TargetFile(std::filesystem::path const& path);
@@ -57,7 +60,7 @@ private:
     [[noreturn]] void fail() const;
 
     std::filesystem::path path_;
-    std::filesystem::path aside_;  // empty once it isn't there, or where it never was
+    std::filesystem::path aside_;  // the name until `commit`; empty after it, and if the file is written in place
     int descriptor_ = -1;
 };
 

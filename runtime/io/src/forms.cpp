@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+#include "failures.h"
+
 namespace quay::zero::io {
 
 namespace {
@@ -27,6 +29,10 @@ ValueForm::Kind kindOf(meta::Type const& type) {
     return meta::Class::cast(type) ? Kind::Element : Kind::Unknown;
 }
 
+void sortByName(std::vector<FieldForm>& fields) {
+    std::sort(fields.begin(), fields.end(), [](FieldForm const& a, FieldForm const& b) { return a.name < b.name; });
+}
+
 ValueForm valueForm(meta::Type const& type) {
     auto const& serializers = *meta::PropertySerializerRegistry::getInstance();
     ValueForm form;
@@ -37,7 +43,7 @@ ValueForm valueForm(meta::Type const& type) {
     if (form.kind == ValueForm::Kind::Structure) {
         form.structure = serializers.getDatatypeSerializer(type);
         for (meta::Property const& field : type->getProperties()) form.fields.push_back(formOf(field));
-        std::sort(form.fields.begin(), form.fields.end(), [](auto& a, auto& b) { return a.name < b.name; });
+        sortByName(form.fields);
     }
     bool const isUsable = form.kind == ValueForm::Kind::Structure     ? form.structure != nullptr
                           : form.kind == ValueForm::Kind::Enumeration ? form.serializer && form.byNumber
@@ -85,12 +91,16 @@ ClassForm& Forms::of(meta::Class const& type) {
         if (property->isDerived() || property->descriptor() == nullptr) continue;
         form->properties.push_back(formOf(property));
     }
-    std::sort(form->properties.begin(), form->properties.end(), [](auto& a, auto& b) { return a.name < b.name; });
+    sortByName(form->properties);
     place = form.get();
     std::string const name = form->name;
     byName_[name] = std::move(form);
     return *place;
 }
+
+std::string quotedName(meta::Type const& type) { return inQuotes(keel::toUtf8(type->getQualifiedName())); }
+
+void refuseType(ValueForm const& form) { throw Refused("values of type " + quotedName(form.type) + " have no text"); }
 
 std::string schemaOf(meta::Class const& type) {
     meta::Package const package = type->getOwningPackage();

@@ -1,4 +1,5 @@
-// What saving and loading know of classes: the stored properties by name, and how the values of each type are written.
+// What saving and loading need to know of classes: their stored properties, and how the values of each type are
+// written.
 #pragma once
 
 #include <quay/zero/meta/serializers.h>
@@ -37,7 +38,7 @@ struct ValueForm {
     meta::PropertySerializer const* serializer = nullptr;  // of primitive types and, by name, of enumerations
     meta::PropertySerializer const* byNumber = nullptr;    // of enumerations
     meta::DatatypeSerializer const* structure = nullptr;
-    std::vector<FieldForm> fields;  // of structures, by name
+    std::vector<FieldForm> fields;  // of structures, sorted by name
 };
 
 /// A property of a class, or a field of a structure.
@@ -47,20 +48,22 @@ struct FieldForm {
     ValueForm value;
     bool isSeveral = false;
     bool isSet = false;
-    std::string initial{};  // the text of a fresh element's value; only where somebody writes
+    std::string initial{};  // the text of its value in a new element; only in forms that are prepared for writing
 };
 
-/// A class, with its stored properties by name.
+/// A class and its stored properties.
 struct ClassForm {
     meta::Class type;
-    std::string name;  // qualified
-    std::vector<FieldForm> properties;
-    bool isPrepared = false;  // the initial texts are there
+    std::string name;                   // qualified
+    std::vector<FieldForm> properties;  // sorted by name
+    bool isPrepared = false;            // for writing: the properties have their initial texts
 
+    /// The property of that name, or null.
     FieldForm const* find(std::string_view property) const noexcept;
 };
 
-/// The forms of the classes met in one run. They aren't kept for longer, since libraries come and go.
+/// The forms of the classes that occur in one text. They aren't kept for the next text, since the library of a class
+/// may be unloaded in between.
 class Forms {
 public:
     /// The class of that qualified name, or null if there is none.
@@ -74,6 +77,12 @@ private:
 
 /// How a property is written.
 FieldForm formOf(meta::Property const& property);
+
+/// The qualified name of a type for a message.
+std::string quotedName(meta::Type const& type);
+
+/// Throws Refused for a type whose values have no text.
+[[noreturn]] void refuseType(ValueForm const& form);
 
 /// The URI of the package that a class belongs to.
 std::string schemaOf(meta::Class const& type);

@@ -10,6 +10,21 @@
 
 namespace quay::zero::io {
 
+namespace {
+
+/// Adds the elements of a source, a text or a file, to the model and returns the roots among them.
+template <class Source>
+std::vector<ModelElement> readInto(Model const& model, std::string const& name, Source& source, Limits const& limits) {
+    Transaction transaction = model->beginTransaction(false);
+    Reading reading(model, name, limits);
+    reading.feed(source);
+    std::vector<ModelElement> roots = reading.finish();
+    transaction.commit(boost::none);
+    return roots;
+}
+
+}  // namespace
+
 std::string toText(Model const& model) { return Writer(model).write(); }
 
 std::string toText(ModelElement const& element) { return Writer(element->getModel()).write(element); }
@@ -58,22 +73,12 @@ Model load(std::filesystem::path const& path, Limits const& limits, Loading load
 }
 
 std::vector<ModelElement> fromTextInto(Model const& model, std::string_view text, Limits const& limits) {
-    Transaction transaction = model->beginTransaction(false);
-    Reading reading(model, "text", limits);
-    reading.feed(text);
-    std::vector<ModelElement> roots = reading.finish();
-    transaction.commit(boost::none);
-    return roots;
+    return readInto(model, "text", text, limits);
 }
 
 std::vector<ModelElement> loadInto(Model const& model, std::filesystem::path const& path, Limits const& limits) {
     SourceFile file(path);
-    Transaction transaction = model->beginTransaction(false);
-    Reading reading(model, file.name(), limits);
-    reading.feed(file);
-    std::vector<ModelElement> roots = reading.finish();
-    transaction.commit(boost::none);
-    return roots;
+    return readInto(model, file.name(), file, limits);
 }
 
 }  // namespace quay::zero::io

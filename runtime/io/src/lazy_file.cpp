@@ -14,7 +14,8 @@ namespace quay::zero::io {
 
 namespace {
 
-/// Owned by the model's resolver, and so gone before the model.
+/// A file, and where in it the values of each element stand that was postponed. The model's proxy resolver owns it, so
+/// the model outlives it.
 class LazyFile {
 public:
     LazyFile(ModelImpl& model, std::filesystem::path const& path, Limits const& limits)
@@ -23,10 +24,9 @@ public:
     void loadRoots() {
         Transaction transaction = model_.beginTransaction(false);
         Reading reading(Model(&model_), file_.name(), limits_);
-        if (file_.hasPlaces()) {
+        if (file_.hasOffsets()) {
             reading.loader().postponeChildren(store_, [this](boost::uuids::uuid const& id, Postponed const& where) {
-                bool const isNew = model_.findElement(id, FindElementBehavior::InMemoryOnly).impl() == nullptr;
-                if (!isNew || !postponed_.emplace(id, where).second) throw Refused("another element has the same id");
+                return postponed_.emplace(id, where).second;
             });
         }
         reading.feed(file_);
@@ -45,34 +45,36 @@ public:
 private:
     ModelElement read(boost::uuids::uuid const& id, Postponed const& where) {
         if (file_.wasChanged()) reportLoad(file_.name(), "/", "the file was written to since it was opened");
-        // Nobody is told: to those who look at the model from outside, the element was always there.
+        // A system transaction: listeners aren't told, since what users can reach in the model doesn't change.
         Transaction transaction = model_.beginTransaction(true);
         Reading reading(Model(&model_), file_.name(), limits_);
         reading.loader().beginPostponed(where.type, id, elements_);
-        std::vector<char> piece(kFirstPiece);
-        std::uint64_t offset = where.offset;
-        bool isComplete = false;
-        for (bool hasBegun = false; !isComplete;) {
-            std::size_t const count = file_.readAt(piece, offset);
-            if (count == 0) reportLoad(file_.name(), "byte " + std::to_string(offset), "the text ends too early");
-            std::string_view text(piece.data(), count);
-            offset += count;
-            if (!hasBegun) {
-                std::size_t const colon = text.find(':');
-                if (colon == std::string_view::npos) continue;
-                hasBegun = true;
-                text.remove_prefix(colon + 1);
-            }
-            if (!text.empty()) isComplete = reading.feedValue(text);
-            piece.resize(Reading::kPiece);
-        }
+        feedValues(reading, where.offset);
         reading.loader().finishPostponed();
         elements_ = reading.loader().elementCount();
         transaction.commit(boost::none);
         return reading.loader().takeRoots().at(0);
     }
 
-    static constexpr std::size_t kFirstPiece = 4096;
+    /// Feeds the object that stands behind the key "values", of which the offset is the end.
+    void feedValues(Reading& reading, std::uint64_t offset) const {
+        std::vector<char> piece(kFirstPiece);
+        bool isAfterColon = false;
+        for (bool isComplete = false; !isComplete; piece.resize(Reading::kPiece)) {
+            std::size_t const count = file_.readAt(piece, offset);
+            if (count == 0) reportLoad(file_.name(), "byte " + std::to_string(offset), "the text ends too early");
+            offset += count;
+            std::string_view text(piece.data(), count);
+            if (!isAfterColon) {
+                std::size_t const colon = text.find(':');
+                isAfterColon = colon != std::string_view::npos;
+                text.remove_prefix(isAfterColon ? colon + 1 : text.size());
+            }
+            if (!text.empty()) isComplete = reading.feedValue(text);
+        }
+    }
+
+    static constexpr std::size_t kFirstPiece = 4096;  // less than Reading::kPiece, since most elements are small
 
     ModelImpl& model_;
     Limits limits_;

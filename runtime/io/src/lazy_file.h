@@ -1,12 +1,15 @@
-// Files whose elements are read when they are reached.
+// Loads the roots of a file at once, and the elements that they own when these are reached.
 #pragma once
 
-#include <quay/zero/io/io.h>
+#include <quay/zero/io/limits.h>
+#include <quay/zero/model.h>
+
+#include <filesystem>
 
 namespace quay::zero::io {
 
-/// Reads the roots of a file into the model and sets the model's resolver, which reads the rest. A file that can't be
-/// read from any place, such as a pipe, is read as a whole.
+/// Reads the roots of a file into a model and sets the model's proxy resolver, which reads the other elements. A file
+/// that can only be read from the begin to the end, such as a pipe, is read as a whole.
 void loadLazily(Model const& model, std::filesystem::path const& path, Limits const& limits);
 
 }  // namespace quay::zero::io

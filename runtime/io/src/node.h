@@ -1,8 +1,6 @@
-// A piece of JSON in memory: one property's value while it is being read. Numbers keep their text, since JSON says
-// nothing of how exact they are.
+// A piece of JSON in memory: the value of one property while it is being read.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,23 +12,19 @@ struct Node {
     enum class Kind : std::uint8_t { Null, Boolean, Number, Text, List, Object };
 
     Kind kind = Kind::Null;
-    bool truth = false;
-    std::string text{};               // of a number or a text
-    std::vector<Node> items{};        // of a list, or an object's values
+    bool truth = false;               // of a boolean
+    std::string text{};               // of a text; of a number as it was written, since its type decides its precision
+    std::vector<Node> items{};        // of a list; of an object the values, in the order of its keys
     std::vector<std::string> keys{};  // of an object
 
     bool is(Kind other) const noexcept { return kind == other; }
-    /// The value under a key, or null.
-    Node const* find(std::string_view key) const noexcept {
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            if (keys[i] == key) return &items[i];
-        }
-        return nullptr;
-    }
-    /// The text in an object whose only key is that one, or null.
-    Node const* escape(std::string_view key) const noexcept {
-        return kind == Kind::Object && keys.size() == 1 && keys[0] == key ? &items[0] : nullptr;
-    }
+    /// The value of that key of an object, or null.
+    Node const* find(std::string_view key) const noexcept;
+    /// The value of that key if it is the only one of an object, or null.
+    Node const* escape(std::string_view key) const noexcept;
 };
+
+/// What a node is, for messages: "a number".
+char const* describe(Node const& node) noexcept;
 
 }  // namespace quay::zero::io

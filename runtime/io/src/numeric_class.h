@@ -8,10 +8,11 @@
 
 namespace quay::zero::io {
 
-/// Calls f with a value of the C++ type of a class of numbers; false if the class isn't one.
+/// Calls `f` with a value of the C++ type whose numbers an array of that class has. False if the class isn't one of
+/// numbers.
 template <class F>
 bool withNumberType(zxClassCode code, F&& f) {
-    // NOLINTNEXTLINE(bugprone-branch-clone): each calls f for another type
+    // NOLINTNEXTLINE(bugprone-branch-clone): each branch calls f with another type
     switch (code) {
         case zxDoubleClass:
             f(double());
@@ -48,7 +49,7 @@ bool withNumberType(zxClassCode code, F&& f) {
     }
 }
 
-/// The class of that name, or cell's if there is none.
+/// The class of numbers that has that name, or the class of cell arrays if there is none.
 inline zxClassCode numberClass(std::string_view name) noexcept {
     constexpr std::string_view names[] = {"double", "single", "int8",   "uint8", "int16",
                                           "uint16", "int32",  "uint32", "int64", "uint64"};

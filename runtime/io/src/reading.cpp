@@ -57,19 +57,19 @@ void Reading::refuse(std::uint64_t offset, std::string const& reason) const {
     reportLoad(name_, "byte " + std::to_string(offset), reason);
 }
 
-void Reading::refuse(std::string const& reason) { reportLoad(name_, loader().place(), reason); }
+void Reading::refuse(std::string const& reason) const { reportLoad(name_, parser_.handler().loader().place(), reason); }
 
 std::size_t Reading::parse(bool more, std::string_view piece) {
     boost::json::error_code error;
     std::size_t used = 0;
-    loader().beginPiece(piece, read_);
+    parser_.handler().beginPiece(piece, read_);
     try {
         used = parser_.write_some(more, piece.data(), piece.size(), error);
     } catch (Refused const& refused) {
         refuse(refused.what());
     } catch (keel::core::except::Error const& failure) {
         refuse(failure.GetBaseMsgIDObj().sentence());
-    } catch (std::logic_error const& failure) {  // what the arrays throw
+    } catch (std::logic_error const& failure) {  // of the arrays
         refuse(failure.what());
     }
     if (error) refuse(read_ + used, reasonOf(error));

@@ -19,6 +19,8 @@ using Bits = std::conditional_t<sizeof(R) == 8, std::uint64_t, std::uint32_t>;
 template <class R>
 constexpr R kPlainNan = std::numeric_limits<R>::quiet_NaN();
 
+constexpr std::string_view kRealKey = "$real";
+constexpr std::string_view kBytesKey = "$bytes";
 constexpr char kDigits[] = "0123456789abcdef";
 
 template <class N>
@@ -27,7 +29,7 @@ void appendHex(std::string& out, N value) {
         out.push_back(kDigits[(value >> shift) & 15U]);
 }
 
-/// Reads the digits that `appendHex` writes, in lower case alone, so that there is one way to write each value.
+/// Reads the digits that `appendHex` writes. Digits in upper case aren't read, so that each value has only one text.
 template <class N>
 bool parseHex(std::string_view digits, N& value) {
     value = 0;
@@ -39,8 +41,28 @@ bool parseHex(std::string_view digits, N& value) {
     return digits.size() == sizeof(N) * 2;
 }
 
+/// Reads units from the digits that `appendHexUnits` writes.
+template <class Unit, class Text>
+bool parseHexUnits(std::string_view digits, Text& text) {
+    constexpr std::size_t kDigitsOfUnit = sizeof(Unit) * 2;
+    text.clear();
+    for (; digits.size() >= kDigitsOfUnit; digits.remove_prefix(kDigitsOfUnit)) {
+        Unit unit = 0;
+        if (!parseHex(digits.substr(0, kDigitsOfUnit), unit)) return false;
+        text.push_back(static_cast<typename Text::value_type>(unit));
+    }
+    return digits.empty();
+}
+
 void appendEscape(std::string& out, std::string_view key, std::string_view text) {
     out.append("{\"").append(key).append("\":\"").append(text).append("\"}");
+}
+
+template <class Unit, class Text>
+void appendHexUnits(std::string& out, std::string_view key, Text const& text) {
+    std::string digits;
+    for (auto const unit : text) appendHex(digits, static_cast<Unit>(unit));
+    appendEscape(out, key, digits);
 }
 
 template <class R>
@@ -58,12 +80,12 @@ void appendAnyReal(std::string& out, R value) {
     char buffer[40];
     char* const end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
     out.append(buffer, end);
-    // Readers that tell whole numbers from others would take "-0" for a 0 without a sign.
+    // A reader that tells integers from other numbers would read "-0" as the integer 0, which has no sign.
     if (value == 0 && std::signbit(value)) out.append(".0");
 }
 
 template <class R>
-bool parseAnySpecialReal(std::string_view name, R& value) {
+bool parseSpecialReal(std::string_view name, R& value) {
     if (name == "NaN") {
         value = kPlainNan<R>;
     } else if (name == "Infinity" || name == "-Infinity") {
@@ -77,9 +99,9 @@ bool parseAnySpecialReal(std::string_view name, R& value) {
     return true;
 }
 
-/// A number that is too small to tell from 0 is 0, as everywhere; one that is too large is none.
+/// Reads a number that is too small for the type as 0. A number that is too large for it isn't read.
 template <class R>
-bool parseAnyReal(std::string_view number, R& value) {
+bool parseFiniteReal(std::string_view number, R& value) {
     char const* const end = number.data() + number.size();
     auto const [stop, error] = std::from_chars(number.data(), end, value);
     if (stop != end) return false;
@@ -90,6 +112,14 @@ bool parseAnyReal(std::string_view number, R& value) {
     return isTiny;
 }
 
+template <class R>
+bool parseAnyReal(Node const& node, R& value) {
+    if (Node const* const special = node.escape(kRealKey)) {
+        return special->is(Node::Kind::Text) && parseSpecialReal(special->text, value);
+    }
+    return node.is(Node::Kind::Number) && parseFiniteReal(node.text, value);
+}
+
 bool isAscii(std::string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80U) == 0; });
 }
@@ -98,10 +128,8 @@ bool isAscii(std::string_view text) noexcept {
 
 void appendReal(std::string& out, double value) { appendAnyReal(out, value); }
 void appendReal(std::string& out, float value) { appendAnyReal(out, value); }
-bool parseReal(std::string_view number, double& value) { return parseAnyReal(number, value); }
-bool parseReal(std::string_view number, float& value) { return parseAnyReal(number, value); }
-bool parseSpecialReal(std::string_view name, double& value) { return parseAnySpecialReal(name, value); }
-bool parseSpecialReal(std::string_view name, float& value) { return parseAnySpecialReal(name, value); }
+bool parseReal(Node const& node, double& value) { return parseAnyReal(node, value); }
+bool parseReal(Node const& node, float& value) { return parseAnyReal(node, value); }
 
 void appendQuoted(std::string& out, std::string_view utf8) {
     out.push_back('"');
@@ -143,44 +171,44 @@ void appendQuoted(std::string& out, std::string_view utf8) {
 
 void appendText(std::string& out, std::u16string_view text) {
     std::string const utf8 = keel::toUtf8(text);
-    // A half surrogate becomes U+FFFD on its way and doesn't come back.
+    // Half a surrogate pair becomes U+FFFD in UTF-8, from which it doesn't come back.
     if (utf8.size() == text.size() || toUtf16(utf8) == text) {
         appendQuoted(out, utf8);
-        return;
+    } else {
+        appendHexUnits<std::uint16_t>(out, kUtf16Key, text);
     }
-    std::string digits;
-    for (char16_t const unit : text) appendHex(digits, static_cast<std::uint16_t>(unit));
-    appendEscape(out, kUtf16Key, digits);
 }
 
 void appendBytes(std::string& out, std::string_view bytes) {
     if (isAscii(bytes) || keel::toUtf8(toUtf16(bytes)) == bytes) {
         appendQuoted(out, bytes);
-        return;
+    } else {
+        appendHexUnits<std::uint8_t>(out, kBytesKey, bytes);
     }
-    std::string digits;
-    for (char const byte : bytes) appendHex(digits, static_cast<std::uint8_t>(byte));
-    appendEscape(out, kBytesKey, digits);
 }
 
-bool parseUtf16(std::string_view digits, std::u16string& text) {
-    text.clear();
-    for (; digits.size() >= 4; digits.remove_prefix(4)) {
-        std::uint16_t unit = 0;
-        if (!parseHex(digits.substr(0, 4), unit)) return false;
-        text.push_back(static_cast<char16_t>(unit));
-    }
-    return digits.empty();
+void appendKey(std::string& out, std::string_view name, bool isFirst) {
+    if (!isFirst) out.push_back(',');
+    appendQuoted(out, name);
+    out.push_back(':');
 }
 
-bool parseBytes(std::string_view digits, std::string& bytes) {
-    bytes.clear();
-    for (; digits.size() >= 2; digits.remove_prefix(2)) {
-        std::uint8_t byte = 0;
-        if (!parseHex(digits.substr(0, 2), byte)) return false;
-        bytes.push_back(static_cast<char>(byte));
+bool parseText(Node const& node, std::u16string& text) {
+    if (node.is(Node::Kind::Text)) {
+        text = toUtf16(node.text);
+        return true;
     }
-    return digits.empty();
+    Node const* const escaped = node.escape(kUtf16Key);
+    return escaped != nullptr && escaped->is(Node::Kind::Text) && parseHexUnits<std::uint16_t>(escaped->text, text);
+}
+
+bool parseBytes(Node const& node, std::string& bytes) {
+    if (node.is(Node::Kind::Text)) {
+        bytes = node.text;
+        return true;
+    }
+    Node const* const escaped = node.escape(kBytesKey);
+    return escaped != nullptr && escaped->is(Node::Kind::Text) && parseHexUnits<std::uint8_t>(escaped->text, bytes);
 }
 
 }  // namespace quay::zero::io

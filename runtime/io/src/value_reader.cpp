@@ -1,4 +1,4 @@
-#include <keel/text.h>
+// Reads property values from JSON and stores them in elements.
 #include <quay/zero/text.h>
 #include <zx/array.h>
 
@@ -23,38 +23,28 @@ namespace {
 template <class N>
 Value integer(ValueForm const& form, Node const& node, char const* wanted) {
     N value{};
-    if (!node.is(Node::Kind::Number) || !parseInteger(node.text, value)) refuse(wanted, node);
+    if (!parseInteger(node, value)) refuse(wanted, node);
     return {form.type, value, ValueFlags::One};
 }
 
 Value real(ValueForm const& form, Node const& node) {
     double value = 0;
-    Node const* const special = node.escape(kRealKey);
-    bool const isReal = special != nullptr ? special->is(Node::Kind::Text) && parseSpecialReal(special->text, value)
-                                           : node.is(Node::Kind::Number) && parseReal(node.text, value);
-    if (!isReal) refuse("a number", node);
+    if (!parseReal(node, value)) refuse("a number", node);
     return {form.type, value, ValueFlags::One};
 }
 
 Value text(ValueForm const& form, Node const& node) {
     std::u16string value;
-    if (Node const* const escaped = node.escape(kUtf16Key)) {
-        if (!escaped->is(Node::Kind::Text) || !parseUtf16(escaped->text, value)) refuse("units of a text", *escaped);
-    } else if (node.is(Node::Kind::Text)) {
-        value = toUtf16(node.text);
-    } else {
+    if (!parseText(node, value)) {
+        if (Node const* const escaped = node.escape(kUtf16Key)) refuse("units of a text", *escaped);
         refuse("a text", node);
     }
     return {form.type, value, ValueFlags::One};
 }
 
 Value bytes(ValueForm const& form, Node const& node) {
-    if (node.is(Node::Kind::Text)) return {form.type, node.text, ValueFlags::One};
     std::string value;
-    Node const* const escaped = node.escape(kBytesKey);
-    if (escaped == nullptr || !escaped->is(Node::Kind::Text) || !parseBytes(escaped->text, value)) {
-        refuse("a text", node);
-    }
+    if (!parseBytes(node, value)) refuse("a text", node);
     return {form.type, value, ValueFlags::One};
 }
 
@@ -63,8 +53,7 @@ Value enumeration(ValueForm const& form, Node const& node) {
         if (node.is(Node::Kind::Text)) return form.serializer->parseValue(toUtf16(node.text), form.type);
         if (node.is(Node::Kind::Number)) return form.byNumber->parseValue(toUtf16(node.text), form.type);
     } catch (boost::bad_lexical_cast const&) {
-        throw Refused(inQuotes(node.text) + " is no literal of " +
-                      inQuotes(keel::toUtf8(form.type->getQualifiedName())));
+        throw Refused(inQuotes(node.text) + " is no literal of " + quotedName(form.type));
     }
     refuse("the name of a literal", node);
 }
@@ -90,7 +79,7 @@ Value structure(ValueForm const& form, Node const& node) {
         bool found = false;
         for (FieldForm const& field : form.fields) found = found || field.name == key;
         if (!found) {
-            throw Refused(inQuotes(keel::toUtf8(form.type->getQualifiedName())) + " has no field " + inQuotes(key));
+            throw Refused(quotedName(form.type) + " has no field " + inQuotes(key));
         }
     }
     return value;
@@ -119,7 +108,7 @@ Value parseOne(ValueForm const& form, Node const& node) {
         case Kind::Structure:
             return structure(form, node);
         default:
-            throw Refused("values of type " + inQuotes(keel::toUtf8(form.type->getQualifiedName())) + " have no text");
+            refuseType(form);
     }
 }
 
@@ -156,7 +145,7 @@ void storeArray(ModelElement::Impl& element, FieldForm const& form, Node const& 
                              ReflectionPrivateTag::NO_PROXY_RESOLVE);
 }
 
-/// Whether the value is, or has in a field, a 0 with a sign, which compares equal to one without.
+/// Whether the value is a negative zero, or a structure that has one in a field. It compares equal to a positive zero.
 bool hasNegativeZero(ValueForm const& form, Value const& value) {
     if (form.kind == ValueForm::Kind::Real) {
         auto const number = value.getValue<double>();
@@ -167,7 +156,7 @@ bool hasNegativeZero(ValueForm const& form, Value const& value) {
     });
 }
 
-/// A value of the type that equals none: it is or has a number that is none.
+/// A value that doesn't compare equal to any value of the type: a NaN, or a structure with a NaN in a field.
 Value unequalToAny(ValueForm const& form) {
     if (form.kind == ValueForm::Kind::Real) return {form.type, std::nan(""), ValueFlags::One};
     Value value = form.structure->createDefaultValue();
@@ -191,29 +180,14 @@ void storeProperty(ModelElement::Impl& element, FieldForm const& form, Node cons
                         : form.isSeveral ? parseSeveral(form, node)
                                          : parseOne(form.value, node);
     auto const& tag = ReflectionPrivateTag::NO_PROXY_RESOLVE;
-    // Writing what compares equal to the present value changes nothing, not even a sign.
-    bool const mayLookEqual = form.value.kind == ValueForm::Kind::Real || form.value.kind == ValueForm::Kind::Structure;
-    if (mayLookEqual && !form.isSeveral && !isUnset && hasNegativeZero(form.value, value)) {
+    // Setting a property to a value that compares equal to the present one doesn't change it. A negative zero would
+    // leave a positive one as it is, so that another value is set in between.
+    bool const mayCompareEqual =
+        form.value.kind == ValueForm::Kind::Real || form.value.kind == ValueForm::Kind::Structure;
+    if (mayCompareEqual && !form.isSeveral && !isUnset && hasNegativeZero(form.value, value)) {
         element.setPropertyValue(form.property, unequalToAny(form.value), tag);
     }
     element.setPropertyValue(form.property, value, tag);
-}
-
-char const* describe(Node const& node) noexcept {
-    switch (node.kind) {
-        case Node::Kind::Null:
-            return "null";
-        case Node::Kind::Boolean:
-            return node.truth ? "true" : "false";
-        case Node::Kind::Number:
-            return "a number";
-        case Node::Kind::Text:
-            return "a text";
-        case Node::Kind::List:
-            return "a list";
-        default:
-            return "an object";
-    }
 }
 
 }  // namespace quay::zero::io

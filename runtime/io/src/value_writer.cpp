@@ -1,7 +1,7 @@
+// Writes property values as JSON.
 #include <keel/text.h>
 #include <quay/zero/primitive_collection.h>
 
-#include "failures.h"
 #include "scalars.h"
 #include "values.h"
 
@@ -9,7 +9,7 @@ namespace quay::zero::io {
 
 namespace {
 
-/// A literal's name; its number where no literal has that value.
+/// Appends the name of the literal, or the number of a value that has no literal.
 void appendEnumeration(std::string& out, ValueForm const& form, Value const& value) {
     std::u16string const name = form.serializer->serializeValue(value);
     if (name.empty()) {
@@ -19,7 +19,7 @@ void appendEnumeration(std::string& out, ValueForm const& form, Value const& val
     }
 }
 
-/// The fields that differ from those of a fresh value.
+/// Appends the fields whose values differ from those of a new structure.
 void appendStructure(std::string& out, ValueForm const& form, Value const& value) {
     Value const fresh = form.structure->createDefaultValue();
     out.push_back('{');
@@ -30,10 +30,9 @@ void appendStructure(std::string& out, ValueForm const& form, Value const& value
         appendValue(initial, field.value, form.structure->getPropertyValue(fresh, field.property));
         appendValue(present, field.value, form.structure->getPropertyValue(value, field.property));
         if (present == initial) continue;
-        if (!first) out.push_back(',');
+        appendKey(out, field.name, first);
+        out += present;
         first = false;
-        appendQuoted(out, field.name);
-        out.append(":").append(present);
     }
     out.push_back('}');
 }
@@ -76,7 +75,8 @@ void appendValue(std::string& out, ValueForm const& form, Value const& value) {
             break;
         case Kind::Array:
             if (zxArray_tag const* const array = value.getValue<zxArray_tag*>()) {
-                out.append("{\"").append(kArrayKey).append("\":");
+                out.push_back('{');
+                appendKey(out, kArrayKey, true);
                 appendArray(out, array);
                 out.push_back('}');
             } else {
@@ -85,7 +85,7 @@ void appendValue(std::string& out, ValueForm const& form, Value const& value) {
             break;
         case Kind::Element:
         case Kind::Unknown:
-            throw Refused("values of type " + inQuotes(keel::toUtf8(form.type->getQualifiedName())) + " have no text");
+            refuseType(form);
     }
 }
 
@@ -94,16 +94,10 @@ void appendProperty(std::string& out, FieldForm const& form, Value const& value)
         appendValue(out, form.value, value);
         return;
     }
-    auto const* const values =
+    auto const* const collection =
         dynamic_cast<AbstractPrimitiveCollection*>(value.getCollection<AbstractOwnedCollection>());
-    out.push_back('[');
-    bool first = true;
-    for (Value const& member : values->getAllValues()) {
-        if (!first) out.push_back(',');
-        first = false;
-        appendValue(out, form.value, member);
-    }
-    out.push_back(']');
+    std::vector<Value> const members = collection->getAllValues();
+    appendList(out, members.size(), [&](std::size_t i) { appendValue(out, form.value, members[i]); });
 }
 
 }  // namespace quay::zero::io

@@ -34,13 +34,10 @@ Writer::Writer(Model const& model, Sink sink) : model_(model), fresh_(Model::cre
 std::string Writer::write() {
     roots_ = model_->getRoots();
     sortById(roots_);
-    out_ = "{\"roots\":[";
-    for (ModelElement const& root : roots_) {
-        if (&root != roots_.data()) out_.push_back(',');
-        appendElement(root);
-    }
+    out_ = "{\"roots\":";
+    appendList(out_, roots_.size(), [&](std::size_t i) { appendElement(roots_[i]); });
     checkUnresolved();
-    out_ += "],\"schema\":";
+    out_ += ",\"schema\":";
     appendQuoted(out_, roots_.empty() ? std::string() : schemaOf(roots_.front()->getMetaClass()));
     out_ += ",\"version\":1}";
     return std::move(out_);
@@ -54,7 +51,8 @@ std::string Writer::write(ModelElement const& element) {
     return std::move(out_);
 }
 
-/// What a proxy of this model stands for may have been loaded only after it was written.
+/// Reports a proxy without an element. It is checked at the end, since resolving a later proxy may have loaded the
+/// element of an earlier one.
 void Writer::checkUnresolved() {
     for (ModelElement const& proxy : unresolved_) {
         if (!model_->findElement(proxy->getProxyId().id(), FindElementBehavior::InMemoryOnly)) reportNotLoaded(proxy);
@@ -69,7 +67,7 @@ void Writer::drain() {
     if (sink_ && out_.size() >= kPiece) sink_(out_);
 }
 
-/// What a fresh element has needs no saying.
+/// Writes the values that a new element of the class has, once for each class, to compare others with.
 void Writer::prepare(ClassForm& form) {
     if (form.isPrepared) return;
     auto const builder = form.type->instantiateBuilder(fresh_);
@@ -91,7 +89,7 @@ void Writer::appendElement(ModelElement const& element) {
     out_ += "}}";
 }
 
-/// An object that is still open.
+/// Appends an object with the class and the id of an element, and leaves the object open.
 void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::uuids::uuid const& id) {
     out_ += "{\"class\":";
     appendQuoted(out_, form.name);
@@ -100,8 +98,8 @@ void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::
     out_.push_back('"');
 }
 
-/// An element has one place. A guest, which was resolved to where it is but stands elsewhere, is only referred to, and
-/// so is one that stands there again.
+/// Appends a value of a property: as an element where that is contained, otherwise as a reference to it. `again` says
+/// that the element is a member of the same property already, so that this is a reference.
 void Writer::appendChild(ModelElement::Impl& owner, FieldForm const& property, ModelElement const& child, bool again) {
     if (child->isProxy()) {
         ProxyId const id = child->getProxyId();
@@ -127,9 +125,7 @@ void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
             continue;
         }
         std::size_t const before = out_.size();
-        if (!first) out_.push_back(',');
-        appendQuoted(out_, property.name);
-        out_.push_back(':');
+        appendKey(out_, property.name, first);
         std::size_t const begin = out_.size();
         try {
             appendProperty(out_, property, element.getPropertyValue(property.property, kResolving));
@@ -144,21 +140,22 @@ void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
     }
 }
 
-/// Answers whether still nothing was written.
+/// Appends a property that holds elements, unless it is empty. `first`, and what is returned, is whether no property of
+/// the element was written so far.
 bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& property, bool first) {
     Children const children = childrenOf(element, property);
     if (children.elements.empty()) return first;
-    if (!first) out_.push_back(',');
-    appendQuoted(out_, property.name);
-    out_.push_back(':');
-    if (children.isList) out_.push_back('[');
-    boost::unordered_flat_set<ModelElement::Impl const*> written;  // a sequence may have an element more than once
-    for (ModelElement const& child : children.elements) {
-        if (&child != children.elements.data()) out_.push_back(',');
-        bool const again = children.isList && !written.insert(child.impl()).second;
-        appendChild(element, property, child, again);
+    appendKey(out_, property.name, first);
+    if (!children.isList) {
+        appendChild(element, property, children.elements.front(), false);
+        return false;
     }
-    if (children.isList) out_.push_back(']');
+    boost::unordered_flat_set<ModelElement::Impl const*> written;  // a sequence may have an element more than once
+    appendList(out_, children.elements.size(), [&](std::size_t i) {
+        ModelElement const& child = children.elements[i];
+        bool const again = !written.insert(child.impl()).second;
+        appendChild(element, property, child, again);
+    });
     return false;
 }
 
@@ -169,7 +166,8 @@ Writer::Children Writer::childrenOf(ModelElement::Impl& element, FieldForm const
         result.isList = true;
         collection->resolveAll();
         result.elements = collection->getAllValuesAndProxies();
-        std::erase_if(result.elements, [](ModelElement const& e) { return !e; });  // guests that died
+        std::erase_if(result.elements,
+                      [](ModelElement const& e) { return !e; });  // references to elements that were released
         if (property.isSet) sortById(result.elements);
     } else if (descriptor.has(element)) {
         result.elements.push_back(descriptor.get(element, property.property, kResolving).getValue<ModelElement>());
@@ -177,7 +175,7 @@ Writer::Children Writer::childrenOf(ModelElement::Impl& element, FieldForm const
     return result;
 }
 
-/// Where an element's text stands, as a JSON pointer.
+/// A JSON pointer to the text of an element.
 std::string Writer::placeOf(ModelElement::Impl& element) {
     auto const positionIn = [&](std::vector<ModelElement> const& all) {
         auto const found = std::find(all.begin(), all.end(), ModelElement(&element));

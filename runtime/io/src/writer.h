@@ -1,4 +1,4 @@
-// Elements as JSON.
+// Writes elements as JSON.
 #pragma once
 
 #include <quay/zero/model.h>
@@ -15,15 +15,15 @@ class ReferenceCollection;
 
 namespace quay::zero::io {
 
-/// Writes a model's text once. Keeps it in memory, unless there is a sink: that is given, and may take, what is there
-/// from time to time.
+/// Writes one text. It is kept in memory unless there is a sink. The sink is called from time to time with what was
+/// written, and may take it by clearing it.
 class Writer {
 public:
     using Sink = std::function<void(std::string&)>;
 
     explicit Writer(Model const& model, Sink sink = {});
 
-    /// The text, or the rest of it that the sink hasn't taken.
+    /// The text of the model, or the rest of it that the sink hasn't taken.
     std::string write();
     /// The text of one element alone.
     std::string write(ModelElement const& element);
@@ -47,11 +47,11 @@ private:
     void drain();
 
     Model model_;
-    Model fresh_;  // where elements with their initial values are made
+    Model fresh_;  // of new elements, whose values are the initial ones
     Sink sink_;
     Forms forms_;
     std::vector<ModelElement> roots_;
-    std::vector<ModelElement> unresolved_;  // proxies of this model that were written
+    std::vector<ModelElement> unresolved_;  // the proxies that were written, all of this model
     std::string out_;
 };
 

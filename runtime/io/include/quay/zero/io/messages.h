@@ -1,4 +1,4 @@
-// How saving and loading fail.
+// The messages of failures to save and to load.
 #pragma once
 
 #include <quay0/messages.h>
@@ -8,16 +8,16 @@
 
 namespace quay0::messages {
 
-// Each says in one line where and why. A place is a JSON pointer into the text ("/roots/0/values/inports/3"), or a byte
-// count where the text isn't JSON.
+// The place of a failure is a JSON pointer into the text ("/roots/0/values/inports/3"), or an offset in bytes where the
+// text isn't JSON. The reason fits on one line.
 
-/// A text isn't that of a model: the file, the place in it, and the reason.
+/// A text isn't the text of a model.
 struct CannotLoad : RuntimeMessage<CannotLoad> {
     CannotLoad(std::u16string file, std::u16string place, std::u16string reason)
         : RuntimeMessage("CannotLoad", {std::move(file), std::move(place), std::move(reason)}) {}
 };
 
-/// A model holds something that has no text: the place in the text, and the reason.
+/// A model holds something that has no text.
 struct CannotSave : RuntimeMessage<CannotSave> {
     CannotSave(std::u16string place, std::u16string reason)
         : RuntimeMessage("CannotSave", {std::move(place), std::move(reason)}) {}
