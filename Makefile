@@ -19,21 +19,21 @@ $(BUILD_DIR)/build.ninja: CMakePresets.json
 
 # Targets that may have installed packages configure anew, since parts are left out whose packages weren't there before.
 demo:
-	@echo "Installs the packages that are missing and builds what the demo runs: about 6 minutes on two cores at first."
+	@echo "Installs missing packages and builds what the demo runs: up to 8 minutes on two cores the first time."
 	dev/install-packages dev/packages-demo.txt
 	cmake --preset $(PRESET)
 	$(BUILD) --target $(DEMO_TARGETS)
 	examples/demo $(BUILD_DIR)
 
 test:
-	@echo "Installs the packages that are missing, builds everything and tests it: about 12 minutes on two cores at first."
+	@echo "Installs missing packages, builds everything and tests it: up to 16 minutes on two cores the first time."
 	dev/install-packages dev/packages-demo.txt dev/packages-test.txt
 	cmake --preset $(PRESET)
 	$(BUILD)
 	ctest --preset $(PRESET) -j $(JOBS)
 
 bench:
-	@echo "Installs the packages that are missing, builds the benchmarks and runs them."
+	@echo "Installs missing packages, builds the benchmarks and runs them."
 	dev/install-packages dev/packages-demo.txt dev/packages-bench.txt
 	cmake --preset $(PRESET)
 	$(BUILD) --target $(DEMO_TARGETS) benchmarks
