@@ -4,35 +4,47 @@ PRESET ?= release
 JOBS ?= $(shell nproc)
 
 BUILD_DIR := $(if $(filter release,$(PRESET)),build,build-$(PRESET))
+BUILD := cmake --build --preset $(PRESET) -j $(JOBS)
+# What the steps of examples/demo run: the command, and the product's classes in Python.
+DEMO_TARGETS := modelref ordo_python python_packages
 
-.PHONY: all packages demo test bench lint format clean
+.PHONY: all demo test bench packages lint format clean
 
 all: $(BUILD_DIR)/build.ninja
-	cmake --build --preset $(PRESET) -j $(JOBS)
+	$(BUILD)
 
 # Once configured, the build looks after its own configuration.
 $(BUILD_DIR)/build.ninja: CMakePresets.json
 	cmake --preset $(PRESET)
 
-packages:
-	dev/install-packages
-
-demo: packages
-	$(MAKE) --no-print-directory all
+# Targets that may have installed packages configure anew, since parts are left out whose packages weren't there before.
+demo:
+	@echo "Installs missing packages and builds what the demo runs: up to 8 minutes on two cores the first time."
+	dev/install-packages dev/packages-demo.txt
+	cmake --preset $(PRESET)
+	$(BUILD) --target $(DEMO_TARGETS)
 	examples/demo $(BUILD_DIR)
 
-test: packages
-	$(MAKE) --no-print-directory all
+test:
+	@echo "Installs missing packages, builds everything and tests it: up to 16 minutes on two cores the first time."
+	dev/install-packages dev/packages-demo.txt dev/packages-test.txt
+	cmake --preset $(PRESET)
+	$(BUILD)
 	ctest --preset $(PRESET) -j $(JOBS)
 
-bench: packages
-	$(MAKE) --no-print-directory all
+bench:
+	@echo "Installs missing packages, builds the benchmarks and runs them."
+	dev/install-packages dev/packages-demo.txt dev/packages-bench.txt
+	cmake --preset $(PRESET)
+	$(BUILD) --target $(DEMO_TARGETS) benchmarks
 	$(BUILD_DIR)/bin/bench
-	[ ! -d $(BUILD_DIR)/bench_python ] || PYTHONPATH=$(BUILD_DIR)/python:$(BUILD_DIR)/bench_python \
-	  /usr/bin/python3 bench/python/python_bench.py
+	PYTHONPATH=$(BUILD_DIR)/python:$(BUILD_DIR)/bench_python /usr/bin/python3 bench/python/python_bench.py
+	bench/header_cost.py $(BUILD_DIR)
 
-lint:
-	dev/install-packages dev/packages.txt dev/packages-lint.txt
+packages:
+	dev/install-packages dev/packages-*.txt
+
+lint: packages
 	cmake --preset lint
 	cmake --build --preset lint
 	dev/check_format

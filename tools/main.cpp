@@ -1,4 +1,4 @@
 // modelref: records of referenced models on the command line.
-#include "src/commands.h"
+#include "src/command_line.h"
 
 int main(int argc, char** argv) { return modelref::run(argc, argv); }

@@ -1,4 +1,20 @@
 // Functions by name, their arguments by number, and the states that they reach.
+#include <ModelRefInfoRepo/ArgIndexMap.h>
+#include <ModelRefInfoRepo/ArgNameMap.h>
+#include <ModelRefInfoRepo/CallerToStateAccessInfo.h>
+#include <ModelRefInfoRepo/ChildCaller.h>
+#include <ModelRefInfoRepo/CompFunction.h>
+#include <ModelRefInfoRepo/CompFunctionArgs.h>
+#include <ModelRefInfoRepo/CompPortBlockService.h>
+#include <ModelRefInfoRepo/CompService.h>
+#include <ModelRefInfoRepo/CompServicePort.h>
+#include <ModelRefInfoRepo/FcnCallPortGroup.h>
+#include <ModelRefInfoRepo/InOutArg.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/QualifiedFunctionName.h>
+#include <ModelRefInfoRepo/ResetEventInfo.h>
+#include <ModelRefInfoRepo/VarlowFunctions.h>
+
 #include "checks.h"
 
 namespace modelref {

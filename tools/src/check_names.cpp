@@ -1,4 +1,28 @@
 // Parameters, types, states and data stores by name.
+#include <ModelRefInfoRepo/ArgumentValue.h>
+#include <ModelRefInfoRepo/ArgumentValueMap.h>
+#include <ModelRefInfoRepo/ArgumentValueSource.h>
+#include <ModelRefInfoRepo/ArgumentValueSourceMap.h>
+#include <ModelRefInfoRepo/AutosarPerInstanceParameterInfo.h>
+#include <ModelRefInfoRepo/CompDataType.h>
+#include <ModelRefInfoRepo/CompFunction.h>
+#include <ModelRefInfoRepo/CompFunctionArgInfo.h>
+#include <ModelRefInfoRepo/CompFunctionArgs.h>
+#include <ModelRefInfoRepo/EnumParameter.h>
+#include <ModelRefInfoRepo/GlobalDSMRateSpecAssociation.h>
+#include <ModelRefInfoRepo/GlobalDSMRateSpecMap.h>
+#include <ModelRefInfoRepo/GlobalDataStoreMemoryInfo.h>
+#include <ModelRefInfoRepo/GroupedArgument.h>
+#include <ModelRefInfoRepo/InterfaceParameter.h>
+#include <ModelRefInfoRepo/InterfaceParameterInfo.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/PeriodicStateInfo.h>
+#include <ModelRefInfoRepo/ScopedDataStoreMemoryInfo.h>
+#include <ModelRefInfoRepo/StateAssociation.h>
+#include <ModelRefInfoRepo/StateWriterInfo.h>
+#include <ModelRefInfoRepo/ValueInterfaceInfo.h>
+#include <ModelRefInfoRepo/ValueInterfaceInfoMap.h>
+#include <ModelRefInfoRepo/VarlowFunctions.h>
 #include <quay/zero/text.h>
 
 #include "checks.h"

@@ -1,4 +1,19 @@
 // Ports and port groups, by number.
+#include <ModelRefInfoRepo/DataPortGroup.h>
+#include <ModelRefInfoRepo/FcnCallPortGroup.h>
+#include <ModelRefInfoRepo/GrCompIOPortMaps.h>
+#include <ModelRefInfoRepo/IRTSideIOPortGroup.h>
+#include <ModelRefInfoRepo/InputQueue.h>
+#include <ModelRefInfoRepo/MessageCompPortInfo.h>
+#include <ModelRefInfoRepo/MessageInformation.h>
+#include <ModelRefInfoRepo/MessageListener.h>
+#include <ModelRefInfoRepo/MessageModeMap.h>
+#include <ModelRefInfoRepo/MessageRootPortInfo.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/NameIntVectAssociation.h>
+#include <ModelRefInfoRepo/NameToPortGroupIdxVectMap.h>
+#include <ModelRefInfoRepo/PortGroupsRequireSameRate.h>
+
 #include "checks.h"
 
 namespace modelref {

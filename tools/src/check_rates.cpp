@@ -1,4 +1,13 @@
 // Rates by number.
+#include <ModelRefInfoRepo/InportInformation.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/OutportInformation.h>
+#include <ModelRefInfoRepo/RateInfo.h>
+#include <ModelRefInfoRepo/SampleTimeGraphEdge.h>
+#include <ModelRefInfoRepo/UnionTsContainedTsElem.h>
+#include <ModelRefInfoRepo/VarTsUIDEntry.h>
+#include <ModelRefInfoRepo/VarTsUIDMap.h>
+
 #include <algorithm>
 
 #include "checks.h"

@@ -1,5 +1,14 @@
 #include "checks.h"
 
+#include <ModelRefInfoRepo/ChartexAutoEnumInfo.h>
+#include <ModelRefInfoRepo/CompFunction.h>
+#include <ModelRefInfoRepo/InterfaceParameter.h>
+#include <ModelRefInfoRepo/InterfaceParameterInfo.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/StandaloneEnumInfo.h>
+#include <ModelRefInfoRepo/StateAccessInfo.h>
+#include <ModelRefInfoRepo/StateRecordInfo.h>
+#include <ModelRefInfoRepo/VarlowFunctions.h>
 #include <keel/text.h>
 #include <quay/zero/text.h>
 

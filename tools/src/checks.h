@@ -2,7 +2,8 @@
 // are written.
 #pragma once
 
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <ModelRefInfoRepo/Handles.h>
+#include <quay/zero/primitive_collection.h>
 
 #include <cstdint>
 #include <set>

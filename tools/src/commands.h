@@ -1,25 +1,61 @@
-// The commands, one file each. A command adds itself to the program with its options and examples; what it gives is the
-// exit code.
+// The commands, one file each: what it is asked for, and the function that runs it and gives the exit code.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
-#include <functional>
+#include <cstddef>
+#include <limits>
+#include <string>
 
 namespace modelref {
 
-/// What the command line asks for; set while it is being read.
-using Action = std::function<int()>;
+struct ImportOptions {
+    std::string input;
+    std::string output;
+    bool json = false;
+};
+int runImport(ImportOptions const& options);
 
-void addImport(CLI::App& program, Action& action);
-void addTree(CLI::App& program, Action& action);
-void addInfo(CLI::App& program, Action& action);
-void addShow(CLI::App& program, Action& action);
-void addDiff(CLI::App& program, Action& action);
-void addValidate(CLI::App& program, Action& action);
-void addGraph(CLI::App& program, Action& action);
+struct TreeOptions {
+    std::string record;
+    std::size_t depth = std::numeric_limits<std::size_t>::max();
+    bool ids = false;
+    bool json = false;
+};
+int runTree(TreeOptions const& options);
 
-/// The whole program: reads the command line, runs what it asks for and gives the exit code.
-int run(int argc, char const* const* argv);
+struct InfoOptions {
+    std::string record;
+    bool json = false;
+};
+int runInfo(InfoOptions const& options);
+
+struct ShowOptions {
+    std::string record;
+    std::string path = "/";
+    bool all = false;
+    bool json = false;
+};
+int runShow(ShowOptions const& options);
+
+struct DiffOptions {
+    std::string before;
+    std::string after;
+    bool json = false;
+    bool quiet = false;
+};
+int runDiff(DiffOptions const& options);
+
+struct ValidateOptions {
+    std::string record;
+    bool json = false;
+};
+int runValidate(ValidateOptions const& options);
+
+struct GraphOptions {
+    std::string record;
+    std::string kind = "ownership";
+    std::string output;
+    std::size_t depth = std::numeric_limits<std::size_t>::max();
+};
+int runGraph(GraphOptions const& options);
 
 }  // namespace modelref

@@ -1,6 +1,7 @@
 #include "compare.h"
 
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/RootIOPortInformation.h>
 #include <keel/text.h>
 #include <quay/zero/io/io.h>
 #include <quay/zero/value.h>
@@ -26,9 +27,11 @@ std::string describe(ModelElement const& element) {
 }
 
 /// What a property refers to; "" for nothing.
-std::string referencesOf(ModelElement const& element, Property const& property, Paths& paths) {
+std::string referenceText(ModelElement const& element, Property const& property, Paths& paths) {
     std::string result;
-    for (std::string const& guest : guestsOf(element, property, paths)) result += (result.empty() ? "" : ", ") + guest;
+    for (std::string const& reference : referencesOf(element, property, paths)) {
+        result += (result.empty() ? "" : ", ") + reference;
+    }
     return result;
 }
 
@@ -44,7 +47,7 @@ std::string contentOf(ModelElement const& element, Paths& paths) {
         for (ModelElement const& child : childrenOf(element, property)) children.push_back(contentOf(child, paths));
         if (property->getFlags() == ValueFlags::Set) std::sort(children.begin(), children.end());
         for (std::string const& child : children) result += child + ",";
-        result += referencesOf(element, property, paths) + ";";
+        result += referenceText(element, property, paths) + ";";
     }
     return result + "}";
 }
@@ -198,8 +201,8 @@ private:
 
     void references(ModelElement const& before, ModelElement const& after, Property const& property,
                     std::string const& path) {
-        std::string const was = referencesOf(before, property, beforePaths_);
-        std::string const is = referencesOf(after, property, afterPaths_);
+        std::string const was = referenceText(before, property, beforePaths_);
+        std::string const is = referenceText(after, property, afterPaths_);
         if (was != is) add(Kind::Changed, path, "[" + was + "]", "[" + is + "]");
     }
 

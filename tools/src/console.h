@@ -1,7 +1,7 @@
 // What a command writes: results on standard output, all else on standard error.
 #pragma once
 
-#include <boost/json/value.hpp>
+#include <boost/json/fwd.hpp>
 
 #include <string>
 #include <string_view>

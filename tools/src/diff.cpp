@@ -1,6 +1,5 @@
 // modelref diff: whether two records mean the same.
-#include <boost/json.hpp>
-#include <memory>
+#include <boost/json/value.hpp>
 
 #include "commands.h"
 #include "compare.h"
@@ -10,13 +9,6 @@
 namespace modelref {
 
 namespace {
-
-struct Options {
-    std::string before;
-    std::string after;
-    bool json = false;
-    bool quiet = false;
-};
 
 std::string lineOf(Difference const& d) {
     std::string const path = d.path.empty() ? "/" : d.path;
@@ -32,7 +24,9 @@ std::string lineOf(Difference const& d) {
     }
 }
 
-int diff(Options const& options) {
+}  // namespace
+
+int runDiff(DiffOptions const& options) {
     std::vector<Difference> const differences = compare(loadRecord(options.before), loadRecord(options.after));
     boost::json::array list;
     constexpr char const* kinds[] = {"added", "removed", "changed", "moved"};
@@ -47,25 +41,6 @@ int diff(Options const& options) {
     if (options.json) printJson(list);
     if (!options.quiet) note(differences.empty() ? "the same" : std::to_string(differences.size()) + " differences");
     return differences.empty() ? 0 : 1;
-}
-
-}  // namespace
-
-void addDiff(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("diff", "Tell what differs between two records by meaning");
-    command->add_option("OLD", options->before, "A record")->required();
-    command->add_option("NEW", options->after, "Another one")->required();
-    command->add_flag("--json", options->json, "Print JSON");
-    command->add_flag("-q,--quiet", options->quiet, "Only give the exit code");
-    command->footer(
-        "Ids don't count. Ports are matched by name, maps by key, sets by content, roots by interface or content,\n"
-        "all else by position. Paths are those of OLD, and of NEW for what was added.\n"
-        "Exit codes: 0 the same, 1 different, 2 a failure.\n\n"
-        "Examples:\n"
-        "  modelref diff old.record new.record\n"
-        "  modelref diff -q old.record new.record || make outer-model");
-    command->callback([options, &action] { action = [options] { return diff(*options); }; });
 }
 
 }  // namespace modelref

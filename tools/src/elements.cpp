@@ -27,8 +27,8 @@ bool isText(Property const& property) {
     return isOne && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta);
 }
 
-/// Whether a member of a property has its place there.
-bool isAtHome(ModelElement const& owner, Property const& property, ModelElement const& member) {
+/// Whether the property contains the member; otherwise it refers to it.
+bool contains(ModelElement const& owner, Property const& property, ModelElement const& member) {
     return !member->isProxy() && owner.impl()->owns(*member.impl()) && member->containmentFeature() == property;
 }
 
@@ -74,10 +74,10 @@ bool isKeyed(Property const& property) {
 
 std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property) {
     PropertyDescriptor const& descriptor = *property->descriptor();
-    auto const isGuest = [&](ModelElement const& child) { return !isAtHome(element, property, child); };
+    auto const isReferenced = [&](ModelElement const& child) { return !contains(element, property, child); };
     if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
         std::vector<ModelElement> members = collection->getAllValues();
-        std::erase_if(members, isGuest);
+        std::erase_if(members, isReferenced);
         if (property->getFlags() == ValueFlags::Set) {
             std::sort(members.begin(), members.end(), [](auto& a, auto& b) { return a->uuid() < b->uuid(); });
         }
@@ -85,7 +85,7 @@ std::vector<ModelElement> childrenOf(ModelElement const& element, Property const
     }
     if (!descriptor.has(*element.impl())) return {};
     auto const child = element->getPropertyValue(property, kTag).getValue<ModelElement>();
-    if (isGuest(child)) return {};
+    if (isReferenced(child)) return {};
     return {child};
 }
 
@@ -187,7 +187,7 @@ std::string Paths::of(ModelElement const& element) {
     return path + "/" + places[element.impl()];
 }
 
-std::vector<std::string> guestsOf(ModelElement const& element, Property const& property, Paths& paths) {
+std::vector<std::string> referencesOf(ModelElement const& element, Property const& property, Paths& paths) {
     PropertyDescriptor const& descriptor = *property->descriptor();
     std::vector<ModelElement> members;
     if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
@@ -200,7 +200,7 @@ std::vector<std::string> guestsOf(ModelElement const& element, Property const& p
     for (ModelElement const& member : members) {
         if (member->isProxy()) {
             result.push_back(to_string(member->getProxyId().id()));
-        } else if (!isAtHome(element, property, member)) {
+        } else if (!contains(element, property, member)) {
             std::string const path = paths.of(member);
             result.push_back(path.empty() ? "/" : path);
         }

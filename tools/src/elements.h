@@ -38,9 +38,8 @@ std::string nameOf(ModelElement const& element);
 /// A text property as it stands, in UTF-8; any other as JSON.
 std::string plainText(ModelElement const& element, Property const& property);
 
-/// A key as a part of a path: "~1" stands for a slash, "~0" for a tilde, "~x0a" for the byte of a control character,
-/// and
-/// "~" alone for an empty key.
+/// A key as a part of a path: "~1" stands for a slash, "~0" for a tilde, "~x0a" for a control character's byte, and "~"
+/// alone for an empty key.
 std::string escaped(std::string_view key);
 std::string unescaped(std::string_view part);
 
@@ -57,7 +56,7 @@ private:
 
 /// The paths of what a property refers to but the element doesn't own, in order; a set's sorted. An element that isn't
 /// there is told by its id.
-std::vector<std::string> guestsOf(ModelElement const& element, Property const& property, Paths& paths);
+std::vector<std::string> referencesOf(ModelElement const& element, Property const& property, Paths& paths);
 
 /// The values of fresh elements, as JSON, to tell what was set.
 class Initials {

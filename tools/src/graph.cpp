@@ -1,11 +1,13 @@
 // modelref graph: ownership or sample times as a picture for Graphviz.
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/RateInfo.h>
+#include <ModelRefInfoRepo/SampleTimeGraphEdge.h>
+#include <ModelRefInfoRepo/UnionTsContainedTsElem.h>
 #include <keel/text.h>
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
-#include <memory>
 #include <set>
 
 #include "commands.h"
@@ -19,13 +21,6 @@ namespace modelref {
 using namespace ModelRefInfoRepo;
 
 namespace {
-
-struct Options {
-    std::string record;
-    std::string kind = "ownership";
-    std::string output;
-    std::size_t depth = std::numeric_limits<std::size_t>::max();
-};
 
 /// A line feed parts the lines of a label.
 std::string dotText(std::string const& text) {
@@ -126,7 +121,9 @@ std::string drawRates(Model const& model) {
     return dot.finish();
 }
 
-int graph(Options const& options) {
+}  // namespace
+
+int runGraph(GraphOptions const& options) {
     Model const model = loadRecord(options.record);
     std::string const text = options.kind == "rates" ? drawRates(model) : drawOwnership(model, options.depth);
     if (options.output.empty()) {
@@ -135,25 +132,6 @@ int graph(Options const& options) {
         saveText(text, options.output);
     }
     return 0;
-}
-
-}  // namespace
-
-void addGraph(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("graph", "Draw ownership or sample times for Graphviz");
-    command->add_option("RECORD", options->record, "A record")->required();
-    command->add_option("-k,--kind", options->kind, "ownership or rates")
-        ->check(CLI::IsMember({"ownership", "rates"}))
-        ->capture_default_str();
-    command->add_option("-d,--depth", options->depth, "How many levels of ownership below the root")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("-o,--output", options->output, "Where the picture goes, instead of standard output");
-    command->footer(
-        "Examples:\n"
-        "  modelref graph plant.record --depth 2 | dot -Tsvg > plant.svg\n"
-        "  modelref graph plant.record --kind rates -o rates.dot");
-    command->callback([options, &action] { action = [options] { return graph(*options); }; });
 }
 
 }  // namespace modelref

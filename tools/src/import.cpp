@@ -1,8 +1,7 @@
 // modelref import: a model description of the FMI standard becomes a record.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 
-#include <boost/json.hpp>
-#include <memory>
+#include <boost/json/value.hpp>
 
 #include "commands.h"
 #include "console.h"
@@ -14,13 +13,7 @@ namespace modelref {
 
 namespace {
 
-struct Options {
-    std::string input;
-    std::string output;
-    bool json = false;
-};
-
-void report(Options const& options, fmi::Description const& description, fmi::Record const& record) {
+void report(ImportOptions const& options, fmi::Description const& description, fmi::Record const& record) {
     std::size_t const total = description.variables.size();
     for (std::string const& warning : record.warnings) note("warning: " + onOneLine(warning));
     for (auto const& [name, reason] : record.notPlaced) note("not placed: " + onOneLine(name) + ": " + reason);
@@ -42,7 +35,9 @@ void report(Options const& options, fmi::Description const& description, fmi::Re
                {"warnings", std::move(warnings)}});
 }
 
-int import(Options const& options) {
+}  // namespace
+
+int runImport(ImportOptions const& options) {
     MetaPackageVw_modelref_info::getInstance();
     fmi::Description const description = fmi::readDescription(options.input);
     quay::zero::Model const model = quay::zero::Model::create();
@@ -50,22 +45,6 @@ int import(Options const& options) {
     saveRecord(model, options.output);
     report(options, description, record);
     return 0;
-}
-
-}  // namespace
-
-void addImport(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("import", "Make a record of an FMU or a modelDescription.xml");
-    command->add_option("MODEL", options->input, "An FMU, or the modelDescription.xml of one")->required();
-    command->add_option("-o,--output", options->output, "Where the record goes")->required();
-    command->add_flag("--json", options->json, "Print what was recorded as JSON");
-    command->footer(
-        "Every variable is recorded or listed as not placed.\n\n"
-        "Examples:\n"
-        "  modelref import plant.fmu -o plant.record\n"
-        "  modelref import modelDescription.xml -o plant.record --json | jq .notPlaced");
-    command->callback([options, &action] { action = [options] { return import(*options); }; });
 }
 
 }  // namespace modelref

@@ -1,7 +1,6 @@
 // modelref info: how much there is of what.
-#include <boost/json.hpp>
+#include <boost/json/value.hpp>
 #include <map>
-#include <memory>
 
 #include "commands.h"
 #include "console.h"
@@ -12,11 +11,6 @@
 namespace modelref {
 
 namespace {
-
-struct Options {
-    std::string record;
-    bool json = false;
-};
 
 struct Counts {
     std::map<std::string, std::size_t> classes;
@@ -32,7 +26,7 @@ std::size_t depthOf(ModelElement::Impl const& element) {
     return depth;
 }
 
-Counts count(Options const& options) {
+Counts count(InfoOptions const& options) {
     Model const model = loadRecord(options.record);
     Counts counts;
     counts.elements = model->elementCount();
@@ -52,7 +46,9 @@ std::string column(std::size_t number) {
     return std::string(digits.size() < 9 ? 9 - digits.size() : 0, ' ') + digits + "  ";
 }
 
-int info(Options const& options) {
+}  // namespace
+
+int runInfo(InfoOptions const& options) {
     Counts const counts = count(options);
     if (options.json) {
         boost::json::object classes;
@@ -71,17 +67,6 @@ int info(Options const& options) {
     printLine(column(counts.classes.size()) + "classes in use:");
     for (auto const& [name, number] : counts.classes) printLine(column(number) + coloured(Colour::Bold, name));
     return 0;
-}
-
-}  // namespace
-
-void addInfo(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("info", "Count elements, and the classes in use");
-    command->add_option("RECORD", options->record, "A record")->required();
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer("Examples:\n  modelref info plant.record\n  modelref info plant.record --json | jq .classes");
-    command->callback([options, &action] { action = [options] { return info(*options); }; });
 }
 
 }  // namespace modelref

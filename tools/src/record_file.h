@@ -1,7 +1,7 @@
 // Records in files.
 #pragma once
 
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <quay/zero/model.h>
 
 #include <filesystem>
 #include <string_view>

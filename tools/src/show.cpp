@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
-#include <memory>
 #include <optional>
 #include <span>
 
@@ -21,13 +20,6 @@ namespace modelref {
 namespace io = quay::zero::io;
 
 namespace {
-
-struct Options {
-    std::string record;
-    std::string path = "/";
-    bool all = false;
-    bool json = false;
-};
 
 using Parts = std::span<std::string const>;
 
@@ -185,7 +177,9 @@ void showElement(ModelElement const& element, bool all) {
     for (Property const& property : storedProperties(element)) showProperty(element, property, initials, all);
 }
 
-int show(Options const& options) {
+}  // namespace
+
+int runShow(ShowOptions const& options) {
     Model const model = loadRecord(options.record);
     Target target;
     std::string value;
@@ -209,28 +203,6 @@ int show(Options const& options) {
         for (ModelElement const& child : childrenOf(target.element, target.property)) showElement(child, options.all);
     }
     return 0;
-}
-
-}  // namespace
-
-void addShow(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("show", "Print what stands at a path");
-    command->add_option("RECORD", options->record, "A record")->required();
-    command->add_option("PATH", options->path,
-                        "Properties, positions or names, and keys of maps, as tree and validate print them:\n"
-                        "/inports/0/rateInfos; / is the root");
-    command->add_flag("--all", options->all, "Print properties that have their initial value as well");
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer(
-        "In names and keys, ~1 stands for a slash, ~0 for a tilde and ~x0a for a control character; ~ is the empty "
-        "key.\n"
-        "Among several entries of one key a number follows, from 0. //1/ begins at the second root.\n\n"
-        "Examples:\n"
-        "  modelref show plant.record /inports/0\n"
-        "  modelref show plant.record /inports/speed/rateInfos\n"
-        "  modelref show plant.record /argumentParameters/entries/gain --json");
-    command->callback([options, &action] { action = [options] { return show(*options); }; });
 }
 
 }  // namespace modelref

@@ -1,10 +1,9 @@
 // modelref tree: what owns what.
 #include <keel/text.h>
 
-#include <boost/json.hpp>
+#include <boost/json/value.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <limits>
-#include <memory>
 
 #include "commands.h"
 #include "console.h"
@@ -16,14 +15,7 @@ namespace modelref {
 
 namespace {
 
-struct Options {
-    std::string record;
-    std::size_t depth = std::numeric_limits<std::size_t>::max();
-    bool ids = false;
-    bool json = false;
-};
-
-std::string labelOf(ModelElement const& element, Options const& options) {
+std::string labelOf(ModelElement const& element, TreeOptions const& options) {
     std::string label = coloured(Colour::Bold, classOf(element));
     if (std::string const name = nameOf(element); !name.empty()) label += " " + coloured(Colour::Green, inQuotes(name));
     if (options.ids) label += " " + coloured(Colour::Dim, to_string(element->uuid()));
@@ -36,7 +28,7 @@ struct Branch {
 };
 
 /// A line for each child: "inports/0 InportInformation 'speed'". The paths of `show` are made of such places.
-std::vector<Branch> branchesOf(ModelElement const& element, Options const& options) {
+std::vector<Branch> branchesOf(ModelElement const& element, TreeOptions const& options) {
     std::vector<Branch> result;
     for (Property const& property : storedProperties(element)) {
         if (!property->isComposite()) continue;
@@ -51,7 +43,8 @@ std::vector<Branch> branchesOf(ModelElement const& element, Options const& optio
     return result;
 }
 
-void printBranches(ModelElement const& element, std::string const& indent, std::size_t depth, Options const& options) {
+void printBranches(ModelElement const& element, std::string const& indent, std::size_t depth,
+                   TreeOptions const& options) {
     if (depth == 0) return;
     std::vector<Branch> const branches = branchesOf(element, options);
     for (Branch const& branch : branches) {
@@ -76,7 +69,9 @@ boost::json::object describe(ModelElement const& element, std::size_t depth) {
     return result;
 }
 
-int tree(Options const& options) {
+}  // namespace
+
+int runTree(TreeOptions const& options) {
     Model const model = loadRecord(options.record);
     boost::json::array roots;
     for (ModelElement const& root : model->getRoots()) {
@@ -89,19 +84,6 @@ int tree(Options const& options) {
     }
     if (options.json) printJson(roots);
     return 0;
-}
-
-}  // namespace
-
-void addTree(CLI::App& program, Action& action) {
-    auto const options = std::make_shared<Options>();
-    CLI::App* const command = program.add_subcommand("tree", "Print what owns what");
-    command->add_option("RECORD", options->record, "A record")->required();
-    command->add_option("-d,--depth", options->depth, "How many levels below the root")->check(CLI::NonNegativeNumber);
-    command->add_flag("--ids", options->ids, "Print ids as well");
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer("Examples:\n  modelref tree plant.record\n  modelref tree plant.record --depth 1");
-    command->callback([options, &action] { action = [options] { return tree(*options); }; });
 }
 
 }  // namespace modelref

@@ -1,7 +1,7 @@
 // A model description as a record.
 #pragma once
 
-#include <ModelRefInfoRepo/ModelRefInfoRepo.h>
+#include <quay/zero/model.h>
 
 #include <string>
 #include <vector>
@@ -17,7 +17,6 @@ struct NotPlaced {
 
 /// Every variable is either recorded or not placed.
 struct Record {
-    ModelRefInfoRepo::ModelRefInfoRoot root;
     std::size_t recorded = 0;
     std::vector<NotPlaced> notPlaced;
     std::vector<std::string> warnings;

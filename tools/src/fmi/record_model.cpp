@@ -1,6 +1,14 @@
 // The model as a whole: its name, the ways to use it, what it can do, its experiment and its types.
+#include <ModelRefInfoRepo/ConfigSettingsForConsistencyChecks.h>
+#include <ModelRefInfoRepo/FMUBlockAssociation.h>
+#include <ModelRefInfoRepo/FMUBlockInfo.h>
+#include <ModelRefInfoRepo/MethodExistenceInfo.h>
+#include <ModelRefInfoRepo/SFcnInformation.h>
+#include <ModelRefInfoRepo/SFcnParameter.h>
+#include <ModelRefInfoRepo/StandaloneEnumInfo.h>
 #include <quay/zero/text.h>
 #include <vw/ci/Model.h>
+#include <zx/zx.h>
 
 #include <algorithm>
 #include <limits>
@@ -39,7 +47,7 @@ Record Recording::make(quay::zero::Model const& model) {
 
     Record result;
     root_.setModel(model);
-    result.root = root_.create();
+    root_.create();
     result.warnings = warnings_;
     for (std::size_t i = 0; i < d_.variables.size(); ++i) {
         if (recorded_[i]) {

@@ -1,9 +1,19 @@
 // Parameters and constants, each by the kind of its type, and their start values.
+#include <ModelRefInfoRepo/ArgumentValue.h>
+#include <ModelRefInfoRepo/ArgumentValueMap.h>
+#include <ModelRefInfoRepo/ArgumentValueSource.h>
+#include <ModelRefInfoRepo/ArgumentValueSourceMap.h>
+#include <ModelRefInfoRepo/BuiltinParameter.h>
+#include <ModelRefInfoRepo/EnumParameter.h>
+#include <ModelRefInfoRepo/FixedPointParameter.h>
+#include <ModelRefInfoRepo/GroupedArgument.h>
+#include <ModelRefInfoRepo/InterfaceParameterInfo.h>
 #include <quay/zero/text.h>
 
 #include <algorithm>
 
 #include "recording.h"
+#include "values.h"
 
 namespace modelref::fmi {
 

@@ -1,10 +1,22 @@
 // Inputs and outputs as ports, numbered from 0 in the order of the file.
+#include <ModelRefInfoRepo/ArgIndexMap.h>
+#include <ModelRefInfoRepo/ArgNameMap.h>
+#include <ModelRefInfoRepo/CompDataType.h>
+#include <ModelRefInfoRepo/CompFunction.h>
+#include <ModelRefInfoRepo/CompFunctionArgInfo.h>
+#include <ModelRefInfoRepo/CompFunctionArgs.h>
+#include <ModelRefInfoRepo/DataPortGroup.h>
+#include <ModelRefInfoRepo/GrCompIOPortMaps.h>
+#include <ModelRefInfoRepo/InportInformation.h>
+#include <ModelRefInfoRepo/OutportInformation.h>
+#include <ModelRefInfoRepo/VarlowFunctions.h>
 #include <quay/zero/text.h>
 
 #include <algorithm>
 #include <limits>
 
 #include "recording.h"
+#include "values.h"
 
 namespace modelref::fmi {
 
@@ -29,6 +41,18 @@ zx::Array signalObject(Variable const& v, bool isVersion3) {
     if (!v.displayUnit.empty()) set("DisplayUnit", zxCreateString_UTF8(v.displayUnit));
     if (zx::Array start = startArray(v, isVersion3)) set("InitialValue", start.release());
     return object;
+}
+
+/// A data type as the record names it.
+std::unique_ptr<CompDataType::Builder> dataTypeOf(Variable const& variable) {
+    auto type = std::make_unique<CompDataType::Builder>();
+    bool const isNumeric = isNumber(variable.type) || variable.type == Type::Boolean;
+    type->setDataClass(isNumeric                            ? DataClass::Numeric
+                       : variable.type == Type::Enumeration ? DataClass::Enum
+                       : variable.type == Type::String      ? DataClass::String
+                                                            : DataClass::Custom);
+    type->setDataTypeName(typeNameOf(variable));
+    return type;
 }
 
 /// The names of the variables that give the dimensions, numbers where they are fixed, "" if all are.

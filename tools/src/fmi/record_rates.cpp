@@ -1,4 +1,9 @@
 // Clocks: those that tick in time as rates, triggered ones as events, and input clocks as function-call ports.
+#include <ModelRefInfoRepo/FcnCallPortGroup.h>
+#include <ModelRefInfoRepo/RateSpec.h>
+#include <ModelRefInfoRepo/SampleTimeGraphEdge.h>
+#include <ModelRefInfoRepo/VarTsUIDEntry.h>
+#include <ModelRefInfoRepo/VarTsUIDMap.h>
 #include <quay/zero/text.h>
 
 #include <algorithm>

@@ -1,10 +1,14 @@
 // Continuous and discrete states, derivatives, and event indicators as zero crossings.
+#include <ModelRefInfoRepo/StateAccessInfo.h>
+#include <ModelRefInfoRepo/StateRecordInfo.h>
+#include <ModelRefInfoRepo/ZeroCrossingInfo.h>
 #include <quay/zero/text.h>
 
 #include <limits>
 
 #include "../failure.h"
 #include "recording.h"
+#include "values.h"
 
 namespace modelref::fmi {
 

@@ -1,7 +1,8 @@
 // The making of one record: the description, the builders, and what became of each variable.
 #pragma once
 
-#include <zx/zx.h>
+#include <ModelRefInfoRepo/ModelRefInfoRoot.h>
+#include <ModelRefInfoRepo/RateInfo.h>
 
 #include <map>
 #include <memory>
@@ -63,18 +64,5 @@ private:
     std::vector<std::size_t> ratedClocks_;       // by rate index
     std::vector<std::size_t> continuousStates_;  // variables
 };
-
-/// The start values as an array in column-major order, of the dimensions of the variable; a variable of one dimension
-/// is a row. Null without start values.
-zx::Array startArray(Variable const& variable, bool isVersion3);
-
-/// A data type as the record names it.
-std::unique_ptr<quay::zero::ModelElement::Builder> dataTypeOf(Variable const& variable);
-/// The dimensions: one of size 1 for a single value.
-std::vector<int> dimensionsOf(Variable const& variable);
-/// The number of a built-in data type, or -1.
-int builtInIdOf(Type type) noexcept;
-/// The type's name: that of the declared type for enumerations.
-std::string typeNameOf(Variable const& variable);
 
 }  // namespace modelref::fmi

@@ -1,15 +1,11 @@
-// Start values and types as the record holds them.
-#include <quay/zero/text.h>
-#include <zx/zx.h>
+#include "values.h"
 
-#include <algorithm>
+#include <quay/zero/text.h>
 
 #include "numbers.h"
-#include "recording.h"
 
 namespace modelref::fmi {
 
-using namespace ModelRefInfoRepo;
 using quay::zero::toUtf16;
 
 namespace {
@@ -104,17 +100,6 @@ zx::Array startArray(Variable const& variable, bool isVersion3) {
 
 std::string typeNameOf(Variable const& variable) {
     return variable.type == Type::Enumeration ? variable.declaredType : nameOf(variable.type);
-}
-
-std::unique_ptr<quay::zero::ModelElement::Builder> dataTypeOf(Variable const& variable) {
-    auto type = std::make_unique<CompDataType::Builder>();
-    bool const isNumeric = isNumber(variable.type) || variable.type == Type::Boolean;
-    type->setDataClass(isNumeric                            ? DataClass::Numeric
-                       : variable.type == Type::Enumeration ? DataClass::Enum
-                       : variable.type == Type::String      ? DataClass::String
-                                                            : DataClass::Custom);
-    type->setDataTypeName(typeNameOf(variable));
-    return type;
 }
 
 std::vector<int> dimensionsOf(Variable const& variable) {
