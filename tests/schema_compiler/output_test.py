@@ -45,7 +45,7 @@ LINES = [
         HANDLES,
         "class ORCHARD_API Bench : public quay::zero::elements::Handle<Bench, Garden::RaisedBed> {",
     ),
-    ("include/orchard/trees/Orchard.h", "  quay::zero::ElementSequence<Garden::Bed> beds_{this, 2};"),
+    ("include/orchard/trees/Orchard.h", "  quay::zero::ElementSequence<Garden::Bed> beds_;"),
     ("src/Orchard.cpp", '#include "Garden/Bed.h"'),
     (TREE, '#include "Garden/Enumerations.h"'),
     (TREE, "  Garden::Soil ground_ = Garden::Soil::Loam;"),

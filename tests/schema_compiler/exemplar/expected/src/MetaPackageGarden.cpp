@@ -1,7 +1,8 @@
 // Generated from package.yaml and the files that it lists. Changes belong there.
 #include "Garden/MetaPackageGarden.h"
 
-#include <quay/zero/elements/pattern.h>
+#include <quay/zero/elements/create.h>
+#include <quay/zero/query/comparison.h>
 
 #include "Garden/Enumerations.h"
 #include "Garden/Handles.h"
@@ -138,3 +139,6 @@ void MetaPackageGarden::weave_Garden(quay::zero::meta::MetaRegistry* registry,
 }
 
 quay::zero::meta::Type const& quay::zero::TypeOf<Garden::Soil>::type() { return MetaPackageGarden::getInstance()->Soil; }
+
+template struct GARDEN_API quay::zero::query::Comparisons<Garden::Soil, Garden::Soil>;
+template struct GARDEN_API quay::zero::query::Presence<Garden::Soil>;

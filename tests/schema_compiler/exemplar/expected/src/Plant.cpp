@@ -40,3 +40,6 @@ auto Plant::name() -> Constrainable<std::u16string> const& { static Constrainabl
 auto Plant::height() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Plant_height); return made; }
 
 }  // namespace Garden
+
+template class quay::zero::elements::Level<Garden::Plant, quay::zero::ModelElement>;
+template class quay::zero::elements::ConcreteBuilder<Garden::Plant>;

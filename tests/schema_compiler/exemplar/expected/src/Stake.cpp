@@ -24,3 +24,6 @@ Stake::Constrainables::Constrainables(quay::zero::query::AbstractQuery& query, q
 auto Stake::height() -> Constrainable<double> const& { static Constrainable<double> const made(MetaPackageGarden::getInstance()->Support_height); return made; }
 
 }  // namespace Garden
+
+template class quay::zero::elements::Level<Garden::Stake, Garden::Support>;
+template class quay::zero::elements::ConcreteBuilder<Garden::Stake>;

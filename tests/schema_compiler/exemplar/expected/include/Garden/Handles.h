@@ -21,7 +21,7 @@ class Visitor;
 class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::ModelElement> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Bed>;
   class Constrainables;
   using Handle::Handle;
 
@@ -44,7 +44,7 @@ class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::Mode
 class GARDEN_API Frame : public quay::zero::elements::Handle<Frame, quay::zero::ModelElement> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Frame>;
   class Constrainables;
   using Handle::Handle;
 
@@ -59,7 +59,7 @@ class GARDEN_API Frame : public quay::zero::elements::Handle<Frame, quay::zero::
 class GARDEN_API Lane : public quay::zero::elements::Handle<Lane, quay::zero::ModelElement> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Lane>;
   class Constrainables;
   using Handle::Handle;
 
@@ -74,7 +74,7 @@ class GARDEN_API Lane : public quay::zero::elements::Handle<Lane, quay::zero::Mo
 class GARDEN_API Plant : public quay::zero::elements::Handle<Plant, quay::zero::ModelElement> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Plant>;
   class Constrainables;
   using Handle::Handle;
 
@@ -90,7 +90,7 @@ class GARDEN_API Plant : public quay::zero::elements::Handle<Plant, quay::zero::
 class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<RaisedBed>;
   class Constrainables;
   using Handle::Handle;
 
@@ -127,7 +127,7 @@ class GARDEN_API Support : public quay::zero::elements::Handle<Support, quay::ze
 class GARDEN_API Stake : public quay::zero::elements::Handle<Stake, Support> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Stake>;
   class Constrainables;
   using Handle::Handle;
 
@@ -142,7 +142,7 @@ class GARDEN_API Stake : public quay::zero::elements::Handle<Stake, Support> {
 class GARDEN_API Visitor : public quay::zero::elements::Handle<Visitor, quay::zero::ModelElement> {
  public:
   class Impl;
-  class Builder;
+  using Builder = quay::zero::elements::ConcreteBuilder<Visitor>;
   class Constrainables;
   using Handle::Handle;
 

@@ -44,10 +44,4 @@ class GARDEN_API RaisedBed::Constrainables : public Bed::Constrainables {
   Constrainable<unsigned int> legs;
 };
 
-/// Makes a new RaisedBed with its values and everything that it owns, in one transaction.
-class GARDEN_API RaisedBed::Builder final : public quay::zero::elements::ConcreteBuilder<RaisedBed> {
- public:
-  using ConcreteBuilder::ConcreteBuilder;
-};
-
 }  // namespace Garden
