@@ -53,10 +53,13 @@ class PlannedClass:
     doc: str
     sources: str
     base: str
+    qualified_base: str
     # A class on a plain element takes its builder's base from the pattern, another from its superclass.
     base_is_element: bool
     abstract: bool
     first_index: int
+    # The runtime's headers of the fields, and the packages' headers.
+    field_includes: tuple[str, ...]
     header_includes: tuple[str, ...]
     source_includes: tuple[str, ...]
     # All by index, a derived one right after its source; then without the derived ones.
@@ -65,8 +68,9 @@ class PlannedClass:
     # Those whose values have a setter to define, and those that own children.
     set_values: tuple[PlannedProperty, ...]
     children: tuple[PlannedProperty, ...]
-    # The fields: values before children.
+    # The fields: values before children; and those of them that the constructor ties to the element.
     fields: tuple[PlannedProperty, ...]
+    collections: tuple[PlannedProperty, ...]
     # Those with an index, then the derived ones; and their descriptors cut into lines of some width.
     descriptors: tuple[PlannedProperty, ...]
     descriptor_lines: tuple[tuple[str, ...], ...]
@@ -116,9 +120,11 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
         doc=entry.doc or "",
         sources=_sources(cls),
         base=cpp.type_name(base, scope) if base else _ELEMENT,
+        qualified_base=cpp.qualified(base) if base else _ELEMENT,
         base_is_element=base is None,
         abstract=entry.abstract,
         first_index=scope.first_index(cls),
+        field_includes=tuple(sorted({p.shape.header for p in properties if p.shape.header})),
         header_includes=_header_includes(scope, cls, base),
         source_includes=_source_includes(scope, cls, meta_header),
         properties=properties,
@@ -126,6 +132,7 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
         set_values=tuple(p for p in values if p.has_setter),
         children=children,
         fields=values + children,
+        collections=tuple(p for p in values + children if p.shape.collection),
         descriptors=descriptors,
         descriptor_lines=_lines([p.descriptor for p in descriptors]),
         constrainables=_plan_constrainables(scope, [cls]),

@@ -11,27 +11,35 @@ from compiler.scope import ClassType, DataType, Scope, Type
 
 @dataclass(frozen=True)
 class Shape:
-    """What follows from a property's shape: its template, its classes in the runtime, its word in the declaration."""
+    """What follows from a property's shape: its template, its classes in the runtime, its word in the declaration.
+
+    `header` is that of the field's class template.
+    """
 
     template: str
     descriptor: str
     meta: str
     collection: str = ""
+    header: str = ""
 
 
+_VALUES = "quay/zero/primitive_collection.h"
+_MAP = "quay/zero/element_map.h"
 _SHAPES = {
     "single": Shape("value", "Single", "Single"),
-    "optional": Shape("optional", "Optional", "Optional"),
-    "sequence": Shape("values", "Sequence", "Sequence", "PrimitiveSequence"),
-    "set": Shape("values", "Set", "Set", "PrimitiveSet"),
+    "optional": Shape("optional", "Optional", "Optional", header="boost/optional.hpp"),
+    "sequence": Shape("values", "Sequence", "Sequence", "PrimitiveSequence", _VALUES),
+    "set": Shape("values", "Set", "Set", "PrimitiveSet", _VALUES),
     "single owned": Shape("child", "SingleOwned", "SingleOwned"),
-    "sequence owned": Shape("children", "SequenceOwned", "SequenceOwned", "ElementSequence"),
-    "set owned": Shape("children", "SetOwned", "SetOwned", "UnorderedElementSet"),
-    "map owned": Shape("keyed_children", "MapOwned", "MapOwned", "ElementMap"),
-    "multimap owned": Shape("keyed_children", "MultimapOwned", "MultimapOwned", "ElementMultimap"),
+    "sequence owned": Shape(
+        "children", "SequenceOwned", "SequenceOwned", "ElementSequence", "quay/zero/element_sequence.h"
+    ),
+    "set owned": Shape("children", "SetOwned", "SetOwned", "UnorderedElementSet", "quay/zero/element_set.h"),
+    "map owned": Shape("keyed_children", "MapOwned", "MapOwned", "ElementMap", _MAP),
+    "multimap owned": Shape("keyed_children", "MultimapOwned", "MultimapOwned", "ElementMultimap", _MAP),
 }
 _CONSTRAINABLES = {"single": "Constrainable", "optional": "OptionalConstrainable"}
-_ARRAY = Shape("array", "SingleArray", "Single")
+_ARRAY = Shape("array", "SingleArray", "Single", header="zx/array_holder.h")
 _KEY = Shape("key", "SingleKey", "Single")
 _DERIVED = Shape("derived", "Derived", "Single")
 

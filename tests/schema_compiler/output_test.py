@@ -45,7 +45,7 @@ def missing(table: str, written: dict[str, str]) -> list[str]:
 DERIVED = r"""
 include/Garden/Handles.h
     class GARDEN_API Bed : public quay::zero::elements::Handle<Bed, quay::zero::ModelElement> {
-      class Builder;
+      using Builder = quay::zero::elements::ConcreteBuilder<Bed>;
       static quay::zero::meta::Class const& metaClass();
       static quay::zero::ClassTable const& classTable();
       static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
@@ -89,7 +89,7 @@ include/orchard/trees/Handles.h
       static Tree plant(quay::zero::Model const& model, VWTypeSys::DataTypeTable* table, Position const& where);
       static int count(VWBlock* block);
 include/orchard/trees/Orchard.h
-      quay::zero::ElementSequence<Garden::Bed> beds_{this, 2};
+      quay::zero::ElementSequence<Garden::Bed> beds_;
 src/Orchard.cpp
     #include "Garden/Bed.h"
 include/orchard/trees/Tree.h

@@ -11,14 +11,40 @@
 
 namespace quay::zero {
 
+/// A value that a property was given.
+class ModelElement::Builder::Given {
+public:
+    Given(std::uint16_t index, CellOperations const& operations) : operations_(&operations), index_(index) {
+        operations.make(value_);
+    }
+    Given(Given&& other) noexcept : operations_(other.operations_), index_(other.index_) {
+        operations_->move(other.value_, value_);
+        other.operations_ = nullptr;
+    }
+    Given& operator=(Given&&) = delete;
+    ~Given() {
+        if (operations_ != nullptr) operations_->drop(value_);
+    }
+
+    std::uint16_t index() const noexcept { return index_; }
+    Cell& value() noexcept { return value_; }
+    Cell const& value() const noexcept { return value_; }
+
+private:
+    CellOperations const* operations_;  // null once the value moved away
+    std::uint16_t index_;
+    Cell value_;
+};
+
+/// The child builders of a property.
+struct ModelElement::Builder::Children {
+    std::uint16_t index;
+    std::vector<std::unique_ptr<Builder>> builders;
+};
+
 ModelElement::Builder::Builder(Model const& model, unsigned long bits) : model_(model), given_(bits) {}
 ModelElement::Builder::Builder(unsigned long bits) : given_(bits) {}
-
-ModelElement::Builder::~Builder() {
-    for (Given& given : values_) {
-        if (given.drop != nullptr) given.drop(given.value);
-    }
-}
+ModelElement::Builder::~Builder() = default;
 
 void ModelElement::Builder::setModel(Model const& model) {
     model_ = model;
@@ -29,12 +55,25 @@ void ModelElement::Builder::setModel(Model const& model) {
 
 // --- What was given -------------------------------------------------------------------------------------------------
 
-ModelElement::Builder::Given* ModelElement::Builder::findValue(std::uint16_t index) noexcept {
-    if (!given_.test(index)) return nullptr;
-    auto const found =
-        std::find_if(values_.begin(), values_.end(), [index](Given const& g) { return g.index == index; });
-    return found == values_.end() ? nullptr : &*found;
+Cell& ModelElement::Builder::cellAt(std::uint16_t index, CellOperations const& operations) {
+    if (given_.test(index)) {
+        auto const found =
+            std::find_if(values_.begin(), values_.end(), [index](Given const& g) { return g.index() == index; });
+        if (found != values_.end()) return found->value();
+    }
+    if (values_.capacity() == 0) values_.reserve(8);
+    values_.emplace_back(index, operations);
+    given_.set(index);
+    return values_.back().value();
 }
+
+template struct ModelElement::Builder::GivenValue<bool>;
+template struct ModelElement::Builder::GivenValue<int>;
+template struct ModelElement::Builder::GivenValue<unsigned int>;
+template struct ModelElement::Builder::GivenValue<unsigned long>;
+template struct ModelElement::Builder::GivenValue<double>;
+template struct ModelElement::Builder::GivenValue<std::u16string>;
+template struct ModelElement::Builder::GivenValue<std::string>;
 
 std::vector<std::unique_ptr<ModelElement::Builder>>& ModelElement::Builder::childrenAt(std::uint16_t index) {
     given_.set(index);
@@ -109,7 +148,9 @@ ModelElement ModelElement::Builder::doCreate(bool suppressCascade, boost::uuids:
 ModelElement ModelElement::Builder::make(bool suppressCascade, boost::uuids::uuid const& id) {
     ModelElement made(allocate(id));
     made_ = made;
-    for (Given const& given : values_) classTable().descriptorAt(given.index)->build(*made.impl(), given.value);
+    for (Given const& given : values_) {
+        classTable().descriptorAt(given.index())->build(*made.impl(), given.value());
+    }
     if (!suppressCascade) {
         made->notifyCreated();
         cascadeCreation(*made.impl());

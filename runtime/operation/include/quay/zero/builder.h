@@ -2,13 +2,13 @@
 #pragma once
 
 #include <quay/zero/cell.h>
+#include <quay/zero/index_set.h>
 #include <quay/zero/model.h>
 
-#include <boost/container/deque.hpp>
-#include <boost/dynamic_bitset.hpp>
 #include <boost/uuid/uuid.hpp>
 #include <initializer_list>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -18,6 +18,9 @@ namespace quay::zero {
 /// child builders, may be filled in any order, and may be used again: each `create` is a run of its own and makes a new
 /// element. Its cost follows what was given, not the class.
 class QUAY_ZERO_API ModelElement::Builder {
+    template <class T>
+    struct GivenValue;
+
 public:
     class Orchestrator;
 
@@ -32,7 +35,7 @@ public:
     /// Gives the builder, and all builders added to it, the model.
     void setModel(Model const& model);
     /// The properties that were given a value or a child, also one that was taken back.
-    boost::dynamic_bitset<unsigned long> const& given() const noexcept { return given_; }
+    IndexSet const& given() const noexcept { return given_; }
 
     /// Creates the element, and below it what the child builders stand for, in one transaction; only the top has the
     /// id, and a nil one draws a fresh one. CannotCreateWithoutModel; what fails leaves no trace.
@@ -49,21 +52,19 @@ public:
 
     template <class T>
     void giveValue(std::uint16_t index, T value) {
-        Given& given = valueAt<T>(index);
-        given.value.get<T>() = std::move(value);
+        GivenValue<T>::give(*this, index, std::move(value));
     }
     template <class T>
     void appendValue(std::uint16_t index, T value) {
-        valueAt<std::vector<T>>(index).value.template get<std::vector<T>>().push_back(std::move(value));
+        GivenValue<T>::append(*this, index, std::move(value));
     }
     template <class T>
     void appendValues(std::uint16_t index, std::initializer_list<T> values) {
-        auto& all = valueAt<std::vector<T>>(index).value.template get<std::vector<T>>();
-        all.insert(all.end(), values.begin(), values.end());
+        GivenValue<T>::append(*this, index, values);
     }
     template <class T>
     void dropAllValues(std::uint16_t index) {
-        valueAt<std::vector<T>>(index).value.template get<std::vector<T>>().clear();
+        GivenValue<T>::drop(*this, index);
     }
     /// CannotAddIncompatibleTypes unless the child is of the property's class; what was given before then stays.
     void giveOneChild(std::uint16_t index, std::unique_ptr<Builder> child);
@@ -78,34 +79,17 @@ protected:
     virtual ModelElement::Impl* allocate(boost::uuids::uuid const& id) const = 0;
 
 private:
-    struct Given {
-        std::uint16_t index;
-        void (*drop)(Cell&);
-        Cell value;
-    };
-    struct Children {
-        std::uint16_t index;
-        std::vector<std::unique_ptr<Builder>> builders;
-    };
+    class Given;
+    struct Children;
 
-    template <class T>
-    Given& valueAt(std::uint16_t index) {
-        if (Given* const present = findValue(index)) return *present;
-        values_.emplace_back();
-        Given& made = values_.back();
-        made.drop = nullptr;
-        made.index = index;
-        try {
-            made.value.emplace<T>();
-        } catch (...) {
-            values_.pop_back();
-            throw;
-        }
-        made.drop = [](Cell& cell) { cell.drop<T>(); };
-        given_.set(index);
-        return made;
-    }
-    Given* findValue(std::uint16_t index) noexcept;
+    /// What is done to a cell's value without knowing its type.
+    struct CellOperations {
+        void (*make)(Cell& empty);
+        void (*drop)(Cell& cell) noexcept;
+        void (*move)(Cell& from, Cell& empty) noexcept;
+    };
+    /// The cell of an index, made if nothing was given yet. It is good until the next property is given a value.
+    Cell& cellAt(std::uint16_t index, CellOperations const& operations);
     std::vector<std::unique_ptr<Builder>>& childrenAt(std::uint16_t index);
     void requireFit(std::uint16_t index, Builder const* child) const;
     ModelElement doCreate(bool suppressCascade, boost::uuids::uuid const& id);
@@ -113,12 +97,61 @@ private:
     void cascadeCreation(ModelElement::Impl& element);
 
     Model model_;
-    boost::dynamic_bitset<unsigned long> given_;
-    boost::container::deque<Given> values_;  // cells don't move; allocates nothing while it is empty
+    IndexSet given_;
+    std::vector<Given> values_;
     std::vector<Children> children_;
     Orchestrator* orchestrator_ = nullptr;  // of the run that this builder takes part in
     ModelElement made_;                     // in that run
 };
+
+/// How values of type T are given. Not inline, so that a user's call of a setter is a call of the library for the types
+/// below, which are those of most properties.
+template <class T>
+struct ModelElement::Builder::GivenValue {
+    static void give(Builder& builder, std::uint16_t index, T value);
+    static void append(Builder& builder, std::uint16_t index, T value);
+    static void append(Builder& builder, std::uint16_t index, std::initializer_list<T> values);
+    static void drop(Builder& builder, std::uint16_t index);
+
+private:
+    /// The value that a property was given, of type V: a T, or several.
+    template <class V>
+    static V& valueAt(Builder& builder, std::uint16_t index) {
+        static constexpr CellOperations operations{
+            [](Cell& empty) { empty.emplace<V>(); },
+            [](Cell& cell) noexcept { cell.drop<V>(); },
+            [](Cell& from, Cell& empty) noexcept { from.moveTo<V>(empty); },
+        };
+        return builder.cellAt(index, operations).template get<V>();
+    }
+};
+
+template <class T>
+void ModelElement::Builder::GivenValue<T>::give(Builder& builder, std::uint16_t index, T value) {
+    valueAt<T>(builder, index) = std::move(value);
+}
+template <class T>
+void ModelElement::Builder::GivenValue<T>::append(Builder& builder, std::uint16_t index, T value) {
+    valueAt<std::vector<T>>(builder, index).push_back(std::move(value));
+}
+template <class T>
+void ModelElement::Builder::GivenValue<T>::append(Builder& builder, std::uint16_t index,
+                                                  std::initializer_list<T> values) {
+    auto& all = valueAt<std::vector<T>>(builder, index);
+    all.insert(all.end(), values.begin(), values.end());
+}
+template <class T>
+void ModelElement::Builder::GivenValue<T>::drop(Builder& builder, std::uint16_t index) {
+    valueAt<std::vector<T>>(builder, index).clear();
+}
+
+extern template struct ModelElement::Builder::GivenValue<bool>;
+extern template struct ModelElement::Builder::GivenValue<int>;
+extern template struct ModelElement::Builder::GivenValue<unsigned int>;
+extern template struct ModelElement::Builder::GivenValue<unsigned long>;
+extern template struct ModelElement::Builder::GivenValue<double>;
+extern template struct ModelElement::Builder::GivenValue<std::u16string>;
+extern template struct ModelElement::Builder::GivenValue<std::string>;
 
 /// One run of a tree of builders: its transaction, and the element of each builder, so that a builder makes one element
 /// in a run, by however many ways it is reached.

@@ -42,6 +42,15 @@ quay::zero::ClassTable const& Bed::classTable() {
 
 Bed Bed::create(quay::zero::Model const& model, boost::uuids::uuid const& id) { return shapes::create<Bed>(model, id); }
 
+Bed::Impl::Impl(quay::zero::Model const& model, boost::uuids::uuid const& id)
+    : Level(model, id),
+      readings_(this, 6),
+      tags_(this, 7),
+      frames_(this, 9),
+      supports_(this, 10),
+      plants_(this, 11),
+      byHeight_(this, 12) {}
+
 void Bed::Impl::setLabel(std::u16string const& value) { Descriptors::label.set(*this, value); }
 void Bed::Impl::setSoil(Soil value) { Descriptors::soil.set(*this, value); }
 void Bed::Impl::setWidth(double value) { Descriptors::width.set(*this, value); }
@@ -88,3 +97,6 @@ auto Bed::plants() -> ConstrainableRelation<Plant> const& { static Constrainable
 auto Bed::byHeight() -> ConstrainableRelation<Plant> const& { static ConstrainableRelation<Plant> const made(MetaPackageGarden::getInstance()->Bed_byHeight); return made; }
 
 }  // namespace Garden
+
+template class quay::zero::elements::Level<Garden::Bed, quay::zero::ModelElement>;
+template class quay::zero::elements::ConcreteBuilder<Garden::Bed>;

@@ -2,8 +2,7 @@
 #pragma once
 
 #include <quay/zero/builder.h>
-#include <quay/zero/element_sequence.h>
-#include <quay/zero/meta/types.h>
+#include <quay/zero/elements/handle.h>
 
 #include <boost/uuid/uuid.hpp>
 #include <initializer_list>
@@ -55,29 +54,30 @@ private:
     B& self() noexcept { return static_cast<B&>(*this); }
 };
 
-/// The builder of the concrete class X: the chain's setters, and the making of an X.
+/// The builder of the concrete class X: makes a new X with its values and everything that it owns, in one transaction.
+/// It has the chain's setters; every one returns the builder. What isn't inline stands in definitions.h, and is
+/// instantiated in the class's source alone.
 template <class X>
-class ConcreteBuilder : public X::Impl::template BuilderBase<typename X::Builder> {
-    using Setters = typename X::Impl::template BuilderBase<typename X::Builder>;
+class QUAY_ZERO_API ConcreteBuilder final : public X::Impl::template BuilderBase<ConcreteBuilder<X>> {
+    using Setters = typename X::Impl::template BuilderBase<ConcreteBuilder<X>>;
 
 public:
     using Element = X;
 
     /// For a model that is given later.
-    ConcreteBuilder() : Setters(X::classTable().highestIndex() + 1) {}
-    explicit ConcreteBuilder(Model const& model) : Setters(model, X::classTable().highestIndex() + 1) {}
+    ConcreteBuilder();
+    explicit ConcreteBuilder(Model const& model);
+    ~ConcreteBuilder() override;
 
-    meta::Class const& getMetaClass() const override { return X::metaClass(); }
-    ClassTable const& classTable() const override { return X::classTable(); }
+    meta::Class const& getMetaClass() const override;
+    ClassTable const& classTable() const override;
 
     /// Creates the element with everything below it, in one transaction; see ModelElement::Builder::create.
-    X create() { return create(boost::uuids::uuid{}); }
-    X create(boost::uuids::uuid const& id) { return X::cast(ModelElement::Builder::create(id)); }
+    X create();
+    X create(boost::uuids::uuid const& id);
 
 protected:
-    ModelElement::Impl* allocate(boost::uuids::uuid const& id) const override {
-        return new typename X::Impl(this->getModel(), id);
-    }
+    ModelElement::Impl* allocate(boost::uuids::uuid const& id) const override;
 };
 
 }  // namespace quay::zero::elements

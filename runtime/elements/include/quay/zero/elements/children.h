@@ -1,6 +1,7 @@
 // What the shapes of several owned children share: creating a child into its place.
 #pragma once
 
+#include <quay/zero/builder.h>
 #include <quay/zero/elements/create.h>
 #include <quay/zero/elements/handle.h>
 #include <quay/zero/owned_collection_descriptor.h>

@@ -1,17 +1,18 @@
 // The handle of a generated class.
 #pragma once
 
-#include <quay/zero/builder.h>
-#include <quay/zero/property_descriptor.h>
-#include <quay/zero/query/attachment.h>
-#include <quay/zero/report.h>
+#include <quay/zero/query/forward.h>
 #include <quay/zero/typed_handle.h>
-
-#include <quay0/messages.h>
 
 #include <concepts>
 
 namespace quay::zero::elements {
+
+/// The builder, if elements of the class that it makes are also of that of `table`; otherwise InvalidValue.
+QUAY_ZERO_API ModelElement::Builder& requireBuilderOf(ClassTable const& table, ModelElement::Builder& builder);
+
+template <class X>
+class ConcreteBuilder;
 
 /// A builder of class X or of a class derived from it, not owned: what createInto takes. Made from any such builder.
 template <class X>
@@ -21,9 +22,7 @@ public:
     requires std::derived_from<typename B::Element, X> BuilderWrapper(B& builder)
     noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
     /// For a builder whose class is known only at run time. InvalidValue if it isn't X or derived from it.
-    explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&builder) {
-        if (!builder.classTable().conformsTo(X::classTable())) reportException(quay0::messages::InvalidValue());
-    }
+    explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&requireBuilderOf(X::classTable(), builder)) {}
 
     ModelElement::Builder& builder() const noexcept { return *builder_; }
 

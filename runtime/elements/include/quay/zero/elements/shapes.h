@@ -1,6 +1,7 @@
 // Every shape of property: what the source of a generated class needs.
 #pragma once
 
+#include <quay/zero/elements/definitions.h>
 #include <quay/zero/elements/derived.h>
 #include <quay/zero/elements/map_owned.h>
 #include <quay/zero/elements/multimap_owned.h>

@@ -1,63 +1,16 @@
-// What a value of a property can be compared with, and the conditions that do it.
+// The conditions on values, for whoever instantiates them for a type: the runtime, and the package of an enumeration.
 #pragma once
 
-#include <quay/zero/query/condition.h>
+#include <quay/zero/query/operand.h>
 #include <quay/zero/type_traits.h>
 #include <quay/zero/value_descriptor.h>
 
 #include <bit>
-#include <concepts>
-#include <cstddef>
-#include <string>
-#include <string_view>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
 namespace quay::zero::query {
-
-enum class Comparison : std::uint8_t { Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual, Contains, StartsWith };
-
-template <class T>
-concept WholeNumber =
-    std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
-    !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
-template <class T>
-concept Number = WholeNumber<T> || std::floating_point<T>;
-template <class T>
-concept Text = std::same_as<T, std::string> || std::same_as<T, std::u16string>;
-
-/// What a property of type T is compared with when `V` is given: whole numbers with whole numbers by their value,
-/// whatever their types; reals with numbers; text with text of the same kind; all others with their own type. Undefined
-/// for every other pair.
-template <class T, class V>
-struct Operand;
-template <class T>
-requires(std::same_as<T, bool> || std::is_enum_v<T>) struct Operand<T, T> {
-    using Type = T;
-};
-template <WholeNumber T, WholeNumber V>
-struct Operand<T, V> {
-    using Type = std::conditional_t<std::is_signed_v<V>, long long, unsigned long long>;
-};
-template <std::floating_point T, Number V>
-struct Operand<T, V> {
-    using Type = T;
-};
-template <Text T, class V>
-requires(std::convertible_to<V const&, std::basic_string_view<typename T::value_type>> &&
-         !std::same_as<V, std::nullptr_t>) struct Operand<T, V> {
-    using Type = T;
-};
-
-template <class T, class V>
-concept ComparableWith = requires {
-    typename Operand<T, V>::Type;
-};
-/// Whether the type's values have an order: all but truth values.
-template <class T, class V>
-concept OrderedWith = ComparableWith<T, V> && !std::same_as<T, bool>;
-template <class T, class V>
-concept TextWith = ComparableWith<T, V> && Text<T>;
 
 /// Whether a value compares so with an operand.
 template <Comparison c, class T, class V>
@@ -128,9 +81,8 @@ class ComparisonCondition final : public ValueCondition<T, optional> {
     using Base = ValueCondition<T, optional>;
 
 public:
-    template <class Given>
-    ComparisonCondition(meta::Property const& property, AbstractQuery const* query, Given const& operand)
-        : Base(property, query), operand_(makeOperand(operand)) {}
+    ComparisonCondition(meta::Property const& property, AbstractQuery const* query, V operand)
+        : Base(property, query), operand_(std::move(operand)) {}
 
     Mask match(Condition::Element* const* block, Mask wanted) const override {
         return this->matchFields(block, wanted, [this](typename Base::Field const& field) {
@@ -143,15 +95,6 @@ public:
     }
 
 private:
-    template <class Given>
-    static V makeOperand(Given const& operand) {
-        if constexpr (Text<V>) {
-            return V(std::basic_string_view<typename V::value_type>(operand));
-        } else {
-            return static_cast<V>(operand);
-        }
-    }
-
     V operand_;
 };
 
@@ -165,5 +108,40 @@ public:
         return this->matchFields(block, wanted, [](boost::optional<T> const& field) { return field.has_value(); });
     }
 };
+
+/// The condition of a comparison that is known at run time.
+template <class T, bool optional, class V>
+Condition::Pointer makeComparison(meta::Property const& property, AbstractQuery const* query, Comparison comparison,
+                                  V&& operand) {
+    auto const make = [&]<Comparison c>(std::integral_constant<Comparison, c> /*known*/) -> Condition::Pointer {
+        return std::make_shared<ComparisonCondition<c, T, optional, V>>(property, query, std::move(operand));
+    };
+    using enum Comparison;
+    if (comparison == Equal) return make(std::integral_constant<Comparison, Equal>());
+    if (comparison == NotEqual) return make(std::integral_constant<Comparison, NotEqual>());
+    if constexpr (!std::same_as<T, bool>) {
+        if (comparison == Less) return make(std::integral_constant<Comparison, Less>());
+        if (comparison == LessEqual) return make(std::integral_constant<Comparison, LessEqual>());
+        if (comparison == Greater) return make(std::integral_constant<Comparison, Greater>());
+        if (comparison == GreaterEqual) return make(std::integral_constant<Comparison, GreaterEqual>());
+    }
+    if constexpr (Text<T>) {
+        if (comparison == Contains) return make(std::integral_constant<Comparison, Contains>());
+        if (comparison == StartsWith) return make(std::integral_constant<Comparison, StartsWith>());
+    }
+    return nullptr;  // the constrainable has no such operator
+}
+
+template <class T, class V>
+Condition::Pointer Comparisons<T, V>::make(meta::Property const& property, AbstractQuery const* query,
+                                           Comparison comparison, bool optional, V operand) {
+    return optional ? makeComparison<T, true>(property, query, comparison, std::move(operand))
+                    : makeComparison<T, false>(property, query, comparison, std::move(operand));
+}
+
+template <class T>
+Condition::Pointer Presence<T>::make(meta::Property const& property, AbstractQuery const* query) {
+    return std::make_shared<PresenceCondition<T>>(property, query);
+}
 
 }  // namespace quay::zero::query

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <quay/zero/query/attachment.h>
-#include <quay/zero/query/comparison.h>
 #include <quay/zero/query/constraint.h>
+#include <quay/zero/query/operand.h>
 
-#include <memory>
+#include <concepts>
+#include <string_view>
 #include <utility>
 
 namespace quay::zero::query {
@@ -82,20 +83,28 @@ public:
 
     /// Whether there is a value.
     Made has() const requires(optional) {
-        return Made(std::make_shared<PresenceCondition<T>>(this->getProperty(), this->getAttachment().getQuery()));
+        return Made(Presence<T>::make(this->getProperty(), this->getAttachment().getQuery()));
     }
 
     /// Whether the element is that one; an empty handle stands for none.
-    Made operator==(T const& e) const requires ElementHandle<T> {
+    Made operator==(T const& e) const requires std::derived_from<T, ModelElement> {
         return Made(holds(this->getProperty(), this->getAttachment().getQuery(), e));
     }
-    Made operator!=(T const& e) const requires ElementHandle<T> { return !(*this == e); }
+    Made operator!=(T const& e) const requires std::derived_from<T, ModelElement> { return !(*this == e); }
 
 private:
     template <Comparison c, class V>
-    Made compare(V const& operand) const {
-        using Compared = ComparisonCondition<c, T, optional, typename Operand<T, V>::Type>;
-        return Made(std::make_shared<Compared>(this->getProperty(), this->getAttachment().getQuery(), operand));
+    Made compare(V const& given) const {
+        using Compared = typename Operand<T, V>::Type;
+        auto const operand = [&given] {
+            if constexpr (Text<Compared>) {
+                return Compared(std::basic_string_view<typename Compared::value_type>(given));
+            } else {
+                return static_cast<Compared>(given);
+            }
+        };
+        return Made(Comparisons<T, Compared>::make(this->getProperty(), this->getAttachment().getQuery(), c, optional,
+                                                   operand()));
     }
 };
 

@@ -2,6 +2,12 @@
 #pragma once
 
 #include <quay/zero/elements/pattern.h>
+#include <boost/optional.hpp>
+#include <quay/zero/element_map.h>
+#include <quay/zero/element_sequence.h>
+#include <quay/zero/element_set.h>
+#include <quay/zero/primitive_collection.h>
+#include <zx/array_holder.h>
 
 #include "Garden/Enumerations.h"
 #include "Garden/Handles.h"
@@ -11,7 +17,7 @@ namespace Garden {
 /// A bed of the garden.
 class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero::ModelElement> {
  public:
-  using Level::Level;
+  Impl(quay::zero::Model const& model, boost::uuids::uuid const& id);
   template <class B>
   class BuilderBase;
 
@@ -94,13 +100,13 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   double width_ = 1.2;
   quay::zero::ArrayHolder plan_;
   boost::optional<int> waterings_;
-  quay::zero::PrimitiveSequence<double> readings_{this, 6};
-  quay::zero::PrimitiveSet<std::string> tags_{this, 7};
+  quay::zero::PrimitiveSequence<double> readings_;
+  quay::zero::PrimitiveSet<std::string> tags_;
   Frame frame_;
-  quay::zero::ElementSequence<Frame> frames_{this, 9};
-  quay::zero::UnorderedElementSet<Support> supports_{this, 10};
-  quay::zero::ElementMap<std::u16string, Plant> plants_{this, 11};
-  quay::zero::ElementMultimap<double, Plant> byHeight_{this, 12};
+  quay::zero::ElementSequence<Frame> frames_;
+  quay::zero::UnorderedElementSet<Support> supports_;
+  quay::zero::ElementMap<std::u16string, Plant> plants_;
+  quay::zero::ElementMultimap<double, Plant> byHeight_;
 };
 
 /// Fills a new Bed before it exists; every setter returns the builder.
@@ -146,12 +152,6 @@ class GARDEN_API Bed::Constrainables : public quay::zero::ModelElement::Constrai
   ConstrainableRelation<Support> supports;
   ConstrainableRelation<Plant> plants;
   ConstrainableRelation<Plant> byHeight;
-};
-
-/// Makes a new Bed with its values and everything that it owns, in one transaction.
-class GARDEN_API Bed::Builder final : public quay::zero::elements::ConcreteBuilder<Bed> {
- public:
-  using ConcreteBuilder::ConcreteBuilder;
 };
 
 }  // namespace Garden
