@@ -230,10 +230,11 @@ void World::step(Operation const& o) {
     }
     if (!any()) return;
     int const n = pick(o.a);
-    int const s = slotsOf(n)[o.b % slotsOf(n).size()];
     if (o.kind == Kind::Hold) held_.insert_or_assign(n, element(n));
     if (o.kind == Kind::Destroy) destroy(o, n);
     if (o.kind == Kind::PutBack) putBack(o, n);
+    if ((o.kind != Kind::Refused && o.kind != Kind::Act) || slotsOf(n).empty()) return;
+    int const s = slotsOf(n)[o.b % slotsOf(n).size()];
     if (o.kind == Kind::Refused) refuse(o, n, s);
     if (o.kind == Kind::Act) act(o, n, s);
 }

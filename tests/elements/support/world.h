@@ -61,9 +61,9 @@ public:
     void run(Operation const& o);
     void run(std::vector<Operation> const& operations);
     void compare();
-    void create(int kind);
 
 protected:
+    void create(int kind);
     virtual void actParticularly(Operation const& /*o*/) {}
 
     Slot const& slotAt(int s) const { return plan_.slotAt(s); }
