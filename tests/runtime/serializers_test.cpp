@@ -6,6 +6,7 @@
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
+#include <boost/lexical_cast.hpp>
 
 #include <limits>
 

@@ -2,9 +2,8 @@
 
 #include <keel/text.h>
 #include <quay/zero/builder.h>
-#include <quay/zero/collection.h>
+#include <quay/zero/element_name.h>
 #include <quay/zero/io/io.h>
-#include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
 
 #include <algorithm>
@@ -27,30 +26,6 @@ bool isText(Property const& property) {
     return isOne && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta);
 }
 
-/// Whether the property contains the member; otherwise it refers to it.
-bool contains(ModelElement const& owner, Property const& property, ModelElement const& member) {
-    return !member->isProxy() && owner.impl()->owns(*member.impl()) && member->containmentFeature() == property;
-}
-
-/// The property that names the elements of a class, or an empty handle.
-Property namingProperty(ModelElement const& element) {
-    static std::map<ModelElement::Impl const*, Property> known;
-    auto const found = known.find(element->getMetaClass().impl());
-    if (found != known.end()) return found->second;
-    Property result;
-    for (Property const& property : storedProperties(element)) {
-        if (!isText(property)) continue;
-        std::u16string const& name = property->getName();
-        if (name == u"compiledSignalLabel" || name == u"name") {
-            result = property;
-            break;
-        }
-        bool const isName = name.ends_with(u"Name") || name.ends_with(u"Path") || name == u"identifier";
-        if (isName && !result) result = property;
-    }
-    return known[element->getMetaClass().impl()] = result;
-}
-
 }  // namespace
 
 std::vector<Property> const& storedProperties(ModelElement const& element) {
@@ -64,29 +39,8 @@ std::vector<Property> const& storedProperties(ModelElement const& element) {
     return place->second;
 }
 
-bool isSeveral(Property const& property) {
-    return property->getFlags() != ValueFlags::One && property->getFlags() != ValueFlags::Optional;
-}
-
 bool isKeyed(Property const& property) {
     return property->getFlags() == ValueFlags::Map || property->getFlags() == ValueFlags::Multimap;
-}
-
-std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property) {
-    PropertyDescriptor const& descriptor = *property->descriptor();
-    auto const isReferenced = [&](ModelElement const& child) { return !contains(element, property, child); };
-    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
-        std::vector<ModelElement> members = collection->getAllValues();
-        std::erase_if(members, isReferenced);
-        if (property->getFlags() == ValueFlags::Set) {
-            std::sort(members.begin(), members.end(), [](auto& a, auto& b) { return a->uuid() < b->uuid(); });
-        }
-        return members;
-    }
-    if (!descriptor.has(*element.impl())) return {};
-    auto const child = element->getPropertyValue(property, kTag).getValue<ModelElement>();
-    if (isReferenced(child)) return {};
-    return {child};
 }
 
 std::vector<std::string> placesOf(std::vector<ModelElement> const& children, Property const& property) {
@@ -127,12 +81,7 @@ std::string plainText(ModelElement const& element, Property const& property) {
     return value.getValue<std::string>();
 }
 
-std::string nameOf(ModelElement const& element) {
-    Property name;
-    if (Property const owner = element->containmentFeature()) name = owner->getQualifiedBy();
-    if (!name) name = namingProperty(element);
-    return name ? plainText(element, name) : std::string();
-}
+std::string nameOf(ModelElement const& element) { return keel::toUtf8(quay::zero::nameOf(element)); }
 
 std::string escaped(std::string_view key) {
     if (key.empty()) return "~";
@@ -188,16 +137,8 @@ std::string Paths::of(ModelElement const& element) {
 }
 
 std::vector<std::string> referencesOf(ModelElement const& element, Property const& property, Paths& paths) {
-    PropertyDescriptor const& descriptor = *property->descriptor();
-    std::vector<ModelElement> members;
-    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(*element.impl()))) {
-        collection->resolveAll();
-        members = collection->getAllValuesAndProxies();
-    } else if (descriptor.has(*element.impl())) {
-        members.push_back(element->getPropertyValue(property, kTag).getValue<ModelElement>());
-    }
     std::vector<std::string> result;
-    for (ModelElement const& member : members) {
+    for (ModelElement const& member : membersOf(element, property)) {
         if (member->isProxy()) {
             result.push_back(to_string(member->getProxyId().id()));
         } else if (!contains(element, property, member)) {

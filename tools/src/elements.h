@@ -1,6 +1,7 @@
 // Elements by reflection: what they own, what they are called, and where they stand.
 #pragma once
 
+#include <quay/zero/children.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
 
@@ -14,17 +15,16 @@
 
 namespace modelref {
 
+using quay::zero::childrenOf;
+using quay::zero::isSeveral;
 using quay::zero::Model;
 using quay::zero::ModelElement;
 using quay::zero::meta::Property;
 
 /// The properties of the element's class that hold something of their own, in order of declaration.
 std::vector<Property> const& storedProperties(ModelElement const& element);
-bool isSeveral(Property const& property);
 /// A map or a multimap.
 bool isKeyed(Property const& property);
-/// What the element owns by a property, in order; the members of a set by rising id.
-std::vector<ModelElement> childrenOf(ModelElement const& element, Property const& property);
 /// The part of each child's path that follows the property: an entry's key, with a number after it where several have
 /// that key ("gain", "gain/1"), and the position of any other child.
 std::vector<std::string> placesOf(std::vector<ModelElement> const& children, Property const& property);
@@ -33,7 +33,7 @@ std::optional<std::size_t> positionIn(std::string_view text);
 
 /// The class's name: "InportInformation".
 std::string classOf(ModelElement const& element);
-/// What people call the element: a port's label, the key of a map's entry, a name; "" without one.
+/// What people call the element, in UTF-8; see quay::zero::nameOf.
 std::string nameOf(ModelElement const& element);
 /// A text property as it stands, in UTF-8; any other as JSON.
 std::string plainText(ModelElement const& element, Property const& property);

@@ -1,6 +1,15 @@
+#include <quay/zero/meta/property.h>
 #include <quay/zero/value.h>
 
+#include <boost/container_hash/hash.hpp>
+#include <boost/uuid/uuid_hash.hpp>
+
 namespace quay::zero {
+
+std::size_t combineHashes(std::size_t before, std::size_t next) noexcept {
+    boost::hash_combine(before, next);
+    return before;
+}
 
 ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept
     : type_(type.ModelElement::impl()), flags_(flags) {}
@@ -57,6 +66,12 @@ void Value::reportIncompatible() const {
     reportException(
         quay0::messages::CannotCastIncompatibleTypes(type == nullptr ? std::u16string() : type->getQualifiedName()));
 }
+
+std::size_t Value::hashOf(ModelElement const& element) noexcept {
+    return element.impl() == nullptr ? 0 : boost::uuids::hash_value(element->uuid());
+}
+
+ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
 
 bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
 

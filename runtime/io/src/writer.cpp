@@ -2,7 +2,8 @@
 
 #include <keel/text.h>
 #include <quay/zero/builder.h>
-#include <quay/zero/collection.h>
+#include <quay/zero/children.h>
+#include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
 
 #include <algorithm>
@@ -160,18 +161,9 @@ bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& proper
 }
 
 Writer::Children Writer::childrenOf(ModelElement::Impl& element, FieldForm const& property) {
-    Children result;
     PropertyDescriptor const& descriptor = *property.property->descriptor();
-    if (auto* const collection = static_cast<ReferenceCollection*>(descriptor.collection(element))) {
-        result.isList = true;
-        collection->resolveAll();
-        result.elements = collection->getAllValuesAndProxies();
-        std::erase_if(result.elements,
-                      [](ModelElement const& e) { return !e; });  // references to elements that were released
-        if (property.isSet) sortById(result.elements);
-    } else if (descriptor.has(element)) {
-        result.elements.push_back(descriptor.get(element, property.property, kResolving).getValue<ModelElement>());
-    }
+    Children result{membersOf(element, descriptor), descriptor.kind() == PropertyKind::ElementCollection};
+    if (property.isSet) sortById(result.elements);
     return result;
 }
 

@@ -2,6 +2,7 @@
 #include <quay/zero/meta/registry.h>
 #include <quay/zero/meta/serializers.h>
 
+#include <boost/lexical_cast.hpp>
 #include <charconv>
 #include <typeinfo>
 

@@ -10,17 +10,23 @@ bool isSeveral(meta::Property const& property) {
     return property->getFlags() != ValueFlags::One && property->getFlags() != ValueFlags::Optional;
 }
 
+std::vector<ModelElement> membersOf(ModelElement::Impl const& element, PropertyDescriptor const& descriptor) {
+    std::vector<ModelElement> members;
+    if (descriptor.kind() == PropertyKind::Child) {
+        if (ModelElement child = descriptor.child(element)) members.push_back(std::move(child));
+        return members;
+    }
+    auto& collection = static_cast<ReferenceCollection&>(*descriptor.collection(element));
+    collection.resolveAll();
+    members = collection.getAllValuesAndProxies();
+    std::erase_if(members, [](ModelElement const& e) { return !e; });  // they are contained elsewhere, and died there
+    return members;
+}
+
 std::vector<ModelElement> membersOf(ModelElement const& element, meta::Property const& property) {
     PropertyDescriptor const* const descriptor = element->descriptorOf(property);
     if (descriptor == nullptr || !descriptor->ownsElements()) return {};
-    if (descriptor->kind() == PropertyKind::Child) {
-        ModelElement child = descriptor->child(*element.impl());
-        return child ? std::vector{std::move(child)} : std::vector<ModelElement>();
-    }
-    auto& collection = static_cast<ReferenceCollection&>(*descriptor->collection(*element.impl()));
-    collection.resolveAll();
-    std::vector<ModelElement> members = collection.getAllValuesAndProxies();
-    std::erase_if(members, [](ModelElement const& e) { return !e; });  // they are contained elsewhere, and died there
+    std::vector<ModelElement> members = membersOf(*element.impl(), *descriptor);
     if (property->getFlags() == ValueFlags::Set) {
         std::sort(members.begin(), members.end(), [](auto& a, auto& b) { return a->uuid() < b->uuid(); });
     }

@@ -11,18 +11,28 @@ bool isText(meta::Property const& property) {
     return isOne && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta);
 }
 
+/// Looks at the properties of a class, those of its superclasses first, until one settles it. Answers whether one did.
+bool findNaming(meta::Class::Impl const& metaClass, meta::Property& best) {
+    if (metaClass.superclass() != nullptr && findNaming(*metaClass.superclass(), best)) return true;
+    for (meta::Property const& property : *metaClass.getOwnedProperties()) {
+        if (property->isDerived() || !isText(property)) continue;
+        std::u16string const& name = property->getName();
+        if (name == u"compiledSignalLabel" || name == u"name") {
+            best = property;
+            return true;
+        }
+        bool const isName = name.ends_with(u"Name") || name.ends_with(u"Path") || name == u"identifier";
+        if (isName && !best) best = property;
+    }
+    return false;
+}
+
 }  // namespace
 
 meta::Property namingProperty(meta::Class const& metaClass) {
-    meta::Property result;
-    for (meta::Property const& property : metaClass->getProperties()) {
-        if (property->isDerived() || !isText(property)) continue;
-        std::u16string const& name = property->getName();
-        if (name == u"compiledSignalLabel" || name == u"name") return property;
-        bool const isName = name.ends_with(u"Name") || name.ends_with(u"Path") || name == u"identifier";
-        if (isName && !result) result = property;
-    }
-    return result;
+    meta::Property best;
+    findNaming(*metaClass.impl(), best);
+    return best;
 }
 
 std::u16string nameOf(ModelElement const& element) {

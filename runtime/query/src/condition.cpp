@@ -1,5 +1,6 @@
 #include <quay/zero/element_sequence.h>
 #include <quay/zero/element_set.h>
+#include <quay/zero/meta/no_such_property.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/query/condition.h>
@@ -146,12 +147,13 @@ PropertyCondition::PropertyCondition(meta::Property property, AbstractQuery cons
     : property_(std::move(property)), descriptor_(property_ ? property_->descriptor() : nullptr), query_(query) {}
 
 void PropertyCondition::checkProperty(Search const& search) const {
-    std::u16string const name = property_.impl() == nullptr ? std::u16string() : property_->getName();
     meta::Class const owner = descriptor_ == nullptr ? meta::Class() : meta::Class::cast(property_->getOwningType());
     if (owner.impl() == nullptr || !search.cls->conformsTo(owner)) {
-        reportException(quay0::messages::NoSuchProperty(name, search.cls->getQualifiedName()));
+        meta::reportNoSuchProperty(property_, search.cls);
     }
-    if (query_ != nullptr && query_ != search.query) reportException(quay0::messages::InvalidValue().about(name));
+    if (query_ != nullptr && query_ != search.query) {
+        reportException(quay0::messages::InvalidValue().about(meta::nameOrNothing(property_)));
+    }
 }
 
 void PropertyCondition::checkValue(Search const& search, meta::Type const& type, bool optional) const {

@@ -6,6 +6,7 @@
 #include <ordo/factory/method.h>
 #include <ordo/factory/text.h>
 
+#include <quay/zero/element_name.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/mi/bindings.h>
 #include <quay/zero/mi/docs.h>
@@ -35,24 +36,6 @@ void destroy(MethodImpl::Function /*function*/, MethodCall& call) {
 }
 
 bool isElementAlive(void const* native) noexcept { return static_cast<ModelElement::Impl const*>(native)->isAlive(); }
-
-/// A text that names the element: that of a property "name", or else of the first whose name ends so.
-std::string nameIn(ModelElement::Impl const& element) {
-    meta::Property best;
-    for (meta::Property const& property : element.getMetaClass()->getProperties()) {
-        std::u16string const& name = property->getName();
-        bool const isText =
-            property->getFlags() == ValueFlags::One && (property->getType() == meta::StandardTypes::stringMeta ||
-                                                        property->getType() == meta::StandardTypes::stdstringMeta);
-        if (!isText) continue;
-        if (name == u"name" || (!best && (name.ends_with(u"Name") || name.ends_with(u"name")))) best = property;
-        if (name == u"name") break;
-    }
-    if (!best) return {};
-    Value const value = element.getPropertyValue(best, ReflectionPrivateTag::NO_PROXY_RESOLVE);
-    if (best->getType() == meta::StandardTypes::stdstringMeta) return value.getValue<std::string>();
-    return keel::toUtf8(value.getValue<std::u16string>());
-}
 
 class StaticMetaClass final : public OrdoMethod {
 public:
@@ -86,7 +69,7 @@ ordo::ValidityCheck QUAY0WrapperInfo::validityCheck() const noexcept { return &i
 
 std::string QUAY0WrapperInfo::describeInstance(void const* native) const {
     auto const& element = *static_cast<ModelElement::Impl const*>(native);
-    std::string const name = nameIn(element);
+    std::string const name = keel::toUtf8(nameOf(ModelElement(const_cast<ModelElement::Impl*>(&element))));
     std::string const id = boost::uuids::to_string(element.uuid());
     return name.empty() ? id : "'" + name + "' " + id;
 }

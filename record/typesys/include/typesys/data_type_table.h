@@ -46,8 +46,8 @@ public:
     int addString(std::string_view expression);
     /// A number, named by its constructor text. InvalidFixedPointType.
     int addFixedPoint(fxpDataTypeProp const& type);
-    /// Adds the type of `id` once more, under its name with the override before it. CannotOverride for built-ins, numbers
-    /// and strings, whose names aren't given by anybody, and for what is overridden already.
+    /// Adds the type of `id` once more, under its name with the override before it. CannotOverride for built-ins,
+    /// numbers and strings, whose names aren't given by anybody, and for what is overridden already.
     int addOverride(int id, Override by);
     /// The id under which this table has the type of that id in `source`, which is added, with what it is an alias of,
     /// unless its name is there. NameInUse if the name is there for something else.

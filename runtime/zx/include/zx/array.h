@@ -33,8 +33,8 @@ QUAY_ZERO_API std::string_view zxGetClassName(zxArray const* array);
 
 /// Whether the array's class has this very name. False for null.
 QUAY_ZERO_API bool zxIsClass(zxArray const* array, std::string_view className) noexcept;
-/// Whether the array's class has this name or derives from the class that has it. False for null. An object with an underlying array is also
-/// one of that array's class; other ancestors are known through zx::setClassHierarchy.
+/// Whether the array's class has this name or derives from the class that has it. False for null. An object with an
+/// underlying array is also one of that array's class; other ancestors are known through zx::setClassHierarchy.
 QUAY_ZERO_API bool zxIsA(zxArray const* array, std::string_view className);
 
 // False for null, all of these.

@@ -4,7 +4,7 @@
 #include <quay/zero/meta/standard_types.h>
 #include <quay/zero/model_element.h>
 
-#include <boost/optional.hpp>
+#include <boost/optional/optional_fwd.hpp>
 #include <concepts>
 #include <set>
 #include <type_traits>

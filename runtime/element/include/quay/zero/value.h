@@ -2,16 +2,14 @@
 #pragma once
 
 #include <quay/zero/cell.h>
-#include <quay/zero/meta/property.h>
+#include <quay/zero/meta/handles.h>
 #include <quay/zero/report.h>
 #include <quay/zero/type_traits.h>
 #include <quay/zero/value_flags.h>
 
 #include <quay0/messages.h>
 
-#include <boost/container_hash/hash.hpp>
 #include <boost/optional/optional_fwd.hpp>
-#include <boost/uuid/uuid_hash.hpp>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -20,6 +18,9 @@
 #include <vector>
 
 namespace quay::zero {
+
+/// The hash of several values, from that of those before and that of one more.
+QUAY_ZERO_API std::size_t combineHashes(std::size_t before, std::size_t next) noexcept;
 
 /// Type and count of a value.
 class QUAY_ZERO_API ValueMeta {
@@ -179,8 +180,9 @@ private:
 
     bool equals(Value const& other) const;
     bool isElementOf(meta::Class const& metaClass) const;
-    static ModelElement::Impl* typeOf(meta::Property const& property) noexcept { return property->type(); }
+    static ModelElement::Impl* typeOf(meta::Property const& property) noexcept;
     static bool isRequired(meta::Property const& property);
+    static std::size_t hashOf(ModelElement const& element) noexcept;
 
     ValueMeta meta_;
     Operations const* operations_ = nullptr;  // null: no payload of its own
@@ -231,11 +233,11 @@ std::size_t Value::genericHasher(void* payload) {
     if constexpr (std::is_enum_v<T>) {
         return static_cast<std::size_t>(static_cast<std::underlying_type_t<T>>(value));
     } else if constexpr (ElementHandle<T>) {
-        return value.impl() == nullptr ? 0 : boost::uuids::hash_value(value.impl()->uuid());
+        return hashOf(value);
     } else if constexpr (IsContainer<T>::value) {
         std::size_t seed = 0;
         for (typename T::value_type member : value) {
-            boost::hash_combine(seed, genericHasher<typename T::value_type>(&member));
+            seed = combineHashes(seed, genericHasher<typename T::value_type>(&member));
         }
         return seed;
     } else {

@@ -10,7 +10,6 @@
 
 #include <quay0/messages.h>
 
-#include <boost/container_hash/hash.hpp>
 #include <cstddef>
 #include <functional>
 #include <set>
@@ -40,7 +39,7 @@ bool equalFields(T const& a, T const& b) {
 template <class T>
 std::size_t hashFields(T const& value) {
     std::size_t seed = 0;
-    auto const fold = [&](auto const& x) { boost::hash_combine(seed, std::hash<std::decay_t<decltype(x)>>()(x)); };
+    auto const fold = [&](auto const& x) { seed = combineHashes(seed, std::hash<std::decay_t<decltype(x)>>()(x)); };
     std::apply([&](auto... field) { (fold(value.*field), ...); }, T::fields());
     return seed;
 }

@@ -7,6 +7,8 @@
 
 namespace quay::zero {
 
+class PropertyDescriptor;
+
 /// Whether the property has several values or children.
 QUAY_ZERO_API bool isSeveral(meta::Property const& property);
 
@@ -15,6 +17,10 @@ QUAY_ZERO_API bool isSeveral(meta::Property const& property);
 /// a set come by rising id. Empty for a property that owns no elements or isn't one of the element's class. Costs a
 /// copy of the members' handles, and for a set the sorting.
 QUAY_ZERO_API std::vector<ModelElement> membersOf(ModelElement const& element, meta::Property const& property);
+
+/// The members that `membersOf` answers, for a descriptor that owns elements; those of a set in no particular order.
+QUAY_ZERO_API std::vector<ModelElement> membersOf(ModelElement::Impl const& element,
+                                                  PropertyDescriptor const& descriptor);
 
 /// Whether the element contains the member by that property: what `membersOf` answers beside children is only referred
 /// to.

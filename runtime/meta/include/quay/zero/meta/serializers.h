@@ -5,7 +5,6 @@
 #include <quay/zero/text.h>
 #include <quay/zero/value.h>
 
-#include <boost/lexical_cast.hpp>
 #include <map>
 #include <memory>
 #include <mutex>

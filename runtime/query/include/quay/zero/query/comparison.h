@@ -6,6 +6,7 @@
 #include <quay/zero/value_descriptor.h>
 
 #include <bit>
+#include <boost/optional.hpp>
 #include <memory>
 #include <type_traits>
 #include <utility>
