@@ -1,3 +1,4 @@
+#include <quay/zero/class_chain.h>
 #include <quay/zero/meta/no_such_property.h>
 #include <quay/zero/property_descriptor.h>
 #include <quay/zero/value.h>
@@ -34,16 +35,12 @@ void PropertyDescriptor::build(ModelElement::Impl&, Cell const&) const {}
 void PropertyDescriptor::place(ModelElement::Impl&, ModelElement const&) const {}
 
 PropertyDescriptor const* ClassTable::descriptorAt(unsigned long index) const noexcept {
-    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
-        if (index >= level->firstIndex_) {
-            unsigned long const slot = index - level->firstIndex_;
-            // Derived descriptors stand behind the indexed ones and have no index.
-            return slot < level->descriptors_.size() && level->descriptors_[slot]->index() == index
-                       ? level->descriptors_[slot]
-                       : nullptr;
-        }
-    }
-    return nullptr;
+    ClassTable const* const level = levelOfIndex(this, index);
+    if (level == nullptr) return nullptr;
+    unsigned long const slot = index - level->firstIndex_;
+    // Derived properties stand behind the others and have no index.
+    bool const isThere = slot < level->descriptors_.size() && level->descriptors_[slot]->index() == index;
+    return isThere ? level->descriptors_[slot] : nullptr;
 }
 
 PropertyDescriptor const* ClassTable::descriptorOf(meta::Property const& property) const noexcept {
@@ -54,21 +51,18 @@ PropertyDescriptor const* ClassTable::descriptorOf(meta::Property const& propert
     return nullptr;
 }
 
-std::uint16_t ClassTable::highestIndex() const noexcept {
-    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
-        for (std::size_t i = level->descriptors_.size(); i-- > 0;) {
-            if (level->descriptors_[i]->index() != 0) return level->descriptors_[i]->index();
-        }
+std::uint16_t ClassTable::lastIndex() const noexcept {
+    for (std::size_t i = descriptors_.size(); i-- > 0;) {
+        if (descriptors_[i]->index() != 0) return descriptors_[i]->index();
     }
     return 0;
 }
 
-bool ClassTable::conformsTo(ClassTable const& other) const noexcept {
-    for (ClassTable const* level = this; level != nullptr; level = level->base()) {
-        if (level == &other) return true;
-    }
-    return false;
+std::uint16_t ClassTable::highestIndex() const noexcept {
+    return static_cast<std::uint16_t>(highestIndexInChain(this));
 }
+
+bool ClassTable::conformsTo(ClassTable const& other) const noexcept { return conformsInChain(this, &other); }
 
 ClassTable const& ModelElement::classTable() {
     static constexpr ClassTable table{nullptr, 1, {}, nullptr, nullptr};

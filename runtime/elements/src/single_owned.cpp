@@ -5,7 +5,7 @@
 
 namespace quay::zero::elements {
 
-ModelElement ChildRow::read(Element const& e) const {
+ModelElement ChildDescriptor::read(Element const& e) const {
     auto& held = const_cast<ModelElement&>(slot(e));
     if (held.impl() == nullptr) return {};
     if (!held) {
@@ -24,7 +24,7 @@ ModelElement ChildRow::read(Element const& e) const {
     return held;
 }
 
-void ChildRow::write(Element& e, ModelElement const& child) const {
+void ChildDescriptor::write(Element& e, ModelElement const& child) const {
     e.requireWritable();
     ModelElement const coming = child;
     if (read(e) == coming) return;
@@ -38,30 +38,30 @@ void ChildRow::write(Element& e, ModelElement const& child) const {
     savepoint.commit();
 }
 
-void ChildRow::basicWrite(Element& e, ModelElement const& child) const noexcept {
+void ChildDescriptor::basicWrite(Element& e, ModelElement const& child) const noexcept {
     if (child.impl() != nullptr) e.noteOwned();
     slot(e) = child;
 }
 
-void ChildRow::save(Element const& e, Cell& old) const { old.emplace<ModelElement>(slot(e)); }
-void ChildRow::exchange(Element& e, Cell& old) const noexcept { std::swap(slot(e), old.get<ModelElement>()); }
-void ChildRow::restore(Element& e, Cell const& old) const { basicWrite(e, old.get<ModelElement>()); }
-bool ChildRow::unchanged(Element const& e, Cell const& old) const { return slot(e) == old.get<ModelElement>(); }
-void ChildRow::discard(Cell& old) const noexcept { old.drop<ModelElement>(); }
-void ChildRow::relocate(Cell& from, Cell& to) const noexcept { from.moveTo<ModelElement>(to); }
+void ChildDescriptor::save(Element const& e, Cell& old) const { old.emplace<ModelElement>(slot(e)); }
+void ChildDescriptor::exchange(Element& e, Cell& old) const noexcept { std::swap(slot(e), old.get<ModelElement>()); }
+void ChildDescriptor::restore(Element& e, Cell const& old) const { basicWrite(e, old.get<ModelElement>()); }
+bool ChildDescriptor::unchanged(Element const& e, Cell const& old) const { return slot(e) == old.get<ModelElement>(); }
+void ChildDescriptor::discard(Cell& old) const noexcept { old.drop<ModelElement>(); }
+void ChildDescriptor::relocate(Cell& from, Cell& to) const noexcept { from.moveTo<ModelElement>(to); }
 
-Value ChildRow::wrap(Element const& /*e*/, meta::Property const& property, Cell& old) const {
+Value ChildDescriptor::wrap(Element const& /*e*/, meta::Property const& property, Cell& old) const {
     return Value::createElementValue(property, old.get<ModelElement>());
 }
 
-bool ChildRow::has(Element const& e) const { return bool(slot(e)); }
+bool ChildDescriptor::has(Element const& e) const { return bool(slot(e)); }
 
-Value ChildRow::get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& tag) const {
+Value ChildDescriptor::get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& tag) const {
     return Value::createElementValue(property, tag.mayResolve() ? read(e) : slot(e));
 }
 
-void ChildRow::set(Element& e, meta::Property const& /*property*/, Value const& value,
-                   ReflectionPrivateTag const& tag) const {
+void ChildDescriptor::set(Element& e, meta::Property const& /*property*/, Value const& value,
+                          ReflectionPrivateTag const& tag) const {
     ModelElement const child = unpack(value);
     // Without leave to resolve, a proxy in the slot gives way as it is.
     ModelElement const& held = slot(e);
@@ -70,22 +70,22 @@ void ChildRow::set(Element& e, meta::Property const& /*property*/, Value const& 
     write(e, child);
 }
 
-void ChildRow::join(Element& owner, ModelElement const& child) const {
+void ChildDescriptor::join(Element& owner, ModelElement const& child) const {
     owner.notifyModifying(index());
     basicWrite(owner, child);
 }
 
-void ChildRow::leave(Element& owner, ModelElement const& /*child*/) const {
+void ChildDescriptor::leave(Element& owner, ModelElement const& /*child*/) const {
     owner.notifyModifying(index());
     basicWrite(owner, ModelElement());
 }
 
-void ChildRow::disassociate(Element& owner) const {
+void ChildDescriptor::disassociate(Element& owner) const {
     if (owner.isWritable()) owner.notifyModifying(index());
     basicWrite(owner, ModelElement());
 }
 
-void ChildRow::destroyChildren(Element& owner, bool a, bool b) const {
+void ChildDescriptor::destroyChildren(Element& owner, bool a, bool b) const {
     ModelElement const child = slot(owner);
     if (!child) return;
     owner.notifyModifying(index());

@@ -1,3 +1,4 @@
+#include <quay/zero/class_chain.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/owned_collection_descriptor.h>
 #include <quay/zero/report.h>
@@ -304,36 +305,39 @@ void Class::Impl::setSuperclass(Class const& superclass) {
     Descriptors::superclass.write(*this, superclass.impl());
 }
 
-bool Class::Impl::isKindOf(ModelElement::Impl const* type) const noexcept {
-    for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
-        if (level == type) return true;
-    }
-    return false;
-}
+bool Class::Impl::isKindOf(ModelElement::Impl const* type) const noexcept { return conformsInChain(this, type); }
 
 Property Class::Impl::getPropertyByIndex(unsigned long index) const {
-    if (index == 0) return {};
-    for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
-        // Derived properties have no index and stand between the others, so a property stands as far behind the first
-        // indexed one as the numbers tell, or further.
-        auto const& own = *level->getOwnedProperties();
-        std::size_t at = 0;
-        while (at < own.size() && own[at]->getIndex() == 0) ++at;
-        if (at == own.size() || index < own[at]->getIndex()) continue;
-        for (at += index - own[at]->getIndex(); at < own.size(); ++at) {
-            if (own[at]->getIndex() == index) return own[at];
-        }
-        return {};
+    Class::Impl const* const level = index == 0 ? nullptr : levelOfIndex(this, index);
+    if (level == nullptr) return {};
+    // Derived properties have no index and stand between the others, so a property stands as far behind the first
+    // indexed one as the numbers tell, or further.
+    auto const& own = *level->getOwnedProperties();
+    for (std::size_t at = *level->firstIndexed() + index - level->firstIndex(); at < own.size(); ++at) {
+        if (own[at]->getIndex() == index) return own[at];
     }
     return {};
 }
 
-unsigned long Class::Impl::getHighestIndex() const noexcept {
-    for (Class::Impl const* level = this; level != nullptr; level = level->superclass()) {
-        auto const& own = *level->getOwnedProperties();
-        for (std::size_t i = own.size(); i-- > 0;) {
-            if (own[i]->getIndex() != 0) return own[i]->getIndex();
-        }
+unsigned long Class::Impl::getHighestIndex() const noexcept { return highestIndexInChain(this); }
+
+std::optional<std::size_t> Class::Impl::firstIndexed() const noexcept {
+    auto const& own = *getOwnedProperties();
+    for (std::size_t i = 0; i < own.size(); ++i) {
+        if (own[i]->getIndex() != 0) return i;
+    }
+    return {};
+}
+
+std::uint16_t Class::Impl::firstIndex() const noexcept {
+    auto const first = firstIndexed();
+    return first ? (*getOwnedProperties())[*first]->getIndex() : std::uint16_t{0};
+}
+
+std::uint16_t Class::Impl::lastIndex() const noexcept {
+    auto const& own = *getOwnedProperties();
+    for (std::size_t i = own.size(); i-- > 0;) {
+        if (std::uint16_t const index = own[i]->getIndex()) return index;
     }
     return 0;
 }

@@ -25,7 +25,7 @@ public:
     }
     void leave(Element& owner, ModelElement const& child) const override { of(owner).basicRemove(child); }
     void disassociate(Element& owner) const override { Element::_basicClear(&of(owner)); }
-    /// The children are taken down from a snapshot, which keeps them while the collection changes. Proxies and guests
+    /// The children are destroyed from a snapshot, which keeps them while the collection changes. Proxies and guests
     /// aren't destroyed: they stand for elements elsewhere, or are some, and only leave.
     void destroyChildren(Element& owner, bool a, bool b) const override {
         if (of(owner).holdsNothing()) return;

@@ -120,6 +120,10 @@ public:
 
     ClassTable const* base() const noexcept { return base_ == nullptr ? nullptr : &base_(); }
     std::span<PropertyDescriptor const* const> descriptors() const noexcept { return descriptors_; }
+    /// The lowest and the highest index of the class's own properties; of a class that has none, the lowest one of a
+    /// property that it could have, and 0.
+    std::uint16_t firstIndex() const noexcept { return firstIndex_; }
+    std::uint16_t lastIndex() const noexcept;
     CollectionFactory collectionFactory() const noexcept { return makeCollection_; }
     BuilderFactory builderFactory() const noexcept { return makeBuilder_; }
 

@@ -8,11 +8,11 @@
 namespace quay::zero::elements {
 
 /// The descriptor of one owned child, whatever its class.
-class QUAY_ZERO_API ChildRow : public PropertyDescriptor {
+class QUAY_ZERO_API ChildDescriptor : public PropertyDescriptor {
 public:
     using Element = ModelElement::Impl;
 
-    constexpr explicit ChildRow(std::uint16_t index) noexcept : PropertyDescriptor(index, PropertyKind::Child) {}
+    constexpr explicit ChildDescriptor(std::uint16_t index) noexcept : PropertyDescriptor(index, PropertyKind::Child) {}
 
     /// The child, resolved if it is a proxy that can be. The slot keeps what was found: a read that resolves writes it.
     ModelElement read(Element const& e) const;
@@ -45,7 +45,7 @@ public:
     void place(Element& owner, ModelElement const& child) const override { write(owner, child); }
 
 protected:
-    ~ChildRow() = default;
+    ~ChildDescriptor() = default;
 
     virtual ModelElement& slot(Element& e) const noexcept = 0;
     /// CannotCastIncompatibleTypes unless the value holds a child of the property's class, or none.
@@ -56,17 +56,17 @@ private:
 };
 
 template <class T>
-class SingleOwned final : public ChildRow {
+class SingleOwned final : public ChildDescriptor {
 public:
     template <class X>
     constexpr SingleOwned(std::uint16_t index, T X::*field) noexcept
-        : ChildRow(index), field_(static_cast<T Element::*>(field)) {}
+        : ChildDescriptor(index), field_(static_cast<T Element::*>(field)) {}
 
     T get(Element const& e) const { return T::of(read(e).impl()); }
     void set(Element& e, T const& child) const { write(e, child); }
     void basicSet(Element& e, T const& child) const noexcept { basicWrite(e, child); }
-    using ChildRow::get;
-    using ChildRow::set;
+    using ChildDescriptor::get;
+    using ChildDescriptor::set;
 
     T createInto(Element& owner) const { return elements::createInto<T>(*this, owner); }
     T createInto(Element& owner, BuilderWrapper<T> const& builder, boost::uuids::uuid const& id) const {

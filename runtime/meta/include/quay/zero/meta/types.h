@@ -11,6 +11,8 @@
 #include <quay/zero/meta/standard_types.h>
 #include <quay/zero/primitive_collection.h>
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -99,10 +101,18 @@ public:
     Property getPropertyByIndex(unsigned long index) const;
     /// The highest index of the chain; 0 without properties.
     unsigned long getHighestIndex() const noexcept;
+    /// The class's own part of the chain: its base, and the lowest and the highest index of its own properties, 0 if
+    /// none of them has one.
+    Class::Impl const* base() const noexcept { return superclass(); }
+    std::uint16_t firstIndex() const noexcept;
+    std::uint16_t lastIndex() const noexcept;
     /// A builder for an element of this class, or null if the class is abstract.
     std::unique_ptr<ModelElement::Builder> instantiateBuilder(Model const& model) const;
 
 private:
+    /// The position of the first own property that has an index.
+    std::optional<std::size_t> firstIndexed() const noexcept;
+
     bool abstract_ = false;
     ModelElement::Impl* superclass_ = nullptr;
     ElementSequence<Operation> ownedOperations_{this, 6};
