@@ -40,6 +40,7 @@ void World::run(std::vector<Operation> const& operations) {
 
 void World::compare() {
     RC_ASSERT(text() == reference_.dump());
+    RC_ASSERT(model_->elementCount() == reference_.order().size());
     model_->forEachElement([&](ModelElement::Impl& e) { RC_ASSERT(&e == identity_.at(numberOf(e.uuid()))); });
     for (auto const& [n, handle] : held_) RC_ASSERT(bool(handle) == reference_.isAlive(n));
 }
