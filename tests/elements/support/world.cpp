@@ -192,6 +192,8 @@ void World::replay(bool redo) {
 }
 
 void World::step(Operation const& o) {
+    if (o.kind == Kind::ActAgain) return step({Kind::Act, last_.a, last_.b, o.c, o.d});
+    if (o.kind == Kind::Act) last_ = o;
     bool const isOpen = !open_.empty();
     switch (o.kind) {
         case Kind::Particular:
