@@ -40,6 +40,7 @@ void World::run(std::vector<Operation> const& operations) {
 
 void World::compare() {
     RC_ASSERT(text() == reference_.dump());
+    RC_ASSERT(model_->elementCount() == reference_.order().size());
     model_->forEachElement([&](ModelElement::Impl& e) { RC_ASSERT(&e == identity_.at(numberOf(e.uuid()))); });
     for (auto const& [n, handle] : held_) RC_ASSERT(bool(handle) == reference_.isAlive(n));
 }
@@ -191,6 +192,8 @@ void World::replay(bool redo) {
 }
 
 void World::step(Operation const& o) {
+    if (o.kind == Kind::ActAgain) return step({Kind::Act, last_.a, last_.b, o.c, o.d});
+    if (o.kind == Kind::Act) last_ = o;
     bool const isOpen = !open_.empty();
     switch (o.kind) {
         case Kind::Particular:

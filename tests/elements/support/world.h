@@ -22,6 +22,7 @@ inline constexpr auto const& kPublic = quay::zero::ReflectionPrivateTag::PUBLIC_
 
 enum class Kind : std::uint8_t {
     Act,         // on a property, by reflection
+    ActAgain,    // on the same property of the same element
     Particular,  // what only the classes of one test have
     Create,
     CreateUnderUsedId,
@@ -135,6 +136,7 @@ private:
     std::map<int, quay::zero::ModelElement> held_;
     Reference::Report heard_;
     bool listening_;
+    Operation last_{};
     std::vector<std::optional<quay::zero::Transaction>> open_;
 };
 
@@ -147,25 +149,11 @@ struct Arbitrary<records::Operation> {
     static Gen<records::Operation> arbitrary() {
         using O = records::Operation;
         using K = records::Kind;
-        auto const kinds = gen::weightedElement<K>({{40, K::Act},
-                                                    {24, K::Particular},
-                                                    {8, K::Create},
-                                                    {2, K::CreateUnderUsedId},
-                                                    {3, K::Refused},
-                                                    {3, K::Destroy},
-                                                    {4, K::PutBack},
-                                                    {9, K::Begin},
-                                                    {1, K::BeginSystem},
-                                                    {5, K::Commit},
-                                                    {2, K::Rollback},
-                                                    {1, K::CommitOuter},
-                                                    {1, K::RollbackOuter},
-                                                    {6, K::Undo},
-                                                    {4, K::Redo},
-                                                    {1, K::Limit},
-                                                    {3, K::Find},
-                                                    {2, K::Hold},
-                                                    {1, K::LetGo}});
+        auto const kinds = gen::weightedElement<K>(
+            {{30, K::Act},    {30, K::ActAgain}, {24, K::Particular}, {8, K::Create},        {2, K::CreateUnderUsedId},
+             {3, K::Refused}, {3, K::Destroy},   {4, K::PutBack},     {9, K::Begin},         {1, K::BeginSystem},
+             {5, K::Commit},  {2, K::Rollback},  {1, K::CommitOuter}, {1, K::RollbackOuter}, {6, K::Undo},
+             {4, K::Redo},    {1, K::Limit},     {3, K::Find},        {2, K::Hold},          {1, K::LetGo}});
         return gen::build<O>(gen::set(&O::kind, kinds), gen::set(&O::a), gen::set(&O::b), gen::set(&O::c),
                              gen::set(&O::d));
     }
