@@ -1,7 +1,7 @@
 // Collections of elements and of values: their own operations, and the generic ones by which scripts work.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay0/messages.h>
 

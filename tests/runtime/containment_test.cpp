@@ -1,7 +1,7 @@
 // Containers: who owns a child, what moves it, and what goes down with what.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay0/messages.h>
 

@@ -1,7 +1,7 @@
 // A package that is declared from tables: what is made in which order, and what a failure leaves.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/memory.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/meta/declared_package.h>
 #include <quay/zero/property_descriptor.h>

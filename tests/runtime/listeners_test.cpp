@@ -1,7 +1,7 @@
 // Listeners: what a change set tells, to whom, and what may not be done meanwhile.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay0/messages.h>

@@ -1,7 +1,7 @@
 // Elements come and go: ids, the order of creation, handles, and the end of a model.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay0/messages.h>

@@ -1,7 +1,7 @@
 // What fails half-way for want of memory leaves no trace, wherever it fails.
-#include "support/dump.h"
 #include "support/memory.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 

@@ -1,7 +1,7 @@
 // Proxies: elements that aren't loaded, alone and in collections.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/proxy_id.h>
 #include <quay0/messages.h>

@@ -1,6 +1,6 @@
 // Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
 #include "../common/random.h"
-#include "support/dump.h"
+#include "support/node_dump.h"
 #include "support/trace.h"
 
 #include <keel/exception.h>

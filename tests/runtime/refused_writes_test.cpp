@@ -1,7 +1,7 @@
 // Every kind of write, where none may be made: to a frozen model, by a listener, to the dead and to a proxy.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay/zero/model.h>

@@ -1,7 +1,7 @@
 // The registry of types and packages.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/registry.h>

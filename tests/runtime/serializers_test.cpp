@@ -1,6 +1,6 @@
 // Values as text: the primitive types, and enumerations in their three forms.
 #include "../common/expect.h"
-#include "support/dump.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/meta/serializers.h>
 #include <quay0/messages.h>

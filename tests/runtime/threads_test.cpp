@@ -1,7 +1,7 @@
 // One thread at a time works in a model, but every thread may have its own. The thread sanitizer does the looking.
 #include "../common/random.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay/zero/meta/registry.h>

@@ -1,7 +1,7 @@
 // The parts of change tracking that element code can use by itself: storages, changes and announcements.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay/zero/storage.h>

@@ -1,7 +1,7 @@
 // Levels of transactions: what commits and rollbacks leave, whom they tell, and who may open one.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
 #include <quay0/messages.h>

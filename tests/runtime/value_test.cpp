@@ -1,8 +1,8 @@
 // Values: payloads of every size, copies and moves, what is compatible with what.
 #include "../common/expect.h"
-#include "support/dump.h"
 #include "support/memory.h"
 #include "support/node.h"
+#include "support/node_dump.h"
 
 #include <quay/zero/text.h>
 #include <quay/zero/value.h>

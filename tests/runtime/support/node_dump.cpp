@@ -1,4 +1,4 @@
-#include "dump.h"
+#include "node_dump.h"
 
 #include "node.h"
 
