@@ -1,5 +1,5 @@
-// Operations that open no level of their own and check nothing, on owners that are older than the transaction and on
-// owners that were born in it: whatever they do is taken back, and done again, like any other change.
+// Operations that open no savepoint of their own and check nothing, on owners that are older than the transaction and
+// on owners that were born in it: whatever they do is taken back, and done again, like any other change.
 #include "support/dump.h"
 #include "support/listener.h"
 #include "support/samples.h"

@@ -87,7 +87,7 @@ struct Mode {
     char const* name;
     bool history;
     bool listener;
-    int levels;
+    int savepoints;
     bool writtenBefore;
 };
 
@@ -108,7 +108,7 @@ struct Scene : Sample {
         if (mode.history) model->enableHistory(2);
         if (mode.listener) model->addListener([](ChangeSet const&) {});
         untouched = dump(model, {.referenceCounts = true});
-        for (int i = 0; i < mode.levels; ++i) open.emplace_back(model->beginTransaction(false));
+        for (int i = 0; i < mode.savepoints; ++i) open.emplace_back(model->beginTransaction(false));
         if (mode.writtenBefore) {
             root->setCount(7);
             root->numbers().push_back(7);
@@ -135,7 +135,7 @@ int runWithLittle(Case const& c, Mode const& mode) {
             EXPECT_EQ(scene.now(), before) << "after " << granted;
             c.run(scene);
         }
-        if (mode.levels > 0) {
+        if (mode.savepoints > 0) {
             scene.leave();
             EXPECT_EQ(scene.now(), scene.untouched) << "rolled back after " << granted;
         }

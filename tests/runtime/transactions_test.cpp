@@ -1,4 +1,4 @@
-// Levels of transactions: what commits and rollbacks leave, whom they tell, and who may open one.
+// Savepoints and transactions: what commits and rollbacks leave, whom they tell, and who may open one.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"

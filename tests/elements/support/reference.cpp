@@ -104,27 +104,27 @@ Item itemOf(int child) {
 // --- Transactions ----------------------------------------------------------------------------------------------------
 
 void Reference::rollback() {
-    now_ = std::move(levels_.back().before);
-    levels_.pop_back();
+    now_ = std::move(savepoints_.back().before);
+    savepoints_.pop_back();
 }
 
 void Reference::commit() {
-    Level level = std::move(levels_.back());
-    levels_.pop_back();
-    if (!levels_.empty()) return;
+    Savepoint savepoint = std::move(savepoints_.back());
+    savepoints_.pop_back();
+    if (!savepoints_.empty()) return;
     Touched const touched = std::exchange(now_.touched, {});
     bool const structural = std::exchange(now_.structural, false);
-    if (level.system) {
+    if (savepoint.system) {
         if (structural || !touched.empty()) {
             done_.clear();
             undone_.clear();
         }
         return;
     }
-    report_ = reportOf(level.before, touched);
+    report_ = reportOf(savepoint.before, touched);
     if (report_.empty() || limit_ == 0) return;
     undone_.clear();
-    done_.push_back({std::move(level.before), touched});
+    done_.push_back({std::move(savepoint.before), touched});
     if (done_.size() > limit_) done_.pop_front();
 }
 
@@ -135,7 +135,7 @@ void Reference::setLimit(std::size_t limit) {
 }
 
 std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry>& to) {
-    if (!levels_.empty()) return "TransactionIsOpen";
+    if (!savepoints_.empty()) return "TransactionIsOpen";
     did = !from.empty();
     if (!did) return {};
     Entry entry = std::move(from.back());
@@ -199,7 +199,7 @@ std::string Reference::dump() const {
         for (int s : slotsOf(n)) out += ' ' + slotAt(s).name + '=' + show(now_, now_, n, s);
         out += '\n';
     }
-    return out + (levels_.empty() ? "closed" : "open") + ", undo " + std::to_string(done_.size()) + ", redo " +
+    return out + (savepoints_.empty() ? "closed" : "open") + ", undo " + std::to_string(done_.size()) + ", redo " +
            std::to_string(undone_.size()) + '\n';
 }
 

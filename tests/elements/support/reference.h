@@ -96,12 +96,12 @@ public:
     Element const& at(int n) const { return now_.elements.at(n); }
     std::vector<Item> const& items(int n, int slot) const { return itemsIn(now_, n, slot); }
     bool isAlive(int n) const { return now_.elements.contains(n) && at(n).alive; }
-    std::size_t depth() const { return levels_.size(); }
+    std::size_t depth() const { return savepoints_.size(); }
     std::string const& name(int n) const { return names_.at(static_cast<std::size_t>(n)); }
     std::string dump() const;
     Report takeReport() { return std::exchange(report_, {}); }
 
-    void begin(bool system = false) { levels_.push_back({now_, system}); }
+    void begin(bool system = false) { savepoints_.push_back({now_, system}); }
     void commit();
     void rollback();
     std::string undo(bool& did) { return step(did, done_, undone_); }
@@ -141,7 +141,7 @@ private:
         Touched touched;          // in the open transaction
         bool structural = false;  // elements came or went in it
     };
-    struct Level {
+    struct Savepoint {
         State before;
         bool system;
     };
@@ -152,7 +152,7 @@ private:
 
     template <class F>
     void run(F&& f) {
-        bool const own = levels_.empty();
+        bool const own = savepoints_.empty();
         if (own) begin();
         f();
         if (own) commit();
@@ -176,7 +176,7 @@ private:
 
     Plan const& plan_;
     State now_;
-    std::vector<Level> levels_;
+    std::vector<Savepoint> savepoints_;
     std::vector<std::string> names_;
     std::size_t limit_ = 0;
     std::deque<Entry> done_;

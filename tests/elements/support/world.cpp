@@ -147,7 +147,7 @@ void World::createUnderUsedId(Operation const& o) {
 void World::destroy(Operation const& o, int n) {
     both(
         [&] {
-            // Without a level of its own, where there is one.
+            // Without a savepoint of its own, where there is one.
             bool const plain = model_->inTransaction() && o.b % 2 == 0;
             plain ? element(n)->destroyRecursively(false, true, false) : element(n)->destroy();
         },
@@ -172,15 +172,15 @@ void World::putBack(Operation const& o, int n) {
 }
 
 /// Ends an open transaction, and with it those inside; their objects go after it.
-void World::endLevel(std::size_t level, bool commit) {
-    while (reference_.depth() > level + 1) reference_.rollback();
+void World::endSavepoint(std::size_t number, bool commit) {
+    while (reference_.depth() > number + 1) reference_.rollback();
     commit ? reference_.commit() : reference_.rollback();
     if (commit) {
-        open_[level]->commit(boost::none);
-        open_[level]->commit(boost::none);  // a second one does nothing
+        open_[number]->commit(boost::none);
+        open_[number]->commit(boost::none);  // a second one does nothing
     }
-    open_[level].reset();
-    open_.resize(level);
+    open_[number].reset();
+    open_.resize(number);
 }
 
 void World::replay(bool redo) {
@@ -210,10 +210,10 @@ void World::step(Operation const& o) {
             return;
         case Kind::Commit:
         case Kind::Rollback:
-            return isOpen ? endLevel(open_.size() - 1, o.kind == Kind::Commit) : void();
+            return isOpen ? endSavepoint(open_.size() - 1, o.kind == Kind::Commit) : void();
         case Kind::CommitOuter:
         case Kind::RollbackOuter:
-            return isOpen ? endLevel(o.a % open_.size(), o.kind == Kind::CommitOuter) : void();
+            return isOpen ? endSavepoint(o.a % open_.size(), o.kind == Kind::CommitOuter) : void();
         case Kind::Undo:
         case Kind::Redo:
             return replay(o.kind == Kind::Redo);

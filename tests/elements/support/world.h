@@ -121,7 +121,7 @@ private:
     void createUnderUsedId(Operation const& o);
     void destroy(Operation const& o, int n);
     void putBack(Operation const& o, int n);
-    void endLevel(std::size_t level, bool commit);
+    void endSavepoint(std::size_t number, bool commit);
     void replay(bool redo);
     void act(Operation const& o, int n, int s);
     void actOnValue(Operation const& o, int n, int s);
