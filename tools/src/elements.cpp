@@ -55,7 +55,7 @@ std::vector<std::string> placesOf(std::vector<ModelElement> const& children, Pro
     };
     std::unordered_map<std::string, Uses> uses;
     for (ModelElement const& child : children) {
-        result.push_back(escaped(nameOf(child)));
+        result.push_back(escaped(modelref::nameOf(child)));
         ++uses[result.back()].count;
     }
     for (std::string& place : result) {

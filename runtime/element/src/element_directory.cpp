@@ -1,8 +1,18 @@
 #include <quay/zero/element_directory.h>
+#include <quay/zero/query/class_index.h>
 
 #include <utility>
 
 namespace quay::zero {
+
+ElementDirectory::ElementDirectory() noexcept = default;
+ElementDirectory::~ElementDirectory() = default;
+
+query::ClassIndex const& ElementDirectory::byClass() const {
+    if (byClass_ == nullptr) byClass_ = std::make_unique<query::ClassIndex>();
+    byClass_->catchUp(list_);
+    return *byClass_;
+}
 
 void ElementDirectory::enter(Element& e) noexcept {
     e.addRef();
@@ -13,7 +23,7 @@ void ElementDirectory::enter(Element& e) noexcept {
 void ElementDirectory::takeOut(Element& first, Element& last, std::size_t count) noexcept {
     for (Element* e = &last;; e = ElementList::previous(*e)) {
         byId_.forget(*e);
-        byClass_.leaving(*e);
+        if (byClass_ != nullptr) byClass_->leaving(*e);
         e->setFlag(Element::kAlive, false);
         if (e == &first) break;
     }
@@ -26,18 +36,23 @@ void ElementDirectory::putBack(Element& first, Element& last, std::size_t count)
         e->setFlag(Element::kAlive, true);
         if (e == &last) break;
     }
-    for (Element* e = &last;; e = ElementList::previous(*e)) {  // from the back, so that each knows what is after it
-        byClass_.returned(*e);
+    for (Element* e = &last; byClass_ != nullptr; e = ElementList::previous(*e)) {
+        byClass_->returned(*e);  // from the back, so that each knows what is after it
         if (e == &first) break;
     }
     if (count > 0) list_.putBack(first, last, count);
+}
+
+void ElementDirectory::release(Element& e) noexcept {
+    byId_.remove(e);
+    if (byClass_ != nullptr) byClass_->remove(e);
 }
 
 ElementDirectory::Element* ElementDirectory::clear() noexcept {
     Element* const first = list_.first();
     list_ = ElementList();
     byId_.clear();
-    byClass_.clear();
+    byClass_.reset();
     return first;
 }
 

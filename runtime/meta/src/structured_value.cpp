@@ -1,4 +1,5 @@
 #include <quay/zero/meta/no_such_property.h>
+#include <quay/zero/meta/types.h>
 #include <quay/zero/structured_value.h>
 
 namespace quay::zero {

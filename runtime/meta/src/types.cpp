@@ -206,6 +206,13 @@ ClassTable const& Argument::classTable() {
     return table;
 }
 
+// The constructors of classes with collections stand here, so that clients instantiate none of these.
+Package::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+Class::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+Enum::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+Operation::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+Type::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+
 Package Package::create(Model const& m, boost::uuids::uuid const& id) { return make<Package>(m, id); }
 Class Class::create(Model const& m, boost::uuids::uuid const& id) { return make<Class>(m, id); }
 DataType DataType::create(Model const& m, boost::uuids::uuid const& id) { return make<DataType>(m, id); }

@@ -1,4 +1,5 @@
 #include <quay/zero/meta/types.h>
+#include <quay/zero/query/class_index.h>
 #include <quay/zero/query/query.h>
 
 #include <span>

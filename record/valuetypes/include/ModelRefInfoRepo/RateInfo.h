@@ -39,8 +39,8 @@ public:
     void setIsEmpty(bool value) noexcept { isEmpty_ = value; }
 
     /// -1, 0 or 1, by the fields in order; a NaN counts as equal to anything here, but not in ==.
-    int compareWith(RateInfo const& other) const { return quay::zero::compareFields(*this, other); }
-    bool operator==(RateInfo const& other) const { return quay::zero::equalFields(*this, other); }
+    int compareWith(RateInfo const& other) const;
+    bool operator==(RateInfo const& other) const;
     bool operator<(RateInfo const& other) const { return compareWith(other) < 0; }
 
     static constexpr auto fields() {
@@ -68,8 +68,8 @@ class VW_MODELREF_INFO_API RateInfoDatatypeSerializer final : public quay::zero:
 }  // namespace ModelRefInfoRepo
 
 template <>
-struct std::hash<ModelRefInfoRepo::RateInfo> {
-    std::size_t operator()(ModelRefInfoRepo::RateInfo const& v) const { return quay::zero::hashFields(v); }
+struct VW_MODELREF_INFO_API std::hash<ModelRefInfoRepo::RateInfo> {
+    std::size_t operator()(ModelRefInfoRepo::RateInfo const& v) const;
 };
 
 template <>

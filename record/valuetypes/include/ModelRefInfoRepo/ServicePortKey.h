@@ -23,8 +23,8 @@ public:
     void setStartElemIdx(int value) noexcept { startElemIdx_ = value; }
 
     /// -1, 0 or 1, by the fields in order.
-    int compareWith(ServicePortKey const& other) const { return quay::zero::compareFields(*this, other); }
-    bool operator==(ServicePortKey const& other) const { return quay::zero::equalFields(*this, other); }
+    int compareWith(ServicePortKey const& other) const;
+    bool operator==(ServicePortKey const& other) const;
     bool operator<(ServicePortKey const& other) const { return compareWith(other) < 0; }
 
     static constexpr auto fields() {
@@ -45,8 +45,8 @@ class VW_MODELREF_INFO_API ServicePortKeyDatatypeSerializer final
 }  // namespace ModelRefInfoRepo
 
 template <>
-struct std::hash<ModelRefInfoRepo::ServicePortKey> {
-    std::size_t operator()(ModelRefInfoRepo::ServicePortKey const& v) const { return quay::zero::hashFields(v); }
+struct VW_MODELREF_INFO_API std::hash<ModelRefInfoRepo::ServicePortKey> {
+    std::size_t operator()(ModelRefInfoRepo::ServicePortKey const& v) const;
 };
 
 template <>

@@ -1,11 +1,11 @@
 // What a proxy knows of the element that it stands for.
 #pragma once
 
+#include <keel/export.h>
+
 #include <boost/uuid/uuid.hpp>
-#include <boost/uuid/uuid_hash.hpp>
 #include <compare>
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <utility>
 
@@ -34,7 +34,5 @@ private:
 
 template <>
 struct std::hash<quay::zero::ProxyId> {
-    std::size_t operator()(quay::zero::ProxyId const& p) const noexcept {
-        return boost::uuids::hash_value(p.id()) ^ std::hash<std::u16string>()(p.store());
-    }
+    QUAY_ZERO_API std::size_t operator()(quay::zero::ProxyId const& p) const noexcept;
 };

@@ -3,15 +3,19 @@
 
 #include <quay/zero/element_list.h>
 #include <quay/zero/id_index.h>
-#include <quay/zero/query/class_index.h>
 #include <quay/zero/random_ids.h>
 
 #include <boost/uuid/uuid.hpp>
 #include <cstddef>
+#include <memory>
 #include <utility>
 #include <vector>
 
 namespace quay::zero {
+
+namespace query {
+class ClassIndex;
+}
 
 /// Holds a reference to each element from `enter` until `release`. In between, an element may be taken out (it is dead)
 /// and put back (alive again), in exactly the reverse order, any number of times; neither needs memory. The indices by
@@ -21,7 +25,8 @@ class QUAY_ZERO_API ElementDirectory {
 public:
     using Element = ModelElement::Impl;
 
-    ElementDirectory() = default;
+    ElementDirectory() noexcept;
+    ~ElementDirectory();
     ElementDirectory(ElementDirectory const&) = delete;
     ElementDirectory& operator=(ElementDirectory const&) = delete;
 
@@ -36,10 +41,7 @@ public:
         return byId_.find(id);
     }
     /// All elements by class. Costs a step for each element that was entered since the last call.
-    query::ClassIndex const& byClass() const {
-        byClass_.catchUp(list_);
-        return byClass_;
-    }
+    query::ClassIndex const& byClass() const;
 
     /// Adds an element at the end of the list, and counts it.
     void enter(Element& e) noexcept;
@@ -49,10 +51,7 @@ public:
     /// Puts back a run that was taken out. Its elements are alive again.
     void putBack(Element& first, Element& last, std::size_t count) noexcept;
     /// Forgets an element that was taken out and will never be put back. Its reference is left to the caller.
-    void release(Element& e) noexcept {
-        byId_.remove(e);
-        byClass_.remove(e);
-    }
+    void release(Element& e) noexcept;
     /// Forgets all elements at once, and answers the first; the others follow by their links.
     Element* clear() noexcept;
 
@@ -62,7 +61,7 @@ public:
 private:
     ElementList list_;
     mutable IdIndex byId_;
-    mutable query::ClassIndex byClass_;
+    mutable std::unique_ptr<query::ClassIndex> byClass_;  // null until the first look-up
     RandomIds ids_;
 };
 

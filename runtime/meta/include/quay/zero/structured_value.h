@@ -4,11 +4,9 @@
 // order in which the data type declares its properties.
 #pragma once
 
-#include <quay/zero/meta/serializers.h>
-#include <quay/zero/report.h>
+#include <quay/zero/meta/datatype_serializer.h>
+#include <quay/zero/meta/property.h>
 #include <quay/zero/value.h>
-
-#include <quay0/messages.h>
 
 #include <cstddef>
 #include <functional>

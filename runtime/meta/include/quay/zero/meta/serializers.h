@@ -1,6 +1,7 @@
 // Values as text, and fields of structured values, by type.
 #pragma once
 
+#include <quay/zero/meta/datatype_serializer.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/text.h>
 #include <quay/zero/value.h>
@@ -122,23 +123,6 @@ protected:
     E fromText(std::u16string const& text, Type const& type) const override {
         return static_cast<E>(EnumTexts::valueOfKey(text, type));
     }
-};
-
-/// Reaches the fields of a structured value type as properties.
-class QUAY_ZERO_API DatatypeSerializer {
-public:
-    virtual ~DatatypeSerializer();
-
-    virtual Value fromOptionalValue(Value const& value) const;
-    virtual Value toOptionalValue(Value const& value) const;
-    /// A field's value. NoSuchProperty for a property that is no field.
-    virtual Value getPropertyValue(Value const& object, Property const& property) const = 0;
-    /// A new value with that field changed; the argument stays as it is.
-    virtual Value setPropertyValue(Value const& object, Property const& property, Value const& field) const = 0;
-    virtual Value createEmptyOptionalValue() const = 0;
-    virtual Value createDefaultValue() const = 0;
-    virtual Value combineAsUnmanagedSequenceValue(Type const& type, std::vector<Value> const& values) const = 0;
-    virtual Value combineAsUnmanagedSetValue(Type const& type, std::vector<Value> const& values) const = 0;
 };
 
 /// The serializers by type. Made by the first call, never destroyed.

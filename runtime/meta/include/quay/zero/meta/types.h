@@ -22,7 +22,7 @@ class QUAY_ZERO_API Package::Impl final : public MetaElement::Impl {
 public:
     struct Descriptors;  // of its properties
 
-    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+    Impl(Model const& model, boost::uuids::uuid const& id);
     Class const& getMetaClass() const override { return Package::metaClass(); }
     ClassTable const& classTable() const override { return Package::classTable(); }
 
@@ -70,7 +70,7 @@ public:
     std::vector<Property> getProperties() const;
 
 protected:
-    Impl(Model const& model, boost::uuids::uuid const& id) : MetaElement::Impl(model, id) {}
+    Impl(Model const& model, boost::uuids::uuid const& id);
 
 private:
     std::string scriptName_;
@@ -81,7 +81,7 @@ class QUAY_ZERO_API Class::Impl final : public Type::Impl {
 public:
     struct Descriptors;  // of its properties
 
-    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Impl(Model const& model, boost::uuids::uuid const& id);
     Class const& getMetaClass() const override { return Class::metaClass(); }
     ClassTable const& classTable() const override { return Class::classTable(); }
 
@@ -136,7 +136,7 @@ class QUAY_ZERO_API Enum::Impl final : public Type::Impl {
 public:
     struct Descriptors;  // of its properties
 
-    Impl(Model const& model, boost::uuids::uuid const& id) : Type::Impl(model, id) {}
+    Impl(Model const& model, boost::uuids::uuid const& id);
     Class const& getMetaClass() const override { return Enum::metaClass(); }
     ClassTable const& classTable() const override { return Enum::classTable(); }
 
@@ -175,7 +175,7 @@ class QUAY_ZERO_API Operation::Impl final : public TypedElement::Impl {
 public:
     struct Descriptors;  // of its properties
 
-    Impl(Model const& model, boost::uuids::uuid const& id) : TypedElement::Impl(model, id) {}
+    Impl(Model const& model, boost::uuids::uuid const& id);
     Class const& getMetaClass() const override { return Operation::metaClass(); }
     ClassTable const& classTable() const override { return Operation::classTable(); }
 
