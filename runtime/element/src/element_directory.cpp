@@ -26,7 +26,7 @@ void ElementDirectory::putBack(Element& first, Element& last, std::size_t count)
         e->setFlag(Element::kAlive, true);
         if (e == &last) break;
     }
-    for (Element* e = &last;; e = ElementList::previous(*e)) {  // from the back, so that each knows what is after it
+    for (Element* e = &last;; e = ElementList::previous(*e)) {  // in reverse: `returned` looks at the next element
         byClass_.returned(*e);
         if (e == &first) break;
     }

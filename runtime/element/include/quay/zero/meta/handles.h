@@ -5,8 +5,8 @@
 
 namespace quay::zero::meta {
 
-/// Base of all meta objects. They live as long as the process, also when they were destroyed or replaced, so a plain
-/// pointer to one never dangles; whatever is used often holds them so and doesn't count.
+/// Base of all meta objects. They live as long as the process, even if they were destroyed or replaced, so a plain
+/// pointer to one never dangles. Frequently used code holds such pointers to avoid counting references.
 class QUAY_ZERO_API MetaElement : public TypedHandle<MetaElement, ModelElement> {
 public:
     class Impl;
