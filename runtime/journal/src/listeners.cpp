@@ -5,7 +5,7 @@
 
 namespace quay::zero {
 
-// A listener may add and remove listeners: the list that is being told stays as it is.
+// A listener may add and remove listeners while it is called, so the list is replaced rather than changed.
 
 std::uint64_t Listeners::add(Listener listener) {
     auto next = std::make_shared<std::vector<Numbered>>();

@@ -128,7 +128,7 @@ public:
     /// Writes back every value that `storage` holds.
     void copyStateFromStorage(Storage* storage);
 
-    // --- Reflection. For an unknown property, `has` returns false; get and set raise NoSuchProperty. -----------------
+    // --- Reflection. For an unknown property, `has` returns false; get and set raise NoSuchProperty.
 
     virtual bool hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
     virtual Value getPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
@@ -188,7 +188,7 @@ public:
     static void _basicClear(ReferenceCollection* collection);
     static void _basicCopyValues(ReferenceCollection* target, ReferenceCollection const* source);
 
-    // --- For the code of elements. -----------------------------------------------------------------------------------
+    // --- For the code of elements.
 
     /// To be called when a child, or a proxy of one, enters a property. Destroying an element for which this was never
     /// called doesn't visit its properties.

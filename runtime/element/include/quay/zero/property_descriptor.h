@@ -68,7 +68,7 @@ public:
     virtual void set(ModelElement::Impl& element, meta::Property const& property, Value const& value,
                      ReflectionPrivateTag const& tag) const;
 
-    // --- Containment. Descriptors that don't own elements do nothing. ------------------------------------------------
+    // --- Containment. Descriptors that don't own elements do nothing.
 
     /// Adds the child to this property, or removes it: changes the field alone and records the change.
     virtual void join(ModelElement::Impl& owner, ModelElement const& child) const;

@@ -1,4 +1,4 @@
-// Handles to meta objects. What a meta object answers stands in <quay/zero/meta/types.h>.
+// Handles to meta objects. Their Impl classes are in <quay/zero/meta/types.h>.
 #pragma once
 
 #include <quay/zero/typed_handle.h>
