@@ -1,4 +1,4 @@
-// How elements come into being and end.
+// How elements are created and destroyed.
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>

@@ -37,7 +37,7 @@ QUAY_ZERO_API bool zxIsClass(zxArray const* array, std::string_view className) n
 /// underlying array is also one of that array's class; other ancestors are known through zx::setClassHierarchy.
 QUAY_ZERO_API bool zxIsA(zxArray const* array, std::string_view className);
 
-// False for null, all of these.
+// All of these return false for null.
 QUAY_ZERO_API bool zxIsNumeric(zxArray const* array) noexcept;  ///< double to uint64
 QUAY_ZERO_API bool zxIsLogical(zxArray const* array) noexcept;
 QUAY_ZERO_API bool zxIsChar(zxArray const* array) noexcept;
@@ -60,17 +60,17 @@ QUAY_ZERO_API void zxSetDimensions(zxArray* array, std::span<std::size_t const> 
 
 namespace zx {
 
-/// Which state of which array this is: a number drawn afresh, never twice in a process, when an array is made
-/// and whenever anything in it is written, at whatever depth. Access for writing counts as a write at the
-/// moment it is asked for; whoever keeps the access for later asks again before writing. What a native object
-/// holds isn't seen.
+/// Identifies the state of an array: a number that is never used twice in a process. A new one is drawn when an array
+/// is made and whenever anything in it is written, at any depth. Requesting access for writing counts as a write at
+/// that moment; code that keeps the access must request it again before it writes later. Changes inside a native object
+/// aren't noticed.
 QUAY_ZERO_API std::uint64_t serialOf(zxArray const* array);
 
 /// Tells whether class `className` derives from class `ancestor`.
 using DerivesFrom = bool(std::string_view className, std::string_view ancestor);
 
-/// Lets zxIsA ask the class-object system about the classes of objects, null lets it ask nobody. Gives what
-/// was set before. A function must be taken back before its library goes.
+/// Sets the function by which zxIsA knows the class hierarchy of objects; null for none. Returns the function that was
+/// set before. A function must be reset before its library is unloaded.
 QUAY_ZERO_API DerivesFrom* setClassHierarchy(DerivesFrom* derivesFrom) noexcept;
 
 }  // namespace zx

@@ -1,4 +1,4 @@
-// What people call an element.
+// Names by which people tell elements apart.
 #pragma once
 
 #include <quay/zero/meta/property.h>
