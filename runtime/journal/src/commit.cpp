@@ -82,7 +82,7 @@ void Journal::commitOutermost() {
     }
     std::uint64_t const bornSince = savepoints_.front().serial;
 
-    // All that can fail comes before anything is final.
+    // All that can fail is done before anything becomes final.
     std::unique_ptr<ChangeSet> changes;
     if (listeners_.any()) changes.reset(new ChangeSet(elements_, log_, bornSince));
     bool const nothingLeft =

@@ -27,7 +27,7 @@ void Listeners::callAll(ChangeSet const& changes) noexcept {
     for (Numbered const& listener : *all) {
         try {
             listener.call(changes);
-        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are to hear of it
+        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are told
         }
     }
 }

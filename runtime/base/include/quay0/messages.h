@@ -40,7 +40,7 @@ struct InvalidValue : RuntimeMessage<InvalidValue> {
     InvalidValue() : RuntimeMessage("InvalidValue") {}
 };
 
-/// A value has another type or another count than the one asked for.
+/// A value has another type or another count than the one requested.
 struct CannotCastIncompatibleTypes : RuntimeMessage<CannotCastIncompatibleTypes> {
     explicit CannotCastIncompatibleTypes(std::u16string typeName)
         : RuntimeMessage("CannotCastIncompatibleTypes", {std::move(typeName)}) {}

@@ -1,6 +1,6 @@
-// The array, the one kind of value that scripts know. This header has what every array has: its life, its
-// class and its shape. An array is N-dimensional, its elements are in column-major order, and it owns all
-// that is in it, other arrays included.
+// The array, the only kind of value that scripts know. This header has what every array has: its class, shape, equality
+// and serial. An array is N-dimensional, its elements are in column-major order, and it owns all that is in it, other
+// arrays included.
 //
 // Arrays are as safe as plain values: any number of threads may read one, or one may write it. Functions that
 // take a `zxArray const*` accept null only where they say so and throw std::invalid_argument elsewhere. An
@@ -46,11 +46,12 @@ QUAY_ZERO_API bool zxIsStruct(zxArray const* array) noexcept;
 QUAY_ZERO_API bool zxIsObject(zxArray const* array) noexcept;  ///< `string` objects as well
 QUAY_ZERO_API bool zxIsComplex(zxArray const* array) noexcept;
 
-/// Whether it has no element; null has none.
+/// Whether the array has no element, as is true of null.
 QUAY_ZERO_API bool zxIsEmpty(zxArray const* array) noexcept;
 QUAY_ZERO_API std::size_t zxGetNumberOfElements(zxArray const* array) noexcept;
 
-/// At least two; the last one, if there are more, isn't 1. They are good until the shape is changed.
+/// At least two dimensions; the last one, if there are more than two, isn't 1. The span is valid until the shape is
+/// changed.
 QUAY_ZERO_API std::span<std::size_t const> zxGetDimensions(zxArray const* array);
 QUAY_ZERO_API std::size_t zxGetRows(zxArray const* array);
 /// The product of all dimensions but the first.

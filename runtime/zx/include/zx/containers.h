@@ -24,7 +24,7 @@ QUAY_ZERO_API zxArray* zxCreateStructMatrix(std::size_t rows, std::size_t column
 QUAY_ZERO_API zxArray* zxCreateStructArray(std::span<std::size_t const> dimensions);
 
 QUAY_ZERO_API std::size_t zxGetNumberOfFields(zxArray const* array);
-/// The text is good until a field is added or removed.
+/// The text is valid until a field is added or removed.
 QUAY_ZERO_API std::string_view zxGetFieldName(zxArray const* array, std::size_t number);
 QUAY_ZERO_API std::optional<std::size_t> zxFindField(zxArray const* array, std::string_view name);
 /// Adds a field unless it is there, and gives its number.

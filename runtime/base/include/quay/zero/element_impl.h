@@ -16,7 +16,7 @@ class AbstractOwnedCollection;
 /// in the model.
 class QUAY_ZERO_API ElementImpl {
 public:
-    /// Stands in the count of an object that is being deleted, so that a late addRef can be told apart.
+    /// The count of an object that is being deleted, by which an addRef that comes too late can be recognised.
     static constexpr std::uint32_t REFCOUNT_DELETING = 0x8000'0000;
 
     /// Called by ModelElement::Impl::invalidate with the element and each of its collections. A host sets it once, at

@@ -49,7 +49,7 @@ struct MemberStep {
     std::unique_ptr<StepContent> content;  // of a sequence of values
 };
 
-/// An entry came into a set or map (`isIn`), or left it.
+/// An entry was added to a set or map (`isIn`), or removed.
 struct EntryStep {
     AbstractOwnedCollection* collection;
     bool isIn;

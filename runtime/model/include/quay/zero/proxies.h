@@ -73,7 +73,7 @@ public:
     // --- Destroying and releasing.
 
     /// To be called before an element is destroyed: removes it from the collections that refer to it without containing
-    /// it. A slot of one child isn't visited, since reading it checks the element.
+    /// it. A slot of one child isn't changed, since its handle tests false afterwards.
     void leaveReferences(Element& e);
     /// To be called when an element is released.
     void forget(Element const& e) noexcept;

@@ -15,8 +15,8 @@ class ModelImpl;
 class Value;
 
 /// An open transaction. Transactions nest: an inner one is a savepoint, and committing it joins it to the outer one.
-/// Only the outermost commit makes the work final, tells listeners and feeds the history. A transaction that is
-/// destroyed without commit is rolled back, which undoes exactly its own work. It keeps its model alive.
+/// Only the outermost commit makes the work final, tells listeners and enters the history. A transaction that is
+/// destructed without commit is rolled back, which undoes exactly its own work. It keeps its model alive.
 class [[nodiscard]] QUAY_ZERO_API Transaction {
 public:
     Transaction(Transaction&& other) noexcept;

@@ -20,7 +20,7 @@ class BuilderWrapper {
 public:
     template <class B>
     requires std::derived_from<typename B::Element, X> BuilderWrapper(B& builder)
-    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
+    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): implicit on purpose
     /// For a builder whose class is known only at run time. InvalidValue unless it is X or derived from it.
     explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&requireBuilderOf(X::classTable(), builder)) {}
 

@@ -57,7 +57,7 @@ public:
 
     // --- Registration, by packages that are being declared.
 
-    /// Enters a type under its qualified name. A name that a live type has already is UniquenessConstraint.
+    /// Registers a type under its qualified name. UniquenessConstraint if a live type has that name already.
     void registerType(Type const& type, CollectionFactory makeCollection, BuilderFactory makeBuilder);
     void registerTypeNames(Type const& type, std::string native, std::string script, std::string third);
     /// Registers a root package, which can be found by its URI from then on.

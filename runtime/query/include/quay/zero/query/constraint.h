@@ -18,7 +18,7 @@ public:
     explicit Constraint(Condition::Pointer condition) noexcept : condition_(std::move(condition)) {}
     template <class Base>
     requires(!std::same_as<Base, X> && std::derived_from<X, Base>)
-        // NOLINTNEXTLINE(google-explicit-constructor): meant to be
+        // NOLINTNEXTLINE(google-explicit-constructor): implicit on purpose
         Constraint(Constraint<Base> const& base)
     noexcept : condition_(base.condition()) {}
 
