@@ -70,7 +70,7 @@ public:
     void insertElement(ModelElement const& e, InsertPolicy policy);
     bool containsElement(ModelElement const& e) const;
     void removeElement(ModelElement const& e);
-    /// Removes every member, which stay alive without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
     /// The first entry of that key, or an empty handle.
     ModelElement const* findKey(KeyResult<K> key) const;

@@ -37,7 +37,7 @@ public:
     /// Replaces the member at a position. CannotAddNonExistentObject for an empty or dead handle, CannotAddSecondObject
     /// for an element that a unique sequence has at another position.
     void replaceAt(std::size_t position, ModelElement const& e);
-    /// Removes every member, which stay alive without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
     void reserve(std::size_t count) { members_.reserve(count); }
 

@@ -28,7 +28,7 @@ public:
     void addElement(ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
     void removeElement(ModelElement const& e);
-    /// Removes every member, which stay alive without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
 
     // ReferenceCollection

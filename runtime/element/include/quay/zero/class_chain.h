@@ -17,8 +17,8 @@ bool conformsInChain(Level const* level, Wanted const* wanted) noexcept {
     return false;
 }
 
-/// The level that would have the property of that index, or null. A Level has base() and firstIndex(), which returns 0
-/// for a level without indexed properties.
+/// The level that would have the property of that index, or null. A Level has base() and firstIndex(), which may return
+/// 0 for a level without indexed properties.
 template <class Level>
 Level const* levelOfIndex(Level const* level, unsigned long index) noexcept {
     while (level != nullptr && (level->firstIndex() == 0 || index < level->firstIndex())) level = level->base();
