@@ -7,7 +7,7 @@ namespace quay::zero {
 ElementImpl::InvalidateCallback ElementImpl::m_callback = nullptr;
 
 ElementImpl::~ElementImpl() {
-    // The fence is for other threads.
+    // Only other threads need the sequentially consistent order.
     auto const order = __libc_single_threaded ? std::memory_order_relaxed : std::memory_order_seq_cst;
     count_.store(REFCOUNT_DELETING, order);
 }

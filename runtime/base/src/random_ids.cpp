@@ -14,7 +14,7 @@ std::uint64_t readEntropy() noexcept {
         std::random_device device;
         return (std::uint64_t{device()} << 32) ^ device();
     } catch (std::exception const&) {
-        // A machine without a source of randomness still gets ids that differ from run to run.
+        // Without a source of randomness, the time makes ids differ from run to run.
         return static_cast<std::uint64_t>(std::chrono::high_resolution_clock::now().time_since_epoch().count());
     }
 }
@@ -28,7 +28,7 @@ std::uint64_t mix(std::uint64_t z) noexcept {
 }  // namespace
 
 RandomIds::RandomIds() noexcept {
-    // Read once; each generator starts at a stretch of its own of one long sequence (splitmix64).
+    // The entropy is read once. Each generator starts at its own position of one long sequence (splitmix64).
     static std::uint64_t const entropy[2] = {readEntropy(), readEntropy()};
     static std::atomic<std::uint64_t> generators{0};
     std::uint64_t seed = entropy[0] + generators.fetch_add(1, std::memory_order_relaxed) * 0xd1342543de82ef95;

@@ -66,7 +66,7 @@ void ReferenceCollection::assignValue(Value const& value) {
     for (ModelElement const& e : members) requireMemberClass(e);
     Operation operation(*this);
     clear();
-    // Otherwise each member would leave its former collection by itself, with a search.
+    // Clearing the other collection first avoids that each member is searched for and removed there singly.
     if (other != this && other->owner() != nullptr) const_cast<ReferenceCollection*>(other)->clear();
     for (ModelElement const& e : members) getGenericInterface()->genericAdd(e);
     operation.commit();

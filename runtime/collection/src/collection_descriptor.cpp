@@ -6,7 +6,7 @@ namespace quay::zero {
 
 namespace {
 
-/// The cell holds a detached copy; null while the content was empty.
+/// The cell holds a detached copy of the content, or null if the content was empty.
 using Copy = std::unique_ptr<AbstractOwnedCollection>;
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 namespace quay::zero {
 
-/// A proxy that is here, or away in `node`.
+/// A proxy of the collection. `node` holds it while it is out of the collection, and is empty otherwise.
 struct CollectionWithProxies::TakenProxy : StepContent {
     ProxyId id;
     Proxies::node_type node;
@@ -82,7 +82,7 @@ void CollectionWithProxies::basicRemoveProxy(ModelElement const& proxy) {
     record(ProxyStep{this, false, std::move(taken)});
 }
 
-// A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
+// Inserting a node allocates nothing: the table was large enough when the node was in it, and never shrinks.
 void CollectionWithProxies::exchangeProxy(ProxyStep& step) noexcept {
     auto& taken = static_cast<TakenProxy&>(*step.entry);
     if (step.isIn) {
@@ -118,7 +118,7 @@ void CollectionWithProxies::resolveProxies(bool localOnly) {
     }
     for (ModelElement const& proxy : proxies) {
         ModelElement const found = resolveProxy(proxy);
-        // The host's resolver may have changed the collection.
+        // The resolver may have changed the collection.
         if (found && !found->isProxy() && holdsProxy(proxy)) resolveTo(proxy, found);
     }
 }

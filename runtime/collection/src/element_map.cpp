@@ -12,7 +12,8 @@
 
 namespace quay::zero {
 
-/// An entry that is in the tree, where `position` stands, or out of it, in `node`; `before` is then what follows it.
+/// An entry of the map: while it is in the tree, `position` points at it; otherwise `node` holds it and `before` points
+/// at the entry that follows its place.
 template <class K>
 struct KeyedCore<K>::Taken : StepContent {
     typename Tree::iterator position;
@@ -69,7 +70,7 @@ void KeyedCore<K>::take(Position position) {
     }
     auto taken = std::make_unique<Taken>();
     this->reserveStep();
-    taken->before = tree_.erase(position, position);  // the same place, as one that may be written through
+    taken->before = tree_.erase(position, position);  // the same position as a mutable iterator
     ++taken->before;
     taken->node = tree_.extract(position);
     this->record(EntryStep{this, false, std::move(taken)});
@@ -121,12 +122,12 @@ typename KeyedCore<K>::Position KeyedCore<K>::locate(ModelElement const& e) cons
     for (auto i = tree_.lower_bound(key); i != tree_.end() && i->first == key; ++i) {
         if (i->second == e) return i;
     }
-    // An element that is contained elsewhere may have got another key there.
+    // If the element is contained elsewhere, its key may have changed since it was added here.
     if (!hasReferences_) return tree_.end();
     return std::find_if(tree_.begin(), tree_.end(), [&](auto const& entry) { return entry.second == e; });
 }
 
-/// Whether the element can be a member at all, told without a search among those of its key.
+/// Whether the element can be a member at all; false avoids a search among those of its key.
 template <class K>
 bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
     return hasLoose_ || hasReferences_ || e.containerImpl() == this->owner();
@@ -135,7 +136,7 @@ bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
 template <class K>
 void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy policy) {
     if (!element) return;
-    ModelElement const e = element;  // it may be one of our own members
+    ModelElement const e = element;  // `element` may be a member of this map
     this->checkCompatibleModel(e.impl());
     if (e->isProxy()) {
         this->addProxy(e);
@@ -227,7 +228,7 @@ void KeyedCore<K>::copyContents(AbstractOwnedCollection const& other) {
     operation.commit();
 }
 
-// --- The unchecked paths --------------------------------------------------------------------------------------------
+// --- Operations without checks ---------------------------------------------------------------------------------------
 
 template <class K>
 void KeyedCore<K>::basicAdd(ModelElement const& e) {

@@ -9,7 +9,7 @@
 
 namespace quay::zero {
 
-/// Members that are out of the sequence, or room for them.
+/// Members that a step took out of the sequence, or memory reserved for them.
 struct SequenceCore::Kept : StepContent {
     Members members;
 };
@@ -17,7 +17,7 @@ struct SequenceCore::Kept : StepContent {
 // --- Content and its record -----------------------------------------------------------------------------------------
 
 void SequenceCore::put(std::size_t position, ModelElement const& e) {
-    // The handle may be one of our own members, so it is copied before the members move.
+    // The handle may be a member of this sequence, so it is copied before the members move.
     ModelElement member = e;
     if (members_.size() == members_.capacity()) members_.reserve(std::max<std::size_t>(4, members_.size() * 2));
     if (recording()) recordInsertion(position);
@@ -104,7 +104,7 @@ void SequenceCore::addNewElement(ModelElement const& e) {
     ModelElement::Impl* const o = owner();
     bool const unbound = o != nullptr && o->isWritable() && e && member->containerImpl() == nullptr &&
                          !member->hasOwned() && &member->model() == &o->model() && journal().inOperation();
-    if (!unbound) {  // a host's own class may have done more to it than making it
+    if (!unbound) {  // code of a derived class may have changed it since it was created
         addElement(e);
         return;
     }
@@ -180,7 +180,7 @@ void SequenceCore::copyContents(AbstractOwnedCollection const& other) {
     operation.commit();
 }
 
-// --- The unchecked paths --------------------------------------------------------------------------------------------
+// --- Operations without checks ---------------------------------------------------------------------------------------
 
 void SequenceCore::basicAdd(ModelElement const& e) { put(members_.size(), e); }
 
@@ -198,12 +198,12 @@ void SequenceCore::basicCopyValues(ReferenceCollection const& other) {
     swapContent(static_cast<SequenceCore const&>(other).members_);
 }
 
-// --- Proxies: resolving one is no change ----------------------------------------------------------------------------
+// --- Proxies: resolving one isn't a change ---------------------------------------------------------------------------
 
 void SequenceCore::resolveSlot(std::size_t position) const {
     ModelElement const proxy = members_[position];
     ModelElement const found = resolveProxy(proxy);
-    // The host's resolver may have changed the sequence.
+    // The resolver may have changed the sequence.
     bool const stands = position < members_.size() && members_[position] == proxy;
     if (stands && found && !found->isProxy()) putResolved(position, found);
 }

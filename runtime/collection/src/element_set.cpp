@@ -2,7 +2,7 @@
 
 namespace quay::zero {
 
-/// A member that is in the set, or out of it, in `node`.
+/// A member of a set. `node` holds it while it is out of the set, and is empty otherwise.
 struct SetCore::Taken : StepContent {
     ModelElement member;
     Members::node_type node;
@@ -59,7 +59,7 @@ void SetCore::swapContent(Content&& content) {
     if (!holdsNothing()) noteContent();
 }
 
-// A node that goes back finds its bucket: the table was as large when the node was in it, and never shrinks.
+// Inserting a node allocates nothing: the table was large enough when the node was in it, and never shrinks.
 void SetCore::exchangeEntry(EntryStep& step) noexcept {
     auto& taken = static_cast<Taken&>(*step.entry);
     if (step.isIn) {
@@ -83,7 +83,7 @@ bool SetCore::sameByRule(AbstractOwnedCollection const& old) const {
 
 void SetCore::addElement(ModelElement const& element) {
     if (!element) return;
-    ModelElement const e = element;  // it may be one of our own members
+    ModelElement const e = element;  // `element` may be a member of this set
     checkCompatibleModel(e.impl());
     if (e->isProxy() ? holdsProxy(e) : members_.contains(e)) return;
     Operation operation(*this);
@@ -122,7 +122,7 @@ void SetCore::copyContents(AbstractOwnedCollection const& other) {
     operation.commit();
 }
 
-// --- The unchecked paths --------------------------------------------------------------------------------------------
+// --- Operations without checks ---------------------------------------------------------------------------------------
 
 void SetCore::basicAdd(ModelElement const& e) {
     if (!members_.contains(e)) put(e);

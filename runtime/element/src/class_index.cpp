@@ -9,13 +9,13 @@
 
 namespace quay::zero::query {
 
-/// The numbers of all members, to be found by element.
+/// The numbers of all members; a member's number is found by the address of the element.
 class ClassIndex::NumberSet {
 public:
     explicit NumberSet(std::vector<Element*> const& members) : set_(0, Hash{members}, Same{members}) {}
 
     void add(std::uint32_t number) { set_.insert(number); }
-    /// Takes the element's number out. It must be there.
+    /// Removes the number of a member and returns it.
     std::uint32_t takeOut(Element const& e) noexcept {
         auto const found = set_.find(&e);
         std::uint32_t const number = *found;
@@ -66,7 +66,7 @@ void ClassIndex::add(Element& e) {
     e.setFlag(Element::kClassed, true);
     e.setFlag(Element::kMissing, false);
     if (!e.isAlive()) ++dead_;
-    // Meta classes live as long as the process, so a class whose library is gone does no harm.
+    // Meta classes live as long as the process, so the pointer stays valid when the library of the class is unloaded.
     Members& of = byClass_[e.getMetaClass().ModelElement::impl()];
     of.elements.push_back(&e);
     of.numbers.push_back(number);
@@ -121,7 +121,7 @@ void ClassIndex::clear() noexcept {
     indexedUpTo_ = nullptr;
 }
 
-/// Numbers the members anew, the dead with the living.
+/// Numbers the members, dead ones included, without gaps.
 void ClassIndex::closeGaps() {
     std::vector<Element*> const old = std::exchange(members_, {});
     Element* const upTo = indexedUpTo_;
@@ -163,7 +163,7 @@ std::span<ClassIndex::Element* const> ClassIndex::Walk::next() {
         if (only_->gaps == 0 && index_.dead_ == 0) {
             auto const block = left.first(std::min<std::size_t>(left.size(), kBlock));
             position_ += block.size();
-            // The block after this one is on its way while this one is asked about: elements lie far apart.
+            // Prefetches the next block, since elements lie scattered in memory.
             auto const coming = left.subspan(block.size());
             for (Element* const e : coming.first(std::min<std::size_t>(coming.size(), kBlock))) {
                 __builtin_prefetch(reinterpret_cast<char const*>(e) + sizeof(Element));

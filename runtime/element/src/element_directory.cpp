@@ -37,7 +37,7 @@ void ElementDirectory::putBack(Element& first, Element& last, std::size_t count)
         if (e == &last) break;
     }
     for (Element* e = &last; byClass_ != nullptr; e = ElementList::previous(*e)) {
-        byClass_->returned(*e);  // from the back, so that each knows what is after it
+        byClass_->returned(*e);  // in reverse, since `returned` looks at the next element
         if (e == &first) break;
     }
     if (count > 0) list_.putBack(first, last, count);

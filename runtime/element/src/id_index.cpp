@@ -4,7 +4,7 @@
 
 namespace quay::zero {
 
-// Ids may be drawn by hand, one after the other, so both halves are mixed into every bit of the position.
+// Ids need not be random, so both halves affect every bit of the position.
 std::size_t IdIndex::home(boost::uuids::uuid const& id) const noexcept {
     std::uint64_t words[2];
     std::memcpy(words, &id, sizeof words);
@@ -51,7 +51,7 @@ void IdIndex::remove(Element& e) noexcept {
     std::size_t const mask = table_.size() - 1;
     std::size_t hole = home(e.uuid());
     while (table_[hole] != &e) hole = (hole + 1) & mask;
-    // Whoever was pushed past the hole moves back into it, so that no search ends early.
+    // Entries that were displaced past the hole move back into it, so that no search ends early.
     for (std::size_t i = (hole + 1) & mask; table_[i] != nullptr; i = (i + 1) & mask) {
         std::size_t const wanted = home(table_[i]->uuid());
         if (((i - wanted) & mask) >= ((i - hole) & mask)) {

@@ -5,7 +5,7 @@
 
 namespace quay::zero {
 
-// A descriptor without a value of its own keeps nothing.
+// Descriptors of properties without a value of their own keep nothing.
 void PropertyDescriptor::save(ModelElement::Impl const&, Cell&) const {}
 void PropertyDescriptor::exchange(ModelElement::Impl&, Cell&) const noexcept {}
 void PropertyDescriptor::restore(ModelElement::Impl&, Cell const&) const {}
@@ -38,7 +38,7 @@ PropertyDescriptor const* ClassTable::descriptorAt(unsigned long index) const no
     ClassTable const* const level = levelOfIndex(this, index);
     if (level == nullptr) return nullptr;
     unsigned long const slot = index - level->firstIndex_;
-    // Derived properties stand behind the others and have no index.
+    // Derived properties follow the others and have no index.
     bool const isThere = slot < level->descriptors_.size() && level->descriptors_[slot]->index() == index;
     return isThere ? level->descriptors_[slot] : nullptr;
 }

@@ -38,7 +38,7 @@ Value::Value(Value&& other) noexcept
 void Value::swap(Value& other) noexcept {
     Value mine(std::move(*this));
     ::new (static_cast<void*>(this)) Value(std::move(other));
-    // NOLINTNEXTLINE(bugprone-use-after-move): what was moved from holds nothing, and is made anew in its place
+    // NOLINTNEXTLINE(bugprone-use-after-move): the moved-from value holds nothing and is constructed anew in place
     ::new (static_cast<void*>(&other)) Value(std::move(mine));
 }
 

@@ -9,15 +9,14 @@ ModelElement ChildDescriptor::read(Element const& e) const {
     auto& held = const_cast<ModelElement&>(slot(e));
     if (held.impl() == nullptr) return {};
     if (!held) {
-        // A child that died in this model stays visible until the transaction is over; one of another model is
-        // forgotten.
+        // A dead child of this model stays visible until the transaction ends; one of another model is removed.
         if (&held->model() != &e.model()) held = ModelElement();
         return held;
     }
     if (held->isProxy()) {
         ModelElement const proxy = held;
         ModelElement const found = e.model().resolveProxy(&e, proxy);
-        // The host's resolver may have written the slot.
+        // The resolver may have written the slot.
         if (held == proxy && found != proxy)
             e.model().proxies().resolveSlot(const_cast<Element&>(e), *this, proxy, found);
     }
@@ -63,7 +62,7 @@ Value ChildDescriptor::get(Element const& e, meta::Property const& property, Ref
 void ChildDescriptor::set(Element& e, meta::Property const& /*property*/, Value const& value,
                           ReflectionPrivateTag const& tag) const {
     ModelElement const child = unpack(value);
-    // Without leave to resolve, a proxy in the slot gives way as it is.
+    // If the tag doesn't allow resolving, a proxy in the slot is replaced without being resolved.
     ModelElement const& held = slot(e);
     std::optional<Model::ResolutionHold> hold;
     if (!tag.mayResolve() && child && !child->isProxy() && held && held->isProxy()) hold.emplace(e.getModel());

@@ -22,14 +22,14 @@ Node const& require(Node const& node, std::string_view key, Node::Kind kind) {
     return *found;
 }
 
-/// The data, of whatever kind.
+/// The node under "data", of any kind.
 Node const& requireData(Node const& node) {
     Node const* const data = node.find("data");
     if (data == nullptr) refuse("has no 'data'");
     return *data;
 }
 
-/// The items of data that is a list.
+/// The items under "data", which must be a list.
 std::vector<Node> const& itemsOf(Node const& node) { return require(node, "data", Node::Kind::List).items; }
 
 /// The dimensions of an array. Refused unless they are those of `count` elements.

@@ -11,7 +11,7 @@
 
 namespace quay::zero::io {
 
-/// Whatever is wrong with the text is Refused.
+/// Creates elements and proxies, and remembers references to check them. Anything wrong with the text throws Refused.
 class ElementMaker {
 public:
     explicit ElementMaker(Model const& model) : model_(model) {}

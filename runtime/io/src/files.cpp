@@ -70,7 +70,7 @@ TargetFile::TargetFile(std::filesystem::path const& path) : path_(path) {
         if (descriptor_ < 0) fail();
         return;
     }
-    // Renaming would also replace a file that is write-protected, which nobody expects.
+    // Renaming would replace even a write-protected file, so that is refused here.
     if (exists && ::access(path_.c_str(), W_OK) != 0) fail();
     aside_ = path_;
     aside_ += "." + to_string(ElementImpl::generateNewUuid()).substr(0, 8) + ".new";

@@ -206,7 +206,7 @@ void Loader::takeClass(ElementFrame& element, Node const& node) {
 }
 
 void Loader::finish(ElementFrame& element) {
-    element.keys.finish();  // what fails from here on is the element as a whole
+    element.keys.finish();  // a failure from here on concerns the element as a whole
     if (element.keys.has(ElementKey::Ref)) {
         element.element = makeReference(element);
     } else if (!element.element) {

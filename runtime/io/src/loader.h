@@ -30,7 +30,7 @@ struct Postponed {
 /// operation may throw Refused or an exception of the runtime; `place` then tells where.
 class Loader {
 public:
-    /// What an object or a list is that begins.
+    /// How an object or a list that begins is handled.
     enum class Part : std::uint8_t {
         Structure,  ///< part of the text's structure: what is inside comes to the loader piece by piece
         Value,      ///< the value of a property, which comes to the loader as a whole

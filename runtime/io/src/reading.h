@@ -15,7 +15,7 @@ namespace quay::zero::io {
 
 class SourceFile;
 
-/// One text on its way into a model. Whatever is wrong with the text is reported as CannotLoad, with the place.
+/// Loads one text into a model. Anything wrong with the text is reported as CannotLoad, with its place.
 class Reading {
 public:
     /// How many bytes of a file are read at once.

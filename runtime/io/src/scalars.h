@@ -49,7 +49,7 @@ void appendList(std::string& out, std::size_t count, F&& append) {
 /// Appends the key of an object's member, behind a comma unless the member is the first one.
 void appendKey(std::string& out, std::string_view name, bool isFirst);
 
-// Each reads what the function above writes that has the same name. False if the node isn't such a value.
+// Each function reads what the append function of the same name writes. False if the node isn't such a value.
 
 bool parseReal(Node const& node, double& value);
 bool parseReal(Node const& node, float& value);

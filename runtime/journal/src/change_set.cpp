@@ -35,7 +35,7 @@ Value ElementChange::newValue(meta::Property const& property) const {
 
 ChangeSet::ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince) : log_(log) {
     auto const isNew = [&](ModelElement::Impl const& e) { return ElementDirectory::isBornSince(e, bornSince); };
-    // Creation appends, so what is new stands at the end of the list.
+    // Elements are appended when they are created, so the new ones are at the end of the list.
     for (auto* e = elements.list().last(); e != nullptr && isNew(*e); e = ElementList::previous(*e)) {
         created_.emplace_back(e);
     }
@@ -48,7 +48,7 @@ ChangeSet::ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64
 
 ChangeSet::ChangeSet(UndoLog& log, LifeChanges lives)
     : log_(log), created_(std::move(lives.revived)), destroyed_(std::move(lives.buried)) {
-    // What came and went within the transaction is dead and in both lists.
+    // Elements that were born and destroyed within the transaction are dead, and are in both lists.
     std::unordered_set<ModelElement::Impl const*> revived;
     for (ModelElement const& e : created_) revived.insert(e.impl());
     std::erase_if(created_, [](ModelElement const& e) { return !e; });
@@ -65,7 +65,7 @@ void ChangeSet::collect(IsNew const& isNew) {
         return changed_[place->second].parts_;
     };
 
-    // A storage that could not be merged stands before an older one of the same element, whose values count.
+    // If a storage couldn't be merged, it precedes an older one of the same element; the older values count.
     for (Storage* s = log_.storages; s != nullptr; s = s->tracking().next) {
         if (!s->element().isAlive() || isNew(s->element())) continue;
         s->forEach([&](PropertyDescriptor const& descriptor, Cell& old) {
@@ -98,13 +98,13 @@ void ChangeSet::collect(IsNew const& isNew) {
     }
 }
 
-/// Only a collection of at most one member can count as unchanged.
+/// Whether a collection with steps has changed. Only one of at most one member can count as unchanged.
 bool ChangeSet::isChanged(AbstractOwnedCollection& collection) const {
     if (collection.size() > 1) return true;
     return !collection.sameByRule(oldContent(collection));
 }
 
-/// The collection itself goes back to its old content for a moment, is copied, and comes forward again.
+/// Reverses the collection's steps, copies the old content, and restores the present content.
 AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collection) const {
     Touched& touched = touched_.at(&collection);
     if (touched.oldContent != nullptr) return *touched.oldContent;
@@ -123,8 +123,8 @@ AbstractOwnedCollection& ChangeSet::oldContent(AbstractOwnedCollection& collecti
     return *touched.oldContent;
 }
 
-/// The usual commit is answered by looking at one change; only where collections of at most one member are all that
-/// changed is the set put together.
+/// The first change that is looked at usually decides. The set is put together only if nothing changed except
+/// collections of at most one member.
 bool ChangeSet::isNothingLeft(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince) {
     auto const isNew = [&](ModelElement::Impl const& e) { return ElementDirectory::isBornSince(e, bornSince); };
     for (Storage* s = log.storages; s != nullptr; s = s->tracking().next) {

@@ -7,15 +7,15 @@
 
 namespace quay::zero {
 
-// --- A savepoint joins the one around it ----------------------------------------------------------------------------
+// --- Committing an inner savepoint -----------------------------------------------------------------------------------
 
 void Journal::commitInner() {
     OpenSavepoint const inner = savepoints_.back();
     std::uint64_t const outer = savepoints_[savepoints_.size() - 2].serial;
 
-    // Only this savepoint's own storages are looked at. One whose element the outer savepoint has no need to restore
-    // goes; one whose element the outer savepoint keeps values of hands over what is missing there; any other is simply
-    // adopted.
+    // Only the storages of the inner savepoint are visited. If the outer savepoint gave birth to the element, the
+    // storage isn't needed. If the outer savepoint has a storage of the element, that storage takes over the values
+    // that it lacks. Otherwise the storage becomes one of the outer savepoint.
     Storage** link = &log_.storages;
     while (*link != inner.storages) {
         Storage& s = **link;
@@ -35,16 +35,16 @@ void Journal::commitInner() {
     mergeAt(inner);
 }
 
-/// Drops the steps from a position on that the savepoint of that serial wouldn't have recorded, since it gave birth to
-/// what they changed. It records nothing of what it does to such elements itself; so a step that stayed would be
-/// reversed on content that has changed since.
+/// Erases, from a position on, the steps of elements that were born at the savepoint of that serial or later. That
+/// savepoint doesn't record its own changes of such elements, so these steps would be reversed on content that has
+/// changed since.
 void Journal::dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept {
     auto const first = log_.steps.begin() + static_cast<std::ptrdiff_t>(from);
     auto const isOfNewborn = [&](Step const& step) { return step.changed().track_.isBornSince(serial); };
     log_.steps.erase(std::remove_if(first, log_.steps.end(), isOfNewborn), log_.steps.end());
 }
 
-/// Runs that continue what the outer savepoint did last become one with it.
+/// Merges a run of births or insertions into that of the outer savepoint which it continues.
 void Journal::mergeAt(OpenSavepoint const& inner) noexcept {
     auto& lives = log_.lives;
     OpenSavepoint const& outer = savepoints_.back();
@@ -68,7 +68,7 @@ void Journal::mergeAt(OpenSavepoint const& inner) noexcept {
     }
 }
 
-// --- A transaction becomes final ------------------------------------------------------------------------------------
+// --- Committing a transaction ----------------------------------------------------------------------------------------
 
 void Journal::commitOutermost() {
     bool const system = savepoints_.front().system;
@@ -82,7 +82,7 @@ void Journal::commitOutermost() {
     }
     std::uint64_t const bornSince = savepoints_.front().serial;
 
-    // All that can fail comes before anything is final.
+    // All that can fail is done before anything becomes final.
     std::unique_ptr<ChangeSet> changes;
     if (listeners_.any()) changes.reset(new ChangeSet(elements_, log_, bornSince));
     bool const nothingLeft =
@@ -99,7 +99,7 @@ void Journal::commitOutermost() {
     for (Storage* s = log_.storages; s != nullptr; s = s->tracking().next) s->element().track_ = Track();
     close();
     if (changes != nullptr && !nothingLeft) {
-        CountedHandle const alive(&owner_);  // a listener may drop the last handle of the model
+        CountedHandle const alive(&owner_);  // a listener may release the last handle of the model
         tell(*changes);
         changes.reset();
         finish(keep);
@@ -114,17 +114,17 @@ void Journal::commitOutermost() {
     finish(keep);
 }
 
-/// A transaction ends that changed nothing in the end. The history's logs know the entries of maps and sets by their
-/// places in memory, and an entry that left and came again has another one: so the former ones come back. Containers
-/// stay as they are: a container that changed while the collections didn't counts as no change.
+/// For a transaction that changed nothing in the end. Logs of the history refer to the entries of maps and sets by
+/// address, and an entry that was removed and added again has another address; reversing the steps restores the former
+/// entries. Containers stay as they are: a container that changed while the collections didn't counts as no change.
 void Journal::takeBackLeftovers() noexcept {
     for (auto step = log_.steps.rbegin(); step != log_.steps.rend(); ++step) {
         if (step->as<ContainerStep>() == nullptr) step->exchange();
     }
 }
 
-/// A commit that nobody hears of and nobody can take back. What was done before a system transaction can't be undone
-/// after it, since that would take its work along.
+/// Commits without telling listeners and without keeping the log. A system transaction clears the history, since
+/// undoing older changes would have to undo its work as well.
 void Journal::commitUnheard(bool system) noexcept {
     bool const nothingDone = log_.empty();
     while (log_.storages != nullptr) {
@@ -138,7 +138,7 @@ void Journal::commitUnheard(bool system) noexcept {
     log_.discard(*this);
 }
 
-/// The log of a finished transaction goes into the history or away.
+/// Puts the log of a committed transaction into the history, or discards it.
 void Journal::finish(bool keep) noexcept {
     if (keep && history_) {
         history_->push(log_);

@@ -1,4 +1,4 @@
-// How changes are recorded and rolled back. How they are committed and replayed stands in files of their own.
+// How changes are recorded and rolled back. commit.cpp and replay.cpp have the rest of the journal.
 #include <quay/zero/journal.h>
 
 #include <algorithm>
@@ -56,7 +56,7 @@ void Journal::refresh() noexcept {
     serial_ = listeners_.any() || history_ || listeners_.isLocked() ? UINT64_MAX >> 1 : 0;
 }
 
-/// Undoes everything since the savepoint was opened, and lets go of it.
+/// Undoes everything since the savepoint was opened, and discards its part of the log.
 void Journal::rollBackTo(OpenSavepoint const& savepoint) noexcept {
     while (log_.storages != savepoint.storages) {
         Storage& s = *log_.storages;
@@ -107,7 +107,8 @@ void Journal::recordBirth(Element& element) {
 }
 
 void Journal::recordDeath(Element& element) {
-    // A proxy was never entered: the directory doesn't hold it, so the log counts it itself, as a run of none.
+    // The directory holds no reference to a proxy, which was never entered. So the log adds one, and marks the entry by
+    // a count of 0.
     bool const entered = ElementDirectory::wasEntered(element);
     log_.lives.emplace_back(false, entered ? 1 : 0, element);
     if (!entered) element.addRef();
@@ -127,7 +128,7 @@ void Journal::setContainer(Element& child, Element* container, std::uint16_t ind
     if (container != nullptr) container->noteOwned();
 }
 
-/// A change that isn't recorded: what was done before it can't be undone after it.
+/// Clears the history before a change that isn't recorded, since older changes couldn't be undone after it.
 void Journal::endHistory() {
     if (!owner_.isAlive()) return;
     listeners_.requireUnlocked();
@@ -136,7 +137,7 @@ void Journal::endHistory() {
 
 // --- Resolution -----------------------------------------------------------------------------------------------------
 
-/// Where a resolution is recorded: outside a transaction beside the history, if there is one.
+/// The log in which a resolution is recorded: that of the open transaction, else the one beside the history, else null.
 UndoLog* Journal::resolutionLog() noexcept {
     if (inTransaction()) return &log_;
     return history_ ? &history_->resolved() : nullptr;

@@ -5,7 +5,7 @@
 
 namespace quay::zero {
 
-// A listener may add and remove listeners: the list that is being told stays as it is.
+// A listener may add and remove listeners while it is called, so the list is replaced rather than changed.
 
 std::uint64_t Listeners::add(Listener listener) {
     auto next = std::make_shared<std::vector<Numbered>>();
@@ -27,7 +27,7 @@ void Listeners::callAll(ChangeSet const& changes) noexcept {
     for (Numbered const& listener : *all) {
         try {
             listener.call(changes);
-        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are to hear of it
+        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are told
         }
     }
 }

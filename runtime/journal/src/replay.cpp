@@ -9,7 +9,7 @@
 namespace quay::zero {
 
 void Journal::enableHistory(std::size_t limit) {
-    listeners_.requireNotTelling();  // what is being told may lie in the history
+    listeners_.requireNotTelling();  // a change set that is being told may refer to a log of the history
     Disposal& disposal = *this;
     auto history = limit == 0 ? nullptr : std::make_unique<History>(limit, disposal);
     if (history && history_) history->takeOver(*history_);
@@ -33,7 +33,7 @@ bool Journal::replay(bool redo) {
     }
     log->turn(elements_, listeners_.any() ? &lives : nullptr);
 
-    CountedHandle const alive(&owner_);  // a listener may drop the last handle of the model
+    CountedHandle const alive(&owner_);  // a listener may release the last handle of the model
     std::unique_ptr<ChangeSet> changes;
     if (listeners_.any()) {
         try {

@@ -4,7 +4,7 @@ namespace quay::zero {
 
 Resolution::Resolution(Journal& journal) {
     if (journal.inTransaction() && !journal.inOperation()) savepoint_.emplace(journal);
-    constexpr std::size_t most = 4;  // the proxy leaves, the element comes, and both containers
+    constexpr std::size_t most = 4;  // removing the proxy, adding the element, and two containers
     journal.reserveResolution(most);
 }
 

@@ -59,10 +59,10 @@ void Storage::revertUnchanged(ModelElement::Impl* current) {
     }
 }
 
-/// Ends one entry's life; the order of the others stays.
+/// Discards one entry and keeps the order of the others.
 void Storage::drop(std::size_t position) noexcept {
     Entry& gone = position == 0 ? first_ : more_->entries[position - 1];
-    // A mask of an earlier use may be narrower.
+    // The mask may stem from an earlier use and be narrower.
     if (more_ != nullptr && gone.descriptor->index() < more_->mask.size()) {
         more_->mask[gone.descriptor->index()] = false;
     }
@@ -94,7 +94,7 @@ bool Storage::absorb(Storage& inner) noexcept {
     return true;
 }
 
-/// Forgets the last entry, whose cell is empty by now.
+/// Removes the last entry, whose cell must be empty.
 void Storage::removeLast() noexcept {
     if (count_ > 1) {
         more_->mask[more_->entries.back().descriptor->index()] = false;

@@ -4,7 +4,7 @@
 
 namespace quay::zero {
 
-// Storages and steps go first: they point at elements that the last births and deaths may let go.
+// Storages and steps are discarded first: they refer to elements that discarding births and deaths may release.
 void UndoLog::discard(Disposal& to) noexcept {
     while (storages != nullptr) {
         Storage& s = *storages;
@@ -20,7 +20,7 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life, Disposal& to) noex
     while (lives.size() > life) {
         LifeEntry const entry = lives.back();
         lives.pop_back();
-        if (entry.born && entry.count == 0) entry.first->removeRef();  // a proxy that came back: nobody else held it
+        if (entry.born && entry.count == 0) entry.first->removeRef();  // a proxy: only the entry referred to it
         for (ModelElement::Impl* e = entry.born ? nullptr : entry.first; e != nullptr;) {
             auto* const next = e == entry.last ? nullptr : ElementList::next(*e);
             to.release(*e);
@@ -30,7 +30,7 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life, Disposal& to) noex
 }
 
 void UndoLog::turn(ElementDirectory& elements, LifeChanges* changes) noexcept {
-    // Where an element has two storages, their order matters, so the list turns round as well.
+    // If an element has two storages, their order matters, so the list is reversed as well.
     Storage* turned = nullptr;
     while (Storage* const s = storages) {
         s->exchange();

@@ -39,11 +39,11 @@ void append(std::u16string& out, char32_t code) {
     }
 }
 
-// How a character begins: what its first byte brings, how many bytes follow, and between what bounds the next
-// one lies, which is where overlong forms, surrogates and too large codes are refused.
+// What the first byte of a character tells: its bits of the code, the number of bytes that follow, and the bounds of
+// the next byte, which exclude overlong forms, surrogates and codes that are too large.
 struct Lead {
     char32_t bits = 0;
-    int following = -1;  // none: no character begins so
+    int following = -1;  // -1: the byte can't begin a character
     std::uint8_t lowest = 0x80;
     std::uint8_t highest = 0xBF;
 };

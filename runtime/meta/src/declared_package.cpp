@@ -42,7 +42,7 @@ bool isOwned(Shape shape) {
 }  // namespace
 
 DeclaredPackage::DeclaredPackage(declare::Package const& tables) : tables_(tables) {
-    // The object is never deleted, and its library may be unloaded under it.
+    // The object is never deleted, since its library may be unloaded.
     MetaRegistry::getInstance()->keep(this);
 }
 
@@ -78,7 +78,7 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
         imports->assign(std::move(uris));
         instantiate(registry);
         weave(registry, serializers);
-        registerRootPackage(root);  // last of what can fail
+        registerRootPackage(root);  // the last call that can fail
         transaction.commit(boost::none);
     } catch (...) {
         for (auto const& [name, type] : types_) registry->unregisterType(type);
@@ -90,7 +90,8 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
     types_.clear();
 }
 
-/// An earlier incarnation of this package is still there when its library was unloaded and is loaded again.
+/// Destroys an earlier declaration of this package, which exists if the package's library was unloaded and loaded
+/// again.
 void DeclaredPackage::replaceFormer(MetaRegistry* registry) {
     Package const former =
         Package::cast(registry->model()->findElement(parseId(tables_.id), FindElementBehavior::InMemoryOnly));
@@ -124,7 +125,7 @@ void DeclaredPackage::clearSlots() noexcept {
     this->*tables_.root = {};
 }
 
-// --- Phase one ------------------------------------------------------------------------------------------------------
+// --- Phase one: creating the meta objects ----------------------------------------------------------------------------
 
 std::string DeclaredPackage::scriptNameOf(char16_t const* name, char const* given) const {
     return given != nullptr ? given : tables_.scriptPrefix + keel::toUtf8(name);
@@ -189,7 +190,7 @@ void DeclaredPackage::instantiateProperty(declare::Property const& p, bool isFie
     if (p.index != 0) setPropertyIndex(made, p.index);
 }
 
-// --- Phase two ------------------------------------------------------------------------------------------------------
+// --- Phase two: connecting and registering them ----------------------------------------------------------------------
 
 Type DeclaredPackage::typeOf(MetaRegistry* registry, char16_t const* name) const {
     auto const own = types_.find(name);
@@ -258,7 +259,8 @@ void DeclaredPackage::weaveProperty(MetaRegistry* registry, Type const& owner, d
     property->setIsQualificationUnique(p.shape != Shape::MultimapOwned);
 }
 
-/// The key property of a class of this package. Its properties may not be its own yet, so the tables are asked.
+/// The property that keys a map with children of that class of this package. It is searched for in the tables, since
+/// the meta class may not have its properties yet.
 Property DeclaredPackage::keyOf(std::u16string_view className, std::u16string_view key) const {
     for (declare::Class const& c : tables_.classes) {
         if (c.name != className) continue;

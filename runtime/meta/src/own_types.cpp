@@ -112,7 +112,8 @@ void declareOwnTypes(MetaRegistry& registry, OwnClasses& own) {
     registry.registerRootPackage(root);
 }
 
-/// Filled by the registry's first call, and never destroyed: libraries may ask while the process exits.
+/// The meta classes of the runtime's own classes. Set by the first use of the registry, and never destroyed, since
+/// libraries may read them while the process exits.
 OwnClasses& ownSlots() {
     static OwnClasses& made = *new OwnClasses;
     return made;

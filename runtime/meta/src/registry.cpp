@@ -97,7 +97,7 @@ void MetaRegistry::registerTypeNames(Type const& type, std::string native, std::
 
 void MetaRegistry::registerRootPackage(Package const& package) {
     std::lock_guard const lock(mutex_);
-    // One of that URI that is dead was taken back by a rollback, and is declared again.
+    // A dead package of that URI is left from a declaration that was rolled back and is now repeated.
     std::erase_if(rootPackages_, [&](Package const& p) { return !p && p->getUri() == package->getUri(); });
     rootPackages_.push_back(package);
 }

@@ -128,7 +128,7 @@ PropertySerializerRegistry* PropertySerializerRegistry::getInstance() {
 }
 
 PropertySerializerRegistry::PropertySerializerRegistry() {
-    // Its first call brings the standard types up.
+    // The first use of the MetaRegistry creates the standard types.
     MetaRegistry::getInstance()->setForgetHook([](ModelElement::Impl const* type) { getInstance()->forget(type); });
     auto const add = [&]<class T>(T const& /*tag*/) {
         registerPropertySerializer(StandardTypes::of<T>(), std::make_unique<PrimitiveSerializer<T>>(), "");
@@ -179,7 +179,8 @@ void PropertySerializerRegistry::forget(ModelElement::Impl const* type) {
         gone = std::move(found->second);
         types_.erase(found);
     }
-    // The registry has a mutex of its own, which may be held already when this is called, so ours is let go first.
+    // MetaRegistry::keep locks another mutex, which the caller may hold already; so it is called without holding this
+    // one.
     for (auto& [form, serializer] : gone.byForm) MetaRegistry::getInstance()->keep(serializer.release());
     MetaRegistry::getInstance()->keep(gone.fields.release());
 }

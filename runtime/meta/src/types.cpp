@@ -20,7 +20,7 @@ public:
     using ValueDescriptor<T>::ValueDescriptor;
 };
 
-/// A sequence of values. Only its collection is ever asked for: steps restore the content.
+/// A sequence of texts. Only its `collection` is called, since steps restore the content.
 class TextsDescriptor final : public CollectionDescriptor {
 public:
     constexpr TextsDescriptor(std::uint16_t index, PrimitiveSequence<std::u16string> Package::Impl::*field) noexcept
@@ -144,7 +144,7 @@ X make(Model const& model, boost::uuids::uuid const& id) {
     return made;
 }
 
-/// The object that is to own another. InvalidValue for an empty handle.
+/// Checks the future owner of a meta object: InvalidValue for an empty handle.
 template <class Handle>
 auto& given(Handle const& owner) {
     if (owner.impl() == nullptr) reportException(quay0::messages::InvalidValue().about(u"the owner of a meta object"));
@@ -227,7 +227,7 @@ Argument Argument::create(Model const& m, boost::uuids::uuid const& id) { return
 
 namespace {
 
-/// Every meta object that was ever made, so that none counts as lost.
+/// Holds all meta objects that were ever created, so that none counts as leaked.
 struct Keepsakes {
     std::mutex mutex;
     std::vector<MetaElement::Impl const*> all;
@@ -243,7 +243,7 @@ Keepsakes& keepsakes() {
 MetaElement::Impl::Impl(Model const& model, boost::uuids::uuid const& id) : ModelElement::Impl(model, id) {
     std::lock_guard const lock(keepsakes().mutex);
     keepsakes().all.push_back(this);
-    addRef();  // the process's own reference, never dropped
+    addRef();  // the process's own reference, never released
 }
 
 void MetaElement::Impl::removeRef() const noexcept { changeCount(static_cast<std::uint32_t>(-1)); }
@@ -317,8 +317,8 @@ bool Class::Impl::isKindOf(ModelElement::Impl const* type) const noexcept { retu
 Property Class::Impl::getPropertyByIndex(unsigned long index) const {
     Class::Impl const* const level = index == 0 ? nullptr : levelOfIndex(this, index);
     if (level == nullptr) return {};
-    // Derived properties have no index and stand between the others, so a property stands as far behind the first
-    // indexed one as the numbers tell, or further.
+    // Derived properties stand between the others but have no index. So the distance of a property from the first
+    // indexed one is the difference of their indices, or more.
     auto const& own = *level->getOwnedProperties();
     for (std::size_t at = *level->firstIndexed() + index - level->firstIndex(); at < own.size(); ++at) {
         if (own[at]->getIndex() == index) return own[at];

@@ -15,7 +15,8 @@ ModelImpl& ModelImpl::closed() noexcept {
     return model;
 }
 
-/// The model ends: its elements turn dead before the first of them is released, so that none sees half a model.
+/// All elements become dead before the first is released, so that no code can reach a partly destroyed model through
+/// one.
 ModelImpl::~ModelImpl() {
     journal_.forgetHistory();
     auto const end = [](ModelElement::Impl& e) {
@@ -23,7 +24,7 @@ ModelImpl::~ModelImpl() {
         e.model_ = &closed();
     };
     ModelElement::Impl* const first = elements_.clear();
-    auto const references = proxies_.clear(end);  // most proxies stand in no list
+    auto const references = proxies_.clear(end);  // most proxies aren't in the list of elements
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) end(*e);
     for (auto* e = first; e != nullptr;) {
         auto* const next = ElementList::next(*e);
@@ -60,7 +61,7 @@ std::vector<ModelElement> ModelImpl::getRoots() const {
 ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior behavior) const {
     ModelElement found(elements_.find(id));
     if (found || behavior == FindElementBehavior::InMemoryOnly || !proxies_.any()) return found;
-    for (ModelElement const& proxy : proxies_.standingFor(id)) {  // to resolve one may end others
+    for (ModelElement const& proxy : proxies_.standingFor(id)) {  // resolving one may destroy others
         found = const_cast<ModelImpl*>(this)->resolveProxy(nullptr, proxy);
         if (found && !found->isProxy()) return found;
     }

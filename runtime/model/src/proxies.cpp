@@ -54,7 +54,7 @@ void Proxies::forget(Element const& e) noexcept {
 
 ModelElement Proxies::resolve(Element const* referrer, ModelElement const& proxy) {
     ProxyId const* const id = proxy && proxy->isProxy() ? idOf(*proxy.impl()) : nullptr;
-    // Inside a transaction it is recorded, for which the model mustn't be frozen.
+    // Inside a transaction, resolving is recorded, which a frozen model refuses.
     bool const isLocked = listeners_.isTelling() || (listeners_.isFrozen() && journal_.inTransaction());
     if (id == nullptr || holds_ > 0 || isLocked) return proxy;
     ModelElement const found =
@@ -66,7 +66,8 @@ ModelElement Proxies::resolve(Element const* referrer, ModelElement const& proxy
     return fits ? found : proxy;
 }
 
-/// The resolver may do anything, such as loading elements into this model, or reading where the proxy stands.
+/// Calls the resolver, unless it is being asked for this proxy already. The resolver may do anything, such as load
+/// elements into this model, or read the property that holds the proxy.
 ModelElement Proxies::askResolver(ModelElement const& proxy) {
     if (!resolver_ || std::find(asking_.begin(), asking_.end(), proxy.impl()) != asking_.end()) return {};
     struct Asking {
@@ -91,7 +92,8 @@ void Proxies::takePlace(Element& proxy, Element& found, Element& owner, std::uin
     }
 }
 
-/// Without memory for it, the place keeps the element's handle when that has died.
+/// Notes a reference without containment. If memory runs out, it isn't noted: the property then keeps a handle to the
+/// element even after that is destroyed.
 void Proxies::noteReference(Element& found, Element& owner, std::uint16_t index) noexcept {
     try {
         auto& places = references_[&found];
@@ -106,7 +108,7 @@ void Proxies::noteReference(Element& found, Element& owner, std::uint16_t index)
 
 void Proxies::leaveReferences(Element& e) {
     if ((e.flags_ & Element::kReferenced) == 0) return;
-    std::vector<Reference> const places = references_[&e];  // a copy, since leaving may do anything
+    std::vector<Reference> const places = references_[&e];  // a copy: the original may change meanwhile
     for (Reference const& place : places) {
         if (!place.owner || place.owner->isProxy()) continue;
         PropertyDescriptor const& property = *place.owner->classTable().descriptorAt(place.index);

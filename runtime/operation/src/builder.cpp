@@ -77,7 +77,7 @@ template struct ModelElement::Builder::GivenValue<std::string>;
 
 std::vector<std::unique_ptr<ModelElement::Builder>>& ModelElement::Builder::childrenAt(std::uint16_t index) {
     given_.set(index);
-    // By rising index, which is the order of creation.
+    // Child builders are kept by rising property index, which is the order of creation.
     auto place =
         std::find_if(children_.begin(), children_.end(), [index](Children const& c) { return c.index >= index; });
     if (place == children_.end() || place->index != index) {

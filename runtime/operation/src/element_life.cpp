@@ -1,4 +1,4 @@
-// How elements come into being and end.
+// How elements are created and destroyed.
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
@@ -90,7 +90,7 @@ void ModelElement::Impl::doDestroy(bool a, bool b) {
 void ModelElement::Impl::invalidate() {
     if (m_callback == nullptr) return;
     for (ClassTable const* level = &classTable(); level != nullptr; level = level->base()) {
-        // In the order of the fields: collections of values come before those of children.
+        // The order within a class is that of the fields: collections of values come before those of children.
         for (PropertyKind const kind : {PropertyKind::PrimitiveCollection, PropertyKind::ElementCollection}) {
             for (PropertyDescriptor const* descriptor : level->descriptors()) {
                 if (descriptor->kind() == kind) m_callback(this, descriptor->collection(*this));

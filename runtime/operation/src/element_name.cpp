@@ -11,7 +11,8 @@ bool isText(meta::Property const& property) {
     return isOne && (type == meta::StandardTypes::stringMeta || type == meta::StandardTypes::stdstringMeta);
 }
 
-/// Looks at the properties of a class, those of its superclasses first, until one settles it. Answers whether one did.
+/// Searches the properties of a class, those of its superclasses first, for the naming property, and keeps the best
+/// candidate so far in `best`. Returns true once no better one can follow.
 bool findNaming(meta::Class::Impl const& metaClass, meta::Property& best) {
     if (metaClass.superclass() != nullptr && findNaming(*metaClass.superclass(), best)) return true;
     for (meta::Property const& property : *metaClass.getOwnedProperties()) {

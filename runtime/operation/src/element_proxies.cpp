@@ -1,4 +1,4 @@
-// What elements that are proxies stand for, and how proxies are made.
+// The functions of elements that concern proxies, and the factory of proxies.
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/types.h>
 #include <quay/zero/model.h>
@@ -13,7 +13,7 @@ ModelElement makeUnlisted(meta::Class const& metaClass, ElementImpl& model) {
     return builder == nullptr ? ModelElement() : builder->createSuppressed(boost::uuids::uuid{});
 }
 
-/// Runs when the library is loaded, before anything can ask for a proxy.
+/// Sets the factory when the library is loaded, before any proxy can be created.
 [[maybe_unused]] bool const isFactorySet = (Proxies::setFactory(&makeUnlisted), true);
 
 }  // namespace

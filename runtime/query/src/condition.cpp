@@ -83,13 +83,13 @@ public:
     }
     Mask match(Element* const* block, Mask wanted) const override {
         bool const isAll = quantifier_ == Quantifier::All;
-        // All meet it if none fails to.
+        // All members meet the condition if none fails it.
         Mask const found = matchEach(block, wanted, [&](Element const& e) { return hasOne(e, !isAll); });
         return quantifier_ == Quantifier::Any ? found : wanted & ~found;
     }
 
 private:
-    /// Whether the element owns one that meets the condition, or one that doesn't.
+    /// Whether the element owns a member that meets the condition, or one that doesn't (`meeting` is false).
     bool hasOne(Element const& owner, bool meeting) const {
         auto* const collection = descriptor()->collection(owner);
         if (collection == nullptr) {

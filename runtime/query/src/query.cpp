@@ -11,7 +11,7 @@ namespace {
 using Element = ModelElement::Impl;
 constexpr unsigned kBlock = ClassIndex::Walk::kBlock;
 
-/// Asks about one block and hands on what meets the condition.
+/// Passes the elements of a block that meet the condition to the sink.
 void ask(Question const& question, bool mayStray, std::span<Element* const> block, Sink const& sink) {
     Mask wanted = firstBits(block.size());
     for (std::size_t i = 0; mayStray && i < block.size(); ++i) {
@@ -39,7 +39,7 @@ void answer(Question const& question, Sink const& sink) {
         for (auto block = walk.next(); !block.empty(); block = walk.next()) ask(question, mayStray, block, sink);
         return;
     }
-    // To resolve a proxy may bring elements into the model, so those to ask about are gathered first.
+    // Resolving a proxy may add elements to the model, so the elements to check are collected first.
     std::vector<ModelElement> all;
     for (auto block = walk.next(); !block.empty(); block = walk.next()) {
         for (Element* const e : block) all.emplace_back(e);

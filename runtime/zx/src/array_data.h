@@ -62,7 +62,7 @@ void forEachElement(zxArray& array, Visit visit) {
     }
 }
 
-/// Notes that `array` is written, which every array does too that it stands in.
+/// Draws a new serial for `array` and for every array that contains it.
 void touch(zxArray& array) noexcept;
 
 zxArray const& notNull(zxArray const* array);
@@ -71,7 +71,7 @@ void checkIndex(zxArray const& array, std::size_t index);
 
 [[noreturn]] void refuse(char const* expected);
 
-/// The content of an array that must hold a `T`; `expected` says so in the error.
+/// The content of an array that must hold a `T`. Otherwise throws with the text `expected`.
 template <class T>
 T const& contentOf(zxArray const* array, char const* expected) {
     T const* const content = std::get_if<T>(&notNull(array).content);

@@ -1,5 +1,5 @@
-// What arrays other than plain ones hold. Elements that are arrays are null until they are set, and read as
-// an empty array. A content doesn't release them: the array that has the content does, before the content goes.
+// What arrays other than plain ones hold. Elements that are arrays are null until they are set, and read as an empty
+// array. The array releases them before its content is destroyed.
 #pragma once
 
 #include <zx/native_operations.h>

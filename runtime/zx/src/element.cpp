@@ -8,7 +8,7 @@
 namespace zx {
 namespace {
 
-// An array of the one element, in the form of the content that it stands in.
+// Makes a 1 by 1 array with one element of a content, by kind of content.
 struct Element {
     std::size_t index;
 

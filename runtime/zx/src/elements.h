@@ -9,7 +9,7 @@
 
 namespace zx {
 
-/// Calls create<T>, and owns what it made.
+/// Makes an array by create<T>, and owns it.
 template <class T, class... Arguments>
 Array make(Shape shape, Arguments&&... arguments) {
     return Array(create<T>(std::move(shape), std::forward<Arguments>(arguments)...));

@@ -67,7 +67,7 @@ bool equalButForElements(zxArray const& left, zxArray const& right, zxNanRule na
         return false;
     }
     if (left.content.index() != right.content.index()) {
-        // No objects of a class are no objects of it, whatever they would be made of.
+        // Two empty object arrays of the same class are equal, even if they hold different kinds of content.
         return left.shape.count() == 0 && zxIsObject(&left) && zxIsObject(&right) &&
                zxIsClass(&right, zxGetClassName(&left));
     }

@@ -9,7 +9,7 @@
 namespace zx {
 namespace {
 
-// Zeroed by the system, so that pages of a large array that are never written are never there.
+// The system provides these zeros, so that pages of a large array which are never written take no memory.
 std::byte* allocateZeros(std::size_t size) {
     void* const memory = std::calloc(size, 1);
     if (memory == nullptr) {

@@ -10,7 +10,7 @@ namespace zx {
 
 class Shape {
 public:
-    /// At least two dimensions; those at the end that are 1 are dropped. Throws std::length_error if so many
+    /// At least two dimensions; trailing ones that are 1 are removed. Throws std::length_error if the number of
     /// elements can't be counted, even without the dimensions that are 0.
     explicit Shape(std::span<std::size_t const> dimensions);
     Shape(std::size_t rows, std::size_t columns);

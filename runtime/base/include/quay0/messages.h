@@ -19,7 +19,7 @@ protected:
         : keel::MessageOf<M>("quay0:messages", id, std::move(arguments)) {}
 };
 
-/// A proxy is written, or a collection of a proxy is asked for.
+/// A proxy is to be written, or a collection of a proxy is requested.
 struct CannotModifyProxy : RuntimeMessage<CannotModifyProxy> {
     CannotModifyProxy() : RuntimeMessage("CannotModifyProxy") {}
 };
@@ -40,7 +40,7 @@ struct InvalidValue : RuntimeMessage<InvalidValue> {
     InvalidValue() : RuntimeMessage("InvalidValue") {}
 };
 
-/// A value has another type or another count than the one asked for.
+/// A value has another type or another count than the one requested.
 struct CannotCastIncompatibleTypes : RuntimeMessage<CannotCastIncompatibleTypes> {
     explicit CannotCastIncompatibleTypes(std::u16string typeName)
         : RuntimeMessage("CannotCastIncompatibleTypes", {std::move(typeName)}) {}
@@ -72,12 +72,12 @@ struct CannotCreateWithoutModel : RuntimeMessage<CannotCreateWithoutModel> {
     CannotCreateWithoutModel() : RuntimeMessage("CannotCreateWithoutModel") {}
 };
 
-/// A second element is to stand under a key, or an id, that is in use.
+/// An element is to get a key, or an id, that another one has.
 struct UniquenessConstraint : RuntimeMessage<UniquenessConstraint> {
     UniquenessConstraint() : RuntimeMessage("UniquenessConstraint") {}
 };
 
-/// A frozen model is written.
+/// A frozen model is to be written.
 struct ModelIsFrozen : RuntimeMessage<ModelIsFrozen> {
     ModelIsFrozen() : RuntimeMessage("ModelIsFrozen") {}
 };
@@ -87,7 +87,7 @@ struct ListenerMayNotWrite : RuntimeMessage<ListenerMayNotWrite> {
     ListenerMayNotWrite() : RuntimeMessage("ListenerMayNotWrite") {}
 };
 
-/// Undo or redo is asked for inside a transaction.
+/// Undo or redo is requested inside a transaction.
 struct TransactionIsOpen : RuntimeMessage<TransactionIsOpen> {
     TransactionIsOpen() : RuntimeMessage("TransactionIsOpen") {}
 };

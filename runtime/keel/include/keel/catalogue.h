@@ -11,12 +11,12 @@
 
 namespace keel {
 
-/// The process's one message catalogue. Any thread may use it at any time.
+/// The message catalogue of the process. Any thread may use it at any time.
 ///
-/// A sentence can name what it needs: `{0}`, `{1}` and so on are the message's arguments, `{subject}` is what
-/// it is about and `{value}` the value refused. An identifier can have several sentences; Message::sentence
-/// takes the one that uses most of what is known and needs nothing that isn't, or the arguments, joined, if there is
-/// none. A known subject that the sentence doesn't name is put before it, a known value after it.
+/// A sentence may have placeholders: `{0}`, `{1}` and so on stand for the message's arguments, `{subject}` for what it
+/// is about and `{value}` for the value refused. An identifier can have several sentences; of those whose placeholders
+/// are all known, Message::sentence takes the one that has most of them. Without such a sentence it joins the
+/// arguments. A known subject that the sentence doesn't name is put before it, a known value after it.
 class QUAY_ZERO_API Catalogue {
 public:
     static Catalogue& instance();

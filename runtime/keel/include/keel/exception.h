@@ -40,14 +40,13 @@ protected:
 
 /// The exception that carries a message of class `M`. `Base` is the standard exception that it also is; `Tag`
 /// tells apart exceptions that carry the same message. Copies share the message and the text and never throw.
-///
-/// The template isn't exported, so each library has its own virtual tables and none holds on to another
-/// through them. Catching works across libraries all the same, since exception types are compared by name.
+/// The template isn't exported, so each library has virtual tables of its own and doesn't depend on those of another
+/// one. Catching works across libraries all the same, since exception types are compared by name.
 template <class M, class Base = std::exception, class Tag = void>
 class Exception final : public Base, public Error {
 public:
     explicit Exception(M message) : content_(std::make_shared<Content const>(std::move(message))) {}
-    // Copying alone: a moved-from exception would have nothing to say.
+    // Exceptions are copied, never moved, since a moved-from exception would have no message.
     Exception(Exception const&) noexcept = default;
     Exception& operator=(Exception const&) noexcept = default;
     ~Exception() override = default;

@@ -11,9 +11,9 @@
 
 namespace keel {
 
-/// One message. Programs tell messages apart by catalogue and id and read the arguments; people read the
-/// sentence. The subject and the value help people alone and so are no arguments: the same failure has the
-/// same arguments whether or not the place that reports it knows them.
+/// One message. Programs distinguish messages by catalogue and id and read the arguments; people read the sentence. The
+/// subject and the value are only for people and so aren't arguments: a failure has the same arguments whether or not
+/// the code that reports it knows them.
 class QUAY_ZERO_API Message {
 public:
     /// `catalogue` and `id` are kept by reference: pass texts that live as long as the process, such as

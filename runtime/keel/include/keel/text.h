@@ -8,13 +8,12 @@
 
 namespace keel {
 
-/// Gives `text` as UTF-8. A surrogate without its other half becomes U+FFFD, so the result is always well
-/// formed.
+/// Returns `text` as UTF-8. A surrogate without its other half becomes U+FFFD, so the result is always well formed.
 QUAY_ZERO_API std::string toUtf8(std::u16string_view text);
 
-/// Gives `text` as UTF-16. What begins as a character and doesn't end as one becomes one U+FFFD up to where it goes
-/// wrong, and every other byte that no character has there becomes one too: overlong forms, surrogates and what lies
-/// past U+10FFFF are such bytes.
+/// Returns `text` as UTF-16. An incomplete character becomes one U+FFFD, up to the first byte that doesn't fit. Every
+/// other byte that can't begin or continue a character becomes one U+FFFD as well, such as those of overlong forms,
+/// surrogates and codes above U+10FFFF.
 QUAY_ZERO_API std::u16string toUtf16(std::string_view text);
 
 }  // namespace keel

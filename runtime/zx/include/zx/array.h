@@ -1,6 +1,6 @@
-// The array, the one kind of value that scripts know. This header has what every array has: its life, its
-// class and its shape. An array is N-dimensional, its elements are in column-major order, and it owns all
-// that is in it, other arrays included.
+// The array, the only kind of value that scripts know. This header has what every array has: its class, shape, equality
+// and serial. An array is N-dimensional, its elements are in column-major order, and it owns all that is in it, other
+// arrays included.
 //
 // Arrays are as safe as plain values: any number of threads may read one, or one may write it. Functions that
 // take a `zxArray const*` accept null only where they say so and throw std::invalid_argument elsewhere. An
@@ -37,7 +37,7 @@ QUAY_ZERO_API bool zxIsClass(zxArray const* array, std::string_view className) n
 /// underlying array is also one of that array's class; other ancestors are known through zx::setClassHierarchy.
 QUAY_ZERO_API bool zxIsA(zxArray const* array, std::string_view className);
 
-// False for null, all of these.
+// All of these return false for null.
 QUAY_ZERO_API bool zxIsNumeric(zxArray const* array) noexcept;  ///< double to uint64
 QUAY_ZERO_API bool zxIsLogical(zxArray const* array) noexcept;
 QUAY_ZERO_API bool zxIsChar(zxArray const* array) noexcept;
@@ -46,11 +46,12 @@ QUAY_ZERO_API bool zxIsStruct(zxArray const* array) noexcept;
 QUAY_ZERO_API bool zxIsObject(zxArray const* array) noexcept;  ///< `string` objects as well
 QUAY_ZERO_API bool zxIsComplex(zxArray const* array) noexcept;
 
-/// Whether it has no element; null has none.
+/// Whether the array has no element, as is true of null.
 QUAY_ZERO_API bool zxIsEmpty(zxArray const* array) noexcept;
 QUAY_ZERO_API std::size_t zxGetNumberOfElements(zxArray const* array) noexcept;
 
-/// At least two; the last one, if there are more, isn't 1. They are good until the shape is changed.
+/// At least two dimensions; the last one, if there are more than two, isn't 1. The span is valid until the shape is
+/// changed.
 QUAY_ZERO_API std::span<std::size_t const> zxGetDimensions(zxArray const* array);
 QUAY_ZERO_API std::size_t zxGetRows(zxArray const* array);
 /// The product of all dimensions but the first.
@@ -60,17 +61,17 @@ QUAY_ZERO_API void zxSetDimensions(zxArray* array, std::span<std::size_t const> 
 
 namespace zx {
 
-/// Which state of which array this is: a number drawn afresh, never twice in a process, when an array is made
-/// and whenever anything in it is written, at whatever depth. Access for writing counts as a write at the
-/// moment it is asked for; whoever keeps the access for later asks again before writing. What a native object
-/// holds isn't seen.
+/// Identifies the state of an array: a number that is never used twice in a process. A new one is drawn when an array
+/// is made and whenever anything in it is written, at any depth. Requesting access for writing counts as a write at
+/// that moment; code that keeps the access must request it again before it writes later. Changes inside a native object
+/// aren't noticed.
 QUAY_ZERO_API std::uint64_t serialOf(zxArray const* array);
 
 /// Tells whether class `className` derives from class `ancestor`.
 using DerivesFrom = bool(std::string_view className, std::string_view ancestor);
 
-/// Lets zxIsA ask the class-object system about the classes of objects, null lets it ask nobody. Gives what
-/// was set before. A function must be taken back before its library goes.
+/// Sets the function by which zxIsA knows the class hierarchy of objects; null for none. Returns the function that was
+/// set before. A function must be reset before its library is unloaded.
 QUAY_ZERO_API DerivesFrom* setClassHierarchy(DerivesFrom* derivesFrom) noexcept;
 
 }  // namespace zx

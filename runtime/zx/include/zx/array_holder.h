@@ -9,8 +9,8 @@
 
 namespace quay::zero {
 
-/// One array of its own, or null. It remembers which array it was copied from and in which state, so that
-/// giving it the same array again can be told from giving it another one.
+/// Holds a copy of one array, or null. It remembers from which array, and from which state of it, it was copied, so
+/// that it can tell whether the same array is given again.
 class ArrayHolder {
 public:
     ArrayHolder() noexcept = default;
@@ -20,7 +20,7 @@ public:
           source_(source),
           sourceSerial_(source != nullptr ? zx::serialOf(source) : 0) {}
 
-    /// A deep copy, which comes from the same source.
+    /// A deep copy, with the same source.
     ArrayHolder(ArrayHolder const& other)
         : array_(omCopyArrayForPropertyContainment(other.get())),
           source_(other.source_),

@@ -1,4 +1,4 @@
-// Failing with a message that is known by its identifier only.
+// Throwing a message that is known by its identifier only.
 #pragma once
 
 #include <keel/exception.h>

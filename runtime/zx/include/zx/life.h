@@ -18,8 +18,7 @@ namespace zx {
 struct Destroy {
     void operator()(zxArray* array) const noexcept { zxDestroyArray(array); }
 };
-/// An array that one owns. Every array that a function of the plain layer makes goes into one of these at
-/// once.
+/// An array with an owner. Every array that a function of the plain layer makes is put into one of these at once.
 using Array = std::unique_ptr<zxArray, Destroy>;
 
 inline Array copy(zxArray const* array) { return Array(zxDuplicateArray(array)); }

@@ -20,7 +20,7 @@ QUAY_ZERO_API zxArray* zxCreateNativeObject(std::string_view className, void* na
 QUAY_ZERO_API zxArray* zxCreateNativeObjectArray(std::string_view className, std::span<std::size_t const> dimensions,
                                                  zx::NativeOperations const& operations);
 
-/// The array below an object array; null if there is none.
+/// The array on which an object array is based; null if there is none.
 QUAY_ZERO_API zxArray const* zxGetUnderlyingArray(zxArray const* array);
 
 /// Whether the elements are native objects.
@@ -29,5 +29,5 @@ QUAY_ZERO_API bool zxIsNativeObject(zxArray const* array) noexcept;
 QUAY_ZERO_API void* zxGetNative(zxArray const* array, std::size_t index = 0);
 /// Puts a native object, or null, in place of the former one, which is destroyed.
 QUAY_ZERO_API void zxSetNative(zxArray* array, std::size_t index, void* native);
-/// What the array does with its native objects; tells native objects of different makers apart.
+/// The operations of the array's native objects. They also tell native objects of different makers apart.
 QUAY_ZERO_API zx::NativeOperations const& zxGetNativeOperations(zxArray const* array);

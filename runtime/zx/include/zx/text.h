@@ -17,7 +17,7 @@ QUAY_ZERO_API zxArray* zxCreateStringObject(std::u16string_view text);
 /// `string` objects that are empty texts at first.
 QUAY_ZERO_API zxArray* zxCreateStringObjectArray(std::span<std::size_t const> dimensions);
 
-/// One of an array's `string` objects; good until it is set.
+/// One of an array's `string` objects; the text is valid until that object is set.
 QUAY_ZERO_API std::u16string_view zxGetStringElement(zxArray const* array, std::size_t index);
 QUAY_ZERO_API void zxSetStringElement(zxArray* array, std::size_t index, std::u16string_view text);
 
@@ -32,8 +32,8 @@ QUAY_ZERO_API void zxFree(void* memory) noexcept;
 
 namespace zx {
 
-/// The units of a text, column by column if a char array has several rows. std::invalid_argument if the array
-/// isn't one text. Good until the array is written.
+/// The units of a text, column by column if a char array has several rows; valid until the array is written. Throws
+/// std::invalid_argument if the array isn't one text.
 QUAY_ZERO_API std::u16string_view textOf(zxArray const* array);
 
 /// The units of a text as UTF-8, as in zxArrayToString_UTF8.

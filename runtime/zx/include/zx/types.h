@@ -1,4 +1,4 @@
-// The array as a name, and the words that describe one.
+// The array type by name, and the numbers and options that describe arrays.
 #pragma once
 
 struct zxArray_tag;
@@ -24,8 +24,8 @@ enum zxClassCode : unsigned {
     zxObjectClass = zxObjectFlag | zxStructClass,  ///< objects of a named class, `string` objects included
 };
 
-/// How zxIsEqual takes two NaNs that meet.
+/// How zxIsEqual compares two NaNs.
 enum class zxNanRule {
-    Differ,  ///< as `==` does on numbers
-    Same,    ///< as it takes two zeros: whatever the bits
+    Differ,  ///< not equal, like `==` on numbers
+    Same,    ///< equal, whatever their bits
 };

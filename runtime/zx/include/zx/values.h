@@ -58,7 +58,7 @@ constexpr zxClassCode classCodeOf() {
     }
 }
 
-/// The elements of an array of just that class, std::invalid_argument for another one.
+/// The elements of an array of exactly that class; std::invalid_argument for another one.
 template <class T>
 std::span<T const> values(zxArray const* array) {
     detail::checkAccess(array, classCodeOf<T>(), detail::IsComplex<T>::value);

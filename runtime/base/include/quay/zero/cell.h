@@ -1,4 +1,4 @@
-// Room for one value of any type, without knowing the type: what undo records and values hold payloads in.
+// Cells: storage for one value of any type. Old values of properties and the payloads of Values are kept in cells.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace quay::zero {
 
 /// 32 bytes that hold a T in place if it fits and moves without throwing, else a pointer to one on the heap. The cell
-/// doesn't know what it holds: whoever fills it names the same T when reading and dropping it.
+/// doesn't record its type: the code that reads or drops the value must name the T with which it was filled.
 class Cell {
 public:
     static constexpr std::size_t kSize = 32;
@@ -47,7 +47,7 @@ public:
         return const_cast<Cell*>(this)->get<T>();
     }
 
-    /// Ends the value's life; the cell may then be filled anew.
+    /// Destroys the value; the cell may then be filled again.
     template <class T>
     void drop() noexcept {
         if constexpr (kInPlace<T>) {

@@ -16,7 +16,7 @@ class AbstractOwnedCollection;
 /// in the model.
 class QUAY_ZERO_API ElementImpl {
 public:
-    /// Stands in the count of an object that is being deleted, so that a late addRef can be told apart.
+    /// The count of an object that is being deleted, by which an addRef that comes too late can be recognised.
     static constexpr std::uint32_t REFCOUNT_DELETING = 0x8000'0000;
 
     /// Called by ModelElement::Impl::invalidate with the element and each of its collections. A host sets it once, at
@@ -31,10 +31,10 @@ public:
     ElementImpl& operator=(ElementImpl const&) = delete;
 
     void addRef() const noexcept { changeCount(1); }
-    /// Drops a reference; the object is deleted with the last one.
+    /// Releases one reference; the object is deleted with the last one.
     virtual void removeRef() const noexcept;
-    /// Drops a reference if that takes no call: answers false, and does nothing, for the last one or with several
-    /// threads. Whoever drops a reference tries this first.
+    /// Releases one reference without a virtual call, and returns true. If it is the last one, or the process has
+    /// several threads, does nothing and returns false: the caller then calls removeRef.
     bool dropShared() const noexcept {
         if (!__libc_single_threaded) return false;
         std::uint32_t const count = count_.load(std::memory_order_relaxed);
@@ -42,7 +42,7 @@ public:
         count_.store(count - 1, std::memory_order_relaxed);
         return true;
     }
-    /// How many references are held; for tests and tools, since another thread may change it at once.
+    /// The number of references. For tests and tools only, since another thread may change it at any time.
     std::uint32_t refCount() const noexcept { return count_.load(std::memory_order_relaxed); }
 
     bool isAlive() const noexcept { return (flags_ & kAlive) != 0; }
@@ -61,8 +61,8 @@ protected:
     explicit ElementImpl(boost::uuids::uuid const& id) noexcept : id_(id) {}
     virtual ~ElementImpl();
 
-    /// Changes the count and answers what it was. While the process has one thread, no other can come between, and the
-    /// count needs no locked instruction.
+    /// Adds to the count and returns what it was before. While the process has only one thread, no atomic instruction
+    /// is needed.
     std::uint32_t changeCount(std::uint32_t by) const noexcept {
         if (__libc_single_threaded) {
             std::uint32_t const before = count_.load(std::memory_order_relaxed);
@@ -76,10 +76,10 @@ protected:
         flags_ = static_cast<std::uint8_t>(on ? flags_ | flag : flags_ & ~flag);
     }
 
-    // Count, flags and slot share one word, which is what keeps an element's base within 72 bytes.
+    // Count, flags and containment index share one word, which keeps the base of an element within 72 bytes.
     mutable std::atomic<std::uint32_t> count_{0};
     std::uint8_t flags_ = kAlive;
-    std::uint16_t containmentIndex_ = 0;  // ModelElement::Impl: the property of its container that owns it
+    std::uint16_t containmentIndex_ = 0;  // ModelElement::Impl: index of the property by which its container owns it
     boost::uuids::uuid id_;
 };
 

@@ -9,14 +9,14 @@
 
 namespace quay::zero {
 
-/// One pointer wide. Copying counts, moving leaves the source empty; comparing compares identity.
+/// A handle is as large as one pointer. Copying adds a reference; moving leaves the source empty; == compares identity.
 class CountedHandle {
 public:
     CountedHandle() noexcept = default;
     explicit CountedHandle(ElementImpl* impl) noexcept : impl_(impl) { addRef(); }
     CountedHandle(CountedHandle const& other) noexcept : impl_(other.impl_) { addRef(); }
     CountedHandle(CountedHandle&& other) noexcept : impl_(std::exchange(other.impl_, nullptr)) {}
-    // The handle has its new object before the old one goes, which may take `other` with it.
+    // The old object is released last, since destroying it may destroy `other`.
     CountedHandle& operator=(CountedHandle const& other) noexcept {
         CountedHandle copy(other);
         std::swap(impl_, copy.impl_);
@@ -29,10 +29,10 @@ public:
     }
     ~CountedHandle() { removeRef(); }
 
-    /// True for an object that lives: the handle isn't empty and the object wasn't destroyed.
+    /// Whether the handle isn't empty and its object wasn't destroyed.
     explicit operator bool() const noexcept { return impl_ != nullptr && impl_->isAlive(); }
 
-    /// The object's two counting operations; nothing on an empty handle. Whoever adds a reference by hand drops it.
+    /// Adds or releases a reference to the object; nothing on an empty handle. Each addRef needs a removeRef.
     void addRef() const noexcept {
         if (impl_ != nullptr) impl_->addRef();
     }

@@ -1,4 +1,4 @@
-// What a proxy knows of the element that it stands for.
+// What a proxy stands for: an element's id and its store.
 #pragma once
 
 #include <keel/export.h>

@@ -1,4 +1,4 @@
-// Random element ids: a generator for each user, seeded from one source of the process.
+// Random element ids. Each user has a generator of its own, seeded from one source of the process.
 #pragma once
 
 #include <keel/export.h>
@@ -10,8 +10,8 @@
 
 namespace quay::zero {
 
-/// Draws version 4 ids by xoshiro256++. Ids must differ, not be unguessable, and a generator without a lock or a
-/// system call is what lets a million elements be created in a fraction of a second.
+/// Draws version 4 ids by xoshiro256++. Ids need to differ but not to be unguessable, so a generator without a lock or
+/// a system call suffices; it makes creating many elements fast.
 class QUAY_ZERO_API RandomIds {
 public:
     /// Seeds from the process's source. Any thread may construct one.

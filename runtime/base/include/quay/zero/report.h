@@ -1,11 +1,11 @@
-// How the runtime, and everything built on it, fails.
+// How failures are reported: by throwing a message as an exception.
 #pragma once
 
 #include <keel/exception.h>
 
 namespace quay::zero {
 
-/// Throws `message` as the exception of its class.
+/// Throws `message` as the exception type of its class.
 template <class M>
 [[noreturn]] void reportException(M const& message) {
     throw keel::core::except::Exception<M, std::exception, void>(message);

@@ -20,12 +20,13 @@ using keel::toUtf16;
 QUAY_ZERO_API std::u16string textOf(boost::uuids::uuid const& id);
 QUAY_ZERO_API std::u16string textOf(int value);
 QUAY_ZERO_API std::u16string textOf(double value);
-/// The id that 8-4-4-4-12 hexadecimal digits tell, in any case; none for every other text.
+/// The id given by 8-4-4-4-12 hexadecimal digits, in upper or lower case; none for any other text.
 QUAY_ZERO_API std::optional<boost::uuids::uuid> idFrom(std::string_view text);
 inline std::u16string textOf(std::u16string const& text) { return text; }
 inline std::u16string textOf(std::string const& text) { return toUtf16(text); }
 
-/// Whether `a` comes before `b` in the order of code units. Four units a step, since the keys of a map are long alike.
+/// Whether `a` comes before `b` in the order of code units. Compares four units at a time, since the keys of a map
+/// often have a long common beginning.
 inline bool lessByUnit(std::u16string_view a, std::u16string_view b) noexcept {
     static_assert(std::endian::native == std::endian::little);
     std::size_t const common = std::min(a.size(), b.size());

@@ -1,4 +1,4 @@
-// How many values a property or a Value holds.
+// How many values a property or a Value holds, and in what kind of collection.
 #pragma once
 
 #include <cstdint>

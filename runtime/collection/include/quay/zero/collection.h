@@ -1,4 +1,4 @@
-// What all collections of an element do alike: how they announce and record changes, and what those of elements share.
+// Base classes of collections: how a change is announced and recorded, and what all collections of elements share.
 #pragma once
 
 #include <quay/zero/model.h>
@@ -15,8 +15,8 @@ namespace quay::zero {
 
 class GenericCollectionInterface;
 
-/// Brackets one change of a collection by a savepoint: what was done since is undone unless `commit` is reached. On a
-/// detached collection it does nothing. Refuses dead and proxy owners.
+/// Encloses one change of a collection in a savepoint: the change is rolled back unless `commit` is reached. Does
+/// nothing for a detached collection. Fails if the owner is dead or a proxy.
 class QUAY_ZERO_API AbstractOwnedCollection::Operation {
 public:
     explicit Operation(AbstractOwnedCollection& collection);
@@ -38,21 +38,21 @@ public:
 protected:
     using AbstractOwnedCollection::AbstractOwnedCollection;
 
-    /// To be called before every change. Answers whether it must be recorded.
+    /// To be called before every change. Whether the change must be recorded.
     bool recording() const { return !isDetached() && journal().admit(*owner()) == Admission::Recorded; }
-    /// Makes room for one step, so that `record` can't fail.
+    /// Reserves memory for one step, so that `record` can't fail.
     void reserveStep() const { journal().reserveSteps(1); }
     void record(Step::Change&& change) noexcept { journal().record(Step(std::move(change))); }
-    /// Records a step of the resolution under way, if the owner needs one.
+    /// Records a step of the resolution in progress, if the owner's changes are recorded.
     void recordResolution(Step::Change&& change) noexcept {
         if (!isDetached()) journal().recordResolution(std::move(change), *owner());
     }
-    /// Elements come in: the owner is told that it owns something.
+    /// To be called when elements enter: notes in the owner that it owns elements.
     void noteContent() noexcept {
         if (!isDetached()) owner()->noteOwned();
     }
-    /// Records that one member enters a sequence at that position. If the previous step was one of the same run, that
-    /// grows by the member.
+    /// Records that one member enters a sequence at that position. If it continues the run of insertions of the
+    /// previous step, that step is extended instead.
     void recordInsertion(std::size_t position);
 
     Journal& journal() const noexcept { return owner()->model().journal(); }
@@ -61,18 +61,18 @@ protected:
 /// Base of collections of elements. Every element in it has the owner as its container.
 class QUAY_ZERO_API ReferenceCollection : public RecordedCollection {
 public:
-    /// The property owns its elements: true of every collection here.
+    /// Whether the property owns its elements: true for every collection here.
     bool isComposite() const noexcept { return true; }
 
     /// The class of the members.
     meta::Type getCollectionType() const override;
 
-    /// Resolved members; those that stay proxies are left out.
+    /// The members, without those that are proxies and can't be resolved.
     virtual std::vector<ModelElement> getAllValues() const = 0;
-    /// Members first, proxies that stand apart after them; nothing is resolved.
+    /// The members, followed by the proxies that are kept apart from them; nothing is resolved.
     virtual std::vector<ModelElement> getAllValuesAndProxies() const = 0;
 
-    /// The reflective interface, by which scripts and generic code work.
+    /// The reflective interface, which scripts and generic code use.
     virtual GenericCollectionInterface* getGenericInterface() const noexcept = 0;
 
     virtual void replaceProxy(ModelElement const& e, unsigned long index) = 0;
@@ -85,10 +85,10 @@ public:
         other == nullptr ? basicClear() : basicCopyValues(static_cast<ReferenceCollection const&>(*other));
     }
 
-    // The unchecked paths: content and its record alone. Never open a transaction.
+    // Operations without checks: they change the content and record the change, but never open a transaction.
     virtual void basicAdd(ModelElement const& e) = 0;
     virtual void basicAddWithProxy(ModelElement const& e) { basicAdd(e); }
-    /// Takes out every occurrence; an absent element is ignored.
+    /// Removes every occurrence; nothing if the element isn't a member.
     virtual void basicRemove(ModelElement const& e) = 0;
     virtual void basicClear() = 0;
     virtual void basicCopyValues(ReferenceCollection const& other) = 0;
@@ -96,7 +96,7 @@ public:
     /// Fails unless the owner may be written and the element may enter: see ModelElement::Impl::requireWritable and
     /// checkCompatibleModel.
     void checkCompatibleModel(ModelElement::Impl* e) const;
-    /// The element that may take the proxy's place here, or the proxy itself.
+    /// The element that the proxy stands for if it may replace the proxy here, else the proxy itself.
     ModelElement resolveProxy(ModelElement const& e) const;
     /// What a proxy resolves to without loading anything.
     ModelElement peekResolveProxy(ModelElement const& e) const;
@@ -111,7 +111,8 @@ protected:
     virtual ClassTable const& memberTable() const noexcept = 0;
     virtual meta::Class const& memberClass() const = 0;
 
-    /// The new member gets the owner as its container, leaving a former one; a released one has none.
+    /// `contain` makes the owner the container of a new member, which leaves its former container. `release` leaves a
+    /// removed member without a container.
     void contain(ModelElement::Impl* e) const;
     void release(ModelElement::Impl* e) const;
 };

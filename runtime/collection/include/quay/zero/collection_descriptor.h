@@ -1,4 +1,4 @@
-// A property whose values stand in a collection: what all such descriptors share.
+// The base of descriptors of properties that are collections.
 #pragma once
 
 #include <quay/zero/collection.h>
@@ -6,8 +6,8 @@
 
 namespace quay::zero {
 
-/// Works through the collection's own operations, whatever its class. Changes of content are undone by the steps that
-/// the collection writes; the cell operations serve whoever keeps a copy of the content in a Storage by hand.
+/// Uses only operations that every collection has. Changes of content are undone by the steps that the collection
+/// records; the cell operations serve code that keeps a copy of the content in a Storage itself.
 class QUAY_ZERO_API CollectionDescriptor : public PropertyDescriptor {
 public:
     using PropertyDescriptor::PropertyDescriptor;
@@ -21,10 +21,10 @@ public:
     Value wrap(ModelElement::Impl const& e, meta::Property const& property, Cell& old) const override;
 
     bool has(ModelElement::Impl const& e) const override { return !collection(e)->empty(); }
-    /// A view: the value points at the collection.
+    /// The value points at the collection; nothing is copied.
     Value get(ModelElement::Impl const& e, meta::Property const& property,
               ReflectionPrivateTag const& tag) const override;
-    /// Makes the content that of the value's collection or container, in one transaction.
+    /// Replaces the content by that of the collection or container in the value, in one transaction.
     void set(ModelElement::Impl& e, meta::Property const& property, Value const& value,
              ReflectionPrivateTag const& tag) const override;
 

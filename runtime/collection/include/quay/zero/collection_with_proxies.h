@@ -1,4 +1,4 @@
-// What sets and maps share: proxies have no place in them and stand apart.
+// The base of sets and maps, which keep proxies apart from their members.
 #pragma once
 
 #include <quay/zero/collection.h>
@@ -10,8 +10,9 @@
 
 namespace quay::zero {
 
-/// Keeps the proxies of a collection by what they stand for: a proxy has no key and isn't the element that it stands
-/// for. They count as no members until they are resolved. A second proxy of the same element is ignored.
+/// Keeps the proxies of a collection by the id that they stand for, since a proxy has no key and isn't equal to the
+/// element that it stands for. A proxy doesn't count as a member until it is resolved. A second proxy of the same
+/// element is ignored.
 class QUAY_ZERO_API CollectionWithProxies : public ReferenceCollection {
 public:
     bool holdsNothing() const noexcept final { return empty() && !hasProxies(); }
@@ -44,11 +45,12 @@ protected:
     void basicAddProxy(ModelElement const& proxy);
     void basicRemoveProxy(ModelElement const& proxy);
 
-    /// Takes in, and records, what a proxy stands for; false, and nothing is done, if it has no place here.
+    /// Adds what a proxy stands for and records it. If the element can't be a member here, does nothing and returns
+    /// false.
     virtual bool resolveAdd(ModelElement const& e) = 0;
     virtual void appendMembers(std::vector<ModelElement>& to) const = 0;
 
-    std::unique_ptr<Proxies> proxies_;  // null until a first one comes; then it stays, for nodes that come back
+    std::unique_ptr<Proxies> proxies_;  // null until the first proxy; then it stays, for nodes that are put back
 
 private:
     struct TakenProxy;

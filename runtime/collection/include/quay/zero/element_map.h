@@ -1,4 +1,4 @@
-// Children by key.
+// Maps and multimaps of children, by key.
 #pragma once
 
 #include <quay/zero/collection_descriptor.h>
@@ -17,13 +17,13 @@
 
 namespace quay::zero {
 
-/// A key is read from the element, never kept apart from its state. Texts are read by reference.
+/// Reads the key of an element; it is always read from the element's state. Texts are read by reference.
 template <class K>
 using KeyResult = std::conditional_t<std::is_arithmetic_v<K>, K, K const&>;
 template <class K>
 using KeyFunction = KeyResult<K> (*)(ModelElement::Impl const&);
 
-/// The order of keys. Texts go by code unit, 8-bit ones by unsigned byte.
+/// The order of keys. Texts are ordered by code unit, 8-bit ones by unsigned byte.
 template <class K>
 struct KeyLess {
     bool operator()(K const& a, K const& b) const noexcept { return a < b; }
@@ -33,7 +33,7 @@ struct KeyLess<std::u16string> {
     bool operator()(std::u16string_view a, std::u16string_view b) const noexcept { return lessByUnit(a, b); }
 };
 
-/// The descriptor of a keyed property: knows how to read a child's key.
+/// The descriptor of a property that is a map or multimap: it can read a child's key.
 template <class K>
 class KeyedDescriptor : public CollectionDescriptor {
 public:
@@ -52,9 +52,10 @@ private:
 /// What `insert` does when the key is in use by another element.
 enum class InsertPolicy : int { Report = 0, Keep = 1, Replace = 2 };
 
-/// The map and multimap of whatever class, with keys of type K: a tree of keys and handles. Iterates by rising key
-/// (texts by code unit, 8-bit ones by unsigned byte), a multimap in order of entry among equal keys. Proxies have no
-/// key; they stand apart until they are resolved. Rolling back puts the stored pairs back and never reads a key.
+/// The base of maps and multimaps of any class, with keys of type K: a tree of keys and handles. Iterates by rising key
+/// (texts by code unit, 8-bit ones by unsigned byte); a multimap iterates in order of insertion among equal keys.
+/// Proxies have no key and are kept apart until they are resolved. Rolling back restores the stored pairs and never
+/// reads a key.
 template <class K>
 class QUAY_ZERO_API KeyedCore : public CollectionWithProxies {
 public:
@@ -63,20 +64,21 @@ public:
     bool empty() const noexcept final { return tree_.empty(); }
     std::size_t size() const noexcept final { return tree_.size(); }
 
-    /// Puts an element in. An empty or dead handle, and an element that is here already, is ignored. A key in use is
-    /// UniquenessConstraint, unless the policy or a multimap allows it; a key that is not a number InvalidValue.
+    /// Adds an element. An empty or dead handle, and an element that is a member already, is ignored.
+    /// UniquenessConstraint if the key is in use, unless the policy or a multimap allows it; InvalidValue if the key is
+    /// NaN.
     void insertElement(ModelElement const& e, InsertPolicy policy);
     bool containsElement(ModelElement const& e) const;
     void removeElement(ModelElement const& e);
-    /// Releases every member; they live on without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
     /// The first entry of that key, or an empty handle.
     ModelElement const* findKey(KeyResult<K> key) const;
-    /// Whether another element than `e` stands under that key.
+    /// Whether an element other than `e` has that key.
     bool isTaken(KeyResult<K> key, ModelElement::Impl const* e) const;
     Tree const& tree() const noexcept { return tree_; }
     bool isUnique() const noexcept { return unique_; }
-    /// Resolves the proxies, unless that is held off, so that access by key sees them.
+    /// Resolves the proxies, unless resolution is held, so that access by key finds what they stand for.
     void prepareForReading() final { resolveUnlessHeld(); }
 
     std::vector<Value> getAllKeys() const;
@@ -123,8 +125,8 @@ private:
 
     Tree tree_;
     bool unique_;
-    bool hasLoose_ = false;       // once a member came in by an unchecked path, and without the owner as its container
-    bool hasReferences_ = false;  // once a proxy was resolved to an element that is contained elsewhere
+    bool hasLoose_ = false;       // whether a member was ever added unchecked, without the owner as its container
+    bool hasReferences_ = false;  // whether a proxy was ever resolved to an element that is contained elsewhere
 };
 
 extern template class KeyedCore<std::u16string>;
@@ -164,7 +166,7 @@ private:
     typename KeyedCore<K>::Tree::const_iterator at_;
 };
 
-/// The members that a map and a multimap of class T share.
+/// Base of the map and the multimap of class T.
 template <class K, class T, class Generic>
 class TypedKeyed : public KeyedCore<K>, public Generic {
 public:
@@ -207,7 +209,7 @@ protected:
     meta::Class const& memberClass() const final { return T::metaClass(); }
 };
 
-/// The children of a "map owned" property: one per key.
+/// The children of a "map owned" property: one for each key.
 template <class K, class T>
 class ElementMap final : public TypedKeyed<K, T, GenericMapInterface> {
     using Base = TypedKeyed<K, T, GenericMapInterface>;
@@ -219,7 +221,7 @@ public:
     void insert(T const& e, InsertPolicy policy = InsertPolicy::Report) { this->insertElement(e, policy); }
     void insert(T const& e, int policy) { this->insertElement(e, static_cast<InsertPolicy>(policy)); }
     void add(T const& e) { insert(e); }
-    /// The entry of that key, or an empty handle.
+    /// The member with that key, or an empty handle.
     T find(KeyResult<K> key) const {
         ModelElement const* const found = this->findKey(key);
         return found == nullptr ? T() : asHandle<T>(*found);
@@ -236,7 +238,7 @@ public:
     }
 };
 
-/// The children of a "multimap owned" property: any number per key.
+/// The children of a "multimap owned" property: any number for each key.
 template <class K, class T>
 class ElementMultimap final : public TypedKeyed<K, T, GenericMultimapInterface> {
     using Base = TypedKeyed<K, T, GenericMultimapInterface>;
@@ -247,7 +249,7 @@ public:
 
     void insert(T const& e) { this->insertElement(e, InsertPolicy::Report); }
     void add(T const& e) { insert(e); }
-    /// The entries of that key, in order of entry.
+    /// The members with that key, in order of insertion.
     std::vector<T> find(KeyResult<K> key) const {
         std::vector<T> result;
         auto const range = this->tree().equal_range(key);

@@ -1,4 +1,4 @@
-// Ordered children.
+// Sequences of children.
 #pragma once
 
 #include <quay/zero/collection.h>
@@ -11,32 +11,33 @@
 
 namespace quay::zero {
 
-/// The sequence of whatever class. `contains`, `remove` and whatever takes out of the middle are linear. The same
-/// element may stand at several positions; it has its container until the last one is gone.
+/// The base of sequences of any class. `contains`, `remove`, and inserting or erasing in the middle cost linear time.
+/// An element may stand at several positions; it keeps its container until the last one is removed.
 class QUAY_ZERO_API SequenceCore : public ReferenceCollection, public GenericSequenceInterface {
 public:
     using Members = std::vector<ModelElement>;
 
     bool empty() const noexcept final { return members_.empty(); }
     std::size_t size() const noexcept final { return members_.size(); }
-    /// The members as they stand: nothing is resolved.
+    /// The members as they are stored: nothing is resolved.
     Members const& members() const noexcept { return members_; }
 
-    /// Appends. An empty or dead handle is ignored. InvalidValue, CannotCreateCrossModelAssociation: see
-    /// ModelElement::Impl::checkCompatibleModel. Takes the element out of a former container.
+    /// Appends. An empty or dead handle is ignored. InvalidValue or CannotCreateCrossModelAssociation as in
+    /// ModelElement::Impl::checkCompatibleModel. The element leaves its former container.
     void addElement(ModelElement const& e) { insertElement(members_.size(), e); }
-    /// Appends an element that was just made, inside an operation that undoes itself.
+    /// Appends an element that was just created. To be called inside an operation, whose savepoint undoes it on
+    /// failure.
     void addNewElement(ModelElement const& e);
     /// Inserts at a position, at most size(); further ones are std::out_of_range. Fails as addElement does.
     void insertElement(std::size_t position, ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
-    /// Takes out the first occurrence; nothing if there is none.
+    /// Removes the first occurrence; nothing if there is none.
     void removeElement(ModelElement const& e);
     void eraseAt(std::size_t position);
-    /// Puts an element in the place of another. CannotAddNonExistentObject for an empty or dead one, and
-    /// CannotAddSecondObject for one that a unique sequence has elsewhere.
+    /// Replaces the member at a position. CannotAddNonExistentObject for an empty or dead handle, CannotAddSecondObject
+    /// for an element that a unique sequence has at another position.
     void replaceAt(std::size_t position, ModelElement const& e);
-    /// Releases every member; they live on without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
     void reserve(std::size_t count) { members_.reserve(count); }
 
@@ -44,7 +45,7 @@ public:
     ModelElement const& at(std::size_t position) const;
     std::size_t indexOf(ModelElement const& e) const noexcept;
 
-    /// Neither members nor proxies.
+    /// Whether there are neither members nor proxies.
     bool holdsNothing() const noexcept final { return members_.empty(); }
 
     // ReferenceCollection
@@ -99,7 +100,7 @@ private:
     mutable Members members_;  // a read resolves proxies in place
 };
 
-/// The children of a "sequence owned" property of class T. `T const&` of a position is good until the next change.
+/// The children of a "sequence owned" property of class T. A `T const&` to a position is valid until the next change.
 template <class T>
 class ElementSequence final : public SequenceCore {
 public:
@@ -108,7 +109,7 @@ public:
     using value_type = T;
 
     ElementSequence(ModelElement::Impl* owner, std::uint16_t index) noexcept : SequenceCore(owner, index) {}
-    /// Detached. A unique one has each element once.
+    /// A detached sequence. A unique one holds each element at most once.
     explicit ElementSequence(meta::Property const& property, bool unique = false) noexcept
         : SequenceCore(property, unique) {}
 
@@ -121,7 +122,7 @@ public:
     void erase(const_iterator position);
     void set(std::size_t position, T const& e) { replaceAt(position, e); }
 
-    /// No check of the position.
+    /// The position isn't checked.
     T const& operator[](std::size_t position) const {
         ModelElement const& e = members()[position];
         return asHandle<T>(e.impl()->isProxy() ? at(position) : e);
@@ -140,7 +141,7 @@ protected:
     meta::Class const& memberClass() const override { return T::metaClass(); }
 };
 
-/// Stands for a position, so a change of the sequence doesn't invalidate it; but the end may come to lie before it.
+/// An iterator that holds a position. A change of the sequence doesn't invalidate it, but may leave it behind the end.
 template <class T>
 class ElementSequence<T>::const_iterator {
 public:

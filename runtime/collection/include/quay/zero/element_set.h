@@ -1,4 +1,4 @@
-// Unordered children without duplicates.
+// Sets of children.
 #pragma once
 
 #include <quay/zero/collection_with_proxies.h>
@@ -12,23 +12,23 @@
 
 namespace quay::zero {
 
-/// The set of whatever class. Looking up, adding and removing cost the same however large it is. Proxies have no place
-/// in the container; they stand apart until they are resolved.
+/// The base of sets of any class. Looking up, adding and removing cost constant time. Proxies are kept apart from the
+/// members until they are resolved.
 class QUAY_ZERO_API SetCore : public CollectionWithProxies, public GenericCollectionInterface {
 public:
     using Members = std::unordered_set<ModelElement>;
 
     bool empty() const noexcept final { return members_.empty(); }
     std::size_t size() const noexcept final { return members_.size(); }
-    /// The members as they stand: nothing is resolved.
+    /// The members as they are stored: nothing is resolved.
     Members const& members() const noexcept { return members_; }
 
-    /// An empty or dead handle, and an element that is here already, is ignored. Fails as
-    /// ModelElement::Impl::checkCompatibleModel does. Takes the element out of a former container.
+    /// Adds an element. An empty or dead handle, and an element that is a member already, is ignored. Fails as
+    /// ModelElement::Impl::checkCompatibleModel does. The element leaves its former container.
     void addElement(ModelElement const& e);
     bool containsElement(ModelElement const& e) const;
     void removeElement(ModelElement const& e);
-    /// Releases every member; they live on without a container.
+    /// Removes all members, which stay alive without a container.
     void clear() final;
 
     // ReferenceCollection
@@ -60,7 +60,7 @@ protected:
     explicit SetCore(meta::Property const& property) noexcept : CollectionWithProxies(property) {}
     ~SetCore() override;
 
-    /// As members(), once the proxies that can be resolved are, unless that is held off.
+    /// The members after resolving the proxies that can be resolved. While resolution is held, nothing is resolved.
     Members const& resolvedMembers() const;
 
 private:

@@ -12,16 +12,16 @@ namespace meta {
 class Type;
 }
 
-/// Every operation first looks at the element: with an empty or dead one it ends at once (`genericContains` answers
-/// no). One of the wrong class raises CannotAddIncompatibleTypes, where an operation would store or remove it.
+/// Every operation first checks the element: it does nothing for an empty or dead one (`genericContains` returns
+/// false). Operations that would store or remove an element of the wrong class raise CannotAddIncompatibleTypes.
 class QUAY_ZERO_API GenericCollectionInterface {
 public:
-    /// "Nowhere", as an answer of genericIndexOf.
+    /// What genericIndexOf returns for an element that isn't a member.
     static constexpr unsigned long NONE = static_cast<unsigned long>(-1);
 
     virtual std::size_t genericSize() const = 0;
     virtual void genericAdd(ModelElement const& e) = 0;
-    /// Sees to it that the element is in the collection, in a sequence at that position (clamped to its end).
+    /// Adds the element unless it is a member; a sequence puts it at that position (at most its end).
     virtual void genericEnsureAt(ModelElement const& e, unsigned long position) = 0;
     virtual void genericRemove(ModelElement const& e) = 0;
     virtual void genericClear() = 0;
@@ -56,11 +56,11 @@ protected:
 
 class Value;
 
-/// What maps and multimaps share.
+/// The reflective interface that maps and multimaps share.
 class QUAY_ZERO_API GenericKeyedInterface : public GenericCollectionInterface {
 public:
     virtual meta::Type getQualifierType() const = 0;
-    /// One per entry, in key order.
+    /// The keys in order, one for each member.
     virtual std::vector<Value> genericKeys() const = 0;
 
 protected:
@@ -70,7 +70,7 @@ protected:
 class QUAY_ZERO_API GenericMapInterface : public GenericKeyedInterface {
 public:
     bool isMapInterface() const override { return true; }
-    /// The entry of that key, or an empty handle. CannotCastIncompatibleTypes for a key of another type.
+    /// The member with that key, or an empty handle. CannotCastIncompatibleTypes for a key of another type.
     virtual ModelElement genericGet(Value const& key) const = 0;
 
 protected:
@@ -80,7 +80,7 @@ protected:
 class QUAY_ZERO_API GenericMultimapInterface : public GenericKeyedInterface {
 public:
     bool isMultimapInterface() const override { return true; }
-    /// The entries of that key, in order of entry.
+    /// The members with that key, in order of insertion.
     virtual std::vector<ModelElement> genericGet(Value const& key) const = 0;
 
 protected:

@@ -1,12 +1,12 @@
-// A property whose children stand in a collection: what sequences, sets and maps share.
+// The descriptor of a property whose children stand in a collection: a sequence, a set or a map.
 #pragma once
 
 #include <quay/zero/collection_descriptor.h>
 
 namespace quay::zero {
 
-/// Everything that containment and destruction ask of a collection of children. `Base` is the descriptor's base class;
-/// `C` the collection, a member of the element.
+/// The containment and destruction of children in a collection. `Base` is the base class of the descriptor; `C` is the
+/// collection, a member of the element.
 template <class C, class Base = CollectionDescriptor>
 class OwnedCollectionDescriptor : public Base {
 public:
@@ -25,8 +25,9 @@ public:
     }
     void leave(Element& owner, ModelElement const& child) const override { of(owner).basicRemove(child); }
     void disassociate(Element& owner) const override { Element::_basicClear(&of(owner)); }
-    /// The children are destroyed from a snapshot, which keeps them while the collection changes. Proxies and guests
-    /// aren't destroyed: they stand for elements elsewhere, or are some, and only leave.
+    /// Destroys the children from a snapshot, which keeps them alive while the collection changes. Proxies and
+    /// references without containment are only removed, since the elements that they stand for or refer to aren't owned
+    /// here.
     void destroyChildren(Element& owner, bool a, bool b) const override {
         if (of(owner).holdsNothing()) return;
         for (ModelElement const& child : of(owner).getAllValuesAndProxies()) {

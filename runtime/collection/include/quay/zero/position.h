@@ -9,7 +9,7 @@ namespace quay::zero {
 
 [[noreturn]] QUAY_ZERO_API void reportPosition();
 
-/// std::out_of_range unless the position lies before the end.
+/// Throws std::out_of_range unless the position lies before the end.
 inline void requirePosition(std::size_t position, std::size_t end) {
     if (position >= end) reportPosition();
 }

@@ -1,4 +1,4 @@
-// Several plain values in one property.
+// Sequences and sets of plain values.
 #pragma once
 
 #include <quay/zero/collection.h>
@@ -15,7 +15,8 @@
 
 namespace quay::zero {
 
-/// The positions of a sequence of values, for scripts and generic code. Positions out of range are std::out_of_range.
+/// Access to a sequence of values by position, for scripts and generic code. std::out_of_range for a position out of
+/// range.
 class QUAY_ZERO_API GenericPrimitiveSequenceInterface {
 public:
     static constexpr unsigned long NONE = static_cast<unsigned long>(-1);
@@ -42,7 +43,7 @@ public:
     virtual std::vector<Value> getAllValues() const = 0;
     virtual void genericAdd(Value const& value) = 0;
     virtual void genericRemove(Value const& value) = 0;
-    /// The positions of a sequence; null for a set.
+    /// The interface of a sequence by position; null for a set.
     virtual GenericPrimitiveSequenceInterface* getGenericInterface() const noexcept { return nullptr; }
     virtual Kind getKind() const noexcept = 0;
 
@@ -63,7 +64,7 @@ meta::Type typeOfValue() {
     }
 }
 
-/// What sequences and sets of T share: the container and the swapping of whole contents.
+/// The base of sequences and sets of T: the container and the exchange of its whole content.
 template <class T, class Container, class Self>
 class PrimitiveCollection : public AbstractPrimitiveCollection {
 public:
@@ -95,7 +96,7 @@ public:
         swapContent(Container(other.values_));
         operation.commit();
     }
-    /// Makes the content that of a container, in one change.
+    /// Replaces the content by that of a container, in one change.
     void assign(Container&& values) {
         Operation operation(*this);
         modifying();
@@ -118,7 +119,7 @@ public:
         }
         assign(std::move(values));
     }
-    /// The content without a record: for a collection that is being built.
+    /// Replaces the content and records nothing: for a collection that is being built.
     void assignUnrecorded(Container&& values) noexcept { values_.swap(values); }
 
     std::vector<Value> getAllValues() const final {
@@ -143,13 +144,13 @@ protected:
     using AbstractPrimitiveCollection::AbstractPrimitiveCollection;
 
     meta::Type valueType() const { return propertyTypeOr(typeOfValue<T>()); }
-    /// What a value's container holds; nothing if the value has no payload.
+    /// The content of the container in a value; empty if the value has no payload.
     template <class From>
     static Container contentOf(Value const& value) {
         auto const* const from = static_cast<From const*>(value.data());
         return from == nullptr ? Container() : Container(from->begin(), from->end());
     }
-    /// Values that are out of the collection, or room for them.
+    /// Values that a step took out of the collection, or memory reserved for them.
     struct Kept : StepContent {
         Container values;
     };
@@ -183,7 +184,7 @@ public:
 
     PrimitiveSequence(ModelElement::Impl* owner, std::uint16_t index) noexcept : Base(owner, index) {}
     explicit PrimitiveSequence(meta::Property const& property) : Base(property) {}
-    /// A detached sequence that drops duplicates.
+    /// A detached sequence; a unique one ignores duplicates.
     PrimitiveSequence(meta::Property const& property, bool unique) : Base(property), unique_(unique) {}
 
     T const& operator[](std::size_t position) const noexcept { return this->values_[position]; }
@@ -193,7 +194,7 @@ public:
     }
     bool isUnique() const noexcept { return unique_; }
 
-    /// In a unique sequence, a value that is there already is dropped.
+    /// In a unique sequence, a value that it has already is ignored.
     void push_back(T const& value) { insertAt(this->size(), value); }
     const_iterator insert(const_iterator position, T const& value) {
         return this->begin() + static_cast<std::ptrdiff_t>(insertAt(indexOfPosition(position), value));
@@ -203,7 +204,7 @@ public:
         eraseAt(at);
         return this->begin() + static_cast<std::ptrdiff_t>(at);
     }
-    /// Answers the value's position.
+    /// Returns the position of the value. A unique sequence that has the value already isn't changed.
     std::size_t insertAt(std::size_t position, T const& value) {
         requirePosition(position, this->size() + 1);
         if (unique_) {
@@ -256,7 +257,7 @@ public:
     void genericRemoveAt(unsigned long position) override { eraseAt(position); }
     unsigned long genericIndexOf(Value const& value) const override { return indexOf(value.getValue<T>()); }
 
-    // NOLINTNEXTLINE(bugprone-exception-escape): there is room for all that moves, and moving doesn't throw
+    // NOLINTNEXTLINE(bugprone-exception-escape): memory for the values is reserved, and moving doesn't throw
     void exchangeRun(RunStep& step) noexcept override {
         auto* const kept = static_cast<Kept*>(step.content.get());
         auto const from = slot(step.position);
@@ -321,8 +322,8 @@ private:
     bool unique_ = false;
 };
 
-/// The values of a "set" property: sorted by <, without duplicates. An insert of a present value announces a change
-/// and changes nothing.
+/// The values of a "set" property: sorted by <, without duplicates. Inserting a present value announces a change, but
+/// the content stays as it is.
 template <class T>
 class PrimitiveSet final : public PrimitiveCollection<T, std::set<T>, PrimitiveSet<T>> {
     using Container = std::set<T>;
@@ -354,7 +355,7 @@ public:
         operation.commit();
         return {position, fresh};
     }
-    /// Answers how many values went: 0 or 1.
+    /// Returns the number of values removed: 0 or 1.
     std::size_t erase(T const& value) {
         Operation operation(*this);
         this->modifying();
@@ -389,7 +390,7 @@ public:
     }
 
 private:
-    /// A value that is in the set, at `position`, or out of it, in `node`.
+    /// A value of a set: while it is a member, `position` points at it; otherwise `node` holds it.
     struct Taken : StepContent {
         const_iterator position;
         typename Container::node_type node;

@@ -1,14 +1,14 @@
-// Questions to a class that are answered by it or by a class above it: whether it conforms, and which level has an
-// index.
+// Functions that walk the inheritance chain of a class: whether the class conforms to another one, and which level has
+// an index.
 //
-// The runtime knows classes in two ways: by their tables, which lie in the library of the class and are what elements
-// use, and by their meta objects, which reflection shows and which stay when that library is unmapped. Both are chains
-// of levels, of which these functions are the one description.
+// A class is described twice: by its class table, which lies in the library of the class and which elements use, and by
+// its meta object, which reflection shows and which stays when that library is unloaded. Both form a chain of levels,
+// and these functions work on either.
 #pragma once
 
 namespace quay::zero {
 
-/// Levels answer base(), the level above or null.
+/// Whether `wanted` is `level` or one above it. A Level has base(), which returns the level above or null.
 template <class Level, class Wanted>
 bool conformsInChain(Level const* level, Wanted const* wanted) noexcept {
     for (; level != nullptr; level = level->base()) {
@@ -17,15 +17,16 @@ bool conformsInChain(Level const* level, Wanted const* wanted) noexcept {
     return false;
 }
 
-/// The level that would have the property of that index, or null. Levels answer firstIndex() as well, 0 for one that
-/// has no property with an index.
+/// The level that would have the property of that index, or null. A Level has base() and firstIndex(), which may return
+/// 0 for a level without indexed properties.
 template <class Level>
 Level const* levelOfIndex(Level const* level, unsigned long index) noexcept {
     while (level != nullptr && (level->firstIndex() == 0 || index < level->firstIndex())) level = level->base();
     return level;
 }
 
-/// The highest index of the chain; 0 without properties. Levels answer lastIndex() as well, 0 like firstIndex().
+/// The highest index of the chain; 0 without properties. A Level has base() and lastIndex(), which returns 0 for a
+/// level without indexed properties.
 template <class Level>
 unsigned long highestIndexInChain(Level const* level) noexcept {
     for (; level != nullptr; level = level->base()) {

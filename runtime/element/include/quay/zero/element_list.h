@@ -7,8 +7,8 @@
 
 namespace quay::zero {
 
-/// Doubly linked through the elements. An element taken out keeps its links, so that putting elements back in exactly
-/// the reverse order of their removal restores the list, without a search and without memory.
+/// A list that is doubly linked through the elements. An element that is taken out keeps its links: putting elements
+/// back in exactly the reverse order restores the list without a search and without allocating.
 class ElementList {
 public:
     using Element = ModelElement::Impl;
@@ -26,7 +26,7 @@ public:
         last_ = &e;
         ++size_;
     }
-    /// Takes out, or puts back, the run from `first` to `last`; `count` is its length.
+    /// Takes out, or puts back, the `count` elements from `first` to `last`.
     void takeOut(Element& first, Element& last, std::size_t count) noexcept {
         (first.previous_ == nullptr ? first_ : first.previous_->next_) = last.next_;
         (last.next_ == nullptr ? last_ : last.next_->previous_) = first.previous_;

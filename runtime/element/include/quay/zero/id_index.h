@@ -9,28 +9,29 @@
 
 namespace quay::zero {
 
-/// Finds elements by id: a flat hash table of element pointers. It holds an element from its first indexing until the
-/// element is let go for good, dead or alive, and look-ups pass over the dead; so undoing never touches it. Elements
-/// are indexed late, by the first look-up after their creation.
+/// Finds elements by id: a flat hash table of element pointers. It holds an element, dead or alive, from its first
+/// indexing until the model releases it; look-ups skip dead elements, so undoing needn't change the table. An element
+/// is indexed by the first look-up after its creation.
 class IdIndex {
 public:
     using Element = ModelElement::Impl;
 
     /// The live element of that id, or null.
     Element* find(boost::uuids::uuid const& id) const noexcept;
-    /// Adds an element that isn't there yet.
+    /// Adds an element that isn't in the index yet.
     void add(Element& e);
     void remove(Element& e) noexcept;
     void clear() noexcept;
 
-    /// Adds all elements of the list that aren't there yet.
+    /// Adds all elements of the list that aren't in the index yet.
     void catchUp(ElementList const& list);
-    /// An element came back into the list somewhere. If there is no room for it, the next look-up walks the list.
+    /// To be called when an element was put back into the list. If it can't be added for lack of memory, the next
+    /// look-up walks the list.
     void returned(Element& e) noexcept {
         if ((e.flags_ & Element::kIndexed) != 0 || indexedUpTo_ == nullptr) return;
         hasRoom() ? add(e) : startOver();
     }
-    /// The element is leaving the list.
+    /// To be called when an element is taken out of the list.
     void forget(Element const& e) noexcept {
         if (indexedUpTo_ == &e) indexedUpTo_ = ElementList::previous(e);
     }

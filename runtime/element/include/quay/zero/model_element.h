@@ -34,7 +34,7 @@ class ReferenceCollection;
 class Storage;
 class Value;
 
-/// Says how a reflective access treats proxies. The three kinds are told apart by address, never by content.
+/// Says whether a reflective access resolves proxies. The three kinds are distinguished by address, not by content.
 class QUAY_ZERO_API ReflectionPrivateTag {
 public:
     static ReflectionPrivateTag const PUBLIC_ACCESS;
@@ -51,14 +51,13 @@ private:
     constexpr ReflectionPrivateTag() noexcept = default;
 };
 
-/// The base of every element handle: one counted pointer. A handle of a class passes wherever a handle of a base
-/// class is wanted.
+/// The base of all element handles: one counted pointer. A handle of a class converts to a handle of each base class.
 class QUAY_ZERO_API ModelElement : public CountedHandle {
 public:
     class Impl;
     class Builder;
     class Constrainables;
-    /// Only element code makes collections.
+    /// Only code of elements creates collections.
     class CollectionPrivateTag {
         friend class Impl;
         constexpr CollectionPrivateTag() noexcept = default;
@@ -89,38 +88,39 @@ public:
     // --- What the element is.
 
     bool isProxy() const noexcept { return (flags_ & kProxy) != 0; }
-    /// The model, or an empty handle once the model or the element's place in it is gone. Counts a reference.
+    /// The model, or an empty handle if the model is gone or has released the element. Adds a reference.
     Model getModel() const;
-    /// The model without counting. Never null: an element without a model points at one that is closed.
+    /// The model, without adding a reference. Never null: an element without a model refers to ModelImpl::closed().
     ModelImpl& model() const noexcept { return *model_; }
     virtual meta::Class const& getMetaClass() const = 0;
     virtual ClassTable const& classTable() const = 0;
     void removeRef() const noexcept override;
-    /// The element's class and id as text, for people.
+    /// The element's class and id as readable text.
     virtual std::u16string identifier() const;
 
     ProxyId getProxyId() const;
-    /// The id under which a reference to this element survives being saved; a proxy's is the one that it has.
+    /// The id by which a saved reference to this element can be resolved; for a proxy, the id of what it stands for.
     ProxyId getPersistentProxyId(bool withStore) const;
 
     // --- Life.
 
-    /// Tells the model that the element exists; called once, after the first reference was taken. From here on the
-    /// model lists it, finds it by id, and undoes its creation with the transaction.
+    /// Enters the element in its model, which then lists it, finds it by id, and undoes its creation with the
+    /// transaction. To be called once, when the first reference exists.
     void notifyCreated();
-    /// Destroys the element and what it owns, in a transaction. Nothing on a dead element.
+    /// Destroys the element and what it owns, in a transaction. Does nothing if the element is dead.
     void destroy();
-    /// Destroys the element and what it owns. `detach`: also leave the container, which is told. Inside a transaction.
+    /// Destroys the element and what it owns, in a transaction. With `detach`, it is first removed from its container.
+    /// `a` and `b` are passed on to doDestroy.
     void destroyRecursively(bool a, bool detach, bool b);
-    /// Calls the host's hook for every collection of the element, of values and of children.
+    /// Calls ElementImpl::m_callback for every collection of the element, of values and of children.
     virtual void invalidate();
 
     // --- Change tracking.
 
-    /// To be called before the property of that index changes, inside a transaction: its present value is kept, once
-    /// in a transaction. Without an open transaction it records nothing, and what could be undone can't be any more.
+    /// To be called inside a transaction before the property of that index changes: keeps its present value, once in
+    /// each transaction. Without an open transaction it keeps nothing, and clears the undo history.
     void notifyModifying(unsigned long index);
-    /// A fresh record of changes without values, and one with room for old values. The caller owns both.
+    /// An empty record of which properties changed, and one with memory for old values. The caller owns both.
     Changes* createChanges() const;
     Storage* createStorage() const;
     /// Keeps the present value of one property in `storage`; unknown indices are ignored.
@@ -128,45 +128,46 @@ public:
     /// Writes back every value that `storage` holds.
     void copyStateFromStorage(Storage* storage);
 
-    // --- Reflection. An unknown property is absent, and NoSuchProperty on get and set.
+    // --- Reflection. For an unknown property, `has` returns false; get and set raise NoSuchProperty.
 
     virtual bool hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
     virtual Value getPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const;
     virtual void setPropertyValue(meta::Property const& property, Value const& value, ReflectionPrivateTag const& tag);
     /// The property of an index of this class, or an empty handle.
     meta::Property getPropertyByIndex(unsigned long index) const;
-    /// The descriptor of a property of this element's class chain, or null. A comparison a level.
+    /// The descriptor of a property of this element's class chain, or null. Costs one comparison for each level.
     PropertyDescriptor const* descriptorOf(meta::Property const& property) const noexcept;
 
     // --- Containment.
 
-    /// The owning element. `container` resolves a proxy, `basicContainer` returns what is stored.
+    /// The container. `container` resolves a proxy, `basicContainer` returns what is stored.
     ModelElement container() const;
     ModelElement basicContainer() const;
     /// The property through which the container owns this element, or an empty handle.
     meta::Property containmentFeature() const;
     Impl* containerImpl() const noexcept { return container_; }
-    /// Index of that property in the container's class; meaningless without a container.
+    /// The index of the containing property in the container's class; meaningless without a container.
     std::uint16_t containmentIndex() const noexcept { return containmentIndex_; }
 
-    /// Whether a member of one of this element's properties is destroyed with it. Not so a member that the property
-    /// refers to without containing it: one that took a proxy's place and is contained elsewhere or is of another
-    /// model.
+    /// Whether this element owns the member of one of its properties, so that destroying this element destroys it as
+    /// well. False for a reference without containment: a member that took a proxy's place and is contained elsewhere
+    /// or is of another model.
     bool owns(Impl const& child) const noexcept {
         return child.model_ == model_ && (child.container_ == this || child.container_ == nullptr);
     }
 
-    /// Sets owner and owning property and nothing else; `NO_INDEX` and a null owner clear them.
+    /// Sets container and containing property and nothing else; a null owner and `NO_INDEX` clear them.
     void basicSetContainer(Impl* owner, meta::Property const& property, unsigned long index);
     void basicSetContainer(Impl* owner, unsigned long index);
-    /// This element takes the child: it leaves a former container, and its container is recorded.
+    /// Makes this element the container of the child, which leaves its former container, and records that.
     void _setContainedByThis(Impl* child, meta::Property const& property);
     void _setContainedByThis(Impl* child, unsigned long index);
-    /// Clears the child's container without telling that container.
+    /// Clears the child's container; the collection or slot that holds the child isn't changed.
     void _basicSetUncontained(Impl* child);
 
-    /// Null passes. A dead element is CannotAddNonExistentObject, one of another model
-    /// CannotCreateCrossModelAssociation, this element or one above it InvalidValue. Costs a step per container.
+    /// Checks that `other` may enter this property. Null passes. CannotAddNonExistentObject for a dead element,
+    /// CannotCreateCrossModelAssociation for one of another model, InvalidValue for this element or one that contains
+    /// it. Costs a step for each container above this element.
     void checkCompatibleModel(Impl* other, meta::Property const& property) const;
     void checkCompatibleModel(Impl* other, unsigned long index) const;
 
@@ -176,9 +177,9 @@ public:
     void _inverseAddThis(Impl* other, meta::Property const& property, bool force);
     void _inverseRemoveThis(Impl* other, meta::Property const& property);
     bool _inverseContainsThis(Impl* other, meta::Property const& property) const;
-    /// Empties every element property; records nothing outside a transaction.
+    /// Empties every property that holds elements; records nothing outside a transaction.
     void basicDisassociateAll();
-    /// Nothing: only a container points at an element, and containment is never converted.
+    /// These do nothing: only its container refers to an element, and containment is never converted to a reference.
     void disassociateIncoming() {}
     void convertReferencesToProxies(bool, boost::optional<ProxyId>&) {}
 
@@ -187,20 +188,20 @@ public:
     static void _basicClear(ReferenceCollection* collection);
     static void _basicCopyValues(ReferenceCollection* target, ReferenceCollection const* source);
 
-    // --- For element code.
+    // --- For the code of elements.
 
-    /// A child, or a proxy of one, comes into one of the properties. An element that never heard of any is destroyed
-    /// without asking its properties.
+    /// To be called when a child, or a proxy of one, enters a property. Destroying an element for which this was never
+    /// called doesn't visit its properties.
     void noteOwned() noexcept { flags_ |= kOwns; }
     bool hasOwned() const noexcept { return (flags_ & kOwns) != 0; }
 
     bool isWritable() const noexcept { return (flags_ & (kAlive | kProxy)) == kAlive; }
 
-    /// Raises what refuses a write on a proxy or a dead element. One test when it may be written.
+    /// Raises CannotModifyProxy on a proxy, CannotAddNonExistentObject on a dead element.
     void requireWritable() const {
         if (!isWritable()) refuseWrite();
     }
-    /// Raises CannotModifyProxy on a proxy, whose collections can't be reached even for reading.
+    /// Raises CannotModifyProxy on a proxy, whose collections can't even be read.
     void requireLoaded() const {
         if (isProxy()) refuseProxy();
     }
@@ -211,20 +212,20 @@ public:
     static CollectionPrivateTag collectionTag() noexcept { return {}; }
 
 protected:
-    /// An element of that model. A nil id draws a fresh one; an id in use raises UniquenessConstraint. The element is
-    /// entered in the model by notifyCreated.
+    /// An element of that model. A nil id is replaced by a new one; an id in use raises UniquenessConstraint. The
+    /// element isn't in the model's list until notifyCreated is called.
     Impl(Model const& model, boost::uuids::uuid const& id);
     Impl(Builder& builder, boost::uuids::uuid const& id);
     ~Impl() override;
 
     /// Destroys the owned children, then marks this element dead and takes it out of the model.
     virtual void doDestroy(bool a, bool b);
-    /// Hooks for a host's own classes: before anything of the element is gone, and after it was entered.
+    /// Hooks for derived classes: called before the element is destroyed, and after it was entered in its model.
     virtual void aboutToDestroy() {}
     virtual void didCreate() {}
 
 private:
-    // The parts of a model, which keep what they know of an element in the element itself.
+    // The parts of a model keep some of their data in the elements.
     friend class ModelImpl;
     friend class Journal;
     friend struct ContainerStep;

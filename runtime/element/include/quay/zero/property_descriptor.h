@@ -1,7 +1,7 @@
-// A property of a class as the runtime sees it: how its field is saved, restored, reflected, joined and destroyed.
+// Property descriptors and class tables: how the runtime saves, restores, reflects, builds and destroys properties.
 //
-// A class is a table of descriptors, one a property. Everything that the runtime does to any element by property goes
-// through them, so a class has no code of its own beyond accessors. The descriptors of the schema's shapes stand in
+// A class is described by a table of descriptors, one for each property. All operations on an element by property use
+// them, so a generated class has no code of its own except accessors. The descriptors of the schema's shapes are in
 // elements/.
 #pragma once
 
@@ -24,11 +24,11 @@ enum class PropertyKind : std::uint8_t {
     Derived               ///< computed; no field and no index
 };
 
-/// Descriptors are constants: constinit objects of shape classes that reach their field by a member pointer. The
-/// element passed to an operation is always of the class that the descriptor belongs to.
+/// Descriptors are constants: constinit objects of shape classes, which access their field by a member pointer. The
+/// element passed to an operation must be of the class that the descriptor belongs to.
 class QUAY_ZERO_API PropertyDescriptor {
 public:
-    /// `plain`: what a cell holds of it is bytes in place, and needs no discarding.
+    /// `plain`: the cell of an old value holds it as bytes in place, so that nothing needs to be discarded.
     constexpr PropertyDescriptor(std::uint16_t index, PropertyKind kind, bool plain = false) noexcept
         : index_(index), kind_(kind), plain_(plain) {}
 
@@ -44,20 +44,20 @@ public:
         return kind_ == PropertyKind::Child || kind_ == PropertyKind::ElementCollection;
     }
 
-    // --- Undo. A cell is filled by `save` or by the descriptor's own setter; the other operations read or drop it.
+    // --- Undo. A cell is filled by `save` or by the descriptor's own setter; the other operations read or discard it.
 
     /// Fills an empty cell with a copy of the present value.
     virtual void save(ModelElement::Impl const& element, Cell& old) const;
-    /// Exchanges the field with the cell's value. This is rollback, undo and redo alike.
+    /// Exchanges the field with the cell's value. Rollback, undo and redo all use this.
     virtual void exchange(ModelElement::Impl& element, Cell& old) const noexcept;
     /// Makes the field a copy of the cell's value.
     virtual void restore(ModelElement::Impl& element, Cell const& old) const;
-    /// Whether the field holds the cell's value again, by the shape's inexpensive rule.
+    /// Whether the field holds the cell's value again, by an inexpensive comparison that depends on the shape.
     virtual bool unchanged(ModelElement::Impl const& element, Cell const& old) const;
     virtual void discard(Cell& old) const noexcept;
     /// Moves the value into an empty cell.
     virtual void relocate(Cell& from, Cell& to) const noexcept;
-    /// The cell's value for a reader; it may point into the cell.
+    /// The cell's value as a Value, which may point into the cell.
     virtual Value wrap(ModelElement::Impl const& element, meta::Property const& property, Cell& old) const;
 
     // --- Reflection.
@@ -68,27 +68,27 @@ public:
     virtual void set(ModelElement::Impl& element, meta::Property const& property, Value const& value,
                      ReflectionPrivateTag const& tag) const;
 
-    // --- Containment; only descriptors that own elements do anything.
+    // --- Containment. Descriptors that don't own elements do nothing.
 
-    /// A child joins or leaves this property: the field alone changes, and the change is recorded.
+    /// Adds the child to this property, or removes it: changes the field alone and records the change.
     virtual void join(ModelElement::Impl& owner, ModelElement const& child) const;
     virtual void leave(ModelElement::Impl& owner, ModelElement const& child) const;
     /// Empties the field and records nothing.
     virtual void disassociate(ModelElement::Impl& owner) const;
     /// Destroys the children and empties the field.
     virtual void destroyChildren(ModelElement::Impl& owner, bool a, bool b) const;
-    /// The child of a child descriptor, resolved if it is a proxy that can be; else an empty handle.
+    /// The child of a property with one child, resolved if possible; an empty handle for any other property.
     virtual ModelElement child(ModelElement::Impl const& owner) const;
-    /// The collection of a collection descriptor, else null.
+    /// The collection of a property that is a collection, else null.
     virtual AbstractOwnedCollection* collection(ModelElement::Impl const& owner) const;
 
     // --- Building.
 
-    /// Offers a value to a builder, which keeps it, or adds it to several. Only if it takes values.
+    /// Gives a value to a builder, which keeps it, or adds it to a collection. Only for properties that take values.
     virtual void give(ModelElement::Builder& builder, meta::Property const& property, Value const& value) const;
     /// Gives the new element a value that its builder keeps.
     virtual void build(ModelElement::Impl& element, Cell const& given) const;
-    /// Puts a new child in its place, by the shape's own operation.
+    /// Adds a new child to this property, by the shape's own operation.
     virtual void place(ModelElement::Impl& owner, ModelElement const& child) const;
 
 protected:
@@ -100,15 +100,16 @@ private:
     bool plain_;
 };
 
-/// What a class is to the runtime: its descriptors, its base's table, and how collections and builders of it are made.
-/// One object per class, constant-initialised in the library that has the class; `declare` ties it to its meta class.
+/// Describes a class for the runtime: its descriptors, its base's table, and factories of collections and builders.
+/// There is one constant for each class, in the class's library; declaring the package connects it with the meta class.
 class QUAY_ZERO_API ClassTable {
 public:
     using TableFunction = ClassTable const& (*)();
     using CollectionFactory = AbstractOwnedCollection* (*)(ModelElement const&, meta::Property const&);
     using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(Model const&);
 
-    /// `descriptors`: the class's own, indexed ones by rising index from `firstIndex`, derived ones last.
+    /// `descriptors`: those of the class itself, first the indexed ones by rising index from `firstIndex`, then derived
+    /// ones.
     constexpr ClassTable(TableFunction base, std::uint16_t firstIndex,
                          std::span<PropertyDescriptor const* const> descriptors, CollectionFactory makeCollection,
                          BuilderFactory makeBuilder) noexcept
@@ -120,14 +121,14 @@ public:
 
     ClassTable const* base() const noexcept { return base_ == nullptr ? nullptr : &base_(); }
     std::span<PropertyDescriptor const* const> descriptors() const noexcept { return descriptors_; }
-    /// The lowest and the highest index of the class's own properties; of a class that has none, the lowest one of a
-    /// property that it could have, and 0.
+    /// The lowest and the highest index of the class's own properties. A class without properties has as firstIndex the
+    /// next free index of its chain, and 0 as lastIndex.
     std::uint16_t firstIndex() const noexcept { return firstIndex_; }
     std::uint16_t lastIndex() const noexcept;
     CollectionFactory collectionFactory() const noexcept { return makeCollection_; }
     BuilderFactory builderFactory() const noexcept { return makeBuilder_; }
 
-    /// The descriptor of an index along the chain, or null. A comparison a level.
+    /// The descriptor of an index along the chain, or null. Costs one comparison for each level.
     PropertyDescriptor const* descriptorAt(unsigned long index) const noexcept;
     /// The descriptor of a property that this class or one above it declares, or null.
     PropertyDescriptor const* descriptorOf(meta::Property const& property) const noexcept;

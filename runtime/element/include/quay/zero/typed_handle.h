@@ -18,7 +18,7 @@ class TypedHandle : public Base {
 public:
     TypedHandle() noexcept = default;
 
-    /// The element as an X, or an empty handle if it is empty or of another class. A comparison per class level.
+    /// The element as an X; an empty handle if the element is of another class. Costs one comparison for each level.
     static X cast(ModelElement const& element) noexcept {
         X result;
         if (element.impl() != nullptr && conformsTo(element, X::classTable())) {
@@ -36,14 +36,14 @@ public:
     auto* impl() const noexcept { return static_cast<typename X::Impl*>(this->impl_); }
     auto* operator->() const noexcept { return impl(); }
 
-    /// A nil id, a separate object for each class, and never written. The class's real id stands in its meta class.
+    /// A nil id, a separate object for each class, and never written. The id of the class is in its meta class.
     static boost::uuids::uuid const& Uuid() noexcept {
         static boost::uuids::uuid nil{};
         return nil;
     }
 };
 
-/// A member of a collection of X, which holds base handles. Sound because a handle of X is its base and nothing more.
+/// Casts a member of a collection of X, which holds handles of the base class. Safe because X adds no data to its base.
 template <class X>
 X const& asHandle(ModelElement const& member) noexcept {
     static_assert(sizeof(X) == sizeof(ModelElement));

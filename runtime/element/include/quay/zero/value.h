@@ -1,4 +1,4 @@
-// Any property value, with its type.
+// Values of any property type, together with their type.
 #pragma once
 
 #include <quay/zero/cell.h>
@@ -19,7 +19,7 @@
 
 namespace quay::zero {
 
-/// The hash of several values, from that of those before and that of one more.
+/// The hash of several values, from the hash of those before and the hash of the next one.
 QUAY_ZERO_API std::size_t combineHashes(std::size_t before, std::size_t next) noexcept;
 
 /// Type and count of a value.
@@ -28,7 +28,7 @@ public:
     ValueMeta() noexcept = default;
     ValueMeta(meta::Type const& type, ValueFlags flags) noexcept;
     ValueMeta(ModelElement::Impl* type, ValueFlags flags) noexcept : type_(type), flags_(flags) {}
-    /// Those of a property's values.
+    /// The type and count of a property's values.
     explicit ValueMeta(meta::Property const& property);
 
     meta::Type getType() const;
@@ -39,28 +39,28 @@ public:
 
 private:
     friend class Value;
-    ModelElement::Impl* type_ = nullptr;  // a meta object: lives as long as the process
+    ModelElement::Impl* type_ = nullptr;  // a meta object, which lives as long as the process
     ValueFlags flags_ = ValueFlags::Optional;
     bool managed_ = true;
 };
 
-/// Carries one value, managed (a copy of its own, up to 32 bytes of it in place), or points at a collection. A value
-/// may be empty: a type without a payload, which reads as the type's zero. Copying copies what it owns.
+/// Holds one value as a copy of its own (managed; up to 32 bytes in place), or points at a collection. An empty value
+/// has a type but no payload, and reads as the type's zero. Copying a value copies what it owns.
 class QUAY_ZERO_API Value {
 public:
-    /// Untyped and empty.
+    /// A value without type and payload.
     Value() noexcept { pointAt(nullptr); }
-    /// Wraps a copy.
+    /// Wraps a copy of the payload.
     template <class T>
     Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags) {
         emplace(payload);
     }
-    /// Wraps a copy; the type is given without counting.
+    /// Wraps a copy of the payload; the type is a plain pointer, without a reference.
     template <class T>
     Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags) {
         emplace(payload);
     }
-    /// No payload.
+    /// An empty value of that type.
     Value(meta::Type const& type, ValueFlags flags) noexcept : meta_(type, flags) { pointAt(nullptr); }
     explicit Value(ValueMeta const& meta) noexcept : meta_(meta) { pointAt(nullptr); }
     /// Points at a collection, which must outlive the value.
@@ -88,11 +88,11 @@ public:
     meta::Type getType() const { return meta_.getType(); }
     ValueFlags getFlags() const noexcept { return meta_.getFlags(); }
     bool isManaged() const noexcept { return meta_.isManaged(); }
-    /// The count is the flags' number.
+    /// The number behind the flags.
     int getCount() const noexcept { return static_cast<int>(meta_.getFlags()); }
     void setUnmanaged() noexcept { meta_.setUnmanaged(); }
 
-    /// The payload, or null. What it points at is told by the type and the flags.
+    /// The payload, or null. The value's type and flags tell of which C++ type it is.
     void* data() const noexcept;
     bool hasPayload() const noexcept { return data() != nullptr; }
     /// The payload's hash, 0 without one.
@@ -100,14 +100,14 @@ public:
     /// Same type, count and payload.
     friend bool operator==(Value const& a, Value const& b) { return a.equals(b); }
 
-    /// Fails with CannotCastIncompatibleTypes, which names the type that the value has, unless it holds a T.
+    /// Raises CannotCastIncompatibleTypes, with the type of the value, unless the value holds a T.
     template <class T>
     void checkCompatible() const {
         if (!isCompatible<T>()) reportIncompatible();
     }
     template <class T>
     bool isCompatible() const;
-    /// Raises CannotCastIncompatibleTypes with the type that the value has.
+    /// Raises CannotCastIncompatibleTypes with the type of the value.
     [[noreturn]] void reportIncompatible() const;
     /// The payload, or T() without one. Fails as checkCompatible does.
     template <class T>
@@ -120,9 +120,9 @@ public:
             return operations_ != nullptr ? T(payload_.get<T>()) : T();
         }
     }
-    /// Whether the value is a view of a collection, rather than a payload of its own.
+    /// Whether the value points at a collection instead of having a payload of its own.
     bool pointsAtCollection() const noexcept { return collection() != nullptr; }
-    /// The collection that such a value points at.
+    /// The collection that the value points at.
     template <class C>
     C* getCollection() const {
         return static_cast<C*>(collection());
@@ -152,11 +152,11 @@ public:
     }
 
 private:
-    /// What can be done with a payload without knowing its type. One constant per payload type and library, which is
-    /// never compared: types are told apart by their meta objects.
+    /// The operations on a payload whose type isn't known. There is one constant for each payload type and library;
+    /// types are compared by their meta objects, not by this address.
     struct Operations {
-        bool trivial;                              // copied as bytes, and nothing to destroy
-        void* (*outside)(Cell& payload) noexcept;  // where a payload lies that isn't in the cell itself; else null
+        bool trivial;                              // copied as bytes, without a destructor
+        void* (*outside)(Cell& payload) noexcept;  // address of a payload outside the cell; else null
         void (*copy)(Cell& to, Cell const& from);
         void (*move)(Cell& to, Cell& from) noexcept;
         void (*drop)(Cell& payload) noexcept;
@@ -186,7 +186,7 @@ private:
 
     ValueMeta meta_;
     Operations const* operations_ = nullptr;  // null: no payload of its own
-    Cell payload_;                            // a collection's address where there are no operations
+    Cell payload_;                            // the address of a collection if there are no operations
 };
 
 template <class T>
@@ -260,7 +260,7 @@ Value::Operations const& Value::operationsOf() noexcept {
     return operations;
 }
 
-/// Splits a value that holds a container into values of its members' type.
+/// The members of the container that a value holds, each as a value of its own.
 template <class Container>
 std::vector<Value> typeMapperBasedExtractor(Value const& value) {
     std::vector<Value> result;

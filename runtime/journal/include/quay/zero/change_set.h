@@ -1,4 +1,4 @@
-// What one outermost commit changed, as listeners are told.
+// Change sets: what a commit, an undo or a redo changed, for listeners.
 #pragma once
 
 #include <quay/zero/owned_collection.h>
@@ -40,14 +40,15 @@ private:
     std::vector<Part> parts_;
 };
 
-/// Lives for the call of the listener only: keep what you read, not the set.
+/// The changes that listeners are told. It is valid only during the call of the listener, which may keep what it read
+/// but not the set itself.
 class QUAY_ZERO_API ChangeSet {
 public:
-    /// In order of creation, and in order of destruction. Elements that came and went in one transaction are in
-    /// neither.
+    /// The created elements in order of creation, and the destroyed ones in order of destruction. Elements that were
+    /// both created and destroyed by the transaction are in neither.
     std::vector<ModelElement> const& created() const noexcept { return created_; }
     std::vector<ModelElement> const& destroyed() const noexcept { return destroyed_; }
-    /// In no particular order.
+    /// The changed elements, in no particular order.
     std::vector<ElementChange> const& changed() const noexcept { return changed_; }
     bool empty() const noexcept { return created_.empty() && destroyed_.empty() && changed_.empty(); }
 
@@ -58,23 +59,23 @@ private:
     friend class Journal;
     friend class ElementChange;
 
-    /// Of a transaction that is about to end. Elements of that birth serial or a later one are new.
+    /// The changes of a transaction that is being committed. Elements born at that serial or later are new.
     ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince);
-    /// Of a log that was undone or redone, with the births and deaths that this brought.
+    /// The changes of a log that was undone or redone, with the births and deaths that this caused.
     ChangeSet(UndoLog& log, LifeChanges lives);
 
     template <class IsNew>
     void collect(IsNew const& isNew);
     bool isChanged(AbstractOwnedCollection& collection) const;
     AbstractOwnedCollection& oldContent(AbstractOwnedCollection& collection) const;
-    /// Whether the set of such a transaction would be empty; cheap where the answer is no.
+    /// Whether the change set of such a transaction would be empty; cheap if it wouldn't.
     static bool isNothingLeft(ElementDirectory const& elements, UndoLog& log, std::uint64_t bornSince);
 
-    /// A collection with steps in the log, in the order in which they are taken back.
+    /// A collection that has steps in the log, in the order in which they are reversed.
     struct Touched {
         std::vector<Step*> steps;
         bool isChange = false;                                // false while all that was done is to resolve proxies
-        std::unique_ptr<AbstractOwnedCollection> oldContent;  // once somebody asked
+        std::unique_ptr<AbstractOwnedCollection> oldContent;  // null until first requested
     };
 
     UndoLog& log_;

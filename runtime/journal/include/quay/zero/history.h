@@ -1,4 +1,4 @@
-// The committed transactions that a model can take back.
+// The history: the committed transactions that can be undone or redone.
 #pragma once
 
 #include <quay/zero/undo_log.h>
@@ -9,8 +9,8 @@
 
 namespace quay::zero {
 
-/// A ring of logs, oldest first: those that are done, then those that were undone and can be redone. A log that falls
-/// out hands its memory to the next one that comes in.
+/// A ring of logs, oldest first: those that are done, then those that were undone and can be redone. When the ring is
+/// full, the oldest log is discarded and its memory is used for the next one.
 class History {
 public:
     History(std::size_t limit, UndoLog::Disposal& disposal) noexcept : limit_(limit), disposal_(disposal) {}
@@ -21,11 +21,12 @@ public:
     std::size_t doneCount() const noexcept { return done_; }
     std::size_t undoneCount() const noexcept { return undone_; }
 
-    /// Makes room for one more log, so that `push` can't fail.
+    /// Reserves memory for one more log, so that `push` can't fail.
     void reserve() {
         if (slots_.size() < limit_ && done_ == slots_.size()) slots_.emplace_back();
     }
-    /// Keeps the log, and leaves an empty one in its place. What could be redone is dropped, and the oldest if need be.
+    /// Takes over the log and leaves an empty one in its place. Logs that could be redone are discarded, and the oldest
+    /// one if the ring is full.
     void push(UndoLog& log) noexcept {
         makeRoom();
         at(done_).swap(log);
@@ -38,17 +39,18 @@ public:
         ++done_;
     }
 
-    /// The proxies that were resolved since the last log: they are taken back before anything else is undone or redone,
-    /// and the next reads resolve them again.
+    /// The resolutions of proxies since the last log. They are reversed before anything is undone or redone, and later
+    /// reads resolve the proxies again.
     UndoLog& resolved() noexcept { return resolved_; }
-    /// A log is to follow: what was resolved now lies between two, and is undone and redone with the earlier one.
+    /// To be called before a log is pushed: the resolutions since the last log become part of that last log, with which
+    /// they are undone and redone.
     void settle() {
         if (done_ == 0) return resolved_.discard(disposal_);
         at(done_ - 1).reserveSteps(resolved_.steps.size());
         resolved_.moveSteps(at(done_ - 1));
     }
 
-    /// Takes the latest done logs of another history, as many as fit.
+    /// Takes over the latest done logs of another history, as many as fit.
     void takeOver(History& other) {
         for (std::size_t i = other.done_ - std::min(other.done_, limit_); i < other.done_; ++i) {
             reserve();
@@ -57,7 +59,7 @@ public:
         resolved_.swap(other.resolved_);
     }
 
-    /// The log to undo or redo next; null if there is none. `step` then moves on.
+    /// The next log to undo or redo; null if there is none. After replaying it, `step` must be called.
     UndoLog* next(bool redo) noexcept {
         if (redo) return undone_ == 0 ? nullptr : &at(done_);
         return done_ == 0 ? nullptr : &at(done_ - 1);
@@ -72,8 +74,8 @@ public:
         }
     }
 
-    /// What was destroyed by a log is in use by those before it, and what was born in one by those after it; so logs
-    /// go oldest first, undone ones latest first.
+    /// Discards all logs. Elements destroyed by a log are used by earlier logs, and elements born in a log by later
+    /// ones; so done logs are discarded oldest first, undone ones latest first.
     void clear() noexcept {
         resolved_.discard(disposal_);
         dropUndone();
@@ -99,7 +101,7 @@ private:
     UndoLog::Disposal& disposal_;
     std::vector<UndoLog> slots_;
     UndoLog resolved_;       // steps alone
-    std::size_t first_ = 0;  // not 0 only once the ring is full
+    std::size_t first_ = 0;  // 0 until the ring is full
     std::size_t done_ = 0;
     std::size_t undone_ = 0;
 };

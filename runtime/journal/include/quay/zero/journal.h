@@ -1,25 +1,24 @@
 // What a model records of its changes: the open transaction with its savepoints, and the history.
 //
-// Words. A savepoint is one nesting of a transaction; the outermost savepoint is the transaction itself. Savepoints
-// have rising serials. An element's track word is the serial of the savepoint at which it was born, or its latest
-// storage.
+// A savepoint is one nesting of a transaction; the outermost savepoint is the transaction itself. Savepoints have
+// rising serials. An element's track word holds the serial of the savepoint at which it was born, or points at its
+// latest storage.
 //
-// Invariants.
-// - `serial_` is that of the innermost open savepoint. While none is open it is 0 if the model is quiet (no listener,
-// no
-//   history, no lock), and above every serial otherwise. So one comparison tells whether a value must be recorded: it
-//   needn't if the element was born, or the value kept, at `serial_` or later.
-// - What an element does that was born at the innermost savepoint isn't recorded: taking back its birth is enough. When
-//   a savepoint commits, what it recorded of elements that the savepoint around it gave birth to is dropped.
-// - An element has at most one storage a savepoint, and its track word leads to the latest; each storage knows the
-// track
-//   word before it. Committing a savepoint merges only its own storages into those of the savepoint around it.
-// - Steps and lives are reversed in exactly the reverse order in which they were recorded, so each finds the content
-//   that it left.
-// - All that can fail happens before anything changes: making the new value, making room for the record. Rolling back,
-//   undoing and letting go allocate nothing.
+// Invariants:
+// - `serial_` is the serial of the innermost open savepoint. While none is open, it is 0 if the model has no listener,
+//   no history and no lock (the model is quiet), and above every serial otherwise. So one comparison tells whether a
+//   value must be recorded: it needn't be if the element was born, or the value kept, at `serial_` or later.
+// - Changes of an element that was born at the innermost savepoint aren't recorded: undoing its birth is enough. When a
+//   savepoint commits, what it recorded of elements that were born at the savepoint around it is discarded.
+// - An element has at most one storage for each savepoint. Its track word points at the latest one, and each storage
+//   keeps the track word before it. Committing a savepoint merges only its own storages into those of the savepoint
+//   around it.
+// - Steps, births and deaths are reversed in exactly the reverse order of recording, so that each is reversed on the
+//   content that it left.
+// - All that can fail (creating the new value, reserving memory for the record) happens before anything changes.
+//   Rolling back, undoing and discarding allocate nothing.
 // - A commit that changed nothing in the end, or only resolved proxies, isn't kept by the history. Resolutions are kept
-//   beside it (`History::resolved`): before anything is undone the proxies must be back.
+//   beside it (`History::resolved`), since the proxies must be restored before older changes can be undone.
 #pragma once
 
 #include <quay/zero/element_directory.h>
@@ -34,25 +33,26 @@
 
 namespace quay::zero {
 
-/// What a model is to its journal.
+/// The interface through which the journal releases elements; the model implements it.
 class QUAY_ZERO_API JournalOwner : public ElementImpl {
 public:
-    /// An element that nothing can bring back leaves the model for good.
+    /// Releases an element that is dead and that nothing can bring back.
     virtual void release(ModelElement::Impl& e) noexcept = 0;
 
 protected:
     using ElementImpl::ElementImpl;
 };
 
-/// What is to be done about a change.
+/// How a change is to be recorded.
 enum class Admission : std::uint8_t {
-    Unrecorded,        ///< nothing: it may be made
-    Recorded,          ///< `record` it before it is made
-    Alone,             ///< `recordAlone`: it is a transaction of which only the history hears
-    NeedsTransaction,  ///< open one, and ask again
+    Unrecorded,        ///< not at all: the change may be made
+    Recorded,          ///< by `record`, before the change is made
+    Alone,             ///< by `recordAlone`: the change is a transaction of its own, for the history only
+    NeedsTransaction,  ///< open a transaction, and call `admit` again
 };
 
-/// Every change of every element passes through `admit`, and is recorded if that is the answer.
+/// Records the changes of a model. Before every change of an element, `admit` must be called, which tells how to record
+/// it.
 class QUAY_ZERO_API Journal final : private UndoLog::Disposal {
 public:
     using Element = ModelElement::Impl;
@@ -63,31 +63,34 @@ public:
     Journal(Journal const&) = delete;
     Journal& operator=(Journal const&) = delete;
 
-    // --- Savepoints. Transaction, Savepoint and ImplicitTransaction are made of these.
+    // --- Savepoints. Transaction, Savepoint and ImplicitTransaction use these functions.
 
-    /// Opens a savepoint and answers its serial. `system`: if it is the outermost one, no listener is told and nothing
-    /// enters the history. `isOperation`: a Savepoint inside it opens nothing. ModelIsFrozen, ListenerMayNotWrite.
+    /// Opens a savepoint and returns its serial. `system`: if it is the outermost one, no listener is told and nothing
+    /// enters the history. `isOperation`: a Savepoint inside it opens nothing. Raises ModelIsFrozen,
+    /// ListenerMayNotWrite.
     std::uint64_t open(bool system, bool isOperation = false);
     bool inTransaction() const noexcept { return !savepoints_.empty(); }
-    /// Whether the innermost savepoint is that of an operation.
+    /// Whether the innermost savepoint was opened with `isOperation`.
     bool inOperation() const noexcept { return !savepoints_.empty() && savepoints_.back().isOperation; }
     bool isOpen(std::uint64_t serial) const noexcept;
-    /// Commits the savepoint of that serial, or the innermost one for 0. Those inside it are rolled back first. If it
-    /// throws (memory), the savepoint is still open.
+    /// Commits the savepoint of that serial, or the innermost one for 0. Savepoints inside it are rolled back first. If
+    /// committing fails for lack of memory, it throws and the savepoint stays open.
     void commit(std::uint64_t serial);
     void rollBack(std::uint64_t serial) noexcept;
 
     // --- Recording.
 
-    /// To be called before every change of an element but that of a single value. It is recorded if a transaction is
-    /// open and the element is older than its innermost savepoint. Without a transaction nothing is recorded, and what
-    /// was done before can't be undone after it. ListenerMayNotWrite, ModelIsFrozen.
+    /// To be called before every change of an element except that of a single value. The change must be recorded if a
+    /// transaction is open and the element is older than its innermost savepoint. Without a transaction nothing is
+    /// recorded, and the history is cleared, since older changes couldn't be undone any more. Raises
+    /// ListenerMayNotWrite, ModelIsFrozen.
     Admission admit(Element const& changed) {
         if (inTransaction()) return isBornHere(changed) ? Admission::Unrecorded : Admission::Recorded;
         if (history_ || listeners_.isLocked()) endHistory();
         return Admission::Unrecorded;
     }
-    /// To be called before a single value of an element changes. Always a transaction of its own where none is open.
+    /// To be called before a single value of an element changes. If the change must be recorded but no transaction is
+    /// open, it is a transaction of its own.
     Admission admit(Element const& changed, PropertyDescriptor const& value) const noexcept {
         if (isRecorded(changed, value)) return Admission::Unrecorded;
         if (inTransaction()) return Admission::Recorded;
@@ -101,7 +104,7 @@ public:
         Storage const& s = e.track_.storage();
         return s.tracking().serial >= serial_ && s.has(descriptor);
     }
-    /// Like `isRecorded`, but answers false where the answer would take a call.
+    /// Like `isRecorded`, but may return false for a value that is recorded, in order not to call a function.
     bool isSurelyRecorded(Element const& e, PropertyDescriptor const& descriptor) const noexcept {
         if (e.track_.isBirth()) return e.track_.isBornSince(serial_);
         Storage const& s = e.track_.storage();
@@ -109,50 +112,51 @@ public:
     }
     bool isBornHere(Element const& e) const noexcept { return e.track_.isBornSince(serial_); }
 
-    /// Room for the old value of a property that isn't recorded yet, to be filled at once without throwing.
+    /// A cell for the old value of a property that isn't recorded yet. The caller fills it at once, without throwing.
     Cell& record(Element& element, PropertyDescriptor const& descriptor);
-    /// Gives the history a transaction of one old value. The cell is to be filled like that of `record`.
+    /// Adds a transaction of one old value to the history. The caller fills the cell at once, without throwing.
     Cell& recordAlone(Element& element, PropertyDescriptor const& descriptor);
-    /// Makes room for further steps, so that recording them can't fail.
+    /// Reserves memory for further steps, so that recording them can't fail.
     void reserveSteps(std::size_t more) { log_.reserveSteps(more); }
-    /// Records a change that was admitted, in room that was reserved.
+    /// Records a change for which `admit` returned Recorded. Memory for the step must be reserved.
     void record(Step&& step) noexcept { log_.steps.push_back(std::move(step)); }
-    /// The last step if the next change of the collection may be merged into it: recorded at the innermost savepoint,
-    /// of that collection and kind; else null.
+    /// The last step if it was recorded at the innermost savepoint and is of that collection and kind, so that the next
+    /// change may be merged into it; else null.
     template <class C>
     C* lastStep(AbstractOwnedCollection const& collection) noexcept {
         if (savepoints_.empty() || log_.steps.size() <= savepoints_.back().steps) return nullptr;
         C* const step = log_.steps.back().as<C>();
         return step != nullptr && step->collection == &collection ? step : nullptr;
     }
-    /// The element becomes part of the model.
+    /// Enters the element in the model, and records that.
     void recordBirth(Element& element);
-    /// The element dies; the log takes over the model's reference.
+    /// Makes the element dead, and records that. The log takes over the model's reference.
     void recordDeath(Element& element);
-    /// Changes the child's container, and nothing else.
+    /// Sets the child's container, and records that if necessary. The collection or slot of the container isn't
+    /// changed.
     void setContainer(Element& child, Element* container, std::uint16_t index);
 
-    // --- Resolution of proxies, which is no change but must be taken back before older changes can be.
+    // --- Resolution of proxies. It isn't a change, but must be reversed before older changes can be undone.
 
-    /// Makes room for that many steps of a resolution.
+    /// Reserves memory for that many steps of a resolution.
     void reserveResolution(std::size_t steps);
-    /// Records a step of the resolution under way, if `changed` needs one. In room that was reserved.
+    /// Records a step of the resolution in progress, if changes of `changed` are recorded. Memory must be reserved.
     void recordResolution(Step::Change&& change, Element const& changed) noexcept;
-    /// Changes the child's container as part of a resolution.
+    /// Sets the child's container as part of a resolution. Memory for the step must be reserved.
     void resolveContainer(Element& child, Element* container, std::uint16_t index) noexcept;
 
     // --- History.
 
-    /// Keeps the last `limit` transactions; 0 keeps none and forgets. ListenerMayNotWrite.
+    /// Keeps the last `limit` transactions; 0 discards all and keeps none. Raises ListenerMayNotWrite.
     void enableHistory(std::size_t limit);
     std::size_t undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
     std::size_t redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }
-    /// Undoes or redoes a transaction. Answers whether there was one. TransactionIsOpen, ListenerMayNotWrite,
+    /// Undoes or redoes a transaction. Returns whether there was one. Raises TransactionIsOpen, ListenerMayNotWrite,
     /// ModelIsFrozen.
     bool replay(bool redo);
     void forgetHistory() noexcept { history_.reset(); }
 
-    /// To be called when listeners came or went, or a lock changed.
+    /// To be called after a listener was added or removed, or a lock changed.
     void refresh() noexcept;
 
 private:
@@ -168,7 +172,7 @@ private:
         std::uint64_t serial;
         std::size_t lives;
         std::size_t steps;
-        Storage* storages;  // where the list of the savepoint around it begins
+        Storage* storages;  // the latest storage that is older than the savepoint
         bool system;
         bool isOperation;
     };

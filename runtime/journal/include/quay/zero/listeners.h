@@ -1,4 +1,4 @@
-// Who is told of a model's commits, and what keeps a model from being written.
+// The listeners of a model, and the locks that keep it from being written.
 #pragma once
 
 #include <keel/export.h>
@@ -12,8 +12,8 @@ namespace quay::zero {
 
 class ChangeSet;
 
-/// The listeners of a model, and its two locks: while it is frozen, and while listeners are being told, it may not be
-/// written.
+/// The listeners of a model and its two locks: the model can't be written while it is frozen, and while listeners are
+/// being told.
 class QUAY_ZERO_API Listeners {
 public:
     using Listener = std::function<void(ChangeSet const&)>;
@@ -21,8 +21,8 @@ public:
     bool any() const noexcept { return all_ != nullptr; }
     std::uint64_t add(Listener listener);
     void remove(std::uint64_t id);
-    /// Calls every listener. What one throws is dropped, and the others are told. The model is locked meanwhile;
-    /// `lockChanged` is called after it was locked and after it was unlocked.
+    /// Calls every listener. What a listener throws is ignored, and the others are still called. The model is locked
+    /// meanwhile; `lockChanged` is called after it was locked and after it was unlocked.
     template <class F>
     void tell(ChangeSet const& changes, F&& lockChanged) noexcept {
         telling_ = true;
@@ -36,9 +36,9 @@ public:
     bool isFrozen() const noexcept { return frozen_; }
     void setFrozen(bool frozen) noexcept { frozen_ = frozen; }
     bool isLocked() const noexcept { return telling_ || frozen_; }
-    /// ListenerMayNotWrite, ModelIsFrozen.
+    /// Raises ListenerMayNotWrite while listeners are being told, ModelIsFrozen while the model is frozen.
     void requireUnlocked() const;
-    /// ListenerMayNotWrite.
+    /// Raises ListenerMayNotWrite while listeners are being told.
     void requireNotTelling() const;
 
 private:

@@ -1,4 +1,4 @@
-// What the journal, change sets and values know of a collection of an element.
+// The interface of collections for the journal, change sets and values.
 #pragma once
 
 #include <quay/zero/meta/handles.h>
@@ -16,8 +16,8 @@ struct MemberStep;
 struct ProxyStep;
 struct RunStep;
 
-/// Base of every collection. It is a member of its element, or detached: a copy without an owner, which records
-/// nothing. Changing operations run inside an Operation; `basic...` ones change content and nothing else.
+/// Base of every collection. A collection is a member of its element, or detached: a copy without an owner, which
+/// records nothing. Changing operations run inside an Operation; those named `basic...` open none.
 class QUAY_ZERO_API AbstractOwnedCollection {
 public:
     class Operation;
@@ -37,54 +37,54 @@ public:
 
     virtual meta::Type getCollectionType() const = 0;
     virtual bool empty() const noexcept = 0;
-    /// Empty, and without proxies that stand apart.
+    /// Whether there are neither members nor proxies that are kept apart.
     virtual bool holdsNothing() const noexcept { return empty(); }
     virtual std::size_t size() const noexcept = 0;
-    /// Makes the content that of another collection of the same class.
+    /// Replaces the content by that of another collection of the same class.
     virtual void copyContents(AbstractOwnedCollection const& other) = 0;
-    /// Makes the content that of another collection of the same class, or empty for null, and records it. Opens no
-    /// transaction.
+    /// Replaces the content by that of another collection of the same class, or clears it for null, and records that.
+    /// Opens no transaction.
     virtual void basicCopyContents(AbstractOwnedCollection const* other) = 0;
     virtual void clear() = 0;
-    /// Makes the content that of a value: one that points at a collection, or holds a container, of members that fit.
-    /// CannotCastIncompatibleTypes for any other.
+    /// Replaces the content by that of a value which points at a collection, or holds a container, of suitable members.
+    /// CannotCastIncompatibleTypes for any other value.
     virtual void assignValue(Value const& value) = 0;
     /// Called before the collection is handed out for reading: a map resolves its proxies.
     virtual void prepareForReading() {}
 
-    /// Announces a change to the owner; to be called before it. Without an open transaction it records nothing, and the
-    /// history ends.
+    /// Announces a change to the owner; to be called before the change. Without an open transaction nothing is
+    /// recorded, and the history is cleared.
     virtual void modifying() = 0;
 
-    // --- For the journal and change sets. A collection overrides what reverses the kinds of step that it records.
+    // --- For the journal and change sets. A collection overrides the functions for the kinds of step that it records.
 
-    /// Each reverses the step, which then tells of the opposite change. Must not allocate.
+    /// Each of these reverses the step, which then describes the opposite change. Must not allocate.
     virtual void exchangeRun(RunStep& /*step*/) noexcept {}
     virtual void exchangeMember(MemberStep& /*step*/) noexcept {}
     virtual void exchangeEntry(EntryStep& /*step*/) noexcept {}
     virtual void exchangeProxy(ProxyStep& /*step*/) noexcept {}
     virtual void exchangeContent(ContentStep& /*step*/) noexcept {}
-    /// Makes room in the step for the members that `exchangeRun` would take out, so that they are kept.
+    /// Reserves memory in the step for the members that `exchangeRun` would take out.
     virtual void prepareRun(RunStep& /*step*/) {}
     /// A detached copy of the present content.
     virtual std::unique_ptr<AbstractOwnedCollection> detachedCopy() const = 0;
-    /// Whether the content counts as the old one: both are empty, or both have exactly one member and it is the same.
+    /// Whether the content counts as unchanged: both are empty, or both have exactly one member and it is the same.
     virtual bool sameByRule(AbstractOwnedCollection const& old) const = 0;
 
 protected:
     AbstractOwnedCollection(ModelElement::Impl* owner, std::uint16_t index) noexcept
         : owner_(owner), index_(index), detached_(false) {}
-    /// A detached collection; the property may be empty.
+    /// A detached collection; the property may be an empty handle.
     explicit AbstractOwnedCollection(meta::Property const& property, bool eachOnce = false) noexcept;
 
     bool isDetached() const noexcept { return detached_; }
-    /// A detached sequence that has each member once.
+    /// Whether this is a detached sequence that holds each member at most once.
     bool hasEachOnce() const noexcept { return eachOnce_; }
 
 private:
     union {
         ModelElement::Impl* owner_;
-        ModelElement::Impl* property_;  // of a detached collection, which nobody else could ask for it
+        ModelElement::Impl* property_;  // of a detached collection, which can't ask an owner for it
     };
     std::uint16_t index_;
     bool detached_;

@@ -1,4 +1,4 @@
-// The bracket around the resolution of one proxy.
+// The scope of the resolution of one proxy.
 #pragma once
 
 #include <quay/zero/savepoint.h>
@@ -7,10 +7,10 @@
 
 namespace quay::zero {
 
-/// Inside a transaction a resolution is an operation of its own, as any change of a collection is.
+/// Encloses the resolution of one proxy. Inside a transaction it opens a savepoint, unless an operation has one open.
 class QUAY_ZERO_API Resolution {
 public:
-    /// Makes room for all that is recorded, so that what follows can't fail.
+    /// Reserves memory for all that is recorded, so that what follows can't fail.
     explicit Resolution(Journal& journal);
     Resolution(Resolution const&) = delete;
     Resolution& operator=(Resolution const&) = delete;

@@ -1,4 +1,4 @@
-// Brackets of element code around what it changes.
+// Scopes in which code of elements changes a model.
 #pragma once
 
 #include <quay/zero/journal.h>
@@ -7,8 +7,8 @@
 
 namespace quay::zero {
 
-/// Makes sure that a transaction is open. If none was, it opens one and commits it with `commit`; otherwise it does
-/// nothing, and a caller that fails leaves its undoing to the transaction around it.
+/// Makes sure that a transaction is open. If none was, it opens one, which is rolled back unless `commit` is reached.
+/// Otherwise it does nothing, and a caller that fails relies on the transaction around it to be rolled back.
 class ImplicitTransaction {
 public:
     explicit ImplicitTransaction(Journal& journal) {
@@ -32,11 +32,12 @@ private:
     Journal* opened_ = nullptr;
 };
 
-/// A savepoint of its own, inside an open transaction or as one. What happened since is undone unless `commit` was
-/// reached. Inside another operation's savepoint it opens nothing: a failure rolls that one back.
+/// Opens a savepoint, or a transaction if none is open. It is rolled back unless `commit` is reached. Inside the
+/// savepoint of another operation it opens nothing: on failure, that one is rolled back.
 class Savepoint {
 public:
-    /// `isOperation`: those inside it open nothing. Not so where a caller may catch what one of them throws.
+    /// `isOperation`: a Savepoint inside this one opens nothing. Must be false where a caller may catch an exception of
+    /// an inner operation and go on.
     explicit Savepoint(Journal& journal, bool isOperation = true) {
         if (journal.inOperation()) return;
         serial_ = journal.open(false, isOperation);

@@ -15,8 +15,8 @@
 
 namespace quay::zero {
 
-/// What a collection keeps in a step: members or entries that are out of it, or where they stand in it. Each kind of
-/// collection has classes of its own.
+/// What a collection keeps in a step: members or entries that are out of it, or the positions of those in it. Each kind
+/// of collection has classes of its own.
 class StepContent {
 public:
     StepContent() = default;
@@ -31,8 +31,8 @@ struct RunStep {
     bool isIn;
     std::size_t position;
     std::size_t count;
-    ModelElement member;                   // the element that is out, if it is one
-    std::unique_ptr<StepContent> content;  // other members that are out, or room for them
+    ModelElement member;                   // the element that is out, if there is just one
+    std::unique_ptr<StepContent> content;  // other members that are out, or memory for them
 
     /// Whether the two are one run: both entered, side by side, and neither has kept anything.
     bool continuesWith(RunStep const& next) const noexcept {
@@ -41,7 +41,7 @@ struct RunStep {
     }
 };
 
-/// A member of a sequence gave way to another. The step has the one that is out.
+/// A member of a sequence was replaced by another. The step holds the one that is out.
 struct MemberStep {
     AbstractOwnedCollection* collection;
     std::size_t position;
@@ -49,21 +49,21 @@ struct MemberStep {
     std::unique_ptr<StepContent> content;  // of a sequence of values
 };
 
-/// An entry came into a set or map (`isIn`), or left it.
+/// An entry was added to a set or map (`isIn`), or removed.
 struct EntryStep {
     AbstractOwnedCollection* collection;
     bool isIn;
     std::unique_ptr<StepContent> entry;
 };
 
-/// A proxy that has no place among the members of a set or map joined it (`isIn`), or left it.
+/// A proxy that is kept apart from the members of a set or map was added (`isIn`), or removed.
 struct ProxyStep {
     AbstractOwnedCollection* collection;
     bool isIn;
     std::unique_ptr<StepContent> entry;
 };
 
-/// The whole content of a collection was exchanged. The step has the other content.
+/// The whole content of a collection was exchanged. The step holds the other content.
 struct ContentStep {
     AbstractOwnedCollection* collection;
     std::unique_ptr<StepContent> content;
@@ -74,7 +74,7 @@ struct AnnouncementStep {
     AbstractOwnedCollection* collection;
 };
 
-/// An element has another container, or another place in it. The step has the other one.
+/// An element got another container, or another place in it. The step holds the other one.
 struct ContainerStep {
     ModelElement::Impl* child;
     ModelElement::Impl* container;
@@ -85,8 +85,8 @@ struct ContainerStep {
     void exchange() noexcept;
 };
 
-/// What a proxy stands for took its place in the slot of one child. Old values of the slot are kept apart from this and
-/// are absolute; so the step acts only where the slot still holds `present`.
+/// In the slot of one child, an element replaced the proxy that stood for it. Old values of the slot are recorded
+/// separately and are absolute, so reversing this step changes something only if the slot still holds `present`.
 struct SlotStep {
     ModelElement::Impl* owner;
     PropertyDescriptor const* slot;
@@ -114,15 +114,16 @@ public:
     C const* as() const noexcept {
         return std::get_if<C>(&change_);
     }
-    /// What a proxy stands for took its place. That is taken back in its turn like a change, but isn't one.
+    /// Whether the step is part of a resolution: an element replaced its proxy. It is reversed in its turn like a
+    /// change, but isn't one.
     bool isResolution() const noexcept { return isResolution_; }
-    /// The collection that the step tells of; null for containers and slots.
+    /// The collection that the step changed; null for containers and slots.
     AbstractOwnedCollection* collection() const noexcept;
     /// The element that changed: the collection's owner, the slot's owner, or the child that got another container.
     ModelElement::Impl& changed() const noexcept;
-    /// Makes room for what `exchange` would take out, so that it is kept.
+    /// Reserves memory for what `exchange` would take out.
     void prepare();
-    /// Reverses the change. The step then tells of the opposite change.
+    /// Reverses the change. The step then describes the opposite change.
     void exchange() noexcept;
 
 private:

@@ -14,21 +14,21 @@
 
 namespace quay::zero {
 
-/// Sparse, so that its cost follows the change: one old value stands inline, and a second one brings a mask as wide as
-/// the class and room for more. Inside a transaction storages come from the journal's pool and are linked to each
-/// other. A storage knows nothing of undo: it keeps values and exchanges them.
+/// Keeps old values of one element. Its cost depends on their number: one old value stands inline; a second one brings
+/// a mask as wide as the class and memory for more. Inside a transaction, storages come from the journal's pool and are
+/// linked to each other. A storage knows nothing of undo: it keeps values and exchanges them.
 class QUAY_ZERO_API Storage {
 public:
-    /// What the journal notes of a storage.
+    /// What the journal keeps in a storage.
     struct Tracking {
         Storage* next = nullptr;   // in its log, or in the pool
-        std::uint64_t serial = 0;  // of the savepoint that it was made at
-        Track outer;               // the element's before this storage
+        std::uint64_t serial = 0;  // of the savepoint at which it was made
+        Track outer;               // the element's track word before this storage
     };
 
-    /// Old values of that element; none yet.
+    /// A storage for that element, without values yet.
     explicit Storage(ModelElement::Impl& element) noexcept : element_(&element) {}
-    /// For a pool.
+    /// A storage without element, for a pool.
     Storage() noexcept = default;
     ~Storage() { clear(); }
     Storage(Storage const&) = delete;
@@ -39,12 +39,12 @@ public:
     Tracking& tracking() noexcept { return tracking_; }
     Tracking const& tracking() const noexcept { return tracking_; }
 
-    /// Whether the old value of that index is here: the bit of the changed mask.
+    /// Whether the property of that index has an old value here.
     bool has(unsigned long index) const noexcept;
     bool has(PropertyDescriptor const& descriptor) const noexcept {
         return hasFirst(descriptor) || (count_ > 1 && has(descriptor.index()));
     }
-    /// Whether that is the value that stands inline.
+    /// Whether the old value that stands inline is that of this property.
     bool hasFirst(PropertyDescriptor const& descriptor) const noexcept {
         return first_.descriptor == &descriptor && count_ != 0;
     }
@@ -60,7 +60,7 @@ public:
         }
     }
 
-    /// Room for the property's old value, which the caller fills at once without throwing.
+    /// An empty cell for the property's old value, which the caller fills at once without throwing.
     Cell& add(PropertyDescriptor const& descriptor) {
         if (count_ != 0) return addMore(descriptor);
         first_.descriptor = &descriptor;
@@ -73,9 +73,9 @@ public:
     /// The old value, if the property has one here; otherwise an empty, untyped value. The value of a collection
     /// points into this storage.
     Value getOldValue(meta::Property const& property, ReflectionPrivateTag const& tag);
-    /// Forgets the properties that hold their old value again, by each shape's inexpensive rule.
+    /// Discards old values that equal the present ones, by each shape's inexpensive comparison.
     void revertUnchanged(ModelElement::Impl* current);
-    /// The container before the transaction, for whoever keeps one here.
+    /// Keeps the container before the transaction.
     void setContainer(ModelElement const& container, meta::Property const& feature);
     void setOldContainer(ModelElement const& container, meta::Property const& feature) {
         setContainer(container, feature);
@@ -94,8 +94,8 @@ public:
         }
         count_ = 0;
     }
-    /// Takes over what `inner`, a later storage of the same element, has and this one doesn't; the rest of it is
-    /// dropped. Answers false when memory ran out: `inner` then keeps what was not yet taken.
+    /// Takes over the old values of `inner`, a later storage of the same element, that this one lacks; the others are
+    /// discarded. Returns false if memory runs out: `inner` then keeps those that aren't taken over yet.
     bool absorb(Storage& inner) noexcept;
 
 private:
@@ -104,7 +104,7 @@ private:
         PropertyDescriptor const* descriptor;
         Cell old;
     };
-    /// What the second value brings.
+    /// What a storage needs from the second value on.
     struct Overflow {
         std::vector<bool> mask;
         std::deque<Entry> entries;  // cells don't move
@@ -118,7 +118,7 @@ private:
     void removeLast() noexcept;
     Overflow& overflow();
 
-    // In this order, a write to a number touches one cache line of it.
+    // The members are in this order so that writing a number touches only one cache line of the storage.
     ModelElement::Impl* element_ = nullptr;
     Tracking tracking_;
     std::unique_ptr<Overflow> more_;
@@ -128,7 +128,7 @@ private:
 
 static_assert(sizeof(Storage) <= 96);
 
-/// Storages that are in no log, for the next writes.
+/// Storages that are in no log, for reuse.
 class QUAY_ZERO_API StoragePool {
 public:
     StoragePool() = default;

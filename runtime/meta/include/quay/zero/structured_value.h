@@ -1,7 +1,7 @@
 // Structured value types: order, equality, hash and reflection over their fields.
 //
-// A type T tells its fields once, in order: `static constexpr auto fields()` gives a tuple of member pointers, in the
-// order in which the data type declares its properties.
+// A type T lists its fields once: `static constexpr auto fields()` returns a tuple of member pointers, in the order in
+// which the data type declares its properties.
 #pragma once
 
 #include <quay/zero/meta/datatype_serializer.h>
@@ -33,7 +33,7 @@ bool equalFields(T const& a, T const& b) {
     return std::apply([&](auto... field) { return ((a.*field == b.*field) && ...); }, T::fields());
 }
 
-/// Folds the fields in order. Equal values hash alike.
+/// The hash of all fields. Equal values have equal hashes.
 template <class T>
 std::size_t hashFields(T const& value) {
     std::size_t seed = 0;
@@ -54,7 +54,7 @@ public:
         visit(property, [&](auto field) { result = Value(property->getType(), object.*field, ValueFlags::One); });
         return result;
     }
-    /// A value without a payload sets the field's zero, not its default.
+    /// A value without a payload sets the field to its type's zero, not to the field's default.
     void doSetPropertyValue(T& object, meta::Property const& property, Value const& value) const {
         visit(property, [&](auto field) {
             using Field = std::decay_t<decltype(object.*field)>;

@@ -1,8 +1,8 @@
-// Models: where elements live, are found, and are written in transactions.
+// Models: sets of elements, which can be found there and are written in transactions.
 //
-// A model is a facade over four parts, each usable and testable by itself: the journal (open transactions, history),
-// the element directory (list, ids, classes), the proxies, and the listeners with the locks. Users call the model;
-// element code calls the parts.
+// A model is a facade over four parts, each of which can be used and tested alone: the journal (open transactions,
+// history), the element directory (list, ids, classes), the proxies, and the listeners with the locks. Users call the
+// model; code of elements calls the parts.
 #pragma once
 
 #include <quay/zero/element_directory.h>
@@ -28,7 +28,8 @@ enum class FindElementBehavior : int {
     InMemoryOnly = 1     ///< only what is in memory; nothing is loaded
 };
 
-/// A handle to a model. While one is held the model lives; with the last one its elements turn dead and are released.
+/// A handle to a model. The model lives as long as there is a handle; after the last one, its elements are dead and
+/// released.
 class QUAY_ZERO_API Model : public CountedHandle {
 public:
     using Impl = ModelImpl;
@@ -46,7 +47,7 @@ public:
     ModelImpl* operator->() const noexcept { return impl(); }
 };
 
-/// A model. One thread at a time works in it.
+/// A model. Only one thread at a time may use it.
 class QUAY_ZERO_API ModelImpl final : public JournalOwner {
 public:
     using Listener = Listeners::Listener;
@@ -54,29 +55,29 @@ public:
 
     explicit ModelImpl(boost::uuids::uuid const& id) : JournalOwner(id) {}
     ~ModelImpl() override;
-    /// The model of all elements that have none: it has no elements and refuses every transaction.
+    /// The model of elements that have been released from theirs: it has no elements and refuses every transaction.
     static ModelImpl& closed() noexcept;
 
     // --- Transactions and history.
 
-    /// Opens a transaction, or a savepoint in the open one. `system`: when it is the outermost, no listener is told and
-    /// nothing enters the history (and one that changed something ends what could be undone, which could no longer be
-    /// put back in order). ModelIsFrozen on a frozen model, ListenerMayNotWrite from a listener.
+    /// Opens a transaction, or a savepoint in the open one. `system`: if it is the outermost one, no listener is told
+    /// and nothing enters the history; if it changes something, the history is cleared, since older changes couldn't be
+    /// undone any more. Raises ModelIsFrozen on a frozen model, ListenerMayNotWrite in a listener.
     Transaction beginTransaction(bool system) { return {*this, journal_, journal_.open(system)}; }
     bool inTransaction() const noexcept { return journal_.inTransaction(); }
 
-    /// Keeps the last `limit` committed transactions for undo; 0, the state at the start, keeps none and forgets. What
-    /// could be redone is dropped. ListenerMayNotWrite from a listener.
+    /// Keeps the last `limit` committed transactions for undo; 0, the initial state, discards all and keeps none.
+    /// Transactions that could be redone are discarded. Raises ListenerMayNotWrite in a listener.
     void enableHistory(std::size_t limit) { journal_.enableHistory(limit); }
-    /// Takes the last kept transaction back, or does it again; listeners are told as of any transaction. Answers
-    /// whether there was one. TransactionIsOpen inside a transaction.
+    /// Undoes the last transaction of the history, or redoes the one that was undone last. Listeners are told as of any
+    /// transaction. Returns whether there was one. Raises TransactionIsOpen inside a transaction.
     bool undo() { return journal_.replay(false); }
     bool redo() { return journal_.replay(true); }
     std::size_t undoDepth() const noexcept { return journal_.undoDepth(); }
     std::size_t redoDepth() const noexcept { return journal_.redoDepth(); }
 
-    /// The listener is called once per outermost commit that changed something. It may not write into the model. What
-    /// it throws is dropped: the commit stands, and the other listeners are told.
+    /// The listener is called once for each outermost commit, undo or redo that changed something. It can't write into
+    /// the model. What it throws is ignored: the commit stands, and the other listeners are told.
     std::uint64_t addListener(Listener listener);
     void removeListener(std::uint64_t id);
 
@@ -99,15 +100,15 @@ public:
     /// The name by which other stores refer to this model; empty at the start.
     void setStoreName(std::u16string name) { proxies_.setStoreName(std::move(name)); }
     std::u16string const& storeName() const noexcept { return proxies_.storeName(); }
-    /// Resolves proxies that name another store.
+    /// Sets the function that resolves proxies which name another store.
     void setProxyResolver(ProxyResolver resolver) { proxies_.setResolver(std::move(resolver)); }
-    /// An element that stands for one that isn't loaded: alive, of that class and with that id, but not found by it,
-    /// and without values. Once it stands in a property of an element, reading there resolves it. InvalidValue for a
-    /// class that is missing or abstract.
+    /// Creates an element that stands for one that isn't loaded: alive, of that class and with that id, but without
+    /// values, and not found by the id. Once it is in a property of an element, reading the property resolves it.
+    /// InvalidValue for a class that is missing or abstract.
     ModelElement createProxy(meta::Class const& metaClass, ProxyId const& id) { return proxies_.create(metaClass, id); }
-    /// The element that a proxy stands for, or the proxy itself while it can't be resolved: nobody knows the element,
-    /// it is of another class, or it contains the referrer; a ResolutionHold lives, or listeners are being told. The
-    /// host's resolver may throw, which is passed on. No change.
+    /// The element that a proxy stands for. Returns the proxy itself if the element isn't found, is of another class or
+    /// contains the referrer, while a ResolutionHold exists, and while listeners are being told. An exception of the
+    /// resolver is passed on. Resolving isn't a change.
     ModelElement resolveProxy(ModelElement::Impl const* referrer, ModelElement const& proxy) {
         return proxies_.resolve(referrer, proxy);
     }
@@ -133,7 +134,8 @@ private:
 inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
 inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }
 
-/// Keeps a model frozen, except while a Thawer of it lives. A frozen model refuses every transaction.
+/// Keeps a model frozen while it exists, except while one of its Thawers exists. A frozen model refuses every
+/// transaction.
 class QUAY_ZERO_API Model::Freezer {
 public:
     explicit Freezer(Model const& model);
@@ -141,7 +143,7 @@ public:
     Freezer(Freezer const&) = delete;
     Freezer& operator=(Freezer const&) = delete;
 
-    /// Lifts the freeze until the result, and every other Thawer, is gone.
+    /// Lifts the freeze until the result, and every other Thawer of this Freezer, is destroyed.
     Thawer thaw();
 
 private:
@@ -150,7 +152,7 @@ private:
     int thaws_ = 0;
 };
 
-/// Lifts a freeze while it lives; thawers nest.
+/// Lifts a freeze while it exists. Several may exist at a time.
 class [[nodiscard]] QUAY_ZERO_API Model::Thawer {
 public:
     Thawer(Thawer&& other) noexcept : freezer_(std::exchange(other.freezer_, nullptr)) {}
@@ -163,7 +165,7 @@ private:
     Freezer* freezer_;
 };
 
-/// While one lives, no getter of the model resolves a proxy. They nest.
+/// While one exists, no getter of the model resolves a proxy. Several may exist at a time.
 class QUAY_ZERO_API Model::ResolutionHold {
 public:
     explicit ResolutionHold(Model const& model);

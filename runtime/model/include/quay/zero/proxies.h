@@ -1,4 +1,4 @@
-// What a model knows of its proxies, and of the elements that took a proxy's place without being contained there.
+// The proxies of a model, and its references without containment.
 #pragma once
 
 #include <quay/zero/journal.h>
@@ -13,17 +13,18 @@
 
 namespace quay::zero {
 
-/// The proxies of a model by element, how they are resolved, and how what they stand for takes their place.
+/// The proxies of a model by element, how they are resolved, and how the elements that they stand for take their
+/// places.
 ///
-/// Resolving is no change, and so no listener hears of it and no undo takes it back alone; but what was done before can
-/// only be undone once the proxy is back, so it is recorded all the same. The element that was found gets the place as
-/// its container if it has none and is of this model; otherwise the place only refers to it: it neither destroys nor
-/// releases the element.
+/// Resolving isn't a change: listeners aren't told, and it can't be undone by itself. It is recorded all the same,
+/// since older changes can only be undone once the proxy is back in its place. If the element that was found has no
+/// container and is of this model, the place contains it. Otherwise the place becomes a reference without containment,
+/// which neither destroys nor releases the element.
 class QUAY_ZERO_API Proxies {
 public:
     using Element = ModelElement::Impl;
     using Resolver = std::function<ModelElement(ProxyId const&)>;
-    /// Makes an element of that class with its defaults that the model doesn't list, or answers an empty handle if the
+    /// Creates an element of that class with its defaults, which the model doesn't list. Returns an empty handle if the
     /// class is missing or abstract.
     using Factory = ModelElement (*)(meta::Class const& metaClass, ElementImpl& model);
 
@@ -32,19 +33,19 @@ public:
     Proxies(Proxies const&) = delete;
     Proxies& operator=(Proxies const&) = delete;
 
-    /// Set once, by the layer that knows how elements are built.
+    /// Sets the factory. Called once, by the layer that has builders.
     static void setFactory(Factory factory) noexcept;
 
     // --- What is a proxy.
 
-    /// Elements that stand for one that isn't loaded; see ModelImpl::createProxy.
+    /// Creates a proxy; see ModelImpl::createProxy.
     ModelElement create(meta::Class const& metaClass, ProxyId const& id);
-    /// The element is a proxy from now on.
+    /// Makes the element a proxy with that id.
     void setId(Element& e, ProxyId id);
     /// What a proxy stands for; null for any other element.
     ProxyId const* idOf(Element const& e) const noexcept;
     bool any() const noexcept { return !ids_.empty(); }
-    /// The live proxies of elements with that id.
+    /// The live proxies that stand for the element of that id.
     std::vector<ModelElement> standingFor(boost::uuids::uuid const& id) const;
 
     // --- Resolving.
@@ -52,31 +53,32 @@ public:
     std::u16string const& storeName() const noexcept { return storeName_; }
     void setStoreName(std::u16string name) { storeName_ = std::move(name); }
     void setResolver(Resolver resolver) { resolver_ = std::move(resolver); }
-    /// While above 0, getters resolve nothing.
+    /// The number of holds. While it isn't 0, getters resolve nothing.
     int holds() const noexcept { return holds_; }
     void hold() noexcept { ++holds_; }
     void letResolve() noexcept { --holds_; }
     /// See ModelImpl::resolveProxy.
     ModelElement resolve(Element const* referrer, ModelElement const& proxy);
 
-    // --- Taking the place. For what stands in a Resolution.
+    // --- Taking the place. To be called inside a Resolution.
 
-    /// The proxy leaves the owner's property of that index, and the element that was found gets its place: as its
-    /// container, or as a reference. The content of the property is left to the caller.
+    /// Clears the proxy's container, which is the owner's property of that index, and either makes that property
+    /// contain the element that was found or notes a reference without containment. The caller changes the content of
+    /// the property.
     void takePlace(Element& proxy, Element& found, Element& owner, std::uint16_t index) noexcept;
-    /// What was found takes the proxy's place in the slot of one child, content and record included.
+    /// Puts the element that was found into the slot of one child in place of the proxy, and records that.
     void resolveSlot(Element& owner, PropertyDescriptor const& slot, ModelElement const& proxy,
                      ModelElement const& found);
 
-    // --- Ends.
+    // --- Destroying and releasing.
 
-    /// The element is being destroyed: it leaves the collections that refer to it without containing it. A single place
-    /// empties itself.
+    /// To be called before an element is destroyed: removes it from the collections that refer to it without containing
+    /// it. A slot of one child isn't changed, since its handle tests false afterwards.
     void leaveReferences(Element& e);
-    /// The element is gone.
+    /// To be called when an element is released.
     void forget(Element const& e) noexcept;
-    /// The model ends: calls f(Element&) for each proxy and forgets all. Answers the owners of references, to be let go
-    /// when no element is left that knows the model.
+    /// To be called when the model is destroyed: calls f(Element&) for each proxy and forgets everything. Returns the
+    /// references, whose owners must be kept until no element points at the model any more.
     template <class F>
     auto clear(F&& f) noexcept {
         for (auto const& entry : ids_) f(const_cast<Element&>(*entry.first));
@@ -85,7 +87,7 @@ public:
     }
 
 private:
-    /// A place that refers to an element without containing it.
+    /// A property that refers to an element without containing it.
     struct Reference {
         ModelElement owner;
         std::uint16_t index;
@@ -101,7 +103,7 @@ private:
     std::u16string storeName_;
     Resolver resolver_;
     int holds_ = 0;
-    std::unordered_map<Element const*, ProxyId> ids_;  // those that are gone leave it
+    std::unordered_map<Element const*, ProxyId> ids_;  // an entry is erased when its proxy is released
     std::unordered_map<Element const*, std::vector<Reference>> references_;
     std::vector<Element const*> asking_;  // proxies that the resolver is being asked for
 };

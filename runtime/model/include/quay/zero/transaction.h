@@ -1,4 +1,4 @@
-// Transactions: the bracket in which a model is written.
+// Transactions: the scopes in which a model is written.
 #pragma once
 
 #include <keel/export.h>
@@ -14,20 +14,20 @@ class Journal;
 class ModelImpl;
 class Value;
 
-/// An open transaction. They nest: an inner one is a savepoint whose commit joins the outer; only the outermost commit
-/// makes the work final, tells listeners and feeds the history. One that ends without commit undoes exactly its own
-/// work. Keeps its model alive.
+/// An open transaction. Transactions nest: an inner one is a savepoint, and committing it joins it to the outer one.
+/// Only the outermost commit makes the work final, tells listeners and enters the history. A transaction that is
+/// destructed without commit is rolled back, which undoes exactly its own work. It keeps its model alive.
 class [[nodiscard]] QUAY_ZERO_API Transaction {
 public:
     Transaction(Transaction&& other) noexcept;
     Transaction& operator=(Transaction&&) = delete;
-    /// Rolls back what wasn't committed. Never throws, allocates nothing.
+    /// Rolls back what wasn't committed. Never throws and allocates nothing.
     ~Transaction();
 
-    /// Ends the transaction. A second call does nothing. An inner transaction that is still open is rolled back first.
-    /// If it throws (memory), the transaction is still open.
+    /// Commits the transaction. A second call does nothing. Inner transactions that are still open are rolled back
+    /// first. If it fails for lack of memory, it throws and the transaction is still open.
     void commit(boost::none_t);
-    /// Ends the transaction; the value is the caller's note and isn't kept.
+    /// Commits the transaction; the value is ignored.
     void commit(boost::optional<Value> const& result);
 
     bool isOpen() const noexcept;

@@ -1,4 +1,4 @@
-// A property with one value: the life of a write, and how it is undone.
+// The descriptor of a property with one value: how it is written, recorded and undone.
 #pragma once
 
 #include <quay/zero/model.h>
@@ -11,7 +11,7 @@
 
 namespace quay::zero {
 
-/// Whether writing `b` over `a` would change nothing. NaN is never the same, so writing one always is a change.
+/// Whether writing `b` over `a` would change nothing. NaN equals nothing, so writing it always is a change.
 template <class T>
 bool isSameValue(T const& a, T const& b) {
     return a == b;
@@ -33,12 +33,12 @@ public:
 
     T const& read(Element const& e) const noexcept { return e.*field_; }
 
-    /// The life of a write: refuse proxies and the dead, compare, record the old value in a transaction, store. Writing
-    /// the present value is no event. If it throws, nothing was changed.
+    /// Writes a value: refuses proxies and dead elements, compares, records the old value in a transaction, stores.
+    /// Writing the present value does nothing. If it throws, nothing was changed.
     void write(Element& e, Passed value) const {
         e.requireWritable();
         if (isSameValue(e.*field_, value)) return;
-        // What is nearly always all there is to do for a number stands here, the rest where it costs others nothing.
+        // The most frequent case of a number is inline; the rest is in another function, so that this one stays small.
         if constexpr (std::is_scalar_v<T>) {
             if (e.model().journal().isSurelyRecorded(e, *this)) {
                 e.*field_ = value;
@@ -80,7 +80,7 @@ protected:
 private:
     [[gnu::noinline]] void writeOther(Element& e, Passed value) const { replace(e, value); }
 
-    /// A value that is a transaction of its own.
+    /// Stores a value in a transaction of its own.
     template <class V>
     [[gnu::noinline]] void replaceAlone(Journal& journal, Element& e, V&& value) const {
         if (journal.admit(e, *this) == Admission::Alone) {
@@ -92,7 +92,7 @@ private:
         transaction.commit();
     }
 
-    /// Assigns so that the field keeps its value if it throws.
+    /// Assigns a value; if that throws, the field keeps its former value.
     template <class V>
     static void assign(T& field, V&& value) {
         constexpr bool allOrNothing = std::is_rvalue_reference_v<V&&> || std::is_trivially_copyable_v<T> ||
@@ -105,10 +105,10 @@ private:
         }
     }
 
-    /// `record` answers the cell for the old value.
+    /// Stores a value after moving the old one into the cell that `record` returns.
     template <class V, class Record>
     void storeRecorded(Element& e, V&& value, Record&& record) const {
-        // The new value is made and the record taken before anything moves: only these two can fail.
+        // Only creating the new value and taking the cell can fail, so both come before anything changes.
         if constexpr (Cell::kInPlace<T>) {
             T made(std::forward<V>(value));
             Cell& old = record();

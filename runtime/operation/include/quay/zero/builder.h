@@ -14,9 +14,9 @@
 
 namespace quay::zero {
 
-/// Base of all builders: the model, which may come later, and what was given, by property index. A builder owns its
-/// child builders, may be filled in any order, and may be used again: each `create` is a run of its own and makes a new
-/// element. Its cost follows what was given, not the class.
+/// Base of all builders. It keeps the model, which may be set later, and the values and children that were given, by
+/// property index. A builder owns its child builders, may be filled in any order, and may be used again: each `create`
+/// makes a new element. Its cost depends on what was given, not on the class.
 class QUAY_ZERO_API ModelElement::Builder {
     template <class T>
     struct GivenValue;
@@ -37,15 +37,17 @@ public:
     /// The properties that were given a value or a child, also one that was taken back.
     IndexSet const& given() const noexcept { return given_; }
 
-    /// Creates the element, and below it what the child builders stand for, in one transaction; only the top has the
-    /// id, and a nil one draws a fresh one. CannotCreateWithoutModel; what fails leaves no trace.
+    /// Creates the element and, below it, those of the child builders, in one transaction. Only this element gets the
+    /// id; a nil one is replaced by a new one. CannotCreateWithoutModel if no model is set. If it throws, nothing was
+    /// created.
     ModelElement create(boost::uuids::uuid const& id);
-    /// An element that the model doesn't list and that has no children: for what stands for another element.
+    /// Creates an element without children that the model doesn't list, to be made a proxy.
     ModelElement createSuppressed(boost::uuids::uuid const& id);
 
     /// Gives a value, or adds one to several. NoSuchProperty, CannotCastIncompatibleTypes.
     void setOrAdd(meta::Property const& property, Value const& value);
-    /// Gives a child, or adds one to several. What the property can't own stays with the caller, with NoSuchProperty.
+    /// Gives a child, or adds one to several. If the property can't own it, NoSuchProperty, and the caller keeps the
+    /// child.
     void setOrAdd(meta::Property const& property, std::unique_ptr<Builder>& child);
 
     // --- For element code: what the setters of a class do, by index.
@@ -66,7 +68,8 @@ public:
     void dropAllValues(std::uint16_t index) {
         GivenValue<T>::drop(*this, index);
     }
-    /// CannotAddIncompatibleTypes unless the child is of the property's class; what was given before then stays.
+    /// CannotAddIncompatibleTypes unless the child is of the property's class; a child that was given before is then
+    /// kept.
     void giveOneChild(std::uint16_t index, std::unique_ptr<Builder> child);
     void appendOneChild(std::uint16_t index, std::unique_ptr<Builder> child);
     void dropAllChildren(std::uint16_t index);
@@ -82,13 +85,13 @@ private:
     class Given;
     struct Children;
 
-    /// What is done to a cell's value without knowing its type.
+    /// Operations on the value of a cell whose type isn't known.
     struct CellOperations {
         void (*make)(Cell& empty);
         void (*drop)(Cell& cell) noexcept;
         void (*move)(Cell& from, Cell& empty) noexcept;
     };
-    /// The cell of an index, made if nothing was given yet. It is good until the next property is given a value.
+    /// The cell of an index, created if nothing was given yet. It is valid until the next property is given a value.
     Cell& cellAt(std::uint16_t index, CellOperations const& operations);
     std::vector<std::unique_ptr<Builder>>& childrenAt(std::uint16_t index);
     void requireFit(std::uint16_t index, Builder const* child) const;
@@ -100,12 +103,12 @@ private:
     IndexSet given_;
     std::vector<Given> values_;
     std::vector<Children> children_;
-    Orchestrator* orchestrator_ = nullptr;  // of the run that this builder takes part in
-    ModelElement made_;                     // in that run
+    Orchestrator* orchestrator_ = nullptr;  // the run in progress, if this builder takes part in one
+    ModelElement made_;                     // by this builder, in that run
 };
 
-/// How values of type T are given. Not inline, so that a user's call of a setter is a call of the library for the types
-/// below, which are those of most properties.
+/// Gives values of type T to a builder. Not inline: for the types below, which most properties have, a setter in user
+/// code is just a call of the library.
 template <class T>
 struct ModelElement::Builder::GivenValue {
     static void give(Builder& builder, std::uint16_t index, T value);
@@ -153,18 +156,18 @@ extern template struct ModelElement::Builder::GivenValue<double>;
 extern template struct ModelElement::Builder::GivenValue<std::u16string>;
 extern template struct ModelElement::Builder::GivenValue<std::string>;
 
-/// One run of a tree of builders: its transaction, and the element of each builder, so that a builder makes one element
-/// in a run, by however many ways it is reached.
+/// One run of a tree of builders: its transaction, and the element that each builder made. Each builder makes one
+/// element in a run, even if it is reached in several ways.
 class QUAY_ZERO_API ModelElement::Builder::Orchestrator {
 public:
     /// Opens the transaction of the top builder's model.
     explicit Orchestrator(Builder* top);
-    /// Ends the run; without `commit`, nothing of it was ever made.
+    /// Ends the run. Without `commit`, all that it created is rolled back.
     ~Orchestrator();
     Orchestrator(Orchestrator const&) = delete;
     Orchestrator& operator=(Orchestrator const&) = delete;
 
-    /// A child takes part: it gets the model.
+    /// Adds a child builder to the run, and gives it the model.
     void addBuilder(Builder* child);
     /// The element that the builder made in this run, or an empty handle.
     ModelElement getCreatedElement(Builder const* builder) const;

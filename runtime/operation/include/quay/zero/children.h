@@ -18,12 +18,13 @@ QUAY_ZERO_API bool isSeveral(meta::Property const& property);
 /// copy of the members' handles, and for a set the sorting.
 QUAY_ZERO_API std::vector<ModelElement> membersOf(ModelElement const& element, meta::Property const& property);
 
-/// The members that `membersOf` answers, for a descriptor that owns elements; those of a set in no particular order.
+/// The members that `membersOf` above returns, for a descriptor that owns elements; those of a set in no particular
+/// order.
 QUAY_ZERO_API std::vector<ModelElement> membersOf(ModelElement::Impl const& element,
                                                   PropertyDescriptor const& descriptor);
 
-/// Whether the element contains the member by that property: what `membersOf` answers beside children is only referred
-/// to.
+/// Whether the element contains the member by that property. Other members that `membersOf` returns are references
+/// without containment or proxies.
 QUAY_ZERO_API bool contains(ModelElement const& element, meta::Property const& property, ModelElement const& member);
 
 /// Those of `membersOf` that the element contains.

@@ -1,4 +1,4 @@
-// What people call an element.
+// Names of elements, for people.
 #pragma once
 
 #include <quay/zero/meta/property.h>
@@ -12,8 +12,8 @@ namespace quay::zero {
 /// Costs a walk over the properties of the class.
 QUAY_ZERO_API meta::Property namingProperty(meta::Class const& metaClass);
 
-/// What people call the element: in a map its key there, elsewhere the value of its naming property; an empty text
-/// without either.
+/// The name of the element for people: in a map its key there, elsewhere the value of its naming property; an empty
+/// text without either.
 QUAY_ZERO_API std::u16string nameOf(ModelElement const& element);
 
 }  // namespace quay::zero

@@ -1,12 +1,12 @@
-// Handles to meta objects. What a meta object answers stands in <quay/zero/meta/types.h>.
+// Handles to meta objects. Their Impl classes are in <quay/zero/meta/types.h>.
 #pragma once
 
 #include <quay/zero/typed_handle.h>
 
 namespace quay::zero::meta {
 
-/// Base of all meta objects. They live as long as the process, also when they were destroyed or replaced, so a plain
-/// pointer to one never dangles; whatever is used often holds them so and doesn't count.
+/// Base of all meta objects. They live as long as the process, even if they were destroyed or replaced, so a plain
+/// pointer to one never dangles. Frequently used code holds such pointers to avoid counting references.
 class QUAY_ZERO_API MetaElement : public TypedHandle<MetaElement, ModelElement> {
 public:
     class Impl;

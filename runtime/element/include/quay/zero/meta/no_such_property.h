@@ -1,4 +1,4 @@
-// How an access is refused that names a property which a class or data type doesn't have.
+// Reports that a class or data type doesn't have a property.
 #pragma once
 
 #include <quay/zero/meta/property.h>

@@ -18,7 +18,7 @@ class PropertyDescriptor;
 
 namespace quay::zero::meta {
 
-/// Meta objects are never deleted: whatever holds one by a plain pointer may go on doing so.
+/// Base of all meta objects. They are never deleted, so plain pointers to them stay valid.
 class QUAY_ZERO_API MetaElement::Impl : public ModelElement::Impl {
 public:
     struct Descriptors;  // of its properties
@@ -30,7 +30,7 @@ public:
     void setName(std::u16string const& name);
     /// The name with those of the packages above it, joined by dots; the bare name where there is no package.
     virtual std::u16string getQualifiedName() const { return name_; }
-    /// Whether what is of this type is of the other one as well: it is the same, or a class above this one.
+    /// Whether this type is `type` or derived from it.
     virtual bool isKindOf(ModelElement::Impl const* type) const noexcept { return this == type; }
 
 protected:
@@ -77,7 +77,7 @@ public:
     Class const& getMetaClass() const override { return Property::metaClass(); }
     ClassTable const& classTable() const override { return Property::classTable(); }
 
-    /// How many values the property has; the bounds follow from it.
+    /// The kind of property by number of values; the bounds follow from it.
     ValueFlags getFlags() const noexcept { return static_cast<ValueFlags>(flags_); }
     void setFlags(ValueFlags flags);
     /// Whether the property owns its values: true of exactly those whose type is a class.
@@ -91,7 +91,7 @@ public:
     /// The text that the type's serializer parses, or none.
     boost::optional<std::u16string> const& getDefaultValue() const noexcept { return defaultValue_; }
     void setDefaultValue(boost::optional<std::u16string> const& text);
-    /// The property's number along its class chain, from 1; 0 for one that has none.
+    /// The index of the property along its class chain, from 1; 0 for a property without index.
     std::uint16_t getIndex() const noexcept { return static_cast<std::uint16_t>(index_); }
     void setIndex(int index);
     /// The property of the child by which a map is keyed, or an empty handle.
@@ -103,7 +103,8 @@ public:
     Type getOwningType() const;
     void setOwningType(Type const& owner);
 
-    /// How elements of the declaring class hold the property, and that class's table; null for fields of data types.
+    /// The property descriptor and the class table of the class that declares the property; null for fields of data
+    /// types.
     PropertyDescriptor const* descriptor() const noexcept { return descriptor_; }
     ClassTable const* declaringTable() const noexcept { return declaringTable_; }
     void setDescriptor(ClassTable const& table, PropertyDescriptor const* descriptor) noexcept {

@@ -16,7 +16,7 @@ QUAY_ZERO_API PrimitiveType getPrimitiveTypeFromMetaRegistry(char16_t const* nam
 QUAY_ZERO_API bool isEnumType(Type const& type);
 }  // namespace internal
 
-/// The standard types; the registry fills them when it comes up, and they stay.
+/// The standard types. The first use of the registry sets them, and they never change.
 class QUAY_ZERO_API StandardTypes {
 public:
     static PrimitiveType booleanMeta;

@@ -19,9 +19,9 @@ class Class;
 
 namespace query {
 
-/// Numbers elements in order of creation, and keeps them by class. The first query builds it and the next
-/// ones catch it up, so whoever never queries pays nothing. It holds an element from its first indexing until the
-/// element is let go for good, dead or alive, and walks pass over the dead; so undoing never touches it.
+/// Numbers elements in order of creation and keeps them by class. The first query builds it and later queries update
+/// it, so it costs nothing without queries. It holds an element, dead or alive, from its first indexing until the model
+/// releases it; walks skip dead elements, so undoing needn't change it.
 class QUAY_ZERO_API ClassIndex {
 public:
     using Element = ModelElement::Impl;
@@ -32,12 +32,13 @@ public:
     ClassIndex(ClassIndex const&) = delete;
     ClassIndex& operator=(ClassIndex const&) = delete;
 
-    /// Adds all elements of the list that aren't there yet.
+    /// Adds all elements of the list that aren't in the index yet.
     void catchUp(ElementList const& list);
-    /// The elements are gone, all at once.
+    /// Forgets all elements at once, without changing their flags.
     void clear() noexcept;
 
-    /// The element is leaving the list, has come back into it, or is let go for good.
+    /// To be called when an element is taken out of the list (`leaving`), is put back (`returned`), or is released
+    /// (`remove`).
     void leaving(Element const& e) noexcept {
         if (indexedUpTo_ == &e) indexedUpTo_ = ElementList::previous(e);
         if (has(e)) ++dead_;
@@ -51,7 +52,7 @@ public:
             --dead_;
         } else if (Element const* const next = ElementList::next(e);
                    next != nullptr && (has(*next) || isMissing(*next))) {
-            setMissing(e, true);  // it belongs somewhere before the end
+            setMissing(e, true);  // its number would have to lie before that of a member
             ++missing_;
         }
     }
@@ -60,7 +61,8 @@ public:
     }
 
 private:
-    /// The members of one class, and their numbers, which rise. Those that are gone leave gaps, not more than half.
+    /// The members of one class and their numbers, in rising order. Removed members leave gaps; when more than about
+    /// half are gaps, they are closed.
     struct Members {
         std::vector<Element*> elements;
         std::vector<std::uint32_t> numbers;
@@ -79,25 +81,25 @@ private:
     void startOver() noexcept;
     void closeGaps();
 
-    std::vector<Element*> members_;  // by number; null: gone
+    std::vector<Element*> members_;  // by number; null for a removed member
     std::unordered_map<Element const*, Members> byClass_;
-    // The members' numbers, kept from the first time on that a member had to be found; until then, all start over.
+    // The numbers by member. They are kept only once a member had to be found; that first time, the index starts over.
     class NumberSet;
     std::unique_ptr<NumberSet> numbers_;
     bool keepsNumbers_ = false;
-    std::size_t missing_ = 0;  // elements of the list that aren't members and stand before some that are
+    std::size_t missing_ = 0;  // elements of the list that aren't members, with a member behind them
     std::size_t dead_ = 0;
     std::size_t gaps_ = 0;
-    Element* indexedUpTo_ = nullptr;  // all elements of the list up to this one are members; null: none is
+    Element* indexedUpTo_ = nullptr;  // all elements of the list up to this one are members; null for none
 };
 
-/// Visits the live elements of a class in order of creation, a step for each. The index may not change meanwhile.
+/// Visits the live elements of a class in order of creation. The index must not change meanwhile.
 class QUAY_ZERO_API ClassIndex::Walk {
 public:
     static constexpr unsigned kBlock = 64;
 
     Walk(ClassIndex const& index, meta::Class const& cls, SearchClassMatchMode mode);
-    /// Up to kBlock of the next elements; none at the end. They are valid until the next call.
+    /// The next elements, at most kBlock; none at the end. The result is valid until the next call.
     std::span<Element* const> next();
 
 private:
@@ -108,9 +110,9 @@ private:
     }
 
     ClassIndex const& index_;
-    Members const* only_ = nullptr;       // of a single class
-    std::vector<std::uint64_t> several_;  // of several: a bit for each number
-    std::size_t position_ = 0;            // the next element of the one, or word of the other
+    Members const* only_ = nullptr;       // the members of a single class
+    std::vector<std::uint64_t> several_;  // several classes: a bit for each member's number
+    std::size_t position_ = 0;            // of the next element in `only_`, or the next word in `several_`
     Element* block_[kBlock];
 };
 

@@ -1,4 +1,4 @@
-// Which elements a query on a class looks at.
+// Whether a query on a class includes the elements of its subclasses.
 #pragma once
 
 namespace quay::zero::query {

@@ -11,7 +11,7 @@
 
 namespace quay::zero::elements {
 
-/// The head of a chain of setters: what they are made of. `B` is the builder that they return.
+/// The base of a builder's chain of setters. `B` is the builder that each setter returns.
 template <class B, class Base>
 class BuilderBase : public ModelElement::Builder {
 protected:
@@ -54,9 +54,9 @@ private:
     B& self() noexcept { return static_cast<B&>(*this); }
 };
 
-/// The builder of the concrete class X: makes a new X with its values and everything that it owns, in one transaction.
-/// It has the chain's setters; every one returns the builder. What isn't inline stands in definitions.h, and is
-/// instantiated in the class's source alone.
+/// The builder of the concrete class X: creates a new X with its values and everything that it owns, in one
+/// transaction. Every setter returns the builder. Functions that aren't inline are defined in definitions.h and
+/// instantiated only in the source of the class.
 template <class X>
 class QUAY_ZERO_API ConcreteBuilder final : public X::Impl::template BuilderBase<ConcreteBuilder<X>> {
     using Setters = typename X::Impl::template BuilderBase<ConcreteBuilder<X>>;
@@ -64,7 +64,7 @@ class QUAY_ZERO_API ConcreteBuilder final : public X::Impl::template BuilderBase
 public:
     using Element = X;
 
-    /// For a model that is given later.
+    /// A builder without a model, to be set later.
     ConcreteBuilder();
     explicit ConcreteBuilder(Model const& model);
     ~ConcreteBuilder() override;

@@ -1,4 +1,4 @@
-// What the shapes of several owned children share: creating a child into its place.
+// Creating a child directly in a property, for all shapes that own several children.
 #pragma once
 
 #include <quay/zero/builder.h>
@@ -8,7 +8,7 @@
 
 namespace quay::zero::elements {
 
-/// Creates a child and puts it into a descriptor's place, in one savepoint: a failure leaves neither.
+/// Creates a child and adds it to the descriptor's property, in one savepoint: a failure undoes both.
 template <class T>
 T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner) {
     owner.requireWritable();
@@ -20,7 +20,8 @@ T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner) {
     return child;
 }
 
-/// Creates a child by a builder, in the owner's model whatever model the builder had, and puts it into its place.
+/// Creates a child by a builder and adds it to the property. The child is of the owner's model, whatever model the
+/// builder had.
 template <class T>
 T createInto(PropertyDescriptor const& descriptor, ModelElement::Impl& owner, BuilderWrapper<T> const& wrapper,
              boost::uuids::uuid const& id) {

@@ -10,7 +10,8 @@
 
 namespace quay::zero::elements {
 
-/// A new element with its defaults, in a transaction. A nil id draws a fresh one; one in use is UniquenessConstraint.
+/// Creates an element with its defaults, in a transaction. A nil id is replaced by a new one; one in use raises
+/// UniquenessConstraint.
 template <class X>
 X create(Model const& model, boost::uuids::uuid const& id) {
     if (!model) reportException(quay0::messages::CannotCreateWithoutModel());
@@ -21,7 +22,7 @@ X create(Model const& model, boost::uuids::uuid const& id) {
     return made;
 }
 
-/// The registered factories: collections are detached and empty.
+/// The factories of a class table. Collections are detached and empty.
 template <class X>
 std::unique_ptr<ModelElement::Builder> makeBuilder(Model const& model) {
     return std::make_unique<typename X::Builder>(model);

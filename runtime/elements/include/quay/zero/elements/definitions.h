@@ -1,4 +1,4 @@
-// What a generated class has of the pattern's templates, to be instantiated once, in the class's own source.
+// Definitions of the templates that generated classes use, to be instantiated once, in the class's own source.
 #pragma once
 
 #include <quay/zero/elements/builder.h>
@@ -24,7 +24,7 @@ ClassTable const& Level<X, Base>::classTable() const {
     return X::classTable();
 }
 
-// NOLINTBEGIN(bugprone-parent-virtual-call): a property that no level knows is for the end of the chain
+// NOLINTBEGIN(bugprone-parent-virtual-call): ModelElement::Impl handles the properties that no level has
 template <class X, class Base>
 bool Level<X, Base>::hasPropertyValue(meta::Property const& property, ReflectionPrivateTag const& tag) const {
     return knows(property) ? property->descriptor()->has(*this) : ModelElement::Impl::hasPropertyValue(property, tag);

@@ -1,4 +1,4 @@
-// A derived property: computed by accessors of its own, without a field, an index or a default.
+// Derived properties: computed by accessors, without a field, an index or a default.
 #pragma once
 
 #include <quay/zero/elements/key.h>
@@ -10,7 +10,7 @@
 
 namespace quay::zero::elements {
 
-/// Always present. Writing it writes what it derives from, and that is the change which is recorded.
+/// Always present. Writing it writes the properties from which it is derived, and those changes are recorded.
 template <auto Getter, auto Setter>
 class Derived final : public PropertyDescriptor {
     using X = typename detail::GetterOf<decltype(Getter)>::Class;

@@ -8,20 +8,20 @@
 
 namespace quay::zero::elements {
 
-/// The builder, if elements of the class that it makes are also of that of `table`; otherwise InvalidValue.
+/// Returns the builder if the class that it makes is that of `table` or derived from it; otherwise raises InvalidValue.
 QUAY_ZERO_API ModelElement::Builder& requireBuilderOf(ClassTable const& table, ModelElement::Builder& builder);
 
 template <class X>
 class ConcreteBuilder;
 
-/// A builder of class X or of a class derived from it, not owned: what createInto takes. Made from any such builder.
+/// The parameter of createInto: a reference to a builder of class X or of a class derived from it.
 template <class X>
 class BuilderWrapper {
 public:
     template <class B>
     requires std::derived_from<typename B::Element, X> BuilderWrapper(B& builder)
-    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): meant to be
-    /// For a builder whose class is known only at run time. InvalidValue if it isn't X or derived from it.
+    noexcept : builder_(&builder) {}  // NOLINT(google-explicit-constructor): implicit on purpose
+    /// For a builder whose class is known only at run time. InvalidValue unless it is X or derived from it.
     explicit BuilderWrapper(ModelElement::Builder& builder) : builder_(&requireBuilderOf(X::classTable(), builder)) {}
 
     ModelElement::Builder& builder() const noexcept { return *builder_; }
@@ -36,7 +36,7 @@ class Handle : public TypedHandle<X, Base> {
 public:
     using BuilderWrapper = elements::BuilderWrapper<X>;
 
-    /// What the static accessors of properties return: words for queries on X, not values.
+    /// What the static accessors of properties return: constrainables for queries on X.
     template <class T>
     using Constrainable = query::ConstrainableWithAttachment<T, query::MetaclassAttachment<X>, false, void>;
     template <class T>

@@ -1,13 +1,13 @@
-// One class of a chain, as its elements see it.
+// One level of the inheritance chain of a generated class.
 #pragma once
 
 #include <quay/zero/model.h>
 
 namespace quay::zero::elements {
 
-/// Base of the Impl of class X, whose superclass is `Base`. It says which class this is; all that the runtime does to
-/// an element goes from there to the class's descriptors. A property is found by a comparison a level. What isn't
-/// inline stands in definitions.h, and is instantiated in the class's source alone.
+/// Base of the Impl of class X, whose superclass is `Base`. It connects elements with the class table of X, through
+/// which the runtime reaches the properties; finding a property costs one comparison for each level. Functions that
+/// aren't inline are defined in definitions.h and instantiated only in the source of the class.
 template <class X, class Base>
 class QUAY_ZERO_API Level : public Base::Impl {
 public:
@@ -25,11 +25,12 @@ public:
     X This() const { return X::of(const_cast<typename X::Impl*>(static_cast<typename X::Impl const*>(this))); }
 
 protected:
-    /// Whether that is the table of this level or of one above it.
+    /// Whether `table` is that of this level or of one above it.
     static bool isOfChain(ClassTable const* table) noexcept;
     static bool knows(meta::Property const& property) noexcept;
 
-    /// A collection of children as it is handed out: never that of a proxy, and a map's proxies are resolved first.
+    /// Returns a collection of children for reading: raises CannotModifyProxy on a proxy, and resolves the proxies of a
+    /// map.
     template <class C>
     C const* readable(C const& collection) const {
         this->requireLoaded();

@@ -1,4 +1,4 @@
-// Shape "map owned": children by key, one per key.
+// Shape "map owned": children by key, one for each key.
 #pragma once
 
 #include <quay/zero/element_map.h>
@@ -7,7 +7,7 @@
 
 namespace quay::zero::elements {
 
-/// A child whose key is in use is refused with UniquenessConstraint.
+/// Adding a child whose key is in use raises UniquenessConstraint.
 template <class K, class T>
 class MapOwned final : public Children<T, ElementMap<K, T>, KeyedDescriptor<K>> {
     using Base = Children<T, ElementMap<K, T>, KeyedDescriptor<K>>;

@@ -1,4 +1,4 @@
-// Shape "multimap owned": children by key, any number per key.
+// Shape "multimap owned": children by key, any number for each key.
 #pragma once
 
 #include <quay/zero/element_map.h>

@@ -1,4 +1,4 @@
-// Shape "optional": one value or none. Unset is a state of its own.
+// Shape "optional": one value or none. Unset differs from every value.
 #pragma once
 
 #include <quay/zero/builder.h>
@@ -36,7 +36,8 @@ public:
     void build(Element& e, Cell const& given) const override { this->fill(e, given.get<Held>()); }
 
 private:
-    /// A value of count one is set, with the type's zero if it is empty; one of count zero is unset.
+    /// A value of count one sets the property, with the type's zero if the value is empty; a value of count zero unsets
+    /// it.
     static Held unpack(Value const& value) {
         if (value.getCount() == 1) return Held(value.getValue<T>());
         return value.getValue<Held>();

@@ -1,5 +1,5 @@
-// What the header of every generated class needs. That of a class with collections, arrays or optional values includes
-// the field's header itself.
+// What the header of every generated class needs. The header of a class with collections, arrays or optional values
+// includes the headers of those fields as well.
 #pragma once
 
 #include <quay/zero/elements/builder.h>

@@ -7,8 +7,8 @@
 
 namespace quay::zero::elements {
 
-/// How a single value is written, saved, restored and compared stands in ValueDescriptor; here is how it is reflected
-/// and built. It is always present.
+/// Reflection and building of a property that always has exactly one value. ValueDescriptor writes, saves, restores and
+/// compares the value.
 template <class T>
 class Single : public ValueDescriptor<T> {
 public:

@@ -1,4 +1,4 @@
-// Shape "single" of type ZxArray: one array of the scripting environment, held as the element's own copy, or none.
+// Shape "single" of type ZxArray: a copy of one array of the scripting environment, or none.
 #pragma once
 
 #include <zx/array_holder.h>
@@ -8,9 +8,9 @@
 
 namespace quay::zero::elements {
 
-/// Arrays are never compared by content. Writing the element's own array, or the very array that its copy was made
-/// from and that nobody has written since, is no change; any other array is copied, and is one. A value that reads the
-/// array points at the element's copy and is good until the next write.
+/// Arrays are never compared by content. It is no change to write the element's own array, or the array from which its
+/// copy was made if that wasn't written since. Any other array is copied, and that is a change. A Value of the property
+/// points at the element's copy and is valid until the next write.
 class SingleArray final : public ValueDescriptor<ArrayHolder> {
 public:
     using Element = ModelElement::Impl;

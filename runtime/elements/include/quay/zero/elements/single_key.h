@@ -1,4 +1,4 @@
-// Shape "single" of a property that keys a map of its container.
+// Shape "single" of a property by which a map of the container is keyed.
 #pragma once
 
 #include <quay/zero/element_map.h>
@@ -13,15 +13,15 @@
 
 namespace quay::zero::elements {
 
-/// A map that the property keys: its owner's class and its index there. In a multimap keys needn't be unique.
+/// A map that is keyed by the property: the class of its owner and its index there. A multimap isn't `unique`.
 struct KeyedMap {
     ClassTable::TableFunction owner;
     std::uint16_t index;
     bool unique;
 };
 
-/// While the element lies in such a map, writing the key takes it out, writes, and puts it back, in one savepoint. A
-/// key in use there is UniquenessConstraint, before anything is opened; the element keeps its key and its place.
+/// While the element is a member of such a map, writing the key removes the element, writes, and adds it again, in one
+/// savepoint. If the key is in use there, raises UniquenessConstraint before anything changes.
 template <class K>
 class SingleKey final : public Single<K> {
 public:
@@ -40,7 +40,7 @@ public:
             this->replace(e, value);
             return;
         }
-        K const made(value);  // the value may be the very key that leaves the map
+        K const made(value);  // `value` may refer to the key in the map, which is removed
         refuseTaken(e, *map, made);
         Savepoint savepoint(e.model().journal());
         ModelElement const element(&e);

@@ -7,19 +7,19 @@
 
 namespace quay::zero::elements {
 
-/// The descriptor of one owned child, whatever its class.
+/// The descriptor of a property with one owned child, of any class.
 class QUAY_ZERO_API ChildDescriptor : public PropertyDescriptor {
 public:
     using Element = ModelElement::Impl;
 
     constexpr explicit ChildDescriptor(std::uint16_t index) noexcept : PropertyDescriptor(index, PropertyKind::Child) {}
 
-    /// The child, resolved if it is a proxy that can be. The slot keeps what was found: a read that resolves writes it.
+    /// The child, resolved if it is a proxy that can be. What was found is stored in the slot.
     ModelElement read(Element const& e) const;
-    /// Puts a child into the slot, or empties it: the one that was there lives on without a container, and the new one
-    /// leaves its former container. The child that is there already is no event, and isn't checked.
+    /// Puts a child into the slot, or empties it. The former child stays alive without a container, and the new one
+    /// leaves its former container. Writing the child that is there already does nothing and checks nothing.
     void write(Element& e, ModelElement const& child) const;
-    /// Exchanges the pointer in the slot and nothing else; nothing is recorded.
+    /// Sets the pointer in the slot and nothing else; nothing is recorded.
     void basicWrite(Element& e, ModelElement const& child) const noexcept;
 
     void save(Element const& e, Cell& old) const override;
@@ -30,14 +30,14 @@ public:
     void relocate(Cell& from, Cell& to) const noexcept override;
     Value wrap(Element const& e, meta::Property const& property, Cell& old) const override;
 
-    /// A proxy counts as present.
+    /// True for a proxy as well.
     bool has(Element const& e) const override;
     Value get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& tag) const override;
     void set(Element& e, meta::Property const& property, Value const& value,
              ReflectionPrivateTag const& tag) const override;
 
     void join(Element& owner, ModelElement const& child) const override;
-    /// Empties the slot, whatever child it holds.
+    /// Empties the slot, whatever child it has.
     void leave(Element& owner, ModelElement const& child) const override;
     void disassociate(Element& owner) const override;
     void destroyChildren(Element& owner, bool a, bool b) const override;
@@ -48,7 +48,7 @@ protected:
     ~ChildDescriptor() = default;
 
     virtual ModelElement& slot(Element& e) const noexcept = 0;
-    /// CannotCastIncompatibleTypes unless the value holds a child of the property's class, or none.
+    /// Raises CannotCastIncompatibleTypes unless the value holds a child of the property's class, or none.
     virtual ModelElement unpack(Value const& value) const = 0;
 
 private:

@@ -1,4 +1,4 @@
-// What the shapes "sequence" and "set" share.
+// The descriptor of the shapes "sequence" and "set".
 #pragma once
 
 #include <quay/zero/builder.h>
@@ -10,8 +10,8 @@
 
 namespace quay::zero::elements {
 
-/// The descriptor of a collection `C` of plain values T. How its content is written, undone and reflected stands in the
-/// collection and in CollectionDescriptor; here is how it is built: from a vector, in order.
+/// The descriptor of a collection `C` of plain values T. A builder gives the values as a vector. The collection and
+/// CollectionDescriptor write, undo and reflect the content.
 template <class T, class C>
 class Values : public CollectionDescriptor {
 public:

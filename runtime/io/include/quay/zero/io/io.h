@@ -35,10 +35,10 @@ QUAY_ZERO_API std::string propertyText(ModelElement const& element, meta::Proper
 /// text or the new one. CannotWriteFile if that fails; the file is then as it was.
 QUAY_ZERO_API void save(Model const& model, std::filesystem::path const& path);
 
-/// Writes any text to a file in the way of `save`.
+/// Writes any text to a file, which is replaced as a whole.
 QUAY_ZERO_API void writeFile(std::filesystem::path const& path, std::string_view text);
 
-/// A new model with the elements of a text. CannotLoad if it isn't the text of a model.
+/// Creates a new model with the elements of a text. CannotLoad if the text isn't that of a model.
 QUAY_ZERO_API Model fromText(std::string_view text, Limits const& limits = {});
 
 /// How much of a file is built at once.
@@ -52,7 +52,7 @@ enum class Loading {
     Lazy
 };
 
-/// A new model with the elements of a file, which is read in pieces. CannotReadFile, CannotLoad.
+/// Creates a new model with the elements of a file. Raises CannotReadFile or CannotLoad.
 QUAY_ZERO_API Model load(std::filesystem::path const& path, Limits const& limits = {},
                          Loading loading = Loading::Whole);
 

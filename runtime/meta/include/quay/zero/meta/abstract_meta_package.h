@@ -1,4 +1,4 @@
-// What a schema package does to declare itself.
+// The base of schema packages: creates and registers meta objects.
 #pragma once
 
 #include <quay/zero/meta/registry.h>
@@ -8,8 +8,8 @@
 
 namespace quay::zero::meta {
 
-/// Creates meta objects in the registry's model, which must be thawed. Ids are given as text where they stand in
-/// tables; a text that is no id is std::runtime_error, an id in use UniquenessConstraint.
+/// Creates meta objects in the registry's model, which must be thawed. Ids from tables are given as text; a text that
+/// is no id raises std::runtime_error, an id in use UniquenessConstraint.
 class QUAY_ZERO_API AbstractMetaPackage {
 public:
     AbstractMetaPackage(AbstractMetaPackage const&) = delete;

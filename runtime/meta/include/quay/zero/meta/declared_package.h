@@ -1,4 +1,4 @@
-// A schema package that is declared from tables: what the schema compiler's output stands on.
+// A schema package that is declared from tables: the base of the packages that the schema compiler writes.
 #pragma once
 
 #include <quay/zero/meta/abstract_meta_package.h>
@@ -26,7 +26,7 @@ constexpr Slot<H> slot(H P::*member) noexcept {
     return static_cast<Slot<H>>(member);
 }
 
-/// The words of the schema's tables.
+/// The shapes of properties, as the schema names them.
 enum class Shape : std::uint8_t {
     Single,
     Optional,
@@ -74,7 +74,7 @@ struct Class {
     std::span<Operation const> operations;
     Slot<meta::Class> slot;
     ClassTable::TableFunction table;
-    char const* scriptName = nullptr;  ///< where it isn't made of the package's prefix and the name
+    char const* scriptName = nullptr;  ///< null: the package's prefix and the name
 };
 
 struct DataType {
@@ -144,8 +144,8 @@ EnumSerializers makeEnumSerializers() {
 
 }  // namespace declare
 
-/// Declares its tables in the registry, in two phases: all objects are made, then wired and registered. Packages live
-/// as long as the process.
+/// Declares a package in the registry from its tables, in two phases: all meta objects are created, then connected and
+/// registered. Packages live as long as the process.
 class QUAY_ZERO_API DeclaredPackage : public AbstractMetaPackage {
 protected:
     explicit DeclaredPackage(declare::Package const& tables);
@@ -155,9 +155,10 @@ protected:
     using Instantiate = std::function<void(MetaRegistry*)>;
     using Weave = std::function<void(MetaRegistry*, PropertySerializerRegistry*)>;
 
-    /// The whole declaration, under the registry's mutex and in one transaction: brings up the packages that this one
-    /// refers to, replaces an earlier incarnation of this package, and declares it. If it throws, the registry is as it
-    /// was before but for an earlier incarnation, which is gone, and every slot is empty.
+    /// Declares the package, under the registry's mutex and in one transaction. `bringUp` declares the packages that
+    /// this one refers to; then an earlier declaration of this package is destroyed, and `instantiate` and `weave` run
+    /// the two phases. If it throws, every slot is empty, and the registry is as it was before, except that an earlier
+    /// declaration is gone.
     void declareInRegistry(BringUp const& bringUp, Instantiate const& instantiate, Weave const& weave);
     void instantiate(MetaRegistry* registry);
     void weave(MetaRegistry* registry, PropertySerializerRegistry* serializers);

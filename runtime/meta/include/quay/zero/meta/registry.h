@@ -16,9 +16,9 @@
 
 namespace quay::zero::meta {
 
-/// Holds the meta model, and knows every registered type by name and every root package by URI. There is one, made by
-/// the first call and never destroyed, so that libraries may call it while the process exits. The meta model is frozen
-/// except while somebody thaws it, under the mutex.
+/// Holds the meta model, and knows every registered type by name and every root package by URI. The first call creates
+/// the one registry, which is never destroyed, so that libraries may call it while the process exits. The meta model is
+/// frozen; it is thawed, under the mutex, only while a package is declared.
 class QUAY_ZERO_API MetaRegistry {
 public:
     using CollectionFactory = ClassTable::CollectionFactory;
@@ -52,30 +52,32 @@ public:
     TypeNames getTypeNames(Type const& type) const;
     /// An empty detached collection for a property of that type. Null if the type has no factory.
     std::unique_ptr<AbstractOwnedCollection> makeCollection(ModelElement const& owner, Property const& property) const;
-    /// What makes builders for the class; null if it is abstract.
+    /// The factory of builders for the class; null if the class is abstract.
     BuilderFactory builderFactory(Class const& type) const;
 
     // --- Registration, by packages that are being declared.
 
-    /// Enters a type under its qualified name. A name that a live type has already is UniquenessConstraint.
+    /// Registers a type under its qualified name. UniquenessConstraint if a live type has that name already.
     void registerType(Type const& type, CollectionFactory makeCollection, BuilderFactory makeBuilder);
     void registerTypeNames(Type const& type, std::string native, std::string script, std::string third);
-    /// Only now can the package be found by its URI.
+    /// Registers a root package, which can be found by its URI from then on.
     void registerRootPackage(Package const& package);
-    /// Forgets the package, and types, names, factories and serializers below it. Calls nothing of them: the library
-    /// that they came from may be gone.
+    /// Forgets the package, with the types, names, factories and serializers below it. Calls none of these functions,
+    /// since the library that they came from may be unloaded.
     void unregisterRootPackage(std::u16string const& uri);
-    /// Forgets one type in the same way, as a failed declaration leaves it.
+    /// Forgets one type, without calling its functions. For a declaration that failed.
     void unregisterType(Type const& type);
-    /// Forgets a root package and nothing below it, as a failed declaration leaves it.
+    /// Forgets a root package, but not its types. For a declaration that failed.
     void withdrawRootPackage(Package const& package) noexcept;
 
     // --- For the runtime.
 
-    /// Keeps an object of a library reachable for ever.
+    /// Keeps a pointer to an object of a library as long as the process runs, so that the object doesn't count as
+    /// leaked.
     void keep(void const* object);
     using ForgetHook = void (*)(ModelElement::Impl const* type);
-    /// Called, under the mutex, with each type that is forgotten. Set once, by the registry of serializers.
+    /// Sets the function that is called, under the mutex, with each type that is forgotten. The registry of serializers
+    /// sets it once.
     void setForgetHook(ForgetHook hook) noexcept { whenForgotten_ = hook; }
 
 private:

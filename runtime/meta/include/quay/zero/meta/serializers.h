@@ -78,7 +78,7 @@ private:
     }
 };
 
-/// What the three forms of an enumeration share: the literals, walked.
+/// Base of the three serializers of an enumeration, which search its literals.
 class QUAY_ZERO_API EnumTexts {
 public:
     static std::u16string nameOf(int value, Type const& type);
@@ -131,7 +131,7 @@ public:
     /// Any thread may make the first call.
     static PropertySerializerRegistry* getInstance();
 
-    /// A second one for the same type and form takes the place of the first.
+    /// Registers a serializer in place of any other for the type and form.
     void registerPropertySerializer(Type const& type, std::unique_ptr<PropertySerializer> serializer, std::string form);
     void registerDatatypeSerializer(DataType const& type, std::unique_ptr<DatatypeSerializer> serializer);
 
@@ -139,7 +139,7 @@ public:
     PropertySerializer const* getPropertySerializer(Type const& type, std::string_view form = {}) const;
     DatatypeSerializer const* getDatatypeSerializer(Type const& type) const;
 
-    /// Forgets a type's serializers without calling them: their library may be gone. They stay reachable for ever.
+    /// Forgets a type's serializers without calling or deleting them, since their library may be unloaded.
     void forget(ModelElement::Impl const* type);
 
 private:

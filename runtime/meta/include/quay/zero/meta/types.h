@@ -1,8 +1,8 @@
-// Meta objects: what packages, types, properties and operations know. They are elements of a model like any other, so
-// declaring them can fail and be undone; their setters run in transactions, and a frozen model refuses them.
+// Meta objects: packages, types, properties and operations. They are elements of a model: their setters run in
+// transactions, a declaration that fails is rolled back, and a frozen model refuses writes.
 //
-// Reading is for any thread once the declaring transaction is over. Returned texts and references stay good as long as
-// the meta object isn't written.
+// Any thread may read them once the declaring transaction has ended. Returned texts and references are valid until the
+// meta object is written.
 #pragma once
 
 #include <quay/zero/element_map.h>
@@ -37,7 +37,7 @@ public:
     ElementSequence<Type>* getOwnedTypesMutable() noexcept { return &ownedTypes_; }
     ElementSequence<Package> const* getPackages() const noexcept { return &packages_; }
     ElementSequence<Package>* getPackagesMutable() noexcept { return &packages_; }
-    /// The names from the outermost package down, joined by dots; nameless ones leave no trace.
+    /// The names from the outermost package down, joined by dots; packages without a name are left out.
     std::u16string getQualifiedName() const override;
 
 private:
@@ -101,8 +101,8 @@ public:
     Property getPropertyByIndex(unsigned long index) const;
     /// The highest index of the chain; 0 without properties.
     unsigned long getHighestIndex() const noexcept;
-    /// The class's own part of the chain: its base, and the lowest and the highest index of its own properties, 0 if
-    /// none of them has one.
+    /// The class as a level of its inheritance chain (class_chain.h): its superclass, and the lowest and the highest
+    /// index of its own properties, 0 if none of them has one.
     Class::Impl const* base() const noexcept { return superclass(); }
     std::uint16_t firstIndex() const noexcept;
     std::uint16_t lastIndex() const noexcept;
@@ -164,7 +164,7 @@ public:
     int getValue() const noexcept { return value_; }
     void setValue(int value);
     Enum getParentEnum() const;
-    /// The literal joins the enumeration. UniquenessConstraint if that has a literal of the same name.
+    /// Adds the literal to the enumeration. UniquenessConstraint if the enumeration has a literal of that name.
     void setParentEnum(Enum const& parent);
 
 private:

@@ -1,4 +1,4 @@
-// What a constrainable is tied to: a class, or the vocabulary of one query.
+// Attachments of constrainables: to a class, or to the vocabulary of one query.
 #pragma once
 
 #include <quay/zero/meta/handles.h>
@@ -6,7 +6,8 @@
 
 namespace quay::zero {
 
-/// Base of every class's vocabulary in one query: a member for each property of the class that can be constrained.
+/// Base of vocabularies. The vocabulary of a query has a constrainable for each property of a class that can be
+/// constrained.
 class QUAY_ZERO_API ModelElement::Constrainables {
 public:
     using Attachment = query::InstanceAttachment;
@@ -17,7 +18,7 @@ public:
     template <class Y>
     using ConstrainableRelation = query::ConstrainableRelationWithAttachment<Y, query::InstanceAttachment>;
 
-    /// `cls` may be any class; whether it fits is the query's affair.
+    /// `cls` may be any class; the query checks it.
     Constrainables(query::AbstractQuery& query, meta::Class const& cls, query::SearchClassMatchMode mode)
         : query_(query), cls_(cls), mode_(mode) {}
     Constrainables(Constrainables const&) = delete;
@@ -38,10 +39,11 @@ private:
 
 namespace query {
 
-/// Ties a constrainable to the vocabulary of one query.
+/// Attaches a constrainable to the vocabulary of one query.
 class InstanceAttachment {
 public:
-    /// What its constraints are about: which class the query searches is known at run time, and checked then.
+    /// The class on which its constraints are. The class that the query searches is known, and checked, only at run
+    /// time.
     using Subject = ModelElement;
 
     explicit InstanceAttachment(ModelElement::Constrainables& constrainables) noexcept
@@ -54,7 +56,7 @@ private:
     ModelElement::Constrainables* constrainables_;
 };
 
-/// Ties a constrainable to the class X, for use before there is a query.
+/// Attaches a constrainable to the class X, for use without a query object.
 template <class X>
 class MetaclassAttachment {
 public:

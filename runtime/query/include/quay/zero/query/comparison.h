@@ -1,4 +1,4 @@
-// The conditions on values, for whoever instantiates them for a type: the runtime, and the package of an enumeration.
+// The conditions on values. The runtime instantiates them for the standard types, a package for its enumerations.
 #pragma once
 
 #include <quay/zero/query/operand.h>
@@ -13,7 +13,7 @@
 
 namespace quay::zero::query {
 
-/// Whether a value compares so with an operand.
+/// Whether the comparison `c` of a value with an operand is true.
 template <Comparison c, class T, class V>
 bool compares(T const& value, V const& operand) {
     if constexpr (c == Comparison::NotEqual) {
@@ -47,7 +47,8 @@ meta::Type metaTypeOf() {
     }
 }
 
-/// Base of the conditions on a property with one value of type T, or with at most one. `f` is asked about the field.
+/// Base of the conditions on a property with one value of type T, or with at most one. `matchFields` calls f with the
+/// field of each wanted element.
 template <class T, bool optional>
 class ValueCondition : public PropertyCondition {
 public:
@@ -60,7 +61,7 @@ protected:
 
     template <class F>
     Mask matchFields(Element* const* block, Mask wanted, F&& f) const {
-        // `check` saw to it that the descriptor is one of such a field.
+        // `check` has made sure that the descriptor is one of such a field.
         auto const& values = *static_cast<ValueDescriptor<Field> const*>(descriptor());
         Mask met = 0;
         if ((wanted & (wanted + 1)) == 0) {  // all of a block, which is the most frequent case by far
@@ -76,7 +77,7 @@ protected:
     }
 };
 
-/// Compares with a fixed operand. An absent value equals none and stands in no order to any.
+/// Compares with a fixed operand. For an absent value, only NotEqual is true.
 template <Comparison c, class T, bool optional, class V>
 class ComparisonCondition final : public ValueCondition<T, optional> {
     using Base = ValueCondition<T, optional>;
@@ -110,7 +111,7 @@ public:
     }
 };
 
-/// The condition of a comparison that is known at run time.
+/// Creates the condition of a comparison that is known at run time.
 template <class T, bool optional, class V>
 Condition::Pointer makeComparison(meta::Property const& property, AbstractQuery const* query, Comparison comparison,
                                   V&& operand) {

@@ -1,4 +1,4 @@
-// What a query asks of an element, as a tree of conditions. Callers build it from constraints (constraint.h).
+// Conditions: what a query requires of an element, as a tree. Callers build it from constraints (constraint.h).
 #pragma once
 
 #include <quay/zero/meta/handles.h>
@@ -23,7 +23,7 @@ public:
     using Element = ModelElement::Impl;
     using Pointer = std::shared_ptr<Condition const>;
 
-    /// Of what class the elements are that will be asked about, and in which query (null: in none that is an object).
+    /// The class of the elements that are searched, and the query object, or null if there is none.
     struct Search {
         meta::Class const& cls;
         AbstractQuery const* query;
@@ -34,9 +34,9 @@ public:
     Condition& operator=(Condition const&) = delete;
     virtual ~Condition();
 
-    /// Raises what makes the condition senseless for such elements; called once before the first `match`.
+    /// Throws if the condition can't be checked on such elements. Called once before the first `match`.
     virtual void check(Search const& search) const = 0;
-    /// Those of the wanted elements of a block that meet the condition. Others aren't looked at.
+    /// Returns those of the wanted elements of a block that meet the condition. Others aren't looked at.
     virtual Mask match(Element* const* block, Mask wanted) const = 0;
 };
 
@@ -60,15 +60,16 @@ private:
     AbstractQuery const* query_;
 };
 
-/// Both, either, or not: the second is asked only about elements for which the first leaves it open.
+/// Both conditions, either one, or the negation. The second is checked only on elements for which the first doesn't
+/// decide.
 QUAY_ZERO_API Condition::Pointer both(Condition::Pointer first, Condition::Pointer second);
 QUAY_ZERO_API Condition::Pointer either(Condition::Pointer first, Condition::Pointer second);
 QUAY_ZERO_API Condition::Pointer negation(Condition::Pointer of);
 
 enum class Quantifier : std::uint8_t { Any, All, None };
 
-/// About the elements that a property owns; without `inner`, whether there are any. A proxy is resolved unless that is
-/// held off; those that stay proxies are passed over.
+/// A condition on the elements that a property owns; without `inner`, whether there are any. Proxies are resolved
+/// unless resolution is held; those that can't be resolved are skipped.
 QUAY_ZERO_API Condition::Pointer related(meta::Property const& property, AbstractQuery const* query,
                                          Quantifier quantifier, Condition::Pointer inner);
 /// Whether the element that a property holds is this one; an empty handle stands for none.

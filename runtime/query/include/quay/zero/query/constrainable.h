@@ -1,4 +1,4 @@
-// Constrainables: the properties of a class as the words in which a query is asked.
+// Constrainables: the properties of a class, as what queries put constraints on.
 #pragma once
 
 #include <quay/zero/query/attachment.h>
@@ -25,7 +25,7 @@ private:
     meta::Property property_;
 };
 
-/// A property under an attachment: the base of all constrainables.
+/// The base of all constrainables: a property with an attachment.
 template <class T, class A, bool optional>
 class AbstractConstrainable {
 public:
@@ -37,7 +37,7 @@ public:
     virtual ~AbstractConstrainable() = default;
 
     A const& getAttachment() const noexcept { return attachment_; }
-    /// The property; an empty handle if its package wasn't up when this was made, and no query then takes it.
+    /// The property. It is an empty handle, which no query accepts, if its package wasn't declared when this was made.
     meta::Property const& getProperty() const noexcept { return property_.get(); }
 
 protected:
@@ -50,7 +50,7 @@ private:
 };
 
 /// A property with a value of type T, or with `optional` at most one, or with an element of a foreign class T. An
-/// operand of another type than `Operand` allows doesn't compile. An absent value equals nothing, so only `!=` holds.
+/// operand of a type that `Operand` doesn't allow doesn't compile. For an absent value, only `!=` is true.
 template <class T, class A, bool optional, class Enable = void>
 class ConstrainableWithAttachment : public AbstractConstrainable<T, A, optional> {
     using Made = Constraint<typename A::Subject>;
@@ -108,8 +108,8 @@ private:
     }
 };
 
-/// A property that owns elements of class Y: a step into what they are to meet. Reading it resolves proxies, unless
-/// that is held off; those that stay proxies are passed over.
+/// A property that owns elements of class Y, on which it puts constraints. Checking them resolves proxies, unless
+/// resolution is held; those that can't be resolved are skipped.
 template <class Y, class A>
 class ConstrainableRelationWithAttachment : public AbstractConstrainable<Y, A, false> {
     using Made = Constraint<typename A::Subject>;
@@ -120,11 +120,11 @@ public:
     explicit ConstrainableRelationWithAttachment(meta::Property const& property) noexcept
         : ConstrainableRelationWithAttachment(A(), property) {}
 
-    /// At least one of them meets the constraint; all do, also when there are none; none does.
+    /// At least one of the elements meets the constraint; all do, or there are none; none does.
     Made any(Constraint<Y> const& inner) const { return make(Quantifier::Any, inner.condition()); }
     Made all(Constraint<Y> const& inner) const { return make(Quantifier::All, inner.condition()); }
     Made none(Constraint<Y> const& inner) const { return make(Quantifier::None, inner.condition()); }
-    /// There is at least one; there is none.
+    /// There is at least one element; there is none.
     Made any() const { return make(Quantifier::Any, nullptr); }
     Made none() const { return make(Quantifier::None, nullptr); }
 

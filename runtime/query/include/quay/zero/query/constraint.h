@@ -1,4 +1,4 @@
-// Constraints: conditions that know of what class the elements are that they can be asked about.
+// Constraints: conditions together with the class of the elements that they apply to.
 #pragma once
 
 #include <quay/zero/query/condition.h>
@@ -9,16 +9,16 @@
 
 namespace quay::zero::query {
 
-/// What elements of class X are to meet. Made by the operators of constrainables, combined by &&, || and !. Copies
-/// share what they hold. A constraint on a class is one on each class derived from it, never the other way round.
-/// It doesn't outlive the library of its class.
+/// A condition on elements of class X. Made by the operators of constrainables, combined by &&, || and !. Copies share
+/// the condition. A constraint on a class converts to one on each class derived from it, never the other way round. It
+/// must not be used once the library of its class is unloaded.
 template <class X>
 class Constraint {
 public:
     explicit Constraint(Condition::Pointer condition) noexcept : condition_(std::move(condition)) {}
     template <class Base>
     requires(!std::same_as<Base, X> && std::derived_from<X, Base>)
-        // NOLINTNEXTLINE(google-explicit-constructor): meant to be
+        // NOLINTNEXTLINE(google-explicit-constructor): implicit on purpose
         Constraint(Constraint<Base> const& base)
     noexcept : condition_(base.condition()) {}
 
@@ -30,14 +30,14 @@ private:
     Condition::Pointer condition_;
 };
 
-/// One class is the other, or is derived from it.
+/// One of the classes is the other, or is derived from it.
 template <class X, class Y>
 concept OneLine = std::derived_from<X, Y> || std::derived_from<Y, X>;
 
 template <class X, class Y>
 using MoreDerived = std::conditional_t<std::derived_from<X, Y>, X, Y>;
 
-/// Both constraints, or either one. The second is asked only where the first leaves it open.
+/// Both constraints, or either one. The second is checked only on elements for which the first doesn't decide.
 template <class X, class Y>
 requires OneLine<X, Y> Constraint<MoreDerived<X, Y>>
 operator&&(Constraint<X> const& a, Constraint<Y> const& b) {

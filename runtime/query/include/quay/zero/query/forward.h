@@ -1,4 +1,4 @@
-// The vocabulary of queries by name, for headers that only mention it.
+// Forward declarations of what queries are made of.
 #pragma once
 
 #include <quay/zero/query/match_mode.h>

@@ -56,15 +56,15 @@ concept OrderedWith = ComparableWith<T, V> && !std::same_as<T, bool>;
 template <class T, class V>
 concept TextWith = ComparableWith<T, V> && Text<T>;
 
-/// Makes the condition that a property's value of type T compares so with an operand of type V, which is
-/// Operand<T, ...>::Type. `optional`: the property has at most one value, otherwise exactly one. The standard types'
-/// are in the library of the runtime, an enumeration's in that of its package; comparison.h has the definitions.
+/// Creates the condition that compares a property's value of type T with an operand of type V, which is Operand<T,
+/// ...>::Type. `optional`: the property has at most one value, otherwise exactly one. The library of the runtime has
+/// the instances of the standard types, that of a package those of its enumerations; comparison.h has the definitions.
 template <class T, class V>
 struct QUAY_ZERO_API Comparisons {
     static Condition::Pointer make(meta::Property const& property, AbstractQuery const* query, Comparison comparison,
                                    bool optional, V operand);
 };
-/// Makes the condition that a property with at most one value of type T has one.
+/// Creates the condition that a property with at most one value of type T has one.
 template <class T>
 struct QUAY_ZERO_API Presence {
     static Condition::Pointer make(meta::Property const& property, AbstractQuery const* query);

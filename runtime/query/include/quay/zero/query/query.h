@@ -15,7 +15,7 @@
 
 namespace quay::zero::query {
 
-/// Base of queries: what a vocabulary of its own is tied to.
+/// Base of queries, to which vocabularies are attached.
 class QUAY_ZERO_API AbstractQuery {
 public:
     AbstractQuery(AbstractQuery const&) = delete;
@@ -31,7 +31,7 @@ private:
     Model model_;
 };
 
-/// What is asked, without the type of the answer.
+/// What a query asks, whatever the type of handle that it returns.
 struct Question {
     Model const& model;
     meta::Class const& cls;     ///< the class asked for
@@ -41,14 +41,14 @@ struct Question {
     AbstractQuery const* query;
 };
 
-/// Takes the hits block by block.
+/// Receives the hits block by block.
 struct Sink {
     void* target;
     void (*take)(void* target, ModelElement::Impl* const* block, Mask hits);
 };
 
-/// Answers in order of creation. Costs a step for each element of the class, and one more for each element that was
-/// created since the last query of the model. An empty or dead model has no elements.
+/// Finds the hits in order of creation. Cost: linear in the number of elements of the class, and in the number of
+/// elements created since the last query of the model. An empty or dead model has no elements.
 QUAY_ZERO_API void answer(Question const& question, Sink const& sink);
 
 /// A handle to an element that is known to be an X.
@@ -61,7 +61,7 @@ X asHit(ModelElement::Impl* e) noexcept {
     }
 }
 
-/// The answer as handles of X.
+/// The hits as handles of X.
 template <class X>
 std::vector<X> answer(Question const& question) {
     std::vector<X> hits;
@@ -73,9 +73,9 @@ std::vector<X> answer(Question const& question) {
     return hits;
 }
 
-/// The model's elements of class X that meet the constraint. Elements of an open transaction are among them. It reads
-/// as getters do: relations resolve proxies, unless that is held off. NoSuchProperty and CannotCastIncompatibleTypes
-/// can only come of a constrainable that was made before its package was up, or with a property of another.
+/// The model's elements of class X that meet the constraint, those of an open transaction included. Like a getter, it
+/// resolves the proxies in relations unless resolution is held. NoSuchProperty and CannotCastIncompatibleTypes only for
+/// a constrainable that was made before its package was declared, or with a property of another class.
 template <class X>
 std::vector<X> find(Model const& model, Constraint<X> const& constraint,
                     SearchClassMatchMode mode = SearchClassMatchMode::WithSubclasses) {
@@ -88,7 +88,7 @@ std::vector<X> find(Model const& model, SearchClassMatchMode mode = SearchClassM
     return answer<X>({model, X::metaClass(), X::metaClass(), mode, nullptr, nullptr});
 }
 
-/// A query as an object, with a vocabulary of its own, which may be on a subclass of X that is known only at run time.
+/// A query as an object. Its own vocabulary may be that of a subclass of X that is known only at run time.
 template <class X>
 class Query final : public AbstractQuery {
 public:
@@ -100,7 +100,7 @@ public:
     Query(Model const& model, meta::Class const& cls, Mode mode)
         : AbstractQuery(model), constrainables_(*this, cls, mode) {}
 
-    /// The properties of X. InvalidValue if another query is asked with them.
+    /// The vocabulary, on the properties of X. Another query that uses it raises InvalidValue.
     typename X::Constrainables const& constrainables() const noexcept { return constrainables_; }
     /// Narrows the query.
     Query& where(Constraint<X> const& constraint) {
