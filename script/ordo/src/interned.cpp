@@ -27,7 +27,7 @@ InternedName internName(std::string_view text) {
     if (text.empty()) {
         return InternedName();
     }
-    // Never destroyed: names are used while the process ends.
+    // Never destroyed: names are used while the process exits.
     static auto* const names = new Names;
     std::scoped_lock const lock(names->mutex);
     auto found = names->entries.find(text);
