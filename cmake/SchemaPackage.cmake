@@ -1,4 +1,4 @@
-# Generates every package's sources and compiles nothing.
+# Generates the sources of all packages without compiling them.
 add_custom_target(generated)
 
 # add_schema_package(<target> PACKAGE <folder> [DEPENDS <targets>...] [PRECOMPILE <header>] [STAYS_LOADED]
@@ -27,7 +27,7 @@ function(add_schema_package target)
   file(GLOB_RECURSE compiler_files CONFIGURE_DEPENDS ${compiler}/*.py ${compiler}/*.j2)
   list(APPEND inputs ${compiler_files})
 
-  # Which files there will be depends on what stands in the YAML, so it is asked again whenever that changes.
+  # The list of files depends on the content of the YAML, so configuration runs again whenever that changes.
   execute_process(COMMAND ${command} --list OUTPUT_VARIABLE listing ERROR_VARIABLE errors RESULT_VARIABLE result
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
   if(NOT result EQUAL 0)

@@ -31,7 +31,7 @@ def write_typing(modules: tuple[TypedModule, ...], out: Path) -> None:
 
 
 def typing_files(modules: tuple[TypedModule, ...]) -> dict[str, TypedModule | None]:
-    """The files by path: a module's own, empty ones for the packages around them, and the marks that they are typed."""
+    """The files by path: those of the modules, empty ones for the packages around them, and the py.typed markers."""
     found: dict[str, TypedModule | None] = {}
     for module in modules:
         folders = module.name.split(".")

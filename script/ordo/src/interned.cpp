@@ -21,7 +21,7 @@ InternedName internName(std::string_view text) {
     };
     struct Names {
         std::mutex mutex;
-        std::unordered_set<InternedName::Entry, Hash, Equal> entries;  // whose addresses stay
+        std::unordered_set<InternedName::Entry, Hash, Equal> entries;  // addresses of entries are stable
     };
 
     if (text.empty()) {

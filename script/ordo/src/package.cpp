@@ -47,7 +47,7 @@ struct PackageTree {
 
     std::unordered_map<InternedName, OrdoPackage*> byName;
     std::vector<OrdoPackage*> outermost;
-    std::vector<std::unique_ptr<OrdoPackageInfo>> further;  // descriptions of packages that had one
+    std::vector<std::unique_ptr<OrdoPackageInfo>> further;  // descriptions for names already in use
 
 private:
     PackageTree() { ClassTable::setFinder(findByName); }

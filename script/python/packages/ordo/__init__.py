@@ -9,7 +9,7 @@ from ordo._core import Class, Method, Object, Property, count_bindings
 from ordo._errors import Error
 from ordo._packages import Package, attach, load
 
-# Errors that are Python's own as well show themselves as `ordo.ValueError` and so on.
+# So that the error classes which derive from a built-in one are displayed as `ordo.ValueError` and so on.
 ValueError = _errors.ValueError
 TypeError = _errors.TypeError
 AttributeError = _errors.AttributeError

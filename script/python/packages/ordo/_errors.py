@@ -1,4 +1,4 @@
-"""What failures of native code become: one class for all, and one more for each family that Python has its own for."""
+"""The errors that failures of native code become: one base class, and a subclass for each kind of built-in error."""
 
 from __future__ import annotations
 
@@ -34,7 +34,7 @@ class ValueError(Error, builtins.ValueError):
 
 
 class TypeError(Error, builtins.TypeError):
-    """The value is of another type than is wanted, or can't be left out."""
+    """The value is of another type than required, or is missing."""
 
 
 class AttributeError(Error, builtins.AttributeError):
