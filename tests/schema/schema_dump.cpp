@@ -30,7 +30,7 @@ void print(Columns const&... columns) {
 std::string utf8(std::u16string const& text) { return keel::toUtf8(text); }
 std::string nameOf(Type const& type) { return type ? utf8(type->getQualifiedName()) : "-"; }
 
-/// All that the registry knows of a type beside the type itself.
+/// Everything that the registry has for a type besides the type itself.
 std::string registrationOf(Type const& type) {
     MetaRegistry const& registry = *MetaRegistry::getInstance();
     MetaRegistry::TypeNames const names = registry.getTypeNames(type);
