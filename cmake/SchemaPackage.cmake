@@ -5,10 +5,10 @@ add_custom_target(generated)
 #                    [SCRIPT_DOCS])
 #
 # Makes a shared library of the package that <folder>/package.yaml describes. The schema compiler writes its sources
-# into the build tree when a YAML file or the compiler itself has changed; since it leaves files alone that come out
-# the same, only what really changed is compiled again. The library's public headers are the generated ones.
+# into the build tree when a YAML file or the compiler itself has changed; since it doesn't write
+# files whose text is unchanged, only what really changed is compiled again. The library's public headers are the generated ones.
 # PRECOMPILE names a header that nearly all of the sources include. With STAYS_LOADED the library is never unmapped.
-# SCRIPT_DOCS adds a table of the docs that scripts show for help.
+# SCRIPT_DOCS adds a table of the docs that scripts show as help.
 function(add_schema_package target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "STAYS_LOADED;SCRIPT_DOCS" "PACKAGE;PRECOMPILE" "DEPENDS")
   set(package ${PROJECT_SOURCE_DIR}/${arg_PACKAGE})

@@ -5,7 +5,7 @@ A folder may include its own headers, those of the folders that it may use and o
 C++ standard library, and the other libraries granted to it. Quoted includes stay within the folder.
 
 Inside a folder, a header and the source of the same name are one module. What either of them includes is a dependency
-of the module; dependencies may not lead back to where they started, except as listed in `CIRCLES`.
+of the module; dependencies must not form a circle, except as listed in `CIRCLES`.
 """
 
 from __future__ import annotations

@@ -41,10 +41,10 @@ def _kind(node: Node) -> str:
 
 
 class Entry:
-    """Gives a mapping's values by key and type.
+    """Reads a mapping's values by key and type.
 
-    A value that is missing or of the wrong type is reported and read as empty, so that one run tells all faults of an
-    entry; `close` then raises. A key that nobody asked for is a fault too.
+    A value that is missing or of the wrong type is reported and read as empty, so that one run reports all faults of an
+    entry; `close` then raises. A key that wasn't read is a fault, too.
     """
 
     def __init__(self, node: Node, file: str, owner: str, report: Report) -> None:

@@ -1,6 +1,6 @@
 """YAML to entries: reads a package, its type files and the packages that it brings up.
 
-Judges only the form: that files parse, that keys are known and there, that values have the right YAML type.
+Checks only the form: that files parse, that keys are known and there, that values have the right YAML type.
 """
 
 from __future__ import annotations

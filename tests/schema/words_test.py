@@ -1,6 +1,6 @@
-"""The words of queries: the schema compiler's list of them, and the functions of the built library that return them.
+"""Compares the schema compiler's list of query functions with the functions that the built library exports.
 
-They are called without a C++ declaration, so that all of them are, whatever a test in C++ would think to name.
+They are called by symbol, without a C++ declaration, so that the test covers all of them.
 """
 
 from __future__ import annotations

@@ -1,7 +1,7 @@
 """Classes of native libraries as classes of Python.
 
-Packages of the class-object system are imported by their dotted names; their classes come into being when somebody
-first asks for one. What goes wrong is an `Error`.
+Packages of the class-object system are imported by their dotted names. Each class is made when it is first accessed.
+Failures raise `Error`.
 """
 
 from ordo import _errors

@@ -10,8 +10,8 @@ from ordo import _core
 class Error(Exception):
     """A failure of native code, or of a conversion on the way to it. Its text is a readable sentence.
 
-    `identifier` tells failures apart for programs, such as "quay0:messages:UniquenessConstraint", and `arguments` are
-    what the sentence is made with.
+    `identifier` identifies the failure for programs, such as "quay0:messages:UniquenessConstraint", and `arguments` are
+    the arguments of the sentence.
     """
 
     identifier: str
