@@ -1,8 +1,8 @@
 // The floor: the baseline that measurements are compared with, namely what the cheapest hand-written code costs.
 //
 // Plain structs with a 128-bit id in a hash index, whose out-of-line setters compare, log the old value and store, with
-// nested transactions and a ring of logs for undo. No reflection, no schema, no handles, no checks: the measured code can
-// hardly be faster than this, and is slow if it is much slower.
+// nested transactions and a ring of logs for undo. No reflection, no schema, no handles, no checks: the measured code
+// can hardly be faster than this, and is slow if it is much slower.
 #pragma once
 
 #include <cstddef>

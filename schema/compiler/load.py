@@ -23,8 +23,7 @@ from compiler.mistakes import Place, Report
 
 
 def load(file: Path, report: Report) -> Package | None:
-    """Reads the package that `file` describes. None if something could not be read, which `report` has then been
-    told."""
+    """Reads the package that `file` describes. None, after a report, if something could not be read."""
     return _Loading(report).package(file, None)
 
 

@@ -1,7 +1,6 @@
 // schema_dump LIBRARY URI
-// Loads a library that brings a package up, and prints what the meta registry then knows of the package of
-// that URI: a line of tab-separated columns for every meta object, in order of declaration. Links to nothing
-// but the runtime.
+// Loads a library that declares a package, and prints what the meta registry then has for the package with that URI: a
+// line of tab-separated columns for every meta object, in order of declaration. Linked only to the runtime.
 #include <keel/text.h>
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/registry.h>

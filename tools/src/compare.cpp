@@ -191,7 +191,7 @@ private:
     void value(ModelElement const& before, ModelElement const& after, Property const& property,
                std::string const& path) {
         auto const& tag = ReflectionPrivateTag::PUBLIC_ACCESS;
-        // Most are equal, which can be told without making their texts.
+        // Most are equal, which a comparison of the values shows without making texts.
         bool const isCollection = isSeveral(property);
         if (!isCollection && before->getPropertyValue(property, tag) == after->getPropertyValue(property, tag)) return;
         std::string const was = io::propertyText(before, property);

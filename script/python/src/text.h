@@ -21,7 +21,7 @@ inline Ref nameToPython(std::string_view name) { return bytesToPython(name); }
 std::u16string textFromPython(PyObject* text);
 /// The value of a str; borrows the str's memory where its form allows that.
 ordo::OrdoValue textValue(PyObject* text);
-/// The UTF-8 of a str; lone surrogates become bytes, the reverse of bytesToPython.
+/// The UTF-8 of a str, the reverse of bytesToPython. Throws NotEncodable for lone surrogates that stand for no byte.
 std::string bytesFromPython(PyObject* text);
 
 /// UTF-8 of a str for messages; unpaired surrogates are replaced.
