@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Compares the benchmarks of two builds: their bin/bench run in turns, A, B, A, B and so on, so that whatever else the
-machine does meets both, and the least time of each benchmark counts. Sorted by ratio, B to A: what became
-slower in B comes last."""
+"""Compares the benchmarks of two builds. Their bin/bench run alternately (A, B, A, B and so on), so that other load on
+the machine affects both, and the least time of each benchmark counts. Sorted by the ratio of B to A: what is slower in
+B comes last."""
 
 from __future__ import annotations
 
@@ -14,7 +14,8 @@ from typing import Any
 
 
 def run(build: pathlib.Path, arguments: list[str]) -> dict[str, float]:
-    """Nanoseconds by benchmark, from one run of the build's: of processor time, unless it measures its time itself."""
+    """Nanoseconds by benchmark, from one run of the build's program: processor time, or the benchmark's own time if it
+    measures that itself."""
     with tempfile.NamedTemporaryFile(suffix=".json") as output:
         program = str(build / "bin" / "bench")
         command = [program, f"--benchmark_out={output.name}", "--benchmark_out_format=json", *arguments]

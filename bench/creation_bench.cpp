@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::int64_t kFew = 1000;
 
-/// Creates so many small elements, one after the other, each in a transaction of its own or all in one. Models are
-/// made and taken down outside of the time.
+/// Creates this many small elements, one after the other, each in a transaction of its own or all in one. Models are
+/// made and destroyed outside the measured time.
 template <bool InOne>
 void floorCreate(benchmark::State& state) {
     auto const count = state.range(1);
@@ -32,7 +32,7 @@ void floorCreate(benchmark::State& state) {
         state.PauseTiming();
         root.edges.clear();
         store.reset();
-        if (count > kFew) malloc_trim(0);  // a large model takes its memory anew in every round
+        if (count > kFew) malloc_trim(0);  // so that a large model allocates its memory anew in every round
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * count);

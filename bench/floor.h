@@ -1,8 +1,8 @@
-// The floor: what the cheapest hand-written code for the same work costs.
+// The floor: the baseline that measurements are compared with, namely what the cheapest hand-written code costs.
 //
 // Plain structs with a 128-bit id in a hash index, whose out-of-line setters compare, log the old value and store, with
-// nesting transactions and an undo ring. No reflection, no schema, no handles, no rules: what is measured beside it can
-// hardly be quicker, and is slow if it is much slower.
+// nested transactions and a ring of logs for undo. No reflection, no schema, no handles, no checks: the measured code
+// can hardly be faster than this, and is slow if it is much slower.
 #pragma once
 
 #include <cstddef>
@@ -25,14 +25,14 @@ struct IdHash {
     std::size_t operator()(Id const& id) const noexcept { return id.high ^ (id.low * 0x9e3779b97f4a7c15); }
 };
 
-/// How an object of some class leaves its home, comes back, and ends.
+/// How an object of some class is removed from its owning list, put back, and destroyed.
 struct LifeOperations {
     void (*leave)(void* object);
     void (*comeBack)(void* object, std::size_t position);
     void (*end)(void* object);
 };
 
-/// One change, as it is undone.
+/// One change in the log.
 struct Entry {
     enum class Kind : std::uint32_t { Word, HalfWord, Text, Made, Gone };
     Entry(Kind k, void* field, std::uint64_t bits) noexcept : kind(k), position(0), where(field), old(bits) {}
@@ -40,7 +40,7 @@ struct Entry {
         : kind(k), position(static_cast<std::uint32_t>(at)), where(object), operations(&life) {}
 
     Kind kind;
-    std::uint32_t position;  // of an object that is gone, in its home
+    std::uint32_t position;  // of a removed object, in its owning list
     void* where;             // the field or the object
     union {
         std::uint64_t old;                 // the old bits of a field
@@ -48,7 +48,7 @@ struct Entry {
     };
 };
 
-/// Old values, in the order in which they were written. Texts stand apart.
+/// Old values, in the order in which they were written. Texts are kept separately.
 struct Log {
     std::vector<Entry> entries;
     std::vector<std::u16string> texts;
@@ -58,7 +58,7 @@ struct Log {
     void forget();
 };
 
-/// A mark per nested transaction; a ring of committed logs.
+/// The floor's model: a mark per nested transaction, and a ring of committed logs.
 class Store {
 public:
     Store() = default;
@@ -121,7 +121,7 @@ LifeOperations const lifeOf{
     [](void* object) { delete static_cast<T*>(object); },
 };
 
-/// Makes a T at the end of its home, a list that owns it.
+/// Makes a T at the end of its home, the list that owns it.
 template <class T>
 T& make(Store& store, List<T>& home) {
     T& made = *home.emplace_back(std::make_unique<T>(store));

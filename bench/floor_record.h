@@ -1,4 +1,4 @@
-// The floor of larger things: a port of 31 properties with a table of its getters and setters, and a root of 171.
+// The floor's larger objects: a port of 31 properties with a table of its getters and setters, and a root of 171.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace hand {
 
-/// A value of any property, with no type but its own.
+/// A value of any property.
 using Any = std::variant<std::monostate, bool, int, unsigned, double, std::u16string, void const*>;
 
 struct EventsInfo : Object {
@@ -31,7 +31,7 @@ struct Condition : Object {
     List<Condition>* home = nullptr;
 };
 
-/// As many values of each type as an input port has.
+/// Has as many values of each type as an input port.
 struct Port : Object {
     using Object::Object;
     void setNumber(int value);
@@ -70,7 +70,7 @@ struct Edge : Object {
     List<Edge>* home = nullptr;
 };
 
-/// As many values of each type as the record's root has.
+/// Has as many values of each type as the record's root.
 struct Root : Object {
     using Object::Object;
 
@@ -95,7 +95,7 @@ struct Root : Object {
 /// Makes an entry of the root's first map, and the events of a port.
 Note& makeEntry(Root& root, int key, std::u16string const& text);
 EventsInfo& makeEvents(Port& port);
-/// Takes the ids of everything below the root out of the index, and the root out of its home.
+/// Removes the ids of everything below the root from the index, and the root from its owning list.
 void destroyRecord(Root& root);
 
 }  // namespace hand

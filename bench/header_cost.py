@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""What the product's headers cost whoever compiles against them: processor time of small sources, beside that of one
-that uses <vector> and <string>, with the flags of a user's release build. A build folder tells the include folders."""
+"""Measures the cost of compiling against the product's headers: processor time of small sources, compared with one that
+uses <vector> and <string>, with the flags of a user's release build. The include folders come from a build folder."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-// Saving and loading, beside Boost.JSON parsing the same bytes. The argument is the number of elements.
+// Saving and loading, compared with Boost.JSON parsing the same bytes. The argument is the number of elements.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <quay/zero/io/io.h>
 
@@ -69,7 +69,7 @@ void toText(benchmark::State& state) {
     count(state, from.text.size());
 }
 
-/// A file of the benchmark's own, gone with it.
+/// A temporary file, removed by the destructor.
 struct ScratchFile {
     std::filesystem::path path = std::filesystem::temp_directory_path() / "quay_io_bench.json";
     ScratchFile() = default;

@@ -1,4 +1,4 @@
-// What it costs to load the library, with its schema up when the load returns, beside the load of an empty
+// The cost of loading the library, which declares its schema while it is loaded, compared with loading an empty
 // library. Each load is timed in a process of its own.
 #include <benchmark/benchmark.h>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Seconds of the last of so many loads, or a negative number if that failed.
+/// Seconds that the last of `times` loads took, or a negative number if loading failed.
 double timeLoad(char const* library, int times) {
     std::string const command = std::string(LOAD_ONCE) + " '" + library + "' " + std::to_string(times);
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const output(popen(command.c_str(), "r"), pclose);
@@ -29,8 +29,8 @@ void load(benchmark::State& state, char const* library, int times) {
     }
 }
 
-/// `first`: into a process that has nothing of it. `again`: after the same process closed it; the libraries
-/// below stay.
+/// `first` loads into a process that has none of the libraries. `again` loads after the same process closed the
+/// library; the libraries that it depends on stay loaded.
 void registerLoad(char const* name, char const* library, int times) {
     benchmark::RegisterBenchmark(name, load, library, times)
         ->UseManualTime()

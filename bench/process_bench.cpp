@@ -1,4 +1,4 @@
-// Bytes of a small element, all told, and two threads that work in a model each.
+// The memory that a small element takes in all, and the throughput of two threads with a model each.
 #include <malloc.h>
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kElements = 100000;
 
-/// What the process has taken from the allocator: arenas and mapped blocks.
+/// Bytes that the process has taken from the allocator: arenas and mapped blocks.
 double heapBytes() {
     struct mallinfo2 const info = mallinfo2();
     return static_cast<double>(info.uordblks + info.hblkhd);
@@ -77,7 +77,7 @@ double secondsOf(void (*job)(int), int threads) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// `speedup`: how much more two threads get done than one, in the best of several rounds each.
+/// `speedup`: how much more work two threads do than one, each in the best of several rounds.
 void twoThreads(benchmark::State& state, void (*job)(int)) {
     for (auto _ : state) {
         double one = 1e9;

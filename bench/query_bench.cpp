@@ -1,5 +1,5 @@
-// What a query costs in a model of 1 000 000 elements of mixed classes, beside a plain loop over the elements of the
-// class asked for, which somebody would have had to keep by hand.
+// The cost of queries in a model of 1 000 000 elements of mixed classes, compared with a plain loop over a list of the
+// elements of the class asked for, which a program would have to maintain itself.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 
 #include <benchmark/benchmark.h>
@@ -17,8 +17,8 @@ using Mode = qz::query::SearchClassMatchMode;
 
 constexpr std::int64_t kElements = 1'000'000;
 
-/// Eight classes in turn; the elements asked for are of one class in eight, or of two with one superclass, and of every
-/// one asked about a value, one in eight has it. 2 000 ports have children.
+/// Elements of eight classes in turn. Queries ask for one class of the eight, or for two with a common superclass;
+/// conditions on a value hold for one element in eight. 2 000 ports have children.
 struct Mixed {
     qz::Model model = qz::Model::create();
     std::vector<RateSpec> rates;
@@ -73,7 +73,7 @@ struct Mixed {
     }
 };
 
-/// The floor: a loop over handles that were kept, by the inlined getters.
+/// The floor: a loop over a stored list of handles, by inlined getters.
 template <class X, class F>
 void loop(benchmark::State& state, std::vector<X> const& all, F const& f) {
     for (auto _ : state) {
@@ -129,7 +129,7 @@ BENCHMARK(queryTextsOfSubclasses)->Unit(benchmark::kMicrosecond);
 BENCHMARK(loopOverChildren)->Unit(benchmark::kMicrosecond);
 BENCHMARK(queryChildren)->Unit(benchmark::kMicrosecond);
 
-/// What each query would cost without the index, and what the first one costs, which builds it.
+/// The cost of each query without the index, and of the first query, which builds the index.
 void loopOverModel(benchmark::State& state) {
     auto const& model = Mixed::get().model;
     for (auto _ : state) {
@@ -155,7 +155,7 @@ void firstQuery(benchmark::State& state) {
 BENCHMARK(loopOverModel)->Unit(benchmark::kMillisecond);
 BENCHMARK(firstQuery)->Unit(benchmark::kMillisecond)->Iterations(5);
 
-/// A query after each change, in a model of that many elements: the index is caught up, not built anew.
+/// A query after each change, in a model of that many elements: the index is updated, not built anew.
 void changeAndQuery(benchmark::State& state) {
     qz::Model const model = qz::Model::create();
     std::vector<VarTsUIDEntry> all;

@@ -1,5 +1,5 @@
-// A whole record: a root, 200 ports with two children each, 2 000 edges and a map of 100; built in one transaction,
-// read, and destroyed. And a map by text keys.
+// A whole record (a root, 200 ports with two children each, 2 000 edges and a map of 100 entries), built in one
+// transaction, read, and destroyed; and a map with text keys.
 #include <algorithm>
 #include <map>
 #include <random>

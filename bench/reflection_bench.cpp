@@ -1,4 +1,4 @@
-// Reflective reads and writes, beside direct getters and setters that are reached through a table.
+// Reflective reads and writes, compared with direct getters and setters that are reached through a table.
 #include <algorithm>
 #include <string>
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr auto& kPublic = qz::ReflectionPrivateTag::PUBLIC_ACCESS;
 
-/// The entry of the floor's table, which the compiler can't see through.
+/// The entry of the floor's table, found in a way that the compiler can't optimise away.
 hand::Access const* accessOf(std::u16string_view name) {
     auto const found = std::find_if(hand::portTable.begin(), hand::portTable.end(),
                                     [&](hand::Access const& a) { return a.name == name; });

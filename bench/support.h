@@ -1,4 +1,4 @@
-// What the benchmarks share.
+// Functions that several benchmarks use.
 #pragma once
 
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
@@ -14,7 +14,8 @@ namespace bench {
 using namespace ModelRefInfoRepo;
 namespace qz = quay::zero;
 
-/// A model, or the floor's store, that keeps as many transactions as the benchmark's first argument says.
+/// A model, or the floor's store, that keeps as many transactions in its history as the benchmark's first argument
+/// says.
 inline qz::Model makeModel(benchmark::State const& state) {
     qz::Model model = qz::Model::create();
     model->enableHistory(static_cast<std::size_t>(state.range(0)));

@@ -53,7 +53,7 @@ void floorWriteAgain(benchmark::State& state) {
     int n = 0;
     for (auto _ : state) {
         e.setFirst(value += 1);
-        if (++n == kMany) {  // a log without end would measure the memory
+        if (++n == kMany) {  // limits the log, whose growth would be measured otherwise
             store.commit();
             store.begin();
             n = 0;
@@ -103,7 +103,7 @@ BENCHMARK(ownTransaction<ModelRefInfoRoot, writeRoot>)->Arg(0)->Arg(100);
 
 // --- A thousand elements, each written once in a transaction; per write ---------------------------------------------
 
-/// What happens to the transaction in the end.
+/// How the transaction ends.
 enum class End { Commit, RollBack, Undo };
 
 template <class T, auto Write, End How>

@@ -1,4 +1,4 @@
-# What find_package(vw_modelref_info CONFIG) finds after an installation.
+# Installs the files that find_package(vw_modelref_info CONFIG) needs.
 
 include(CMakePackageConfigHelpers)
 set(directory ${CMAKE_INSTALL_LIBDIR}/cmake/vw_modelref_info)

@@ -1,7 +1,7 @@
 # Modules: the folders that hold the sources, each with its public headers in include/ and its sources in src/.
 
 # link_present(<target> <libraries>...)
-# Links to those of the libraries that have any module yet.
+# Links to those of the libraries that contain any module so far.
 function(link_present target)
   foreach(library IN LISTS ARGN)
     if(TARGET ${library})
@@ -11,7 +11,7 @@ function(link_present target)
 endfunction()
 
 # set_up_library(<target> <libraries>...)
-# What every library here has, whatever makes it up.
+# Sets the properties that all libraries of this project share.
 function(set_up_library target)
   target_link_libraries(${target} PRIVATE project_flags)
   target_compile_features(${target} PUBLIC cxx_std_20)
@@ -23,8 +23,8 @@ function(set_up_library target)
 endfunction()
 
 # add_module(<folder> LIBRARY <target> [DEPENDS <targets>...])
-# Adds a module to a shared library, which is made for its first module. A module may lack sources or headers; a folder
-# that isn't there adds nothing.
+# Adds a module to a shared library, which is created for its first module. A module may have no sources or no headers;
+# for a folder that doesn't exist, nothing is added.
 function(add_module folder)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "LIBRARY" "DEPENDS")
   set(directory ${PROJECT_SOURCE_DIR}/${folder})
@@ -51,8 +51,8 @@ function(add_subdirectory_if_present folder)
 endfunction()
 
 # add_programs(<libraries>...)
-# Makes each source of the current folder a program of its own in bin/, named after it. Programs whose libraries aren't
-# there yet are left out.
+# Makes each source of the current folder a program of its own in bin/, named after it. Programs whose libraries don't
+# exist are left out.
 function(add_programs)
   foreach(library IN LISTS ARGN)
     if(NOT TARGET ${library})

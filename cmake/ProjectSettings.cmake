@@ -1,4 +1,4 @@
-# How everything here is compiled, and where it is put.
+# Compiler and linker settings of all targets, and the folders for what they build.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -16,7 +16,8 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(QUAY_PYTHON_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/python)
 
-# Libraries find one another beside themselves, programs find them in ../lib, in the build tree and installed.
+# The run path: libraries are searched beside the library that needs them and in a program's ../lib, both in the build
+# tree and installed.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
@@ -28,8 +29,8 @@ target_compile_options(project_flags INTERFACE
   -fvisibility=hidden -fvisibility-inlines-hidden -fno-semantic-interposition)
 target_link_options(project_flags INTERFACE -Wl,-Bsymbolic-functions -Wl,--as-needed)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # Statics of templates and inline functions would otherwise be unique symbols, and a library that has one can never
-  # be unmapped. Clang makes none.
+  # Without this, statics of templates and inline functions are unique symbols, and a library that has one can never be
+  # unmapped. Clang makes none.
   target_compile_options(project_flags INTERFACE -fno-gnu-unique)
 endif()
 if(QUAY_SANITIZE)
@@ -38,15 +39,15 @@ if(QUAY_SANITIZE)
   target_link_options(project_flags INTERFACE -fsanitize=${QUAY_SANITIZE})
 endif()
 if(NOT QUAY_SANITIZE OR CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # Clang leaves the sanitizers' functions to be found in the program.
+  # Clang leaves the sanitizers' functions undefined in shared libraries; the program provides them.
   target_link_options(project_flags INTERFACE -Wl,--no-undefined)
 endif()
 
 find_program(CCACHE ccache)
 mark_as_advanced(CCACHE)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # The sloppiness is what ccache must overlook to cache sources that use a precompiled header; the header's own content
-  # still counts. Paths are hashed as seen from the build folder, so that every working tree shares the cache.
+  # ccache caches sources that use a precompiled header only with this sloppiness; the header's own content still
+  # counts. Paths are hashed relative to the build folder, so that all working trees share the cache.
   set(CMAKE_CXX_COMPILER_LAUNCHER
       ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_NOHASHDIR=1
                               CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} ${CCACHE})

@@ -1,5 +1,5 @@
-# What Python's type checkers read beside the modules, which come into being at run time: the schema's classes from the
-# schema compiler, and the runtime's as they stand in script/mi/typing.
+# Type stubs for Python's type checkers, since the modules are created at run time: those of the schema's classes are
+# written by the schema compiler, those of the runtime are in script/mi/typing.
 
 # add_python_typing(<folder>)
 # Writes the modules of the package that <folder>/package.yaml describes, and of those below it. To be called after

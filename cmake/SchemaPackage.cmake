@@ -1,14 +1,14 @@
-# Generates every package's sources and compiles nothing.
+# Generates the sources of all packages without compiling them.
 add_custom_target(generated)
 
 # add_schema_package(<target> PACKAGE <folder> [DEPENDS <targets>...] [PRECOMPILE <header>] [STAYS_LOADED]
 #                    [SCRIPT_DOCS])
 #
 # Makes a shared library of the package that <folder>/package.yaml describes. The schema compiler writes its sources
-# into the build tree when a YAML file or the compiler itself has changed; since it leaves files alone that come out
-# the same, only what really changed is compiled again. The library's public headers are the generated ones.
+# into the build tree when a YAML file or the compiler itself has changed; since it doesn't write
+# files whose text is unchanged, only what really changed is compiled again. The library's public headers are the generated ones.
 # PRECOMPILE names a header that nearly all of the sources include. With STAYS_LOADED the library is never unmapped.
-# SCRIPT_DOCS adds a table of the docs that scripts show for help.
+# SCRIPT_DOCS adds a table of the docs that scripts show as help.
 function(add_schema_package target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "STAYS_LOADED;SCRIPT_DOCS" "PACKAGE;PRECOMPILE" "DEPENDS")
   set(package ${PROJECT_SOURCE_DIR}/${arg_PACKAGE})
@@ -27,7 +27,7 @@ function(add_schema_package target)
   file(GLOB_RECURSE compiler_files CONFIGURE_DEPENDS ${compiler}/*.py ${compiler}/*.j2)
   list(APPEND inputs ${compiler_files})
 
-  # Which files there will be depends on what stands in the YAML, so it is asked again whenever that changes.
+  # The list of files depends on the content of the YAML, so configuration runs again whenever that changes.
   execute_process(COMMAND ${command} --list OUTPUT_VARIABLE listing ERROR_VARIABLE errors RESULT_VARIABLE result
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
   if(NOT result EQUAL 0)

@@ -5,7 +5,7 @@ A folder may include its own headers, those of the folders that it may use and o
 C++ standard library, and the other libraries granted to it. Quoted includes stay within the folder.
 
 Inside a folder, a header and the source of the same name are one module. What either of them includes is a dependency
-of the module; dependencies may not lead back to where they started, except as listed in `CIRCLES`.
+of the module; dependencies must not form a circle, except as listed in `CIRCLES`.
 """
 
 from __future__ import annotations
@@ -20,7 +20,7 @@ from dataclasses import dataclass, field
 
 @dataclass(frozen=True)
 class Grant:
-    """What a folder may include beside itself and the standard library."""
+    """What a folder may include besides its own headers and the standard library."""
 
     folders: tuple[str, ...] = ()
     libraries: tuple[str, ...] = ()
@@ -54,10 +54,10 @@ GRANTS = {
     "tests": Grant(("record/script",), ("gtest",), generated=True),
 }
 
-# Modules of one folder that depend on each other, each set with the reason why it isn't split.
+# Modules of one folder that depend on each other: each set with the reason why it isn't split.
 CIRCLES: dict[frozenset[str], str] = {}
 
-# Other libraries, by what their headers' names begin with.
+# Other libraries, by the beginning of their headers' names.
 LIBRARIES = {
     "boost": re.compile(r"boost/"),
     "posix": re.compile(r"(sys/|(dlfcn|fcntl|link|malloc|pthread|unistd)\.h$)"),
@@ -70,14 +70,14 @@ LIBRARIES = {
     "gtest": re.compile(r"(gtest|gmock|rapidcheck)[/.]"),
 }
 
-# The C++ standard library's headers, those it takes over from C included, have no ending.
+# Headers of the C++ standard library have no file extension, nor have those that it takes over from C.
 STANDARD = re.compile(r"[a-z0-9_]+$")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:<([^>]+)>|"([^"]+)")', re.MULTILINE)
 
 
 @dataclass
 class Tree:
-    """A tree of sources and what its folders are granted."""
+    """A tree of sources, and what each folder may include."""
 
     root: pathlib.Path
     generated: pathlib.Path | None = None
@@ -85,7 +85,7 @@ class Tree:
     circles: dict[frozenset[str], str] = field(default_factory=lambda: CIRCLES)
 
     def sources(self) -> Iterator[tuple[str, pathlib.Path]]:
-        """Each source written by hand with its folder, in order. What a generator is expected to write isn't."""
+        """Each source written by hand with its folder, in order. Expected output of generators is left out."""
         for folder in sorted(self.grants):
             inner = [self.root / other for other in self.grants if other.startswith(f"{folder}/")]
             for file in sorted((self.root / folder).rglob("*")):
@@ -106,7 +106,7 @@ class Tree:
         return reached
 
     def header(self, angle: str) -> tuple[str, pathlib.Path] | None:
-        """The folder and file of a header that is included by <...>, if it is one of the tree's."""
+        """The folder and file of a header that is included by <...>, if it belongs to the tree."""
         for folder in self.grants:
             file = self.root / folder / "include" / angle
             if file.is_file():
@@ -114,7 +114,7 @@ class Tree:
         return None
 
     def complaint(self, folder: str, file: pathlib.Path, angle: str, quoted: str) -> str | None:
-        """What is wrong with one include, or None."""
+        """The fault of one include as a message, or None."""
         if quoted:
             target = (file.parent / quoted).resolve()
             if not target.is_relative_to((self.root / folder).resolve()):
@@ -133,7 +133,7 @@ class Tree:
         if self.is_generated(angle):
             return None if self.grants[folder].generated else f"<{angle}> is generated, and {folder}/ knows no schema"
         if self.generated is None and self.grants[folder].generated:
-            return None  # nothing was generated yet, so it can't be told
+            return None  # nothing was generated yet, so it can't be checked
         return f"<{angle}> is of no folder and no library that is known here"
 
     def is_generated(self, header: str) -> bool:
@@ -143,7 +143,8 @@ class Tree:
 
     def dependencies(self) -> dict[str, set[str]]:
         """Each module's name, such as runtime/model/transaction, with the modules that it depends on."""
-        # A source is of the module of the header with its name: that beside it, else the first one in the folder.
+        # A source belongs to the module of the header with its name: the one beside it, else the first one in the
+        # folder.
         headers: dict[tuple[str, str], str] = {}
         for folder, file in self.sources():
             if file.suffix == ".h":
@@ -174,14 +175,14 @@ class Tree:
         return "/".join((folder, *(part for part in parts if part not in ("include", "src", "quay", "zero"))))
 
     def circle_complaints(self) -> list[str]:
-        """The circles that aren't excepted, and the exceptions that are none any more."""
+        """The circles that aren't listed as exceptions, and the exceptions that are no longer circles."""
         found = [frozenset(circle) for circle in circles(self.dependencies())]
         complaints = [f"these depend on each other: {', '.join(sorted(c))}" for c in found if c not in self.circles]
         gone = [c for c in self.circles if c not in found]
         return sorted(complaints) + [f"no longer a circle: {', '.join(sorted(c))}" for c in gone]
 
     def complaints(self) -> list[str]:
-        """All that is wrong, a line each: includes in order of file and line, then circles."""
+        """All faults, one line each: includes in order of file and line, then circles."""
         found = []
         for folder, file in self.sources():
             text = file.read_text(encoding="utf-8")

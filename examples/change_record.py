@@ -1,4 +1,4 @@
-"""Changes a record with undo at hand, and saves it anew: change_record.py OLD NEW."""
+"""Changes a record, undoing one of the changes, and saves it to another file: change_record.py OLD NEW."""
 
 import sys
 

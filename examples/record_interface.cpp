@@ -1,5 +1,5 @@
 // A compile stage and a consumer in one program: the interface of a small model is recorded with builders, read back,
-// changed while somebody listens, rolled back, undone, asked by queries, and kept in a file.
+// changed with a listener, rolled back, undone, searched by queries, and kept in a file.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/exception.h>
 #include <keel/text.h>
@@ -98,7 +98,7 @@ void changeAndTakeBack(ModelRefInfoRoot const& root) {
         root->getInports()->begin()->impl()->setDesignMax(0);
         StructTypeBusTypeElem::Builder bus;
         bus.setStructType("motor_t");
-        root->createIntoStructTypeBusTypeMap(bus);  // there is an entry of that key
+        root->createIntoStructTypeBusTypeMap(bus);  // an entry with that key exists already
         transaction.commit(boost::none);
     } catch (keel::core::except::Error const& error) {
         std::cout << "  " << error.what() << '\n';

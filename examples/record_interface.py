@@ -1,4 +1,4 @@
-"""Records the interface of a small model, looks at it, changes it under watch, and keeps it in a file."""
+"""Records the interface of a small model, reads it, changes it with a listener, and saves it to a file."""
 
 import sys
 import tempfile
@@ -8,7 +8,7 @@ from Varlow.ModelReference.internal.compileInfo import ModelRefInfoRoot, RateInf
 
 
 def record(model: quay.zero.Model) -> ModelRefInfoRoot:
-    """Fills a record, all of it or nothing."""
+    """Fills a record in one transaction."""
     with model.transaction():
         root = ModelRefInfoRoot(model, {"triggerType": 3})
         for lower, upper in ((-1.0, 1.0), (0.0, 10.0)):

@@ -1,5 +1,4 @@
-// Walks through the schema as the meta registry knows it, by reflection alone: what a tool sees that works on
-// whatever schemas are loaded.
+// Lists the schema by reflection alone, as a generic tool would that works on any schema.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <keel/text.h>
 #include <quay/zero/meta/registry.h>

@@ -1,1 +1,1 @@
-// A shared library with nothing in it: what any load costs.
+// A shared library without content, to measure what loading any library costs.

@@ -1,5 +1,5 @@
-// The floor for scripts: what a class costs that is written by hand in the interpreter's own C interface, with an
-// attribute and a method that makes a child and keeps it. No tracking, no ids, no transactions.
+// The baseline for scripts: a class written by hand in the interpreter's C interface, with an attribute and a method
+// that makes a child and keeps it. No change tracking, no ids, no transactions.
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 

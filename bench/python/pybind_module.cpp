@@ -1,4 +1,4 @@
-// The small class of the floor, as pybind11 shows it to scripts.
+// The small class of the floor, made available to scripts by pybind11.
 #include <pybind11/pybind11.h>
 
 #include <cstdint>

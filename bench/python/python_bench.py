@@ -1,6 +1,7 @@
 #!/usr/bin/python3
-"""What scripts cost, in nanoseconds a step, beside others that do the same or less in the same run: a class written by
-hand in C, one shown by pybind11, and Python's protobuf. The loop around each step is part of every figure."""
+"""Measures scripts, in nanoseconds per step, and compares them with others that do the same or less in the same run: a
+class written by hand in C, one made available by pybind11, and Python's protobuf. The loop around each step is
+included."""
 
 from __future__ import annotations
 
@@ -25,7 +26,7 @@ def nanoseconds(statement: str, names: dict[str, Any], steps: int, fresh: Callab
 
 
 def protobuf_class() -> Any:
-    """A message like the port, described at run time."""
+    """A message with the fields of the port, described at run time."""
     from google.protobuf import descriptor_pb2, descriptor_pool, message_factory
 
     file = descriptor_pb2.FileDescriptorProto(name="port.proto", package="bench", syntax="proto3")

@@ -17,7 +17,7 @@ from compiler.scope import Scope
 
 
 def main(arguments: list[str] | None = None) -> int:
-    """Runs the command. Returns 0, or 1 after telling every mistake of the schema on the standard error stream."""
+    """Runs the command. Returns 0, or 1 after printing every mistake of the schema to the standard error stream."""
     parser = argparse.ArgumentParser(prog="compiler", description="Turns a schema told as YAML into C++.")
     parser.add_argument("--package", type=Path, required=True, help="the package.yaml to compile")
     parser.add_argument("--out", type=Path, help="folder that gets include/ and src/")

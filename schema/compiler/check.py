@@ -1,4 +1,4 @@
-"""Judges a schema: every mistake of a package, and of those that it brings up, in one run."""
+"""Checks a schema: finds every mistake of a package, and of the packages that it brings up, in one run."""
 
 from __future__ import annotations
 
@@ -8,7 +8,7 @@ from compiler.scope import Scope
 
 
 def check(scope: Scope, report: Report) -> None:
-    """Tells `report` all that is wrong with the package of `scope` and with those below it."""
+    """Reports everything that is wrong with the package of `scope` and with the packages below it."""
     scopes = scope.all()
     for one in scopes:
         check_package.check(one, report)

@@ -1,4 +1,4 @@
-"""Classes: superclasses, the series of indices, operations."""
+"""Checks classes: superclasses, the series of indices, operations."""
 
 from __future__ import annotations
 
@@ -16,7 +16,7 @@ def check(scope: Scope, report: Report) -> None:
 
 
 def _check_base(scope: Scope, cls: ClassType, report: Report) -> bool:
-    """Whether the chain above the class is sound, so that its indices can be judged."""
+    """Whether the chain above the class has no mistakes, so that its indices can be checked."""
     name, base = cls.entry.name, cls.entry.base
     if base is None or base == ELEMENT:
         return True
@@ -30,7 +30,7 @@ def _check_base(scope: Scope, cls: ClassType, report: Report) -> bool:
     ancestors = scope.ancestors(cls)
     circle = [cls, *ancestors]
     if scope.base_of(circle[-1]) is cls:
-        # One of the circle tells it for all.
+        # Reported for one class of the circle only.
         if cls is min(circle, key=lambda one: one.entry.place):
             names = " -> ".join(one.entry.name for one in [*circle, cls])
             report.add(cls.entry.place, name, f"the class is its own superclass: {names}")
@@ -43,7 +43,7 @@ def _class_names(scope: Scope) -> list[str]:
 
 
 def _check_indices(scope: Scope, cls: ClassType, report: Report) -> None:
-    """A chain's indices are one series without a gap, in which a derived property has no part."""
+    """A chain's indices must be one series without a gap; derived properties have none."""
     first = scope.first_index(cls)
     taken: dict[int, form.Property] = {}
     for prop in cls.properties:

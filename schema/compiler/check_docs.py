@@ -1,4 +1,4 @@
-"""Docs: every entry is told in one line, which becomes a C++ comment and a Python docstring."""
+"""Checks docs: every entry has a doc of one line, which becomes a C++ comment and a Python docstring."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-"""Ids: name-based UUIDs of version 3, each given once in all packages."""
+"""Checks ids: name-based UUIDs of version 3, each used once in all packages."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ _VERSION_3 = re.compile(r".{14}3.{4}[89ab].*")
 
 @dataclass(frozen=True)
 class _Holder:
-    """An entry that has an id: what is called for messages, and the names from which a fresh id is drawn."""
+    """An entry that has an id: its description for messages, and the names from which a new id is generated."""
 
     place: Place
     subject: str
@@ -28,7 +28,7 @@ class _Holder:
 
 
 def check(scopes: list[Scope], report: Report) -> None:
-    """Judges the ids of all packages together, since all meta objects live in one registry."""
+    """Checks the ids of all packages together, since all meta objects live in one registry."""
     holders = [holder for scope in scopes for holder in _holders(scope.package)]
     first: dict[str, _Holder] = {}
     for holder in holders:
@@ -52,7 +52,7 @@ def _fault(holder: _Holder, first: dict[str, _Holder]) -> str | None:
 
 
 def _fresh(holder: _Holder, used: set[str]) -> str:
-    """The id drawn from the entry's name; from the name and a number where another entry has that one."""
+    """The id generated from the entry's name; if another entry has that id, from the name and a number."""
     drawn = str(uuid.uuid3(holder.space, holder.name))
     number = 2
     while drawn in used:

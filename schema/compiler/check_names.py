@@ -1,4 +1,4 @@
-"""Names: usable in C++, given once, and still different in the forms in which generated code has them."""
+"""Checks names: valid in C++, unique, and still different in the forms that generated code gives them."""
 
 from __future__ import annotations
 
@@ -28,7 +28,7 @@ from compiler.walk import described, types
 def check(scope: Scope, report: Report) -> None:
     package = scope.package
     for subject, entry in described(package):
-        # A property's name only ever stands with something before or after it, so a keyword will do.
+        # Generated code always adds something to a property's name, so it may be a keyword.
         usable = is_identifier if isinstance(entry, form.Property) else is_usable
         if not usable(entry.name):
             report.add(entry.place, subject, f'"{entry.name}" can\'t be used as a name in C++')
@@ -85,7 +85,7 @@ def _check_once(owner: str, members: Iterable[form.Described], report: Report) -
 
 
 def _check_values(enumeration: form.Enumeration, report: Report) -> None:
-    """A property starts at zero where nothing else is said, and literals are declared by rising value."""
+    """Literals are declared by rising value and start at zero, the initial value of a property without a default."""
     name = enumeration.name
     if not enumeration.literals:
         report.add(enumeration.place, name, "the enumeration has no literal")
@@ -100,7 +100,8 @@ def _check_values(enumeration: form.Enumeration, report: Report) -> None:
 
 
 def _check_members(cls: ClassType, report: Report) -> None:
-    """No accessor of a class may be one of another property of its chain, or one that every element has."""
+    """No accessor of a class may have the name of another property's accessor in the chain, or of a member of every
+    element."""
     name = cls.entry.name
     seen: dict[str, tuple[str, form.Property]] = {}
     for ancestor in reversed(cls.scope.ancestors(cls)):
@@ -130,13 +131,13 @@ def _check_members(cls: ClassType, report: Report) -> None:
 
 
 def _check_words(cls: ClassType, report: Report) -> None:
-    """The words by which queries name the properties of the chain are members of the handle, as its operations are."""
+    """The query functions of the chain's properties are members of the handle, as are its operations: no name twice."""
     chain = [cls, *cls.scope.ancestors(cls)]
     words = {lower(prop.name): (owner, prop) for owner in chain for prop in owner.properties}
     for owner in chain:
         for operation in owner.operations:
             holder, prop = words.get(operation.name, (owner, None))
-            # Two members of one class with one name are told apart from their slots.
+            # Two members of one class with the same name are reported by the check of slots.
             if prop is None or (holder is owner and prop.name == operation.name) or cls not in (holder, owner):
                 continue
             mine, other, others = (operation, prop, holder) if owner is cls else (prop, operation, owner)
@@ -145,7 +146,7 @@ def _check_words(cls: ClassType, report: Report) -> None:
 
 
 def _check_operation(scope: Scope, owner: str, operation: form.Operation, report: Report) -> None:
-    """An operation hides a type of its name from the class, and a parameter from the parameters that follow."""
+    """An operation hides a type of its name from the class, and a parameter hides one from the parameters after it."""
     subject = f"{owner}.{operation.name}"
     _check_once(subject, operation.arguments, report)
     named = [(subject, operation), *((f"{subject}.{argument.name}", argument) for argument in operation.arguments)]
@@ -155,7 +156,7 @@ def _check_operation(scope: Scope, owner: str, operation: form.Operation, report
 
 
 def _check_slots(scope: Scope, report: Report) -> None:
-    """The meta package has all meta objects as members of one class, with names that are put together."""
+    """The meta package has all meta objects as members of one class; their names are composed and must be unique."""
     singleton = scope.package.singleton.rpartition("::")[2]
     schema = flat(scope.package.schema.name)
     phases = ("instantiate", "weave", f"instantiate_{schema}", f"weave_{schema}")
@@ -165,7 +166,7 @@ def _check_slots(scope: Scope, report: Report) -> None:
         if slot.name in functions:
             report.add(slot.place, slot.subject, f"the meta package has another member {slot.name}")
         other = seen.setdefault(slot.name, slot)
-        # Of two entries of one kind and name it is said elsewhere.
+        # Two entries of the same kind and name are reported by another check.
         if (other.subject, other.meta) != (slot.subject, slot.meta):
             text = f"collides with {other.subject} ({other.place}): both would be the meta package's member {slot.name}"
             report.add(slot.place, slot.subject, text)

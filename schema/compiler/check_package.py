@@ -1,4 +1,4 @@
-"""What a package says of itself: its names, what it imports and brings up."""
+"""Checks what a package says of itself: its names, its imports and the packages that it brings up."""
 
 from __future__ import annotations
 
@@ -60,7 +60,7 @@ def _check_primitives(scope: Scope, report: Report) -> None:
 
 
 def _check_foreign(scope: Scope, report: Report) -> None:
-    """Imports and the packages brought up must agree, and no two packages may claim one name."""
+    """Imports must agree with the packages brought up, and no two packages may have the same name."""
     package = scope.package
     known = {other.uri: other for other in package.brings_up}
     imported = set()

@@ -1,4 +1,4 @@
-"""Properties: type and shape, key, default, source."""
+"""Checks properties: type and shape, key, default, source."""
 
 from __future__ import annotations
 
@@ -23,7 +23,7 @@ def check(scope: Scope, report: Report) -> None:
 
 
 class _Judge:
-    """Judges one property."""
+    """Checks one property."""
 
     def __init__(self, scope: Scope, owner: str, prop: form.Property, report: Report) -> None:
         self._scope = scope
@@ -33,7 +33,7 @@ class _Judge:
         self._type = self._find_type()
 
     def member(self, owner: ClassType) -> None:
-        """A class's property."""
+        """Checks a class's property."""
         if self._check_shape() and self._type is not None:
             self._check_type(self._type)
             self._check_default(self._type)
@@ -43,7 +43,7 @@ class _Judge:
             self._check_key()
 
     def field(self) -> None:
-        """A data type's field: a plain value, at the place where it stands."""
+        """Checks a data type's field: it must be a plain value, and its position is its index."""
         prop = self._prop
         if prop.unqueried:
             self._fault("queries have no word for a field of a data type")
@@ -73,7 +73,7 @@ class _Judge:
         return False
 
     def _check_type(self, found: Type) -> None:
-        """Values are plain and elements owned: the word says which, and must fit the type."""
+        """Values are plain and elements owned: the shape must fit the type."""
         shape, name = self._prop.shape, self._prop.type
         if shape.endswith("owned") and not isinstance(found, ClassType):
             self._fault(f'the shape "{shape}" needs a class, but {name} is {describe(found)}')

@@ -16,7 +16,7 @@ _PRIMITIVES = {
     "Real": "double",
     "String": "std::u16string",
     "StdString": "std::string",
-    # Properties of this type pass a pointer; this is the array that it points to.
+    # Properties of this type pass a pointer to this array.
     "ZxArray": "zxArray_tag",
 }
 _TEXTS = ("String", "StdString")
@@ -46,7 +46,7 @@ def type_name(found: Type, user: Scope) -> str:
 
 
 def qualified(found: Type) -> str:
-    """The type as code outside all schema namespaces names it."""
+    """The type's name in code that is outside all schema namespaces."""
     if isinstance(found, PrimitiveType):
         return _PRIMITIVES[found.name]
     return f"{found.scope.package.schema.namespace}::{found.entry.name}"
@@ -58,18 +58,18 @@ def is_scalar(found: Type) -> bool:
 
 
 def passed(found: Type, user: Scope) -> str:
-    """How a function takes a value of the type."""
+    """The type of a function's parameter for a value of the type."""
     name = type_name(found, user)
     return name if is_scalar(found) else f"{name} const&"
 
 
 def native(name: str, scope: Scope) -> Native | None:
-    """The type of an operation that no schema declares; None for a schema's type."""
+    """The C++ type for a type of operations that no schema declares; None for a schema's type."""
     return None if scope.find(name) is not None else _NATIVES.get(name)
 
 
 def header(found: Type) -> str | None:
-    """The header that makes the name of a type known; None for a primitive type."""
+    """The header that declares a type; None for a primitive type."""
     if isinstance(found, PrimitiveType):
         return None
     names: dict[type, str] = {EnumerationType: "Enumerations", ClassType: "Handles"}
@@ -81,7 +81,7 @@ def header_path(package: form.Package, name: str) -> str:
 
 
 def value(found: Type, default: str | None, user: Scope) -> str:
-    """The initial value of a plain field as an expression; empty where its type starts with the right one by itself."""
+    """The initial value of a plain field as an expression; empty if the C++ type's default is right."""
     start = defaults.zero(found) if default is None else defaults.parse(found, default)
     if start is None or start == "":
         return ""
@@ -93,7 +93,7 @@ def value(found: Type, default: str | None, user: Scope) -> str:
         return text16(start) if isinstance(found, PrimitiveType) and found.name == "String" else text(start)
     if isinstance(start, float):
         return repr(start)
-    # The lowest int has no literal of its own: the minus isn't part of one.
+    # The lowest int has no literal: the minus sign isn't part of a literal.
     number = f"{start + 1} - 1" if start == -(2**31) else str(start)
     suffix = {"unsigned int": "u", "unsigned long": "ul"}.get(type_name(found, user), "")
     return number + suffix

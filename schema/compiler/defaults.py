@@ -1,4 +1,4 @@
-"""Start values: what the text of a `default` means for a type."""
+"""Initial values: what the text of a `default` means for a type."""
 
 from __future__ import annotations
 
@@ -21,7 +21,7 @@ Value = bool | int | float | str
 
 
 def zero(found: Type) -> Value | None:
-    """The value at which a property without a default starts; None where that is an object of its own."""
+    """The initial value of a property without a default; None if that is a default-constructed object."""
     if not isinstance(found, PrimitiveType) or found.name == "ZxArray":
         return None
     if found.name == "Boolean":
@@ -32,7 +32,7 @@ def zero(found: Type) -> Value | None:
 
 
 def parse(found: Type, text: str) -> Value:
-    """The value that `text` gives. Raises ValueError with a sentence when it gives none."""
+    """The value of `text`. Raises ValueError with a sentence if it has none."""
     if isinstance(found, EnumerationType):
         names = [literal.name for literal in found.entry.literals]
         if text not in names:

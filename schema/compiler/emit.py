@@ -14,8 +14,8 @@ _MARK = "// Generated from "
 def write(plan: Plan, out: Path) -> None:
     """Makes all files of the plan below `out`.
 
-    Leaves files alone whose text stays as it is, so that nothing is built again for them, and removes generated files
-    that the plan no longer has, so that nothing includes the header of a class that is gone.
+    Files whose text is unchanged aren't written, so that nothing is built again for them. Generated files that the plan
+    no longer has are removed, so that no source includes the header of a class that doesn't exist any more.
     """
     templates = environment()
     written = set()

@@ -1,7 +1,7 @@
-"""Writes what Python's type checkers are told: one .pyi for each module of a plan, in packages that say they are typed.
+"""Writes type stubs for Python's type checkers: one .pyi for each module of a plan, in packages marked as typed.
 
-An outermost package with nothing but .pyi files would hide the one that comes into being at run time, so that of a
-foreign module gets the few lines that let that one show.
+An outermost package with .pyi files only would hide the package that is created at run time, so a foreign module's
+outermost package gets a few lines that add the contents of that one.
 """
 
 from __future__ import annotations
@@ -31,7 +31,7 @@ def write_typing(modules: tuple[TypedModule, ...], out: Path) -> None:
 
 
 def typing_files(modules: tuple[TypedModule, ...]) -> dict[str, TypedModule | None]:
-    """The files by path: a module's own, empty ones for the packages around them, and the marks that they are typed."""
+    """The files by path: those of the modules, empty ones for the packages around them, and the py.typed markers."""
     found: dict[str, TypedModule | None] = {}
     for module in modules:
         folders = module.name.split(".")

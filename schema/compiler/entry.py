@@ -1,4 +1,4 @@
-"""One mapping of a YAML file, read key by key with the faults of its form."""
+"""Reads one mapping of a YAML file key by key, and reports faults of its form."""
 
 from __future__ import annotations
 
@@ -13,7 +13,7 @@ from compiler.mistakes import Place, Report, did_you_mean
 
 T = TypeVar("T")
 
-# Loaded by name: its types are a package of their own, which the type checker may or may not find.
+# Loaded by name: the type stubs of yaml are a separate package, which may not be installed.
 yaml: Any = importlib.import_module("yaml")
 Node = Any
 
@@ -41,10 +41,10 @@ def _kind(node: Node) -> str:
 
 
 class Entry:
-    """Gives a mapping's values by key and type.
+    """Reads a mapping's values by key and type.
 
-    A value that is missing or of the wrong type is reported and read as empty, so that one run tells all faults of an
-    entry; `close` then raises. A key that nobody asked for is a fault too.
+    A value that is missing or of the wrong type is reported and read as empty, so that one run reports all faults of an
+    entry; `close` then raises. A key that wasn't read is a fault, too.
     """
 
     def __init__(self, node: Node, file: str, owner: str, report: Report) -> None:
@@ -68,14 +68,14 @@ class Entry:
                 self._fault(key, f'the key "{key.value}" is given twice')
 
     def text(self, key: str) -> str:
-        """The text of a key that must be there."""
+        """The text of a required key."""
         return self._text_of(self._required(key), key) or ""
 
     def optional_text(self, key: str) -> str | None:
         return self._text_of(self._find(key), key)
 
     def whole(self, key: str) -> int:
-        """The whole number of a key that must be there."""
+        """The whole number of a required key."""
         return self._whole_of(self._required(key), key) or 0
 
     def optional_whole(self, key: str) -> int | None:
@@ -93,14 +93,14 @@ class Entry:
         return tuple(Word(self._place_of(node), self._text_of(node, key) or "") for node in self._list(key))
 
     def child(self, key: str) -> Entry:
-        """The mapping under a key that must be there. Raises Unreadable when it isn't."""
+        """The mapping under a required key. Raises Unreadable if it isn't there."""
         node = self._required(key)
         if node is None:
             raise Unreadable
         return Entry(node, self._file, self.subject, self._report)
 
     def children(self, key: str, read: Callable[[Entry], T]) -> tuple[T, ...]:
-        """The mappings of a list, each read and closed, but for those with a fault; none when the key isn't there."""
+        """Reads and closes the mappings of a list; leaves out those with a fault; none when the key isn't there."""
         results: list[T] = []
         for node in self._list(key):
             try:
@@ -113,7 +113,7 @@ class Entry:
         return tuple(results)
 
     def close(self) -> None:
-        """Ends the reading: reports keys that nobody asked for, and raises Unreadable if anything was at fault."""
+        """Ends the reading: reports unknown keys, and raises Unreadable if there was any fault."""
         for name, (key, _) in self._nodes.items():
             if name not in self._asked:
                 self._fault(key, f'unknown key "{name}"{did_you_mean(name, self._asked)}')
@@ -154,7 +154,7 @@ class Entry:
         if _kind(node) != "int":
             self._wrong(node, key, "a whole number")
             return None
-        # YAML takes 010 for eight and 1:30 for ninety.
+        # YAML reads 010 as eight and 1:30 as ninety.
         if not re.fullmatch(r"0|-?[1-9][0-9]*", node.value):
             self._wrong(node, key, "one in decimal digits")
             return None

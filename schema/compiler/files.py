@@ -1,4 +1,4 @@
-"""The files of a package."""
+"""The names of a package's files."""
 
 from __future__ import annotations
 
@@ -8,7 +8,7 @@ from compiler import form
 
 
 def header_names(package: form.Package) -> Iterator[tuple[str, str]]:
-    """The headers that a package has whatever its types are: name without ending, and what is in it."""
+    """The headers that every package has: name without extension, and a description of the content."""
     yield "export", "the export macro"
     yield "Enumerations", "the enumerations"
     yield "Handles", "the handles"
@@ -17,7 +17,7 @@ def header_names(package: form.Package) -> Iterator[tuple[str, str]]:
 
 
 def all_header(package: form.Package) -> str:
-    """The header that includes every type's; it is named after the namespace."""
+    """The header that includes those of all types; it is named after the namespace."""
     return package.schema.namespace.rpartition("::")[2]
 
 

@@ -1,4 +1,4 @@
-"""The entries of schema files as they stand there, each with its place. Nothing here has been judged."""
+"""The entries of schema files in the form that they have there, each with its place. Nothing has been checked yet."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ class Word:
 
 @dataclass(frozen=True)
 class Described:
-    """What every named entry has. An id or doc that was left out is None."""
+    """The fields of every named entry. An id or doc that was left out is None."""
 
     place: Place
     name: str
@@ -45,7 +45,7 @@ class Property(Described):
     shape: str
     default: str | None
     key: str | None
-    # Queries have no word for the property.
+    # Whether queries have no function for the property.
     unqueried: bool
 
 
@@ -68,7 +68,7 @@ class Operation(Described):
 
 @dataclass(frozen=True)
 class Class(Described):
-    """A class, or with `continued` more properties and operations of a class that an earlier file declared."""
+    """A class; with `continued`, more properties and operations of a class that an earlier file declared."""
 
     base: str | None
     abstract: bool

@@ -1,6 +1,6 @@
 """YAML to entries: reads a package, its type files and the packages that it brings up.
 
-Judges only the form: that files parse, that keys are known and there, that values have the right YAML type.
+Checks only the form: that files parse, that keys are known and there, that values have the right YAML type.
 """
 
 from __future__ import annotations
@@ -23,12 +23,12 @@ from compiler.mistakes import Place, Report
 
 
 def load(file: Path, report: Report) -> Package | None:
-    """Reads the package that `file` describes. None when something could not be read; `report` then says what."""
+    """Reads the package that `file` describes. None, after a report, if something could not be read."""
     return _Loading(report).package(file, None)
 
 
 class _Loading:
-    """One run: reads each package once, however many others bring it up."""
+    """One run: reads each package once, even if several packages bring it up."""
 
     def __init__(self, report: Report) -> None:
         self._report = report
@@ -151,7 +151,7 @@ def _class(entry: Entry) -> Class:
     return Class(
         entry.place,
         entry.text("name"),
-        # The entry that declares a class says these; one that continues it adds members only.
+        # The entry that declares a class has these; an entry that continues it only adds members.
         None if continued else entry.optional_text("id"),
         None if continued else entry.optional_text("doc"),
         base=None if continued else entry.optional_text("base"),

@@ -1,4 +1,4 @@
-"""What is wrong with a schema, and where."""
+"""The mistakes of a schema, and their places."""
 
 from __future__ import annotations
 
@@ -9,7 +9,7 @@ from dataclasses import dataclass
 
 @dataclass(frozen=True, order=True)
 class Place:
-    """A line of a schema file; prints in the form that editors jump to."""
+    """A line of a schema file; printed in the form that editors can jump to."""
 
     file: str
     line: int
@@ -31,7 +31,7 @@ class Mistake:
 
 
 class Report:
-    """Gathers mistakes, so that one run tells them all."""
+    """Collects mistakes, so that one run reports all of them."""
 
     def __init__(self) -> None:
         self._mistakes: set[Mistake] = set()
@@ -44,7 +44,8 @@ class Report:
 
 
 def did_you_mean(word: str, candidates: Iterable[str]) -> str:
-    """The end of a sentence about an unknown word: the most similar known one, or nothing when none is close."""
+    """The end of a sentence about an unknown word: a suggestion of the most similar known one, or nothing if none is
+    similar."""
     known = sorted(set(candidates))
     lowered: dict[str, str] = {}
     for candidate in known:

@@ -1,4 +1,4 @@
-"""How schema names are spelt in C++, and which can't be."""
+"""How schema names are written in C++, and which names can't be used."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ from compiler import form
 from compiler.mistakes import Place
 from compiler.scope import ClassType, Scope
 
-# No underscore at either end and none doubled: C++ keeps those for itself, and fields end in one.
+# No leading, trailing or doubled underscore: C++ reserves names with those, and fields have a trailing one.
 _IDENTIFIER = re.compile(r"[A-Za-z][A-Za-z0-9]*(_[A-Za-z0-9]+)*")
 
 KEYWORDS = frozenset(
@@ -25,18 +25,18 @@ KEYWORDS = frozenset(
 # Macros of the standard headers and of the compilers.
 MACROS = frozenset("NULL EOF NAN INFINITY HUGE_VAL assert errno offsetof stdin stdout stderr linux unix".split())
 
-# What generated code would find in its own scope, or beside it, instead of a schema type of that name.
+# Names in the scope of generated code that would hide a schema type of the same name.
 HIDING = frozenset(
     """Attachment B Builder BuilderBase BuilderImpl BuilderWrapper Changes Children CollectionPrivateTag
     ConcreteBuilder Constrainable ConstrainableRelation Constrainables D Descriptors Element ElementImpl Given Handle Impl
     InvalidateCallback Level ModelElement OptionalConstrainable Orchestrator ReflectionPrivateTag Setters Storage builder child id model descriptors shapes table value values""".split()
 )
-# Operations of every element and builder that an accessor of the same name would hide.
+# Member functions of every element and builder, which an accessor of the same name would hide.
 MEMBER_FUNCTIONS = frozenset(
     """basicSetContainer getMetaClass getModel getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId
     hasPropertyValue setModel setOrAdd setPropertyValue""".split()
 )
-# Members of every handle, among which a property's static accessor and an operation stand.
+# Members of every handle, which also has the properties' static accessors and the operations.
 HANDLE_FUNCTIONS = frozenset("addRef cast classTable create impl metaClass of removeRef uuid".split())
 # First parts of the qualified names that generated code writes.
 ROOTS = frozenset({"quay", "std", "boost", "shapes", "declare"})
@@ -56,12 +56,12 @@ SHAPES = tuple(_ACCESSORS)
 
 
 def upper(name: str) -> str:
-    """The name with its first letter raised, as accessors have it."""
+    """The name with its first letter in upper case, as in accessors."""
     return name[:1].upper() + name[1:]
 
 
 def lower(name: str) -> str:
-    """The name with its first letter lowered, as fields have it."""
+    """The name with its first letter in lower case, as in fields."""
     return name[:1].lower() + name[1:]
 
 
@@ -76,14 +76,14 @@ def accessors(prop: form.Property) -> tuple[str, ...]:
 
 
 def descriptor(name: str, scope: Scope) -> str:
-    """A property's member of Descriptors and its word in queries: its name, made different from keywords, from types,
-    which a member would hide, and from names that Descriptors itself uses."""
+    """The name of a property's member of Descriptors and of its function for queries: the property's name, changed if
+    it is a keyword, a type that the member would hide, or a name that Descriptors itself uses."""
     lowered = lower(name)
     return f"{lowered}_" if lowered in KEYWORDS or lowered in scope.own or lowered in roots(scope) else lowered
 
 
 def roots(scope: Scope) -> frozenset[str]:
-    """The namespaces with which qualified names in a package's generated code begin."""
+    """The first namespaces of the qualified names in a package's generated code."""
     return ROOTS | {other.package.schema.namespace.split("::")[0] for other in scope.foreign.values()}
 
 
@@ -92,7 +92,7 @@ def is_identifier(name: str) -> bool:
 
 
 def is_usable(name: str) -> bool:
-    """Whether C++ takes the name as it stands."""
+    """Whether the name is valid in C++ unchanged."""
     return is_identifier(name) and name not in KEYWORDS and name not in MACROS
 
 
@@ -107,7 +107,7 @@ class Slot:
 
 
 def slot(*names: str) -> str:
-    """The slot's name of a type, or of something that a type owns."""
+    """The name of the slot of a type, or of something that a type owns."""
     return "_".join(names)
 
 

@@ -1,4 +1,4 @@
-"""Every decision about a package's output, as plain data that the templates loop over."""
+"""Makes every decision about a package's output, as plain data that the templates loop over."""
 
 from __future__ import annotations
 
@@ -38,7 +38,7 @@ class PlannedEnumeration:
 
 @dataclass(frozen=True)
 class PlannedDataType:
-    """A value type: written by hand, declared here."""
+    """A value type: its class is written by hand, and declared here."""
 
     name: str
     qualified: str
@@ -74,7 +74,7 @@ class PlannedPackage:
     meta_qualified: str
     meta_class: str
     meta_namespace: str
-    # The schema package's name, and the same as the name of its slot.
+    # The schema package's name, which is also the name of its slot.
     schema: str
     schema_slot: str
     brings_up: tuple[str, ...]
@@ -100,13 +100,13 @@ class PlannedPackage:
     handles_includes: tuple[str, ...]
     meta_includes: tuple[str, ...]
     all_includes: tuple[str, ...]
-    # For scripts; none unless they are wanted.
+    # Docs for scripts; empty unless they are wanted.
     docs: tuple[PlannedDoc, ...]
 
 
 @dataclass(frozen=True)
 class OutputFile:
-    """A file below the output folder, the template that makes it and, of a class's own file, the class."""
+    """A file below the output folder, the template that it is made from and, for a class's own file, the class."""
 
     path: str
     template: str
@@ -120,7 +120,7 @@ class Plan:
 
 
 def plan(scope: Scope, with_docs: bool = False) -> Plan:
-    """Plans the output of a package in which `check` found no mistake; `with_docs` adds what scripts show for help."""
+    """Plans the output of a package without mistakes; `with_docs` adds the docs that scripts show as help."""
     package = _plan_package(scope, plan_docs(scope) if with_docs else ())
     return Plan(package, _plan_files(scope.package, package))
 
@@ -214,7 +214,7 @@ def _plan_data_type(scope: Scope, name: str) -> PlannedDataType:
 
 
 def _slot_groups(scope: Scope) -> tuple[tuple[PlannedSlot, ...], ...]:
-    """The meta package's members; a type starts a group, and so do the packages and the primitive types."""
+    """The meta package's members in groups: a type starts a group, and so do the packages and the primitive types."""
     starts = ("Class", "DataType", "Enum")
     groups: list[list[PlannedSlot]] = []
     previous = ""
@@ -249,7 +249,7 @@ def _handles_includes(scope: Scope) -> tuple[str, ...]:
 
 
 def _meta_includes(scope: Scope) -> tuple[str, ...]:
-    """The headers of what the declaration names: the own types, and the packages to bring up."""
+    """The headers that the declaration needs: those of the package's own types, and of the packages to bring up."""
     found = {cpp.header_path(other, other.singleton.rpartition("::")[2]) for other in scope.package.brings_up}
     found |= {cpp.header(one) or "" for one in scope.own.values()}
     return tuple(sorted(found))

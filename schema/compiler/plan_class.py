@@ -1,4 +1,4 @@
-"""Decides all about a class: its base, its includes, the order of its members."""
+"""Makes all decisions about a class: its base, its includes, the order of its members."""
 
 from __future__ import annotations
 
@@ -54,27 +54,27 @@ class PlannedClass:
     sources: str
     base: str
     qualified_base: str
-    # A class on a plain element takes its builder's base from the pattern, another from its superclass.
+    # For a class without superclass the builder's base comes from the pattern, otherwise from the superclass.
     base_is_element: bool
     abstract: bool
     first_index: int
-    # The runtime's headers of the fields, and the packages' headers.
+    # The headers of the fields: those of the runtime and those of packages.
     field_includes: tuple[str, ...]
     header_includes: tuple[str, ...]
     source_includes: tuple[str, ...]
-    # All by index, a derived one right after its source; then without the derived ones.
+    # All properties by index, a derived one right after its source; then the properties without the derived ones.
     properties: tuple[PlannedProperty, ...]
     indexed: tuple[PlannedProperty, ...]
-    # Those whose values have a setter to define, and those that own children.
+    # The properties with values whose setters are to be defined, and the properties that own children.
     set_values: tuple[PlannedProperty, ...]
     children: tuple[PlannedProperty, ...]
-    # The fields: values before children; and those of them that the constructor ties to the element.
+    # The fields, values before children; and the fields that the constructor connects with the element.
     fields: tuple[PlannedProperty, ...]
     collections: tuple[PlannedProperty, ...]
-    # Those with an index, then the derived ones; and their descriptors cut into lines of some width.
+    # The properties in the order of descriptors, those with an index first; and the descriptors cut into source lines.
     descriptors: tuple[PlannedProperty, ...]
     descriptor_lines: tuple[tuple[str, ...], ...]
-    # The words for queries: of the own properties, and of all, inherited ones first.
+    # The functions for queries: those of the class's own properties, and those of all, inherited ones first.
     constrainables: tuple[PlannedConstrainable, ...]
     all_constrainables: tuple[PlannedConstrainable, ...]
     operations: tuple[PlannedOperation, ...]
@@ -91,7 +91,7 @@ Maps = dict[tuple[str, str], tuple[KeyedMap, ...]]
 
 
 def keyed_maps(scope: Scope) -> Maps:
-    """The maps that each property keys, by class and property name; owners in byte order."""
+    """The maps that each property is the key of, by class and property name; owners in byte order."""
     found: dict[tuple[str, str], list[KeyedMap]] = {}
     for owner in sorted(scope.classes):
         for prop in scope.classes[owner].properties:
@@ -182,7 +182,7 @@ def _sources(cls: ClassType) -> str:
 
 
 def _header_includes(scope: Scope, cls: ClassType, base: ClassType | None) -> tuple[str, ...]:
-    """The headers of the names in a class's header; a superclass must be whole."""
+    """The headers that a class's header needs; a superclass must be complete."""
     found = {cpp.header(cls)}
     if base is not None:
         found |= {cpp.header(base), cpp.header_path(base.scope.package, base.entry.name)}
@@ -193,7 +193,8 @@ def _header_includes(scope: Scope, cls: ClassType, base: ClassType | None) -> tu
 
 
 def _source_includes(scope: Scope, cls: ClassType, meta_header: str) -> tuple[str, ...]:
-    """The headers of what a class's source makes: the children, whole, and the meta packages of its properties."""
+    """The headers that a class's source needs: those of its children, complete, and of its properties' meta
+    packages."""
     found = {meta_header}
     for ancestor in scope.ancestors(cls):
         if any(plan_constrainable(scope, ancestor, prop) for prop in ancestor.properties):
@@ -207,7 +208,7 @@ def _source_includes(scope: Scope, cls: ClassType, meta_header: str) -> tuple[st
 
 
 def _lines(names: list[str]) -> tuple[tuple[str, ...], ...]:
-    """Cuts the list of descriptors where a line would grow too wide."""
+    """Cuts the list of descriptors into lines that aren't too long."""
     lines: list[list[str]] = []
     width = _ROW_WIDTH
     for name in names:

@@ -1,4 +1,4 @@
-"""Gathers the one-line docs of types and their members for scripts, which show them as help."""
+"""Collects the one-line docs of types and their members, which scripts show as help."""
 
 from __future__ import annotations
 

@@ -1,4 +1,5 @@
-"""Decides all about a property: types, accessors, initial value, its descriptor and its line in the declaration."""
+"""Makes all decisions about a property: types, accessors, initial value, its descriptor and its line in the
+declaration."""
 
 from __future__ import annotations
 
@@ -46,7 +47,7 @@ _DERIVED = Shape("derived", "Derived", "Single")
 
 @dataclass(frozen=True)
 class KeyedMap:
-    """A map whose entries a property keys: the class that has it, its index there, whether it has one entry a key."""
+    """A map that a property is the key of: its class, its index there, and whether it has one entry per key."""
 
     owner: str
     index: int
@@ -69,7 +70,8 @@ class MetaProperty:
 
 @dataclass(frozen=True)
 class PlannedProperty:
-    """A class's property. `upper` names its accessors, `field` its field, `descriptor` its member of Descriptors."""
+    """A class's property. `upper` is the name in accessors, `field` its field, `descriptor` its member of
+    Descriptors."""
 
     name: str
     doc: str
@@ -78,28 +80,29 @@ class PlannedProperty:
     field: str
     descriptor: str
     shape: Shape
-    # The value's type, or the handle of the child, and how a function takes it.
+    # The type of the value, or the handle of the child; and the type of a function's parameter for it.
     type: str
     passed: str
-    # The value, as a builder's setter hands on its parameter.
+    # The expression with which a builder's setter passes its parameter on.
     given: str
-    # The initial value of a plain field with what goes before it; empty for none.
+    # The initial value of a plain field, including the tokens before it; empty for none.
     initial: str
-    # Of a map: the type of its key and the child's getter of it. Of a key: its maps, and the array that lists them.
+    # Of a map: the type of its key, and the child's getter of the key. Of a key: its maps, and the array that lists
+    # them.
     key_type: str
     key_getter: str
     maps: tuple[KeyedMap, ...]
     maps_name: str
     owned: bool
-    # Whether the whole value can be set, other than member by member.
+    # Whether the whole value can be set, not only member by member.
     has_setter: bool
-    # Whether a child can be made without a builder.
+    # Whether a child can be created without a builder.
     makes_child: bool
     meta: MetaProperty
 
 
 def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tuple[KeyedMap, ...]) -> PlannedProperty:
-    """Plans a class's property; `maps` are those that it keys."""
+    """Plans a class's property; `maps` are those that it is the key of."""
     found = scope.find(prop.type)
     assert found is not None
     member = descriptor(prop.name, scope)
@@ -131,23 +134,23 @@ def plan_property(scope: Scope, owner: ClassType, prop: form.Property, maps: tup
 
 @dataclass(frozen=True)
 class PlannedConstrainable:
-    """A property's word in queries: a static function of the handle, and a member of Constrainables."""
+    """A property's function for queries: a static function of the handle, and a member of Constrainables."""
 
     name: str
-    # Its type under an attachment, which the scope that it stands in gives.
+    # Its type under an attachment, as written in the scope where it is declared.
     type: str
-    # The meta package and its member, the property.
+    # The meta package, and its member for the property.
     slot: str
 
 
 def plan_constrainable(scope: Scope, owner: ClassType, prop: form.Property) -> PlannedConstrainable | None:
-    """Plans the word for a property that `owner` declares, as `scope` writes it; None where queries have none."""
+    """Plans the query function of a property that `owner` declares, as `scope` writes it; None if queries have none."""
     found = owner.scope.find(prop.type)
     assert found is not None
     if prop.derives is not None or prop.unqueried:
         return None
     if isinstance(found, ClassType):
-        # A single element of another package is looked at as a whole.
+        # For a single element of another package, queries compare the element itself.
         whole = prop.shape == "single owned" and found.scope is not owner.scope
         kind = "Constrainable" if whole else "ConstrainableRelation"
     elif prop.shape not in _CONSTRAINABLES or prop.type == "ZxArray" or isinstance(found, DataType):
@@ -184,7 +187,7 @@ def _shape(prop: form.Property, maps: tuple[KeyedMap, ...]) -> Shape:
 
 
 def _key(scope: Scope, child: Type, prop: form.Property) -> form.Property | None:
-    """The property of the child by which a map is keyed."""
+    """The property of the child that is the key of a map."""
     if prop.key is None or not isinstance(child, ClassType):
         return None
     chain = [child, *scope.ancestors(child)]
@@ -192,7 +195,7 @@ def _key(scope: Scope, child: Type, prop: form.Property) -> form.Property | None
 
 
 def _free_name(name: str, owner: ClassType) -> str:
-    """The name, made different from the class's descriptors."""
+    """The name, changed if it is the name of one of the class's descriptors."""
     taken = {descriptor(p.name, owner.scope) for p in owner.properties}
     while name in taken:
         name += "_"

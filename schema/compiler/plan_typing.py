@@ -1,4 +1,4 @@
-"""Decides what Python's type checkers are told of a package: a module of interfaces, class by class."""
+"""Makes all decisions about the type stubs of a package: modules with an interface for each class."""
 
 from __future__ import annotations
 
@@ -17,7 +17,7 @@ _PRIMITIVES = {
     "Real": "float",
     "String": "str",
     "StdString": "str",
-    # What an array holds, and so what it reads as, is known at run time only.
+    # The content of an array is known at run time only.
     "ZxArray": "_Any",
 }
 _COLLECTIONS = {
@@ -36,12 +36,12 @@ class TypedProperty:
 
     name: str
     doc: str
-    # What is read. `written` differs from it where a write takes more than a read gives.
+    # The type that reading gives. `written` differs from it where more types can be written.
     read: str
     written: str
     read_only: bool
     field: str
-    # The method that makes a child in place, and the child; empty for none.
+    # The method that creates a child in place, and the child's type; empty for none.
     creator: str = ""
     child: str = ""
     child_fields: str = ""
@@ -62,7 +62,7 @@ class TypedClass:
 
     @property
     def creators(self) -> tuple[TypedProperty, ...]:
-        """Methods for collections come before those for single children."""
+        """The methods that create children: those for collections come before those for single children."""
         made = [p for p in self.properties if p.creator]
         return tuple([p for p in made if p.read_only] + [p for p in made if not p.read_only])
 
@@ -83,11 +83,11 @@ class TypedDataType:
 
 @dataclass(frozen=True)
 class TypedModule:
-    """A module by its script name. Imports are whole modules, so that no name of a schema can hide another."""
+    """A module by its script name. It imports whole modules, so that no name of a schema can hide another."""
 
     name: str
     source: str
-    # Whether all of it belongs to packages that the compiled one brings up.
+    # Whether the whole module belongs to packages that the compiled package brings up.
     foreign: bool
     imports: tuple[str, ...]
     classes: tuple[TypedClass, ...]
@@ -142,12 +142,12 @@ def _plan_module(module: str, types: list[tuple[Scope, OwnType]], compiled: Scop
 
 
 class _User:
-    """A module that names types, and what it must import for them."""
+    """A module's names of types, and the imports that they need."""
 
     def __init__(self, module: str, attributes: frozenset[str]) -> None:
         self.module = module
         self.imports: set[str] = set()
-        # Within a class, an attribute of a type's name hides the type.
+        # Within a class, an attribute hides a type of the same name.
         self._attributes = attributes
 
     def name(self, found: Type, ending: str = "") -> str:
@@ -198,7 +198,7 @@ def _plan_children(
     name, fields = user.name(child), user.name(child, "Fields")
     made = {"creator": f"createInto{upper(prop.name)}", "child": name, "child_fields": fields}
     single = prop.shape == "single owned"
-    # An abstract class can't be made from a dict, so there is no way to give it.
+    # An abstract class can't be created from a dict, so its children can't be initialised.
     field = "" if child.entry.abstract else fields if single else f"_Children[{fields}]"
     if single:
         read = f"{name} | None"
@@ -214,12 +214,13 @@ def _plan_children(
 
 
 def _written(found: Type, name: str) -> str:
-    """What a write takes: more than a collection does where None is the zero literal."""
+    """The types that can be written: more than a collection takes where None is the zero literal."""
     return f"{_taken(found, name)} | None" if isinstance(found, EnumerationType) else _taken(found, name)
 
 
 def _taken(found: Type, name: str) -> str:
-    """What is taken for a value: any number for a truth value, also a literal's name or value for an enumeration."""
+    """The types that are taken for a value: any number for a truth value, a literal's name or value for an
+    enumeration."""
     if isinstance(found, EnumerationType):
         return f"{name} | str | int"
     if isinstance(found, PrimitiveType) and found.name == "Boolean":

@@ -1,4 +1,5 @@
-"""What a name means: the types of a package and of those that it brings up, with the parts of each class together."""
+"""Resolves names: the types of a package and of the packages that it brings up, with the parts of each class
+together."""
 
 from __future__ import annotations
 
@@ -74,7 +75,7 @@ _Named = TypeVar("_Named", EnumerationType, DataType, ClassType)
 
 
 def describe(found: Type) -> str:
-    """A type's kind, as a sentence about a mistake says it."""
+    """A type's kind, as sentences about mistakes call it."""
     if isinstance(found, ClassType):
         return "a class"
     if isinstance(found, EnumerationType):
@@ -83,10 +84,10 @@ def describe(found: Type) -> str:
 
 
 class Scope:
-    """The names that the files of one package can use. Of two types of one name the first counts."""
+    """The names that the files of one package can use. If two types have the same name, the first counts."""
 
     def __init__(self, package: form.Package, shared: dict[int, Scope] | None = None) -> None:
-        # A package that several others bring up has one scope.
+        # A package that several packages bring up has one scope.
         shared = {} if shared is None else shared
         shared[id(package)] = self
         self.package = package
@@ -106,7 +107,7 @@ class Scope:
         )
 
     def find(self, name: str) -> Type | None:
-        """The type of that name, as a property's `type` gives it: a foreign one is qualified by its package."""
+        """The type with this name, as a property's `type` gives it: a foreign type is qualified by its package."""
         if name in PRIMITIVES:
             return PrimitiveType(name)
         if name in self.own:
@@ -115,13 +116,13 @@ class Scope:
         return self.foreign[package].own.get(last) if package in self.foreign else None
 
     def base_of(self, cls: ClassType) -> ClassType | None:
-        """The superclass. None for a plain element, and for a base that isn't there or isn't a class."""
+        """The superclass. None for a plain element, and for a base that doesn't exist or isn't a class."""
         base = cls.entry.base
         found = None if base is None else cls.scope.find(base)
         return found if isinstance(found, ClassType) else None
 
     def ancestors(self, cls: ClassType) -> list[ClassType]:
-        """The superclasses, nearest first; ends where a chain runs into itself."""
+        """The superclasses, nearest first; stops at the first one that occurs twice."""
         chain: list[ClassType] = []
         base = self.base_of(cls)
         while base is not None and base is not cls and base not in chain:
@@ -134,7 +135,7 @@ class Scope:
         return 1 + sum(p.derives is None for ancestor in self.ancestors(cls) for p in ancestor.properties)
 
     def _enter(self, types: Iterator[_Named]) -> dict[str, _Named]:
-        """Enters those whose name is free."""
+        """Adds those whose name isn't in use."""
         free = {}
         for one in types:
             if self.own.setdefault(one.entry.name, one) is one:
@@ -154,7 +155,7 @@ class Scope:
             yield from (f"{package}.{name}" for name in scope.own)
 
     def all(self) -> list[Scope]:
-        """This scope and those of all packages below it, each once."""
+        """This scope and the scopes of all packages below it, each once."""
         found = [self]
         for other in self.foreign.values():
             found += [scope for scope in other.all() if scope not in found]

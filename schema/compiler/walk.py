@@ -1,4 +1,4 @@
-"""Visits every entry of a package, also those that are doubled or out of place."""
+"""Visits every entry of a package, including duplicated and misplaced ones."""
 
 from __future__ import annotations
 

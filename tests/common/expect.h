@@ -1,4 +1,4 @@
-// Expectations that several tests share.
+// Expectations of exceptions that several tests share.
 #pragma once
 
 #include <keel/exception.h>
@@ -34,7 +34,8 @@ testing::AssertionResult throws(F&& f) {
     }
 }
 
-/// How `f` fails: the message's name, or a word for what else it throws on purpose; "" if it doesn't.
+/// How `f` fails: the name of the message, or a word for another exception that is thrown on purpose; "" if it doesn't
+/// fail.
 template <class F>
 std::string failureOf(F&& f) {
     try {

@@ -1,5 +1,4 @@
-// Random testing with a number and length of runs that are fixed here, so that the whole program stays quick
-// everywhere.
+// Random tests. The number of runs and their length are fixed here, so that all test programs stay quick.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What a failure says.
+// The text of a failure, for comparison.
 #pragma once
 
 #include <keel/exception.h>

@@ -1,4 +1,4 @@
-"""What the check of includes finds in a small made-up tree."""
+"""Tests the check of includes on a small tree of sources that is made up here."""
 
 from __future__ import annotations
 

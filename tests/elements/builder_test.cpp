@@ -1,4 +1,4 @@
-// Builders and createInto: trees, refusals, and that what fails leaves nothing.
+// Builders and createInto: trees of children, refused calls, and that a failure changes nothing.
 #include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
@@ -52,7 +52,7 @@ TEST(Builders, MakeTreesOfAnyDepthInOneCommit) {
     EXPECT_EQ(keys, (std::vector{1, 2, 3}));
     EXPECT_EQ(made->getInports()->size(), 3U);
 
-    // A second run makes everything anew.
+    // A builder that is run again creates new elements.
     ModelRefInfoRoot const again = root.create();
     EXPECT_NE(again, made);
     EXPECT_NE(again->getVarTsUIDMap(), made->getVarTsUIDMap());
@@ -172,7 +172,7 @@ TEST(CreateInto, MakesTheChildInTheOwnersModelUnderTheGivenId) {
               "+2 inports: [] -> " +
                   show(root->getPropertyValue(port->containmentFeature(), ReflectionPrivateTag::PUBLIC_ACCESS)) + " ;");
 
-    // Never into a dead owner.
+    // A dead owner refuses new children.
     root->destroy();
     std::size_t const count = model->elementCount();
     EXPECT_TRUE(failsWith<CannotAddNonExistentObject>([&] { root->createIntoInports(); }));

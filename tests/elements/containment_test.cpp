@@ -1,4 +1,4 @@
-// Owners and children: keys, slots, moving, destroying.
+// Owners and children: keys, single children, moving, destroying.
 #include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
@@ -27,10 +27,10 @@ TEST(Keys, SayWhichKeyIsInUse) {
     }
     EXPECT_EQ(second->getVarTsIdx(), 0);
     EXPECT_EQ(map->getEntries()->find(0), second);
-    // The argument may be the very key that leaves the map.
+    // The argument may be a reference to the key that is removed from the map.
     second->setVarTsIdx(map->getEntries()->begin().key() + 7);
     EXPECT_EQ(map->getEntries()->find(7), second);
-    // A replacing insert lets the former entry go.
+    // An insert that replaces an entry releases the former one.
     VarTsUIDEntry const third = VarTsUIDEntry::create(model, {});
     third->setVarTsIdx(1);
     map->getEntriesMutable()->insert(third, InsertPolicy::Keep);
@@ -73,13 +73,13 @@ TEST(SingleChildren, CanBeWrittenWithoutARecord) {
     VarTsUIDMap const map = root->createIntoVarTsUIDMap();
     Hearer hearer(model);
     root->setVarTsUIDMap({});
-    // The unrecorded write changes the pointer and nothing else.
+    // The unrecorded write changes only the pointer.
     hearer.take();
     root->basicSetVarTsUIDMap(map);
     EXPECT_EQ(root->getVarTsUIDMap(), map);
     EXPECT_EQ(map->basicContainer().impl(), nullptr);
     EXPECT_EQ(hearer.take(), "");
-    // Whatever child there is goes when any is said to leave.
+    // The present child is removed, even if the call names another element.
     auto const property = ModelRefInfoRoot::metaClass()->findProperty(u"varTsUIDMap");
     root->inverseRemove(VarTsUIDMap::create(model, {}), property);
     EXPECT_FALSE(root->hasVarTsUIDMap());
@@ -95,7 +95,7 @@ TEST(SingleChildren, CanBeWrittenWithoutARecord) {
         transaction.commit(boost::none);
     }
     EXPECT_EQ(root->getVarTsUIDMap().impl(), nullptr);
-    // One of another model that died is forgotten.
+    // A dead element of another model is forgotten.
     {
         VarTsUIDMap const foreign = VarTsUIDMap::create(Model::create(), {});
         root->basicSetVarTsUIDMap(foreign);

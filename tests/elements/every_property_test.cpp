@@ -1,5 +1,5 @@
-// Every class, and every property of every class: what reflection, builders and storages promise of it. What becomes of
-// the model when it is written is a matter of random_test.cpp.
+// For every class and every property of every class: what reflection, builders and storages guarantee. The effect of
+// writes on the model is tested in random_test.cpp.
 #include "../common/expect.h"
 #include "support/dump.h"
 #include "support/listener.h"
@@ -27,7 +27,7 @@ using namespace quay0::messages;
 constexpr auto const& kPublic = ReflectionPrivateTag::PUBLIC_ACCESS;
 using Elements = std::vector<ModelElement>;
 
-/// One property of one element.
+/// Tests one property of one element.
 class Trial {
 public:
     Trial(meta::Class const& c, meta::Property const& p)
@@ -58,14 +58,14 @@ private:
     C& collection() const {
         return dynamic_cast<C&>(*get().getCollection<AbstractOwnedCollection>());
     }
-    /// A child whose key, where there is one, is the n-th sample.
+    /// A child whose key, if it has one, is the n-th sample.
     ModelElement makeChild(unsigned n) {
         ModelElement const child = make(type_, model_);
         if (auto const key = property_->getQualifiedBy())
             child->setPropertyValue(key, sample(key->getType(), n), kPublic);
         return child;
     }
-    /// Writes the n-th sample, or adds it; what it needs is made beforehand.
+    /// A function that writes the n-th sample, or adds it. What the write needs is made beforehand.
     std::function<void()> writing(unsigned n) {
         if (!isElement()) {
             return [this, value = sample(type_, n)] {
@@ -90,14 +90,14 @@ private:
                   property_->isDerived() ? nullptr : property_.impl());
         EXPECT_EQ(class_->findProperty(property_->getName()), property_);
         EXPECT_EQ(property_->isComposite(), isElement());
-        // A property of another class is unknown, whatever its name.
+        // A property of another class is unknown, even if it has the same name.
         meta::Property const foreign =
             *(*MetaPackageVw_modelref_info::getInstance()->RateInfo->getOwnedProperties()).begin();
         EXPECT_FALSE(element_->hasPropertyValue(foreign, kPublic));
         EXPECT_TRUE(failsWith<NoSuchProperty>([&] { element_->getPropertyValue(foreign, kPublic); }));
     }
 
-    /// What a new element has.
+    /// Checks the initial state.
     void checkStart() {
         auto const* const serializers = meta::PropertySerializerRegistry::getInstance();
         std::string expected;
@@ -132,7 +132,7 @@ private:
         refuses<CannotCastIncompatibleTypes>([&] { set(Value()); });
     }
 
-    /// A collection that stands alone, of the kind that the property asks for.
+    /// Checks a collection without owner, of the kind that the property has.
     void checkFactory() {
         auto const made = meta::MetaRegistry::getInstance()->makeCollection({}, property_);
         ASSERT_NE(made, nullptr);
@@ -217,7 +217,7 @@ private:
         EXPECT_EQ(keyed.genericKeys().size(), 1U);
     }
 
-    /// A storage kept by hand takes the present value and gives it back.
+    /// Checks a separate storage: it keeps the present value and restores it.
     void checkStorage() {
         unsigned long const index = property_->getIndex();
         std::unique_ptr<Storage> const storage(element_->createStorage());
@@ -230,10 +230,10 @@ private:
         element_->copyValue(storage.get(), index);
         element_->copyValue(storage.get(), 9999);
         EXPECT_EQ(storage->indices(), std::vector{index});
-        // Giving back doesn't mend containers, so all of it is rolled back in the end.
+        // Restoring doesn't repair containers, so everything is rolled back at the end.
         auto const transaction = model_->beginTransaction(false);
         more();
-        if (shown() == before) return;  // of values that have no more than two
+        if (shown() == before) return;  // for types with no more than two values
         EXPECT_EQ(show(storage->getOldValue(property_, kPublic)), before);
         storage->revertUnchanged(element_.impl());
         EXPECT_TRUE(storage->has(index));
@@ -277,7 +277,7 @@ private:
         refuses<UniquenessConstraint>([&] { builder->create({}); });
     }
 
-    /// With a history the dead keep what they had; without one nobody does. They refuse writes in any case.
+    /// With a history, dead elements keep their values; without one they don't. They always refuse writes.
     void checkDestruction() {
         writing(1)();
         Elements below;

@@ -1,5 +1,5 @@
-// What a program can do that includes the header of one class and nothing else of the product: this test is here to
-// compile, and so it includes nothing else either.
+// A program that includes only the header of one class of the product. This test must compile, and so it includes
+// nothing else.
 #include <ModelRefInfoRepo/InportInformation.h>
 
 #include <gtest/gtest.h>

@@ -48,14 +48,14 @@ private:
         auto const value = owner_->getPropertyValue(property_, ReflectionPrivateTag::NO_PROXY_RESOLVE);
         return dynamic_cast<ReferenceCollection&>(*value.getCollection<AbstractOwnedCollection>());
     }
-    /// What a reader meets.
+    /// The elements as readers get them.
     std::vector<ModelElement> seen() const {
         auto const value = owner_->getPropertyValue(property_, ReflectionPrivateTag::PUBLIC_ACCESS);
         if (!isChild()) return collection().getAllValues();
         auto const child = value.getValue<ModelElement>();
         return child && !child->isProxy() ? std::vector<ModelElement>{child} : std::vector<ModelElement>();
     }
-    /// What stands there.
+    /// The elements as they are stored, proxies included.
     std::vector<ModelElement> stored() const {
         if (!isChild()) return collection().getAllValuesAndProxies();
         auto const child =
@@ -169,7 +169,7 @@ private:
         }
     }
 
-    /// An element of another model, which is nobody's child here.
+    /// A proxy may resolve to an element of another model, which doesn't become a child.
     void mayBeOfAnotherModel() {
         auto there = Model::create();
         auto const foreign = make(property_->getType(), there);
@@ -185,7 +185,7 @@ private:
         EXPECT_TRUE(foreign);
         model_->undo();
         EXPECT_EQ(seen(), Elements{foreign});
-        there = Model();  // it ends, and its elements with it
+        there = Model();  // the model and its elements are destroyed
         for (auto const& dead : seen()) EXPECT_FALSE(dead);
         model_->undo();
         answer_ = target_;
@@ -207,7 +207,7 @@ private:
         EXPECT_FALSE(target_) << "it stood in the owner";
         model_->undo();
         EXPECT_EQ(seen(), Elements{target_});
-        // Nothing of this may outlive the model but the handles.
+        // Only the handles may outlive the model.
         model_ = Model();
         EXPECT_FALSE(proxy_);
         EXPECT_FALSE(target_);
@@ -254,7 +254,7 @@ TEST(Proxies, AreMadeOfAClassThatCanBeMade) {
     EXPECT_TRUE(group->hasPreCompRateSpec());
     EXPECT_EQ(group->getPreCompRateSpec(), proxy);
 
-    // A write that may not resolve takes the proxy's place, and gives it back.
+    // A write that may not resolve replaces the proxy; rolling back restores the proxy.
     auto spec = ModelRefInfoRepo::RateSpec::create(model, {});
     model->setProxyResolver([&](ProxyId const&) {
         ADD_FAILURE() << "asked";

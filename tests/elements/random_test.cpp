@@ -1,4 +1,4 @@
-// Random sequences of typed and generic operations on records of every shape, step by step against the reference.
+// Random sequences of typed and generic operations on records of every shape, compared with the reference model.
 #include "support/dump.h"
 #include "support/samples.h"
 #include "support/world.h"
@@ -22,7 +22,7 @@ ModelElement makeRecord(meta::Type const& type, Model const& model, boost::uuids
 
 /// Classes and properties that cover every shape.
 Plan const& plan() {
-    // An index above 63 lies beyond the first word of a mask, so the root has several of them here.
+    // Indices above 63 are beyond the first word of a mask, so the test uses several of them in the root.
     static std::vector<std::pair<meta::Class, std::vector<char16_t const*>>> const chosen = {
         {ModelRefInfoRoot::metaClass(),
          {u"origInportBusType", u"runtimeNonFcnCallRateInfos", u"disableableTaskNums", u"solverStatusFlags",
@@ -59,7 +59,7 @@ Plan const& plan() {
 
 // --- Typed operations ------------------------------------------------------------------------------------------------
 
-/// A typed setter. It takes the value apart, and nothing else of reflection is left.
+/// A typed setter, which unpacks the value and writes it without reflection.
 struct TypedWrite {
     int slot;
     std::function<void(ModelElement const&, Value const&)> write;
@@ -89,7 +89,7 @@ std::vector<TypedWrite> const& typedWrites() {
     return all;
 }
 
-/// createIntoP, without a builder or with one that is given.
+/// createIntoP, with or without a given builder.
 struct TypedCreation {
     int slot;
     std::function<void(ModelElement const&, ModelElement::Builder*)> create;
@@ -152,12 +152,12 @@ private:
         both([&] { w.write(element(n), value); },
              [&] { return reference_.write(n, w.slot, unset ? std::nullopt : std::optional(itemOf(value))); });
     }
-    /// The rate is read from the first of the rates, and written over all.
+    /// Reads the rate from the first of the rates, and writes it to all.
     void writeRate(Operation const& o, int n) {
         RateInfo rate;
         rate.setPeriod(o.d % 3);
         int const s = plan_.slot("InportInformation.rateInfos");
-        // Two changes, so that a listener would hear of two commits; as one here.
+        // A transaction around the two changes, so that a listener is told of one commit.
         auto transaction = model_->beginTransaction(false);
         InportInformation::cast(element(n))->setRateInfo(rate);
         transaction.commit(boost::none);
@@ -168,7 +168,7 @@ private:
         RC_ASSERT(InportInformation::cast(element(n))->getRateInfo() == rate);
     }
 
-    /// Makes a child in its place, or neither if the key is in use or none.
+    /// Creates a child in an owned property; creates nothing if the key is in use or there is none.
     void createInto(Operation const& o) {
         auto const& typed = typedCreations()[o.b % typedCreations().size()];
         Slot const& slot = slotAt(typed.slot);
@@ -202,7 +202,7 @@ private:
         reference_.commit();
     }
 
-    /// A map with two entries by one builder, as an element of its own; equal keys fail, and leave nothing.
+    /// Builds a map with two entries as an element of its own; equal keys fail and create nothing.
     void build(Operation const& o) {
         if (full()) return;
         VarTsUIDMap::Builder builder(model_);
@@ -243,7 +243,7 @@ TEST(RandomRecords, DoAsTheReferenceDoes) {
                     });
 }
 
-/// One property at a time of two elements, with the class of its children, if it has any.
+/// For each property: random operations on it in two elements, and on its children.
 TEST(RandomRecords, DoAsTheReferenceDoesInEveryProperty) {
     for (meta::Class const& c : schemaClasses()) {
         if (c->isAbstract()) continue;

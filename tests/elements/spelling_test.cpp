@@ -1,4 +1,4 @@
-// What users write, as they write it: this test is here to compile, and does what it says.
+// The spellings of the public interface that users rely on: this test must compile, and its checks hold.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <quay0/messages.h>

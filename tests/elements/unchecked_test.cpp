@@ -1,5 +1,5 @@
 // Operations that open no savepoint of their own and check nothing, on owners that are older than the transaction and
-// on owners that were born in it: whatever they do is taken back, and done again, like any other change.
+// on owners that were created in it: they are rolled back, undone and redone like any other change.
 #include "support/dump.h"
 #include "support/listener.h"
 #include "support/samples.h"
@@ -96,7 +96,7 @@ std::vector<Place> places() {
             {VarTsUIDMap::metaClass(), u"entries"}};
 }
 
-/// Runs the operation in a transaction that ends one way or the other, on a family as old as that says.
+/// Runs the operation in a transaction that is committed or rolled back, on a family of the given age.
 void tryOut(Operation const& operation, Place const& place, bool isNewborn, bool commits) {
     Model const model = Model::create();
     std::optional<Family> family;

@@ -1,5 +1,4 @@
-// Single values: NaN, arrays, optionals, what derived properties record, and old values beyond a mask's first
-// word.
+// Single values: NaN, arrays, optionals, changes through derived properties, and old values beyond a mask's first word.
 #include "support/dump.h"
 #include "support/listener.h"
 #include "support/samples.h"
@@ -55,7 +54,7 @@ TEST(Arrays, AreToldApartByIdentityAndNeverByContent) {
     value->setValue(one.get());
     EXPECT_EQ(hearer.take(), "") << "a rolled back array is still the one that it came from";
 
-    // A new array at a former one's address is another one.
+    // A new array at the address of a former one counts as a different array.
     for (int i = 0; i < 20; ++i) {
         zx::Array const fresh = zx::scalar(double(i));
         value->setValue(fresh.get());

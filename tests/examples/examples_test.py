@@ -1,4 +1,4 @@
-"""What the README and the examples show runs as it stands."""
+"""Runs what the README and the examples show."""
 
 import os
 import pathlib

@@ -1,4 +1,4 @@
-# Installs the build into a folder of its own, then configures, builds and runs a project that finds it there.
+# Installs the build into a folder of its own, then configures, builds and runs a project that uses the installation.
 
 set(work ${BUILD_DIR}/install-test)
 file(REMOVE_RECURSE ${work})

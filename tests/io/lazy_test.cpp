@@ -1,4 +1,4 @@
-// Files whose elements are read when they are reached.
+// Files whose elements are read only when they are accessed.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/exception.h>
 #include <quay/zero/io/io.h>
@@ -59,7 +59,7 @@ TEST_F(Lazy, ReadsWhatIsReachedAndNothingElse) {
     auto const root = rootOf(model);
     EXPECT_EQ(root->getNumTs().value_or(0), 50);
     EXPECT_EQ(root->getInports()->size(), 50U);
-    EXPECT_EQ(model->elementCount(), 51U);  // with the members of the multimap
+    EXPECT_EQ(model->elementCount(), 51U);  // including the members of the multimap
     InportInformation const port = (*root->getInports())[7];
     EXPECT_FALSE(port->isProxy());
     EXPECT_EQ(port->container(), root);
@@ -73,7 +73,7 @@ TEST_F(Lazy, ReadsWhatIsReachedAndNothingElse) {
 }
 
 TEST_F(Lazy, SavesWhatItLoaded) {
-    qz::Model const whole = makeModel(3'000);  // a few pieces
+    qz::Model const whole = makeModel(3'000);  // several pieces of the file
     std::string const text = qz::io::toText(whole);
     qz::Model const model = load(whole);
     ASSERT_GT(text.size(), 1'000'000U);
@@ -81,7 +81,7 @@ TEST_F(Lazy, SavesWhatItLoaded) {
     qz::io::save(model, path_);                // over the file that it is reading from
     std::ostringstream saved;
     saved << std::ifstream(path_).rdbuf();
-    EXPECT_TRUE(saved.str() == text);  // too long to be shown
+    EXPECT_TRUE(saved.str() == text);  // EXPECT_EQ would print the long texts
     EXPECT_EQ(model->elementCount(), whole->elementCount());
 }
 

@@ -1,4 +1,4 @@
-// What isn't a model's text is refused by file, place and reason, and leaves nothing behind.
+// A text that isn't a model's is refused with file, place and reason, and changes nothing.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <keel/exception.h>
 #include <quay/zero/io/io.h>
@@ -34,8 +34,8 @@ std::string child(std::string const& type, std::string const& id, std::string co
     return "{\"class\":\"ModelRefInfoRepo." + type + "\"," + id + ",\"values\":{" + values + "}}";
 }
 
-/// The sentence with which a text is refused, or what it gave instead. The model that it was to enter must be as
-/// before.
+/// The sentence with which a text is refused, or what loading it gave instead. Checks that the model into which it was
+/// loaded is unchanged.
 std::string refusal(std::string const& text, qz::io::Limits const& limits = {}) {
     qz::Model const model = qz::Model::create();
     auto const present = RateSpec::create(model, {});
@@ -135,7 +135,7 @@ TEST(Load, RefusesBadTextsWithPlaceAndReason) {
     EXPECT_EQ(refusal(document(port("\"designMin\":1e-999"))), "loaded");
 }
 
-/// Each part of a text's structure is an object, a list or a scalar. It is refused if it is another one of them.
+/// Each part of a text's structure is an object, a list or a scalar. A value of another kind is refused.
 TEST(Load, RefusesTheWrongKindOfValueInEveryPlace) {
     struct Case {
         std::string before;  // the text up to the value
@@ -223,7 +223,7 @@ TEST(Load, KeepsToItsLimits) {
     EXPECT_THAT(refusal(document(port("\"resolvedSignalObject\":" + deep))), HasSubstr("levels"));
 }
 
-/// A text with a bit of everything.
+/// A text in which every construct occurs.
 std::string sampleText() {
     qz::Model const model = qz::Model::create();
     auto const root = ModelRefInfoRoot::create(model, {});
@@ -259,7 +259,7 @@ TEST(Load, SurvivesDamageOfAnyKind) {
                 damaged[at] = kBytes[random() % (sizeof kBytes - 1)];
             }
         }
-        refused += refusal(damaged) != "loaded" ? 1 : 0;  // which checks the model
+        refused += refusal(damaged) != "loaded" ? 1 : 0;  // checks the model too
     }
     EXPECT_GT(refused, 3'000);
 }

@@ -1,4 +1,4 @@
-// What is saved comes back, whatever it is.
+// Models that are saved and loaded again have the same content.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 #include <quay/zero/collection.h>
 #include <quay/zero/io/io.h>
@@ -25,7 +25,7 @@ namespace qz = quay::zero;
 
 auto const& kTag = qz::ReflectionPrivateTag::PUBLIC_ACCESS;
 
-/// The dump of a model, whose lines stand in order of creation, by content alone.
+/// The dump of a model by content only; its lines are in order of creation.
 std::string content(qz::Model const& model) {
     std::istringstream lines(records::dumpElements(model));
     std::vector<std::string> sorted;
@@ -103,7 +103,7 @@ TEST(RoundTrip, KeepsNumbersToTheBit) {
     InportInformation const port = InportInformation::create(model, {});
     RateInfo rate;
     for (double const number : numbers) {
-        port->setDesignMin(1);  // which isn't equal to any of them, as a zero is to a zero with a sign
+        port->setDesignMin(1);  // so that writing a zero is a change, too
         port->setDesignMin(number);
         rate.setPeriod(number);
         port->getRateInfosMutable()->clear();
@@ -184,7 +184,7 @@ TEST(RoundTrip, KeepsAnEnumeratedValueThatHasNoLiteral) {
     EXPECT_EQ(qz::io::toText(qz::io::fromText(text)), text);
 }
 
-/// Arrays of every class, with what is hard about each.
+/// Arrays of every class, with the content that is difficult to save for each.
 std::vector<zx::Array> arrays() {
     std::vector<zx::Array> result;
     auto const add = [&](zxArray* array) -> zxArray* { return result.emplace_back(array).get(); };
@@ -194,7 +194,7 @@ std::vector<zx::Array> arrays() {
             zxArray* const array = add(zxCreateNumericArray(std::vector<std::size_t>{2, 1, 3}, code, isComplex));
             auto* const bytes = static_cast<unsigned char*>(zxGetDataForWriting(array));
             std::size_t const size = zxGetElementSize(array) * zxGetNumberOfElements(array);
-            // Any bytes will do for integers; of reals these are finite.
+            // Integers may have any bytes; these bytes give finite reals.
             for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<unsigned char>(i * 37 % 127);
         }
         add(zxCreateNumericMatrix(0, 3, code));
@@ -235,7 +235,7 @@ TEST(RoundTrip, KeepsArraysOfEveryClass) {
         auto const root = qz::io::fromText(text);
         auto const again = ArgumentValue::cast(root->getRoots().at(0));
         EXPECT_TRUE(zxIsEqual(again->getValue(), array.get(), zxNanRule::Same));
-        EXPECT_EQ(qz::io::toText(root), text);  // which has the sign of zeros and the order of fields too
+        EXPECT_EQ(qz::io::toText(root), text);  // compares the sign of zeros and the order of fields too
     }
 }
 

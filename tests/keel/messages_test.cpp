@@ -14,8 +14,8 @@ using keel::Message;
 using keel::core::except::Error;
 using keel::core::except::Exception;
 
-/// Reports `m` and checks that what arrives is an exception of exactly its class, and an Error and a
-/// std::exception with the same text.
+/// Reports `m` and checks that the exception is exactly of its class, and an Error and a std::exception with the same
+/// text.
 template <class M>
 std::string reported(M const& m) {
     std::string text;
@@ -34,7 +34,7 @@ TEST(Messages, SayWhatWasWrong) {
     struct Case {
         std::string id;
         std::vector<std::u16string> arguments;
-        std::string plain;     // the sentence when nothing more is known
+        std::string plain;     // the sentence without subject and value
         std::string withBoth;  // the sentence about X.p and the value 1; empty if it only has these added
         std::function<std::string(bool)> report;
         Message message;

@@ -1,4 +1,4 @@
-// Packages with dotted names, ids from texts, and the runtime's own classes without any schema.
+// Packages with dotted names, parsing of ids, and the runtime's script classes without any schema.
 #include <ordo/ordo.h>
 #include <quay/zero/mi/bindings.h>
 #include <quay/zero/mi/builder_from_struct.h>
@@ -71,7 +71,7 @@ TEST(RuntimeClasses, ModelsAreMadeAndLetGo) {
         OrdoValue const made = ordo::OrdoClass::getClass(ordo::internName("quay.zero.Model"))->construct({});
         quay::zero::Model const model = quay::zero::mi::modelIn(made);
         ASSERT_TRUE(model);
-        EXPECT_EQ(model.impl()->refCount(), 3u);  // the binding's two, and this one
+        EXPECT_EQ(model.impl()->refCount(), 3u);  // the binding's two references, and this one
         EXPECT_EQ(quay::zero::mi::toScript(model).object(), made.object());
     }
     EXPECT_EQ(ordo::factory::basic::BindingRegistry::size(), bindings);

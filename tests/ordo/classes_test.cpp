@@ -1,4 +1,4 @@
-// Packages, classes on their first use, and script objects with what they stand for.
+// Packages, definition of classes on first use, and script objects with their native objects.
 #include "support/workshop.h"
 #include "support/workshop_collections.h"
 
@@ -146,7 +146,7 @@ TEST_F(Workshop, TellsObjectsAtOneAddressApartByTheirClasses) {
     EXPECT_EQ(item->references, 2);
     EXPECT_TRUE(BindingRegistry::remove(item.get()));
     EXPECT_FALSE(BindingRegistry::remove(item.get()));
-    item->dropReference();  // which the removed binding owned
+    item->dropReference();  // the reference that the removed binding owned
     OrdoObject const again = BindingRegistry::announce(item.get(), first.name(), isNew);
     item->addReference();
     OrdoValue arguments[1];
@@ -232,7 +232,7 @@ TEST_F(Workshop, TakesForAnEnumerationWhatNamesALiteral) {
     EXPECT_TRUE(zxIsA(blue.toArray().get(), "int32"));
 }
 
-/// Makes green of everything.
+/// Converts every value to the literal green.
 class ToGreen final : public ordo::OrdoTypeConverter {
 public:
     zx::Array convert(zxArray const*) override {

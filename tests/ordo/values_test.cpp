@@ -1,4 +1,4 @@
-// What values in transit can be taken for, in every form in which they can come.
+// The conversions of values in transit, from every form that a value can have.
 #include <ordo/factory/text.h>
 #include <ordo/ordo.h>
 
@@ -35,7 +35,7 @@ T taken(OrdoValue const& value) {
     return ordo::factory::ValueType<T>::fromScript(value);
 }
 
-/// What becomes of a value as a `T`: the number, or the failure's id.
+/// The result of converting a value to `T`: the number, or the failure's id.
 template <class T>
 std::string outcome(OrdoValue const& value) {
     std::string result;

@@ -1,4 +1,4 @@
-// What is left when the schema can't be declared.
+// The state after a failed declaration of the schema.
 #include <keel/exception.h>
 #include <keel/text.h>
 
@@ -18,7 +18,7 @@ namespace {
 using namespace product;
 namespace qz = quay::zero;
 
-/// The meta model thawed, with a transaction open that takes back all that is done meanwhile.
+/// While it exists, the meta model is thawed and a transaction is open, which is rolled back at the end.
 class Interference {
 public:
     Interference()
@@ -36,7 +36,7 @@ struct Fault {
     char const* name;
     std::function<void()> cause;
     char const* identifier;
-    char16_t const* argument;  // null: not looked at
+    char16_t const* argument;  // null: not compared
 };
 
 std::ostream& operator<<(std::ostream& out, Fault const& fault) { return out << fault.name; }
@@ -77,7 +77,7 @@ void expectNothingOfThePackage() {
     EXPECT_FALSE(registry().findTypeByScriptName("Varlow.ModelReference.internal.compileInfo.RateInfo"));
 }
 
-/// Several threads ask at once for the package that couldn't be declared so far.
+/// Several threads call getInstance at once after the declaration has failed.
 void expectRecovery(Product const& product) {
     std::vector<void*> instances(4);
     std::vector<std::thread> threads;
@@ -91,7 +91,7 @@ void expectRecovery(Product const& product) {
     EXPECT_EQ(registry().getType(u"ModelRefInfoRepo.RateInfo")->getOwningPackage()->getParentPackage(), rootPackage());
 }
 
-/// Takes an earlier incarnation of the package away, if there is one.
+/// Removes an earlier declaration of the package, if there is one.
 void forgetPackage() {
     Package const root = rootPackage();
     if (!root) return;
@@ -112,7 +112,7 @@ TEST_P(Failure, LeavesNothingBehindAndTheNextAttemptSucceeds) {
     std::optional<Interference> interference(std::in_place);
     GetParam().cause();
     std::size_t const spoilt = registry().model()->elementCount();
-    Product const product;  // its load goes on without the schema
+    Product const product;  // loading goes on without the schema
     expectNothingOfThePackage();
     expectFailure(product, GetParam());
     expectFailure(product, GetParam());
@@ -129,8 +129,8 @@ TEST_P(Failure, LeavesNothingBehindAndTheNextAttemptSucceeds) {
 INSTANTIATE_TEST_SUITE_P(Causes, Failure, testing::ValuesIn(kFaults),
                          [](auto const& info) { return std::string(info.param.name); });
 
-/// In a process where the foreign packages come up with the product for the first time, inside a transaction
-/// that is taken back, they have to come up again.
+/// In a new process the foreign packages are declared for the first time by the product's load. If the transaction
+/// around it is rolled back, they must be declared again as well.
 TEST(FailureDeathTest, OfTheFirstLoadOfAllIsMadeGoodToo) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(

@@ -1,4 +1,4 @@
-// Loading, unloading and loading again.
+// Loading, unloading and reloading the product.
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/serializers.h>
 
@@ -17,7 +17,7 @@ namespace qz = quay::zero;
 
 constexpr int kReloads = 20;
 
-/// Makes an element by reflection, writes into it, and drops it together with its model.
+/// Creates an element by reflection, writes to it, and releases it together with its model.
 void useInAModel() {
     qz::Model const model = qz::Model::create();
     Class const type = Class::cast(registry().getType(u"ModelRefInfoRepo.ModelRefInfoRoot"));
@@ -72,7 +72,7 @@ TEST(Lifecycle, ComesAndGoesManyTimesInOneProcess) {
             formerType = type;
         }
         ASSERT_FALSE(Product::isMapped());
-        // What was declared outlives the library.
+        // The declared meta objects outlive the library.
         EXPECT_EQ(rootPackage(), former);
         EXPECT_EQ(formerType->getQualifiedName(), u"ModelRefInfoRepo.RateSpec");
         EXPECT_TRUE(lastingElement);

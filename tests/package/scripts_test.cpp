@@ -1,4 +1,4 @@
-// Script classes outlive the library that brought them, and serve it when it is loaded again.
+// Script classes outlive the library that registered them, and work again when it is loaded again.
 #include <ordo/ordo.h>
 #include <quay/zero/mi/meta_marshaler_registry.h>
 

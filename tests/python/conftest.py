@@ -1,4 +1,4 @@
-"""A small native library, `workshop`, whose classes are of every kind that a script can meet."""
+"""Fixtures for `workshop`, a small native library that has every kind of script class."""
 
 from __future__ import annotations
 
@@ -24,7 +24,7 @@ def loaded() -> ModuleType:
 
 @pytest.fixture
 def workshop(loaded: ModuleType) -> Iterator[Any]:
-    """The package; a test that leaves script objects or items behind fails."""
+    """The package. A test fails if it leaves script objects or items behind."""
     gc.collect()
     before = ordo.count_bindings(), loaded.Item.itemCount()
     yield loaded

@@ -1,4 +1,4 @@
-"""Random uses of everything by everything, for a while. Whatever fails must do so as an error of Python's."""
+"""Random calls with random arguments. Whatever fails must raise a Python error."""
 
 from __future__ import annotations
 
@@ -15,7 +15,7 @@ STEPS = 40_000
 
 
 class Hostile:
-    """Says something else each time, and destroys what it can reach."""
+    """An object that returns something else each time, and destroys what it can reach."""
 
     def __init__(self, rng: random.Random, pool: list[Any]) -> None:
         self.rng, self.pool = rng, pool
@@ -83,7 +83,7 @@ def step(rng: random.Random, pool: list[Any], workshop: Any) -> Any:
             made = rng.choice([workshop.Item, workshop.Tool, workshop.Extent, workshop.Color, workshop.Parts])
             return made(*[value(rng, pool) for _ in range(rng.randint(0, 2))])
         case 6:
-            # A member of one class used on whatever comes along.
+            # A member of one class used on an arbitrary object.
             member = inspect.getattr_static(workshop.Item, rng.choice(dir(workshop.Item)))
             return member(value(rng, pool)) if callable(member) else member.__get__(value(rng, pool))
         case _:
@@ -103,7 +103,7 @@ def test_no_use_of_any_object_does_more_than_raise(workshop: Any) -> None:
         try:
             result = step(rng, pool, workshop)
             done += 1
-        except Exception:  # noqa: BLE001,S112 - any error will do
+        except Exception:  # noqa: BLE001,S112 - any error is allowed
             continue
         if isinstance(result, ordo.Object | int) or hasattr(result, "__next__"):
             pool.append(result)
@@ -112,6 +112,6 @@ def test_no_use_of_any_object_does_more_than_raise(workshop: Any) -> None:
     assert done > STEPS / 10, "too little came off for this to be a test"
     for known in pool:
         if isinstance(known, workshop.Item) and known:
-            known.destroy()  # which ends the cycles that items make of one another
+            known.destroy()  # breaks the reference cycles of items
             known = None
     pool.clear()

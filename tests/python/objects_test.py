@@ -1,4 +1,4 @@
-"""Script objects: identity and life, members and their absence, collections, transactions, errors, packages."""
+"""Script objects: identity and lifetime, members, missing members, collections, transactions, errors, packages."""
 
 from __future__ import annotations
 
@@ -184,7 +184,7 @@ def test_sequences_have_the_manners_of_sequences(workshop: Any) -> None:
 
 
 class Unshown:
-    """An object that can't be shown."""
+    """An object whose repr fails."""
 
     def __repr__(self) -> str:
         raise ZeroDivisionError
@@ -310,7 +310,7 @@ def test_objects_are_shared_between_threads(workshop: Any) -> None:
                 assert item.parts[0] is item.parts[0] and part in item.parts
                 item.notes = {"a": [part, "x"]}
                 assert item.notes["a"][1] == "x"
-        except BaseException as failure:  # noqa: BLE001 - all of them are told in the end
+        except BaseException as failure:  # noqa: BLE001 - all are reported at the end
             failures.append(failure)
 
     threads = [threading.Thread(target=work, args=(number,)) for number in range(4)]

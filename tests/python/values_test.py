@@ -1,4 +1,4 @@
-"""What crosses to native code, and what comes back."""
+"""Conversion of values to native code and back."""
 
 from __future__ import annotations
 
@@ -143,7 +143,7 @@ def random_array(rng: random.Random) -> Any:
 
 
 def random_value(rng: random.Random, depth: int = 0) -> Any:
-    """A value and what it is expected to read back as are one, for all that this makes."""
+    """A random value and the value that it is expected to read back as; here they are equal."""
     kinds = ["bool", "int", "float", "text", "none", "array"] + (["list", "dict", "dicts"] if depth < 4 else [])
     match rng.choice(kinds):
         case "bool":
@@ -159,7 +159,7 @@ def random_value(rng: random.Random, depth: int = 0) -> Any:
         case "array":
             return random_array(rng)
         case "list":
-            # Something that is neither a number nor a dict keeps the list from being taken for a row or for structs.
+            # An item that is neither a number nor a dict, so that the list isn't converted to one array.
             return ["mixed", *(random_value(rng, depth + 1) for _ in range(rng.randint(0, 4)))]
         case "dict":
             return {f"f{i}": random_value(rng, depth + 1) for i in range(rng.randint(0, 4))}
@@ -301,7 +301,7 @@ def test_a_value_that_is_replaced_while_it_is_read_is_read_whole(workshop: Any) 
 
 
 class Meddler:
-    """An integer that does something when it is asked for its value."""
+    """An integer with a side effect when its value is read."""
 
     def __init__(self, action: Any) -> None:
         self.action = action

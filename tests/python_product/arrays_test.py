@@ -1,4 +1,4 @@
-"""Values on their way in: what arrays may hold, what stands for no value, and what is said of those refused."""
+"""Values written to arrays: which are allowed, which objects have no value, and the messages for refused ones."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ import pytest
 import quay
 from record import PACKAGE, refused
 
-# What is done here goes against the classes' types, so the checker isn't told them.
+# The tests violate the classes' types on purpose, so the type checker must not see them.
 info: Any = importlib.import_module(PACKAGE)
 CompServicePort, InportInformation, VarlowFunctions = info.CompServicePort, info.InportInformation, info.VarlowFunctions
 ModelRefInfoRoot, QueueType, RateInfo = info.ModelRefInfoRoot, info.QueueType, info.RateInfo

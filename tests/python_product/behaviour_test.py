@@ -1,4 +1,4 @@
-"""Arguments, identity, lifetime and transactions, on classes that stand for all."""
+"""Arguments, identity, lifetime and transactions, tested on a few representative classes."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ import pytest
 import quay
 from record import PACKAGE, refused
 
-# What is done here goes against the classes' types, so the checker isn't told them.
+# The tests violate the classes' types on purpose, so the type checker must not see them.
 info: Any = importlib.import_module(PACKAGE)
 CompServicePort, GroupedArgument, InportInformation = info.CompServicePort, info.GroupedArgument, info.InportInformation
 InterfaceParameterInfo, ModelRefInfoRoot, RateInfo = info.InterfaceParameterInfo, info.ModelRefInfoRoot, info.RateInfo
@@ -27,7 +27,7 @@ DEAD = "ZELDRA:class:InvalidHandle"
 
 
 class Plain:
-    """An object with attributes, as an initialiser."""
+    """An object whose attributes are used as an initialiser."""
 
     def __init__(self, **attributes: Any) -> None:
         self.__dict__.update(attributes)
@@ -199,7 +199,7 @@ def test_dead_objects_are_false_and_refuse_their_members(model: Any) -> None:
         for use in members:
             with refused(DEAD):
                 use(dead)
-        inports.add(dead)  # ignored, as any collection does
+        inports.add(dead)  # ignored, as by any collection
         assert len(inports) == 0
     assert twin is port
     root.destroy()

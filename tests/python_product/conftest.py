@@ -1,4 +1,4 @@
-"""A record to try things on."""
+"""Fixtures: a record to test with."""
 
 from __future__ import annotations
 
@@ -17,7 +17,7 @@ sys.path.insert(0, str(Path(__file__).parent))
 
 @pytest.fixture
 def model(request: pytest.FixtureRequest) -> Iterator[Any]:
-    """A model. Whatever a test did, nothing of it may stay bound once it is over."""
+    """A model. After the test, no script object of it may be bound."""
     gc.collect()
     before, failed = ordo.count_bindings(), request.session.testsfailed
     made = quay.zero.Model()
@@ -25,4 +25,4 @@ def model(request: pytest.FixtureRequest) -> Iterator[Any]:
     del made
     gc.collect()
     if request.session.testsfailed == failed:
-        assert ordo.count_bindings() <= before + 1  # the fixture's own value is let go of later
+        assert ordo.count_bindings() <= before + 1  # the fixture's own value is released later

@@ -1,4 +1,4 @@
-"""Whatever a script does, it ends in a value or an error of Python's, and never in a crash."""
+"""Random uses of the record by scripts: each gives a value or a Python error, and none crashes."""
 
 from __future__ import annotations
 
@@ -23,7 +23,7 @@ SEEDS = (1, 2, 3)
 
 
 class Strange:
-    """Answers nothing as one would expect."""
+    """An object whose special methods give unexpected results."""
 
     def __getattr__(self, name: str) -> Any:
         raise ValueError(name)
@@ -78,7 +78,7 @@ def use(draw: random.Random, pool: list[Any], self: Any, value: Any) -> Any:
 
 
 def act(draw: random.Random, pool: list[Any], plain: list[Any], info: Any) -> Any:
-    """One thing that a script might do with what it has."""
+    """One random operation of a script on what it has."""
     value = draw.choice(draw.choice((pool, plain)))
     self = draw.choice(pool)
     kind = draw.randrange(100)
@@ -122,7 +122,7 @@ def run(seed: int) -> None:
             pool.append(result)
         if len(pool) > 60:
             del pool[draw.randrange(1, len(pool))]
-    # What is left is still a whole model.
+    # The remaining elements are still a consistent model.
     for one in pool:
         if isinstance(one, quay.zero.Model):
             assert {e.uuid for e in one.roots()} <= {e.uuid for e in one.elements()}
@@ -130,7 +130,7 @@ def run(seed: int) -> None:
 
 
 def run_in_threads() -> None:
-    """Each in a model of its own, then all in one: the interpreter's lock holds them apart."""
+    """Threads with a model each, then all in one model: the interpreter's lock separates them."""
     info = importlib.import_module(PACKAGE)
     shared = info.ModelRefInfoRoot(quay.zero.Model())
     failures: list[BaseException] = []
@@ -162,5 +162,5 @@ def test_survives_whatever_scripts_do(tmp_path: Path) -> None:
     folder = str(Path(__file__).parent)
     path = f"import sys; sys.path[:0] = [{folder!r}]; "
     command = [sys.executable, "-X", "faulthandler", "-c", path + code]
-    done = subprocess.run(command, capture_output=True, text=True, cwd=tmp_path)  # it saves files of any name
+    done = subprocess.run(command, capture_output=True, text=True, cwd=tmp_path)  # scripts save files of any name
     assert (done.returncode, done.stdout) == (0, "whole\n"), done.stderr[-3000:]

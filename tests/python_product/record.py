@@ -1,4 +1,4 @@
-"""The schema as its YAML tells it, and what scripts are refused."""
+"""The schema as read from its YAML, and a check of errors."""
 
 from __future__ import annotations
 
@@ -27,13 +27,13 @@ CONCRETE = [name for name in CLASSES if not SCHEMA.classes[name].entry.abstract]
 
 
 def chain_of(name: str) -> list[ClassType]:
-    """A class of the record and those that it derives from."""
+    """A class of the record and its superclasses."""
     return [SCHEMA.classes[name], *SCHEMA.ancestors(SCHEMA.classes[name])]
 
 
 @contextmanager
 def refused(identifier: str, kind: type[Exception] = ordo.Error) -> Iterator[None]:
-    """Holds that what runs inside raises the error of that identifier, which also is of that kind."""
+    """Checks that the block raises the error with this identifier, and that the error is of this kind too."""
     with pytest.raises(ordo.Error) as caught:
         yield
     assert caught.value.identifier == identifier

@@ -15,7 +15,7 @@ from record import CLASSES, CONCRETE, PACKAGE, SCHEMA, chain_of, refused
 
 info = importlib.import_module(PACKAGE)
 
-# For each type what is written and what then is read, and what is refused.
+# For each type: pairs of a value to write and the value to read back, and values that are refused.
 TEXTS = [("", ""), ("a\0b", "a\0b"), ("\U0001f600é", "\U0001f600é"), ("x" * 1000, "x" * 1000)]
 VALUES: dict[str, list[tuple[Any, Any]]] = {
     "Boolean": [(True, True), (0, False), (-2.5, True), (False, False), (10**30, True)],
@@ -54,7 +54,7 @@ def module_of(found: Any) -> Any:
 
 
 def same(a: Any, b: Any) -> bool:
-    """Equal, and of the same kind at all depths."""
+    """Whether two values are equal, and of the same types at all depths."""
     if isinstance(b, np.ndarray):
         return isinstance(a, np.ndarray) and a.dtype == b.dtype and a.shape == b.shape and bool((a == b).all())
     if isinstance(b, list):
@@ -194,7 +194,7 @@ def check_children(element: Any, prop: form.Property, found: ClassType, model: A
     assert len(children) == 0 and child and child.container is None
     children.add(child)
     if prop.shape != "sequence owned":
-        children.add(child)  # it is there already
+        children.add(child)  # it is a member already
     assert len(children) == 1 and child.container is element
     with pytest.raises(TypeError):
         children.add(model)

@@ -1,4 +1,4 @@
-"""What type checkers are told of the classes."""
+"""The type stubs of the classes."""
 
 from __future__ import annotations
 
@@ -83,7 +83,7 @@ WRONG = [
 ]
 
 
-# What operators, loops and blocks call; further names with underlines are Python's own affair.
+# Methods behind operators, loops and blocks; Python uses further special methods internally.
 USUAL = {*dir(Set), *dir(Sequence), "__enter__", "__exit__"} - {*dir(object), "_from_iterable"}
 
 

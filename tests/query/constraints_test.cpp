@@ -1,4 +1,4 @@
-// Every constraint against a plain loop that asks the same by getters.
+// Every constraint compared with a plain loop that makes the same test by getters.
 #include "support/record.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ using namespace queries;
 using qz::query::Constraint;
 using qz::query::find;
 
-/// A constraint on X, and the same as code.
+/// A constraint on X, and a function that tests the same.
 template <class X>
 struct Case {
     char const* name;
@@ -20,7 +20,7 @@ struct Case {
     std::function<bool(X const&)> plain;
 };
 
-/// Asks each in both modes. Unless the name starts with a "!", a case that finds nothing, or everything, tests nothing.
+/// Runs each query in both modes. A case that finds nothing, or everything, fails unless its name starts with "!".
 template <class X>
 void expectSame(qz::Model const& model, std::vector<Case<X>> const& cases) {
     for (auto const& [name, constraint, plain] : cases) {
@@ -35,7 +35,7 @@ void expectSame(qz::Model const& model, std::vector<Case<X>> const& cases) {
     }
 }
 
-/// Compares by the word with each value, in all ways.
+/// Compares the property with each value, by all operators.
 template <class X, class Word, class Get, class... V>
 void expectSameComparisons(qz::Model const& model, Word const& word, Get get, V const&... values) {
     auto const ask = [&](auto const& value) {
@@ -160,7 +160,7 @@ TEST_F(Constraints, OnWhatIsOwned) {
                          });
 }
 
-/// More children than are looked at in one go, of which one differs.
+/// More children than are tested in one batch, of which one differs.
 TEST_F(Constraints, LookAtEveryChildOfMany) {
     using R = ModelRefInfoRoot;
     for (int i = 0; i < 300; ++i) root->createIntoInports()->setOriginalPortNumber(i == 150 ? 7 : 1000);
@@ -200,7 +200,7 @@ TEST_F(Constraints, MayBeOfTheSuperclass) {
     EXPECT_TRUE(find<P>(qz::Model::create()).empty());
 }
 
-/// Proxies are resolved as getters do it; those that stay proxies are passed over, below an owner and in the model.
+/// Queries resolve proxies as getters do; proxies that can't be resolved are skipped, below an owner and in the model.
 TEST_F(Constraints, ResolveProxiesUnlessThatIsHeldOff) {
     using R = ModelRefInfoRoot;
     ModelRefInfoRoot const owner = R::create(model, {});
@@ -222,7 +222,7 @@ TEST_F(Constraints, ResolveProxiesUnlessThatIsHeldOff) {
         return target;
     });
     EXPECT_TRUE(find<R>(model, R::numTs().has() && hasInfo).empty());
-    EXPECT_EQ(asked, 0);  // the second part wasn't asked of a root whose proxy it would have met
+    EXPECT_EQ(asked, 0);  // the second part wasn't evaluated for the root that has a proxy there
     EXPECT_TRUE(find<R>(model, hasInfo).empty());
     EXPECT_EQ(asked, 1);
     EXPECT_EQ(find<R>(model, hasInfo), std::vector{owner});

@@ -1,4 +1,4 @@
-// Random questions of random models, against plain loops.
+// Random queries of random models, compared with plain loops.
 #include "../common/random.h"
 #include "support/record.h"
 
@@ -66,7 +66,7 @@ TEST(RandomQuestions, AreAnsweredAsAPlainLoopDoes) {
     });
 }
 
-/// A model that is written, rolled back, undone and redone at random, and asked in between.
+/// A model that is written, rolled back, undone and redone at random, with queries in between.
 class Life {
 public:
     Life() { model_->enableHistory(below(2) == 0 ? 0 : 5); }
@@ -138,7 +138,7 @@ private:
         --open_;
     }
 
-    /// So many that gaps are closed.
+    /// Destroys so many elements that the index closes gaps.
     void many() {
         qz::Transaction transaction = model_->beginTransaction(false);
         constexpr std::size_t kMany = 1500;

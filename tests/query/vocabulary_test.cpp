@@ -1,4 +1,4 @@
-// The words of queries: which there are, of what types, and which sentences they don't make.
+// The query functions of properties: which exist, their types, and which expressions don't compile.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <quay0/messages.h>
 
@@ -32,7 +32,7 @@ static_assert(sizeof(InQuery::isNotDerivPort) == 3 * sizeof(void*) &&
 
 // --- What doesn't compile -------------------------------------------------------------------------------------------
 
-// Whether the sentence compiles, for a property P and an operand V.
+// Whether the expression compiles for a property P and an operand V.
 template <class P, class V>
 constexpr bool kCompares = requires(P const& p, V v) {
     p == v;
@@ -136,7 +136,7 @@ TEST(Vocabulary, IsTiedToItsQuery) {
     EXPECT_EQ(byPair.isNotDerivPort.getProperty(), package->InportInformation_isNotDerivPort);
     EXPECT_EQ(byPair.hierCondInfos.getProperty(), package->RootIOPortInformation_hierCondInfos);
     EXPECT_EQ(&byPair.hierCondInfos.getAttachment().getConstrainables(), &byPair);
-    // The class isn't looked at.
+    // The class isn't compared.
     for (auto const& cls : {InportInformation::metaClass(), RateSpec::metaClass()}) {
         RootIOPortInformation::Constrainables const words(asked, cls, Mode::Exact);
         EXPECT_EQ(words.getMetaClass(), cls);
@@ -156,7 +156,8 @@ TEST(Vocabulary, OfAQueryAsksAsTheClassDoes) {
     EXPECT_FALSE(expected.empty());
     EXPECT_EQ(asked.find(), expected);
 
-    // A query on X that searches a subclass; one that searches another class finds what is also an X.
+    // A query on X that searches a subclass; a query that searches an unrelated class finds its elements that are also
+    // of X.
     using P = RootIOPortInformation;
     query::Query<P> below(model, I::metaClass(), Mode::Exact);
     EXPECT_EQ(below.where(below.constrainables().designMin > 0).find().size(),
@@ -165,7 +166,8 @@ TEST(Vocabulary, OfAQueryAsksAsTheClassDoes) {
     EXPECT_EQ(query::Query<I>(model, P::metaClass(), Mode::WithSubclasses).find(), find<I>(model));
 }
 
-/// A package that isn't up gives a constrainable no property, and words of one query are lent to another.
+/// Run-time checks: a constrainable whose package isn't declared has no property, and one query refuses those of
+/// another.
 TEST(Vocabulary, RefusesWhatTheCompilerCantSee) {
     auto const model = qz::Model::create();
     auto const* const package = MetaPackageVw_modelref_info::getInstance();

@@ -1,4 +1,4 @@
-// The index by class when memory runs out while it is built, caught up or put in order.
+// The index by class when memory runs out while it is built, updated or sorted.
 #include "support/memory.h"
 #include "support/node.h"
 

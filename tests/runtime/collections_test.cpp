@@ -1,4 +1,4 @@
-// Collections of elements and of values: their own operations, and the generic ones by which scripts work.
+// Collections of elements and of values: their typed operations, and the generic ones that scripts use.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -61,7 +61,7 @@ TEST(Sequences, TakeTheirOwnMembersAsArguments) {
     Sample s;
     auto& children = s.owner->children();
     children.add(s.n[1]);
-    for (int i = 0; i < 20; ++i) children.add(children[0]);  // across reallocations
+    for (int i = 0; i < 20; ++i) children.add(children[0]);  // the argument is a member; includes reallocations
     EXPECT_EQ(children.size(), 21U);
     children.insert(0, *children.begin());
     children.add(s.n[2]);
@@ -92,7 +92,7 @@ TEST(Maps, GoByKey) {
     EXPECT_FALSE(map.containsKey(u"C"));
     EXPECT_TRUE(map.isTaken(u"a", s.n[1].impl()));
     EXPECT_FALSE(map.isTaken(u"a", s.n[4].impl()));
-    map.insert(s.n[4]);  // is there already
+    map.insert(s.n[4]);  // is a member already
     map.erase(map.begin());
     EXPECT_FALSE(map.contains(s.n[5]));
     EXPECT_EQ(map.size(), 4U);
@@ -211,7 +211,7 @@ TEST(PrimitiveSets, SortAndDropDuplicates) {
     EXPECT_EQ(tags.getAllValues().at(2).getValue<std::u16string>(), u"\xd83d\xde00");
     EXPECT_EQ(tags.erase(u"a"), 1U);
     EXPECT_EQ(tags.erase(u"a"), 0U);
-    tags.erase(*tags.begin());  // its own member
+    tags.erase(*tags.begin());  // the argument is its own member
     EXPECT_TRUE(tags.contains(u"\xe000"));
     EXPECT_EQ(tags.size(), 2U);
 }

@@ -1,4 +1,4 @@
-// Containers: who owns a child, what moves it, and what goes down with what.
+// Containers: who owns a child, what moves it, and what is destroyed with what.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"

@@ -1,4 +1,4 @@
-// A package that is declared from tables: what is made in which order, and what a failure leaves.
+// A package that is declared from tables: the order of creation, and the state after a failure.
 #include "../common/expect.h"
 #include "support/memory.h"
 #include "support/node_dump.h"
@@ -69,7 +69,7 @@ ClassTable const& wideTable() {
     return table;
 }
 
-/// What a test may spoil.
+/// Mistakes that a test can put into the tables.
 struct Faults {
     char16_t const* primitive = u"StdString";
     char16_t const* childType = u"Thing";
@@ -80,7 +80,7 @@ struct Faults {
 
 class Made final : public meta::DeclaredPackage {
 public:
-    /// The tables are kept for ever, as those of a library.
+    /// The tables are never destroyed, like those of a library.
     static Made& make(Faults const& faults);
     ~Made() = delete;
 
@@ -169,7 +169,7 @@ Made& Made::make(Faults const& faults) {
     return *new Made(all.emplace_back(std::make_unique<Tables>(faults))->package);
 }
 
-/// Takes a declared package away again.
+/// Removes a declared package.
 void remove(Made& made) {
     auto* const registry = MetaRegistry::getInstance();
     std::lock_guard const lock(registry->mutex());
@@ -182,7 +182,7 @@ void remove(Made& made) {
 
 // --- What a failure leaves ------------------------------------------------------------------------------------------
 
-/// Whether the registry is as it was, and can be written by the next one who thaws it.
+/// Checks that the registry is unchanged and can be written after thawing it.
 void checkUntouched(std::string const& before, Made const& made) {
     auto* const registry = MetaRegistry::getInstance();
     EXPECT_EQ(dump(registry->model()), before);
@@ -251,7 +251,7 @@ TEST(DeclaredPackages, LeaveNothingWhenTheyFail) {
     }
 }
 
-/// Declares with less and less want of memory. Answers how often that failed.
+/// Declares with memory running out at each allocation in turn; returns how often the declaration failed.
 int declareWithLittle(std::string const& before) {
     for (int granted = 0;; ++granted) {
         Made& made = Made::make({});
@@ -333,7 +333,7 @@ TEST(DeclaredPackages, MayBeDeclaredWithinOneAnother) {
     EXPECT_EQ(outer.user->getSuperclass(), inner.wide);
     EXPECT_EQ(registry->getType(u"outer.User"), outer.user);
 
-    // Loaded once more: a new object of the same tables takes the former one's place.
+    // The library loaded again: a new object of the same tables replaces the former one.
     Made& again = Made::make({});
     again.declareAll();
     EXPECT_FALSE(inner.thing);

@@ -29,7 +29,7 @@ TEST(Handles, CountTheirElement) {
     EXPECT_EQ(count(a), 2U);
     EXPECT_EQ(count(b), 3U);
     moved = copy;
-    copy = std::move(moved);  // over a handle of the same element
+    copy = std::move(moved);  // onto a handle of the same element
     EXPECT_EQ(count(b), 3U);
     Node& self = copy;
     copy = self;
@@ -53,7 +53,7 @@ TEST(Handles, MayBeAssignedFromWithinWhatTheyHold) {
     Node const last = Node::create(model);
     chain->children().add(last);
     model = Model();
-    chain = chain->children()[0];  // the handle assigned lies in the element that goes
+    chain = chain->children()[0];  // the assigned handle is in the element that the assignment releases
     EXPECT_EQ(chain, last);
     EXPECT_EQ(Node::Impl::living, living + 1);
 }

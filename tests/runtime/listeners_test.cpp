@@ -1,4 +1,4 @@
-// Listeners: what a change set tells, to whom, and what may not be done meanwhile.
+// Listeners: the content of change sets, which listeners get them, and what is forbidden while they are told.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"

@@ -1,4 +1,4 @@
-// Elements come and go: ids, the order of creation, handles, and the end of a model.
+// Creating and destroying elements: ids, the order of creation, handles, and destruction of a model.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -50,7 +50,7 @@ TEST(Lives, HaveAnIdOfTheirOwn) {
     EXPECT_EQ(drawn->uuid().version(), boost::uuids::uuid::version_random_number_based);
     EXPECT_EQ(drawn->uuid().variant(), boost::uuids::uuid::variant_rfc_4122);
 
-    Node::create(Model::create(), idOf(1));  // another model has ids of its own
+    Node::create(Model::create(), idOf(1));  // ids are unique per model only
 }
 
 TEST(Lives, LeaveSafeHandlesBehind) {

@@ -1,4 +1,4 @@
-// What fails half-way for want of memory leaves no trace, wherever it fails.
+// An operation that runs out of memory changes nothing, wherever it fails.
 #include "support/memory.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -14,7 +14,7 @@ namespace {
 using namespace nodes;
 using namespace quay::zero;
 
-/// A model with something in every property.
+/// A model with a value or child in every property.
 struct Sample {
     Model model = Model::create();
     Special root = Special::create(model, idOf(1));
@@ -82,7 +82,7 @@ Case const kCases[] = {
     {"destroy a tree", [](Sample& s) { s.root->destroy(); }},
 };
 
-/// How the model stands when the operation comes.
+/// The state of the model in which the operation is called.
 struct Mode {
     char const* name;
     bool history;
@@ -102,7 +102,7 @@ Mode const kModes[] = {
     {"inside, written before", true, true, 2, true},
 };
 
-/// A sample in a mode.
+/// A sample in one of the modes.
 struct Scene : Sample {
     explicit Scene(Mode const& mode) {
         if (mode.history) model->enableHistory(2);
@@ -124,7 +124,7 @@ struct Scene : Sample {
     std::vector<Transaction> open;
 };
 
-/// Runs it with less memory than it wants until it has enough. Answers how often it failed.
+/// Runs the operation with memory running out at each allocation in turn; returns how often it failed.
 int runWithLittle(Case const& c, Mode const& mode) {
     SCOPED_TRACE(std::string(c.name) + ", " + mode.name);
     for (int granted = 0;; ++granted) {
@@ -153,7 +153,7 @@ TEST(OutOfMemory, LeavesNoTrace) {
     EXPECT_EQ(Node::Impl::living, living);
 }
 
-/// A transaction with something of everything, which is not over.
+/// An open transaction with a change of every kind.
 Transaction busy(Sample& s) {
     Transaction transaction = s.model->beginTransaction(false);
     for (Case const& c : kCases) {
@@ -227,7 +227,7 @@ TEST(OutOfMemory, UndoesAndRedoesAllOrNothing) {
     EXPECT_GT(failures, 10);
 }
 
-/// Without a listener, what was done can be taken back with no memory at all.
+/// Without a listener, rolling back and undoing need no memory at all.
 TEST(OutOfMemory, DoesNotKeepFromGoingBack) {
     Sample s;
     s.model->enableHistory(2);

@@ -69,7 +69,7 @@ TEST(Proxies, KeepTheirPositionInASequence) {
 
     Node const again = s.local();
     children.set(2, again);
-    children.set(2, s.target);  // the slot resolves to it first, so nothing is done
+    children.set(2, s.target);  // the slot is resolved to it first, so nothing changes
     EXPECT_EQ(children[2], s.target);
     EXPECT_FALSE(s.owner->parts().basicContainsProxyTo(s.target));
     s.owner->parts().add(s.local());
@@ -92,7 +92,7 @@ TEST(Proxies, AreFoundByIdAndResolvedIfAsked) {
     EXPECT_EQ(s.model->findElement(id, FindElementBehavior(0)), far);
 }
 
-/// The target has a place, and proxies of it stand in two others.
+/// A target that is contained elsewhere, with proxies of it in two other properties.
 struct Elsewhere : Sample {
     Node elsewhere;
 
@@ -123,8 +123,8 @@ TEST(Proxies, LeaveNoReferenceToWhatIsDestroyed) {
 }
 
 TEST(Proxies, DontMoveWhatTheyStandFor) {
-    // Reading is no change, so an element that has its place elsewhere stays there, and only a reference
-    // to it takes the place of the proxy.
+    // Reading is no change, so an element that is contained elsewhere stays there, and a reference without containment
+    // replaces the proxy.
     Elsewhere s;
     Node const& elsewhere = s.elsewhere;
     EXPECT_EQ(s.owner->children()[0], s.target);
@@ -170,7 +170,7 @@ TEST(Proxies, LeaveTheHostsResolverFree) {
             return f();
         });
     };
-    // It reads where the proxy stands, gives way to another resolver, and makes what is asked for.
+    // The resolver reads the property that it resolves, installs another resolver, and creates the element.
     resolve([&]() -> ModelElement {
         EXPECT_EQ(children[0], inSequence) << "it is being asked for already";
         s.model->setProxyResolver(nullptr);
@@ -178,7 +178,7 @@ TEST(Proxies, LeaveTheHostsResolverFree) {
     });
     EXPECT_EQ(children[0]->uuid(), idOf(60));
     EXPECT_EQ(asked, 1);
-    // It takes the proxy away.
+    // The resolver removes the proxy.
     resolve([&]() -> ModelElement {
         map.remove(inMap);
         return s.target;
@@ -192,7 +192,7 @@ TEST(Proxies, LeaveTheHostsResolverFree) {
     });
     EXPECT_TRUE(throws<std::out_of_range>([&] { children.at(1); }));
     EXPECT_FALSE(s.target->container());
-    // It fails.
+    // The resolver throws.
     map.insert(inMap);
     resolve([]() -> ModelElement { throw 1; });
     EXPECT_THROW(map.resolveAll(), int);

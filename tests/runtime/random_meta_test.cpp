@@ -1,4 +1,4 @@
-// Random sequences of operations on meta objects: whatever is rolled back or undone is as it was, to the last detail.
+// Random sequences of operations on meta objects: rolling back and undoing restore the exact former state.
 #include "../common/random.h"
 #include "support/node_dump.h"
 #include "support/trace.h"
@@ -14,7 +14,7 @@ namespace {
 using namespace nodes;
 using namespace quay::zero;
 
-/// The first number tells what is done, the others to what and with what.
+/// The first number chooses the operation, the others its operands.
 struct Operation {
     std::uint8_t kind, a, b, c;
 };
@@ -37,7 +37,7 @@ public:
             case 5:
                 return static_cast<void>(trace_.replay(o.kind % 24 == 5));
             case 6:
-                // Something happens, and then all of it fails.
+                // Makes a change, and then everything fails and is rolled back.
                 return trace_.change([&] {
                     change(o);
                     change({static_cast<std::uint8_t>(o.kind + 8), o.b, o.c, o.a});
@@ -49,7 +49,7 @@ public:
         if (!trace_.isOpen()) return trace_.change([&] { change(o); });
         try {
             change(o);
-        } catch (keel::core::except::Error const&) {  // refusals change nothing, here as elsewhere
+        } catch (keel::core::except::Error const&) {  // refused operations change nothing
         }
     }
 

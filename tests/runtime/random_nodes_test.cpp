@@ -1,4 +1,4 @@
-// Random sequences of operations on nodes, step by step against the reference.
+// Random sequences of operations on nodes, compared step by step with the reference model.
 #include "../elements/support/world.h"
 #include "support/node.h"
 
@@ -22,7 +22,8 @@ records::Plan const& plan() {
     return made;
 }
 
-/// Beside what all elements do, a host's own class may fail when an element is created or about to be destroyed.
+/// Besides the operations of all elements: hooks of a host's own class that fail when an element is created or
+/// destroyed.
 class World final : public records::World {
 public:
     using records::World::World;

@@ -1,5 +1,5 @@
-// Random sequences of changes around proxies. Whatever is taken back, by rolling back, undo or redo, must read as it
-// did; and every element is in the collection that it says contains it.
+// Random sequences of changes around proxies. After rolling back, undo or redo everything must read as it did then, and
+// every element must be in the collection of its container.
 #include "support/node.h"
 #include "support/trace.h"
 
@@ -17,7 +17,7 @@ using namespace nodes;
 using namespace quay::zero;
 
 constexpr std::size_t kOwners = 3;
-constexpr std::size_t kTargets = 5;  // the last two are of another model
+constexpr std::size_t kTargets = 5;  // the last two are in another model
 constexpr std::size_t kNear = 3;
 
 std::string nameOf(ModelElement::Impl const* e) {
@@ -108,7 +108,7 @@ private:
         std::array<ReferenceCollection*, 4> const all = {&e.children(), &e.parts(), &e.byName(), &e.byRank()};
         return *all[which];
     }
-    /// Of this model's store or of the other, and in no list of the model.
+    /// A proxy of this model's store or of another one, for an element that is in no list of the model.
     Node proxyOf(Node const& target) {
         Node made = Node::of(new Node::Impl(model_, {}));
         bool const isFar = &target->model() == far_.impl();
@@ -116,7 +116,7 @@ private:
         return made;
     }
 
-    /// Everything, once every proxy that can be resolved is.
+    /// The whole model as text, after all proxies that can be resolved were resolved.
     std::string read() {
         for (int i = 0; i < 2; ++i) {
             for (std::size_t owner = 0; owner < kOwners; ++owner) {
@@ -132,7 +132,7 @@ private:
                 for (auto const& e : collection(owner, which).getAllValuesAndProxies()) {
                     names.push_back(nameOf(e.impl()));
                 }
-                // Proxies that stand apart have no order.
+                // Proxies without container have no defined order.
                 if (which >= 2) std::sort(names.begin(), names.end());
                 for (auto const& name : names) out += ' ' + name;
                 out += ';';

@@ -1,4 +1,4 @@
-// Every kind of write, where none may be made: to a frozen model, by a listener, to the dead and to a proxy.
+// Every kind of write where it is refused: in a frozen model, by a listener, to dead elements and to proxies.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -16,7 +16,7 @@ using namespace nodes;
 using namespace quay::zero;
 namespace msg = quay0::messages;
 
-/// Writes to an element, with another one at hand.
+/// A write to an element; the second element is an operand.
 struct Write {
     char const* name;
     void (*run)(Special const& e, Node const& other);
@@ -50,7 +50,7 @@ Write const kWrites[] = {
     {"notifyModifying", [](Special const& e, Node const&) { e->notifyModifying(kRank); }},
 };
 
-/// Expects M of every write to `e`, and that nothing changes.
+/// Expects that every write to `e` throws M and changes nothing.
 template <class M>
 void refusesAll(char const* where, Model const& model, Special const& e, Node const& other) {
     for (Write const& write : kWrites) {
@@ -61,7 +61,7 @@ void refusesAll(char const* where, Model const& model, Special const& e, Node co
     }
 }
 
-/// Expects M of what changes a model as a whole.
+/// Expects that everything that changes a model as a whole throws M.
 template <class M>
 void refusesWork(Model const& model, Node const& e) {
     std::function<void()> const all[] = {
@@ -127,7 +127,7 @@ TEST(Writes, AreRefusedToListeners) {
             EXPECT_TRUE(failsWith<msg::ListenerMayNotWrite>(write)) << &write - unchecked;
             EXPECT_EQ(dump(s.model), before);
         }
-        Node::create(Model::create())->setRank(1);  // another model is another matter
+        Node::create(Model::create())->setRank(1);  // other models can be changed
         ++told;
     });
     s.e->setRank(2);

@@ -21,7 +21,7 @@ using meta::MetaRegistry;
 using meta::StandardTypes;
 namespace msg = quay0::messages;
 
-/// A serializer that may be forgotten but not called any more: it stands for one whose library is gone.
+/// A serializer that may be forgotten but not called: it stands for one whose library was unloaded.
 class Unloaded final : public meta::DefaultPropertySerializer<int> {
 public:
     ~Unloaded() override { ADD_FAILURE() << "a serializer was destroyed"; }

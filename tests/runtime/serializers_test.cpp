@@ -24,7 +24,7 @@ meta::PropertySerializer const& serializerOf(meta::Type const& type) {
 template <class T>
 struct Texts {
     std::vector<std::pair<std::u16string, T>> both;
-    std::vector<std::pair<std::u16string, T>> parsed;  // forms that are read and not written
+    std::vector<std::pair<std::u16string, T>> parsed;  // texts that are parsed, but never written
     std::vector<std::u16string> refused;
 };
 

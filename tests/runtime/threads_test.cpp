@@ -1,4 +1,4 @@
-// One thread at a time works in a model, but every thread may have its own. The thread sanitizer does the looking.
+// One thread at a time works in a model, but every thread may have its own. The thread sanitizer finds violations.
 #include "../common/random.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -25,7 +25,7 @@ void inThreads(int count, F const& f) {
     for (std::thread& t : threads) t.join();
 }
 
-/// A life of a model, with something of everything; the same whatever thread it is lived in.
+/// Creates, changes and destroys a model with elements of every kind; the result must not depend on the thread.
 std::string live() {
     Model const model = Model::create();
     std::string told;

@@ -1,4 +1,4 @@
-// The parts of change tracking that element code can use by itself: storages, changes and announcements.
+// The parts of change tracking that code of elements can use directly: storages, changes and announcements.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -29,7 +29,7 @@ struct Sample {
 };
 
 TEST(Storages, ForgetInAnyOrder) {
-    // Whichever properties came back: the others stay, with their values.
+    // For every subset of properties that have their old values again: the storage still has the others' old values.
     Index const all[] = {kText, kNumber, kCount, kRank, kBox};
     for (unsigned back = 0; back < 32; ++back) {
         Sample s;
@@ -114,7 +114,7 @@ TEST(Properties, AreFoundAlongTheChain) {
 }
 
 TEST(Properties, AreFoundByIndexAroundDerivedOnes) {
-    // Derived properties have no index and may stand anywhere, also at the head of a class.
+    // Derived properties have no index and may be at any position of a class, also the first.
     Model const model = Model::create();
     auto const makeClass = [&](meta::Class const& base, std::vector<int> const& indices) {
         auto const made = meta::Class::create(model, {});

@@ -1,4 +1,4 @@
-// Savepoints and transactions: what commits and rollbacks leave, whom they tell, and who may open one.
+// Savepoints and transactions: the effect of commit and rollback, what listeners are told, and who may open one.
 #include "../common/expect.h"
 #include "support/node.h"
 #include "support/node_dump.h"
@@ -17,7 +17,7 @@ using namespace nodes;
 using namespace quay::zero;
 namespace msg = quay0::messages;
 
-/// "old->new" of every changed property that listeners are told of, one after the other.
+/// "old->new" of every changed property in the change sets, one after the other.
 class Told {
 public:
     explicit Told(Model const& model) {
@@ -34,7 +34,7 @@ public:
     std::string text;
 };
 
-/// A property that can hold a digit, in each kind of record: a value in place, one on the heap, steps.
+/// A property that can hold a digit, for each way of recording changes: a value in a cell, a value on the heap, steps.
 struct Holder {
     char const* name;
     void (*write)(Node const&, int);

@@ -23,7 +23,7 @@ using namespace quay::zero;
 using meta::StandardTypes;
 namespace msg = quay0::messages;
 
-/// Small, but it may throw when it is moved, so a value keeps it on the heap.
+/// A small type whose move may throw, so that a value keeps it on the heap.
 struct Fickle {
     int i = 0;
     Fickle() = default;
@@ -158,7 +158,7 @@ TEST(Values, AreCompatibleWithTheirTypeAlone) {
     struct Case {
         char const* name;
         Value value;
-        std::string fits;  // a letter for each of the types below
+        std::string fits;  // a letter for each compatible type of those below
     };
     Case const cases[] = {
         {"int", {StandardTypes::integerMeta, 1, ValueFlags::One}, "iI"},

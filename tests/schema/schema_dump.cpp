@@ -1,7 +1,6 @@
 // schema_dump LIBRARY URI
-// Loads a library that brings a package up, and prints what the meta registry then knows of the package of
-// that URI: a line of tab-separated columns for every meta object, in order of declaration. Links to nothing
-// but the runtime.
+// Loads a library that declares a package, and prints what the meta registry then has for the package with that URI: a
+// line of tab-separated columns for every meta object, in order of declaration. Linked only to the runtime.
 #include <keel/text.h>
 #include <quay/zero/builder.h>
 #include <quay/zero/meta/registry.h>
@@ -30,7 +29,7 @@ void print(Columns const&... columns) {
 std::string utf8(std::u16string const& text) { return keel::toUtf8(text); }
 std::string nameOf(Type const& type) { return type ? utf8(type->getQualifiedName()) : "-"; }
 
-/// All that the registry knows of a type beside the type itself.
+/// Everything that the registry has for a type besides the type itself.
 std::string registrationOf(Type const& type) {
     MetaRegistry const& registry = *MetaRegistry::getInstance();
     MetaRegistry::TypeNames const names = registry.getTypeNames(type);

@@ -23,7 +23,7 @@ OURS = "vw_modelref_info"
 Row = list[str]
 Data = dict[str, Any]
 
-# Flags, ordered, unique, lower and upper bound of each shape.
+# Of each shape: flags, ordered, unique, lower and upper bound.
 SHAPES = {
     "single": (1, 1, 1, 1, 1),
     "optional": (0, 1, 1, 0, 1),
@@ -38,7 +38,7 @@ SHAPES = {
 
 
 class Yaml:
-    """One package as its files tell it, turned into the rows that a dump of it has to have."""
+    """One package as described by its files, converted to the lines that its dump must have."""
 
     def __init__(self, folder: Path) -> None:
         self.package: Data = yaml.safe_load((folder / "package.yaml").read_text(encoding="utf-8"))["package"]
@@ -68,7 +68,7 @@ class Yaml:
         return rows
 
     def _named(self, name: str) -> str:
-        """The qualified name of a type that is written in the package's own files."""
+        """The qualified name of a type as it is written in the package's own files."""
         own = name in self.classes or name in self.data_types or name in self.enumerations
         return f"{self.package['schema']['name']}.{name}" if own else name
 
@@ -117,7 +117,7 @@ class Yaml:
         return [*row, flag(shape != "multimap owned")]
 
     def _key(self, entry: Data) -> str:
-        """The key by the class of the child's chain that declares it."""
+        """The key, qualified by the class in the child's chain that declares it."""
         if "key" not in entry:
             return "-"
         child = entry["type"]
@@ -127,7 +127,8 @@ class Yaml:
 
 
 def in_order(properties: list[Data]) -> list[Data]:
-    """By rising index, as several files may tell of one class; a derived property stays behind the one before it."""
+    """The properties by rising index, since several files may declare members of one class; a derived one stays after
+    its predecessor."""
     last = 0
     keyed = []
     for entry in properties:
@@ -156,12 +157,12 @@ def dumped(library: str) -> list[Row]:
 def test_everything_is_registered_as_the_yaml_has_it_and_in_its_order(library: str) -> None:
     rows = dumped(library)
     inner = [row for row in rows if row[0] == "package"][1]
-    inner[2] = ""  # the only id that isn't told
+    inner[2] = ""  # the only id that isn't in the YAML
     assert rows == described(library).rows()
 
 
 def test_counts() -> None:
-    """The figures that documents and users rely on; whoever grows the schema changes them here."""
+    """The figures that documents and users rely on; they are changed here when the schema grows."""
     rows = dumped(OURS)
     assert Counter(row[0] for row in rows) == {
         "package": 2,
@@ -187,7 +188,7 @@ def test_ids_are_name_based_and_never_shared() -> None:
     assert all(value.version == 3 for value in fixed)
 
 
-# Columns by number that saved records and callers depend on, whatever becomes of the YAML.
+# Columns by number that saved records and callers depend on, independently of the YAML.
 LANDMARKS: list[tuple[str, dict[int, str]]] = [
     ("AUTOSARInportInfo.IsErrorStatus", {2: "2db9fd5c-6926-35d4-a58f-894dee017c1b", 11: "3", 12: '"false"'}),
     ("VwtpEventData.scope", {3: "vwtp.mm.core.EventScope", 11: "4", 12: '"Scoped"'}),

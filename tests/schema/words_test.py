@@ -1,6 +1,6 @@
-"""The words of queries: the schema compiler's list of them, and the functions of the built library that return them.
+"""Compares the schema compiler's list of query functions with the functions that the built library exports.
 
-They are called without a C++ declaration, so that all of them are, whatever a test in C++ would think to name.
+They are called by symbol, without a C++ declaration, so that the test covers all of them.
 """
 
 from __future__ import annotations
@@ -33,7 +33,7 @@ def test_are_as_many_as_properties_that_can_be_constrained(planned: Plan) -> Non
     foreign = [one for one in words if "MetaPackageVw_modelref_info::" not in one.slot]
     assert (len(words), len(foreign), {one.name for one in foreign}) == (722, 5, {"linkedSet"})
     assert sum(len(cls.constrainables) for cls in classes) == 552
-    # Each property of the schema has one slot, and each class one word for it.
+    # Each property of the schema has one slot, and each class one query function for it.
     for cls in classes:
         names = [one.name for one in cls.all_constrainables]
         assert len(set(names)) == len(names)
@@ -46,7 +46,7 @@ def test_are_one_object_a_class_and_property(planned: Plan) -> None:
     properties: dict[str, int] = {}
     for cls in planned.package.classes:
         for one in cls.all_constrainables:
-            # The standard library marks what mentions its strings.
+            # The standard library adds a tag to names of functions that mention its strings.
             tag = "B5cxx11" if "std::" in one.type else ""
             function = library[f"_ZN16ModelRefInfoRepo{len(cls.name)}{cls.name}{len(one.name)}{one.name}{tag}Ev"]
             function.restype = ctypes.c_void_p
@@ -54,7 +54,7 @@ def test_are_one_object_a_class_and_property(planned: Plan) -> None:
             assert made == function()
             assert made not in objects
             objects.add(made)
-            # A virtual table, the attachment's word, the property.
+            # The object has three machine words: a virtual table, the attachment, the property.
             held = ctypes.c_void_p.from_address(made + 2 * ctypes.sizeof(ctypes.c_void_p)).value
             assert held is not None
             assert properties.setdefault(one.slot, held) == held

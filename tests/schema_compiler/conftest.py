@@ -1,4 +1,4 @@
-"""A workshop in which tests spoil copies of two small schemas and run the compiler on them."""
+"""Fixtures that change copies of two small schemas and run the compiler on them."""
 
 from __future__ import annotations
 
@@ -16,15 +16,15 @@ from compiler.__main__ import main
 HERE = Path(__file__).parent
 
 
-# A change and what must be said of it: a file, a text that stands in it once, the text to put there, the mistakes. A
-# mistake is on the first line of the text, or on the one that a number and a bar before it count from there. "(...)"
-# stands for the place of another entry, and a fresh id is "...".
+# A change and the mistakes that must be reported: a file, a text that occurs in it once, its replacement, the mistakes.
+# A mistake is on the first line of the text, or on the line that a number and a bar before it count from there. "(...)"
+# stands for the place of another entry, "..." for a new id.
 Case = tuple[str, str, str, list[str]]
 
 
 @dataclass(frozen=True)
 class Outcome:
-    """What one run of the command gave."""
+    """The result of one run of the command."""
 
     code: int
     output: str
@@ -32,7 +32,7 @@ class Outcome:
 
 
 class Workshop:
-    """The exemplar's schema, and the orchard that builds on it, in a folder of their own."""
+    """Copies of the exemplar's schema, and of the orchard's, which builds on it, in a folder of their own."""
 
     def __init__(self, folder: Path) -> None:
         self.folder = folder
@@ -41,7 +41,7 @@ class Workshop:
             shutil.copytree(HERE / name, folder / name, ignore=shutil.ignore_patterns("expected"))
 
     def replace(self, file: str, old: str, new: str) -> int:
-        """Changes the one place of a file that has the text `old`; gives its line."""
+        """Replaces the text `old`, which occurs once in a file; returns its line."""
         path = self.folder / file
         text = path.read_text(encoding="utf-8")
         assert text.count(old) == 1, f"{old!r} stands {text.count(old)} times in {file}"
@@ -49,7 +49,7 @@ class Workshop:
         return text[: text.index(old)].count("\n") + 1
 
     def run(self, package: str = "orchard", *options: str) -> Outcome:
-        """Runs the command on a package; by default it writes into `out`. Places in the errors lose the folder."""
+        """Runs the command on a package; by default it writes to `out`. The folder is removed from places in errors."""
         output, errors = io.StringIO(), io.StringIO()
         arguments = ["--package", str(self.folder / package / "package.yaml"), *(options or ("--out", str(self.out)))]
         with contextlib.redirect_stdout(output), contextlib.redirect_stderr(errors):
@@ -58,7 +58,8 @@ class Workshop:
         return Outcome(code, output.getvalue(), lines)
 
     def said(self, case: Case) -> tuple[list[str], list[str]]:
-        """What should be said after the case's change, and what is, both in order. Nothing may be written."""
+        """The expected and the actual reports after the case's change, both in order. Checks that nothing was
+        written."""
         file, old, new, mistakes = case
         line = self.replace(file, old, new)
         expected = []

@@ -1,4 +1,4 @@
-"""Every rule of a schema broken once: what is said of it, and the line that is named."""
+"""Breaks every rule of a schema once, and checks the report and its line."""
 
 from __future__ import annotations
 

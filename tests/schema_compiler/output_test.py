@@ -145,7 +145,7 @@ def test_writes_foreign_types_values_keys_and_operations(workshop: Workshop) -> 
     assert "&declare::makeSerializer<orchard::trees::PositionDatatypeSerializer>}," in declaration
 
 
-# What type checkers are told, and what scripts show for help.
+# Lines of the type stubs, and of the docs that scripts show as help.
 SCRIPT_LINES = r"""
 orchard/trees/__init__.pyi
     class Bench(garden.RaisedBed):
@@ -216,7 +216,7 @@ def test_rewrites_only_what_changed_and_removes_what_is_gone(workshop: Workshop)
 
 
 def test_draws_ids_from_qualified_names(workshop: Workshop) -> None:
-    """The ids of the exemplar follow the rule by which a fresh one is offered."""
+    """The ids of the exemplar follow the rule for new ids."""
     line = workshop.replace("exemplar/garden.yaml", ", id: 85868903-c5a0-32f6-91c5-5f98aedd2121", "")
     space = uuid.uuid3(uuid.NAMESPACE_URL, "quay0://quay/garden/1/Garden")
     fresh = uuid.uuid3(space, "Garden.Bed.label")
@@ -224,7 +224,8 @@ def test_draws_ids_from_qualified_names(workshop: Workshop) -> None:
     place = f"exemplar/garden.yaml:{line}"
     assert workshop.run("exemplar").errors == [f"{place}: Bed.label: the id is missing; a fresh one is {fresh}"]
 
-    # After a renaming the old name's id is in use, and a new property of the old name needs another.
+    # After a property is renamed, its id is still the one of the old name, so a new property of that name needs
+    # another.
     workshop.replace("exemplar/garden.yaml", "name: isOpen,", "name: isUp,")
     text = (workshop.folder / "exemplar/garden.yaml").read_text(encoding="utf-8")
     opened = uuid.uuid3(space, "Garden.Frame.isOpen")

@@ -1,4 +1,4 @@
-// Values on their way through marshalers.
+// Conversion of values by marshalers.
 #include <ModelRefInfoRepo/ModelRefInfoRepo.h>
 
 #include <quay/zero/mi/meta_marshaler_registry.h>

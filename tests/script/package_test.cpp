@@ -1,4 +1,4 @@
-// The script package of the record, as a host meets it.
+// The script package of the record, as a host uses it.
 
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 #include <ordo/ordo.h>
@@ -67,7 +67,7 @@ TEST_F(Scripts, RegistersClassesEnumerationsAndDataTypesInOrder) {
     EXPECT_EQ(OrdoClass::getClass(ordo::internName(fullName("NoSuchClass"))), nullptr);
 }
 
-/// What the meta-model says a class's members are, in order.
+/// The members that a class must have according to the meta-model, in order.
 std::vector<std::string> expectedMembers(qz::meta::Class const& type) {
     std::vector<std::string> singles, several, into, intoSingle;
     for (qz::meta::Property const& p : *type->getOwnedProperties()) {

@@ -1,4 +1,4 @@
-"""The command as a user runs it."""
+"""Runs the command as a user does."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-"""What becomes of a model description."""
+"""Conversion of model descriptions to records."""
 
 from __future__ import annotations
 
@@ -45,7 +45,7 @@ def test_every_variable_is_recorded_or_listed(modelref: Run, example: pathlib.Pa
     assert summary["recorded"] + len(summary["notPlaced"]) == len(variables)
     assert {entry["name"] for entry in summary["notPlaced"]} < set(variables)
     assert summary["warnings"] == []
-    # What isn't listed stands in the record under its name.
+    # Variables that aren't listed are in the record under their names.
     text = (tmp_path / "record").read_text()
     listed = {entry["name"] for entry in summary["notPlaced"]}
     assert [name for name in variables if name not in listed and json.dumps(name, ensure_ascii=False) not in text] == []
@@ -58,7 +58,7 @@ def test_a_record_of_an_example_is_clean_and_is_itself(
     imported(modelref, example, tmp_path / "two")
     validated = modelref("validate", tmp_path / "one")
     assert (validated.returncode, validated.stdout) == (0, "")
-    # Another import draws other ids, which don't count.
+    # Another import generates other ids, which comparisons ignore.
     assert (tmp_path / "one").read_bytes() != (tmp_path / "two").read_bytes()
     assert modelref("diff", tmp_path / "one", tmp_path / "two").returncode == 0
 
@@ -130,7 +130,7 @@ def test_arrays_keep_their_order_and_exact_values(modelref: Run, tmp_path: pathl
     def start(name: str) -> Any:
         return shown(modelref, record, f"/argumentParameters/entries/{name}/value")["$array"]
 
-    # Rows follow one another in the file, columns in the record.
+    # Elements are in row-major order in the file, in column-major order in the record.
     assert start("weights") == {"class": "double", "data": [1, 4, 2, 5, 3, 6], "dims": [2, 3]}
     assert start("shift") == {"class": "int8", "data": [-128, 127], "dims": [1, 2]}
     assert start("key") == {"class": "uint8", "data": [0, 255, 127], "dims": [1, 3]}
@@ -152,7 +152,7 @@ STARTS = [
     ("Float64", f'start="0.{"0" * 400}1"', {"class": "double", "data": [0], "dims": [1, 1]}),
     ("Float64", 'start="4e-320"', {"class": "double", "data": [4e-320], "dims": [1, 1]}),
     ("Float32", 'start="-1e-60"', {"class": "single", "data": [-0.0], "dims": [1, 1]}),
-    # The nearest number of 32 bits, which isn't the one nearest to the nearest of 64.
+    # Rounded directly to 32 bits; rounding to 64 bits first would give another number.
     ("Float32", 'start="1.00000017881393432617187499"', {"class": "single", "data": [1.0000001], "dims": [1, 1]}),
     ("String", ("a", "b"), {"class": "string", "data": ["a", "b"], "dims": [1, 2]}),
     ("Binary", ("00ff",), {"class": "uint8", "data": [0, 255], "dims": [1, 2]}),
@@ -167,11 +167,11 @@ def test_start_values_are_the_nearest_there_are(
     text = f'<{kind} name="a" valueReference="1" causality="parameter" {attribute}>{inside}</{kind}>'
     imported(modelref, described(tmp_path, text), tmp_path / "record")
     recorded = shown(modelref, tmp_path / "record", "/argumentParameters/entries/a/value")["$array"]
-    assert json.dumps(recorded) == json.dumps(value)  # which tells -0.0 from 0
+    assert json.dumps(recorded) == json.dumps(value)  # distinguishes -0.0 from 0
 
 
 def test_a_name_stays_on_its_line(modelref: Run, tmp_path: pathlib.Path) -> None:
-    """Line feeds and escapes that terminals obey are XML's characters, and so can be in a name."""
+    """Line feeds and escape characters are valid in XML, and so can be in a name."""
     text = '<Float64 name="a&#10;modelref: b&#x9b;31m" valueReference="1" start="1 2"/>'
     model = described(tmp_path, text)
     result = modelref("import", model, "-o", tmp_path / "record")

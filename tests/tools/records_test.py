@@ -26,7 +26,7 @@ def element(kind: str, number: int, /, **values: object) -> Json:
 
 
 class Record:
-    """A record that a test may change at will."""
+    """A record that the test may change."""
 
     def __init__(self, path: pathlib.Path) -> None:
         self.path = path
@@ -121,7 +121,7 @@ def test_show_follows_paths(clocks: Record, modelref: Run) -> None:
 
 @pytest.fixture
 def named(clocks: Record) -> pathlib.Path:
-    """A record with names and keys that could be taken for something else."""
+    """A record with names and keys that look like positions or escapes."""
     hard = ["1", "x", "0", "a/b", "~1", "~x0a", "c d", "line\nfeed", "\x1b[31m", "\u009b31m", "\u00e4", "07", "99"]
     clocks.root["inports"] = [element("InportInformation", 10 + i, compiledSignalLabel=n) for i, n in enumerate(hard)]
     clocks.root["argumentParameters"] = element(
@@ -243,7 +243,7 @@ def root(number: int, name: str = "", /, **values: object) -> Json:
     return element("ModelRefInfoRoot", number, **values, **({"rootBlockDiagramInterface": interface} if name else {}))
 
 
-# Roots before and after, and what differs.
+# Roots before and after, and their differences.
 ROOTS: list[tuple[list[Json], list[Json], list[str]]] = [
     ([root(1, triggerType=3), root(2, triggerType=6)], [root(1, triggerType=6), root(2, triggerType=3)], []),
     ([root(1, "a", triggerType=3), root(2, "b", triggerType=6)], [root(1, "b", triggerType=7), root(2, "a", triggerType=3)],
@@ -255,7 +255,7 @@ ROOTS: list[tuple[list[Json], list[Json], list[str]]] = [
     ([root(1, inports=ports(*"abcdef"))], [root(1, inports=ports(*"bcdefa"))], ["> /inports/a: from 0 to 5"]),
     ([root(1, inports=ports(*"abcd"))], [root(1, inports=ports(*"xdbc"))],
      ["- /inports/a: InportInformation 'a'", "+ /inports/x: InportInformation 'x'", "> /inports/d: from 3 to 1"]),
-    # A port that has its place in another root, and one that has it there too but is another one.
+    # References to a port that is contained in another root: one is removed, one refers to another port afterwards.
     ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[reference(10)])],
      [root(1, "a", inports=ports(*"pq")), root(2, "b")], ["~ //1/inports: [/inports/0] -> []"]),
     ([root(1, "a", inports=ports(*"pq")), root(2, "b", inports=[reference(10)])],
@@ -275,7 +275,7 @@ def test_diff_matches_roots_ports_and_references(
     assert (result.stdout.splitlines(), result.returncode) == (differences, 1 if differences else 0), result.stderr
 
 
-# What is put into the root, and the findings that it brings.
+# Changes of the root, and the findings that they cause.
 DANGLING: list[tuple[Json, list[str]]] = [
     ({"dataPortGroup": element("DataPortGroup", 1, dataInputPorts=[0, 6], compDataOutputPorts=[-1], srcPortGroups=[4])},
      ["/dataPortGroup/dataInputPorts/1", "/dataPortGroup/compDataOutputPorts/0", "/dataPortGroup/srcPortGroups/0"]),

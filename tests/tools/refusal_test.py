@@ -1,4 +1,4 @@
-"""What isn't a model description is refused by file, line and reason, and leaves nothing behind."""
+"""A file that isn't a model description is refused with file, line and reason, and no output is written."""
 
 from __future__ import annotations
 
@@ -171,7 +171,7 @@ def test_refuses_an_output_that_leads_nowhere(modelref: Run, tmp_path: pathlib.P
 
 
 class TestArchives:
-    """Archives that are made to mislead."""
+    """Archives that are made to deceive the reader."""
 
     def fmu(self, folder: pathlib.Path, *names: str) -> pathlib.Path:
         path = folder / "model.fmu"

@@ -1,4 +1,4 @@
-// Type tables, and the blocks on whose behalf types are entered.
+// Type tables, and the blocks on whose behalf types are registered.
 #include <typesys/typesys.h>
 
 #include <gtest/gtest.h>

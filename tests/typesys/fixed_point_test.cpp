@@ -1,4 +1,4 @@
-// Numbers and the texts that stand for them.
+// Numbers and their constructor texts.
 #include <typesys/typesys.h>
 
 #include <gtest/gtest.h>

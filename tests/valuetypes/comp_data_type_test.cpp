@@ -1,4 +1,4 @@
-// The two operations of CompDataType, case by case of their decisions.
+// The two operations of CompDataType, with a case for each of their branches.
 #include "../common/expect.h"
 
 #include <ModelRefInfoRepo/CompDataType.h>
@@ -77,7 +77,7 @@ TEST(CompDataTypes, RecordWhatTheFirstCaseThatAppliesTells) {
     EXPECT_EQ(model->elementCount(), std::size(cases)) << "nothing was made";
 }
 
-// Tells what it was asked.
+// A block owner that records the calls that it gets.
 class Recorder final : public BlockOwner {
 public:
     vwsvDiagnosticImpl* registerByName(VWBlock* block, char const* name, int* id) override {
@@ -123,8 +123,8 @@ TEST(CompDataTypes, AreEnteredAsTheirClassAsksFor) {
         DataClass dataClass;
         std::string name;
         int hook;
-        int id;             // what comes back when the owner writes 50
-        std::string asked;  // of the block's owner
+        int id;             // the result when the owner writes 50
+        std::string asked;  // what the block's owner was asked for
     };
     Case const cases[] = {
         {DataClass::Inherit, "Own", 1, -1, ""},

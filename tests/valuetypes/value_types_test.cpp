@@ -1,4 +1,4 @@
-// The two structured values: order, equality, hash and reflection, field by field.
+// The two value types: order, equality, hash and reflection, field by field.
 #include "../common/expect.h"
 
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
@@ -64,7 +64,7 @@ TYPED_TEST(StructuredValue, ComparesFieldsInOrderOfDeclaration) {
         EXPECT_FALSE(a == TypeParam());
         EXPECT_TRUE(a != TypeParam());
         EXPECT_TRUE(hashes.insert(std::hash<TypeParam>()(a)).second);
-        // A field that comes earlier decides, whatever the later ones say.
+        // An earlier field decides, whatever the values of later ones.
         TypeParam later;
         for (std::size_t j = i + 1; j < all.size(); ++j) all[j].raise(later);
         EXPECT_EQ(a.compareWith(later), 1);
@@ -94,7 +94,7 @@ TYPED_TEST(StructuredValue, ReachesEachFieldByReflection) {
         EXPECT_EQ(part.getCount(), 1);
         EXPECT_EQ(serializer->setPropertyValue(initial, field, part).template getValue<TypeParam>(), raised);
         EXPECT_EQ(initial.getValue<TypeParam>(), TypeParam()) << "the argument stays as it is";
-        // Every declared default is what a new value has.
+        // A new value has the declared defaults.
         if (auto const text = field->getDefaultValue()) {
             auto const* const texts =
                 meta::PropertySerializerRegistry::getInstance()->getPropertySerializer(field->getType());

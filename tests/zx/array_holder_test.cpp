@@ -47,7 +47,7 @@ TEST(ArrayHolder, KnowsItsSourceUntilThatIsWritten) {
 }
 
 TEST(ArrayHolder, TellsARecycledAddressFromItsSource) {
-    // The allocator gives the same place again sooner or later; most often at once.
+    // The allocator reuses the address sooner or later; usually at once.
     zx::Array source = zx::scalar(1.5);
     ArrayHolder const holder(source.get());
     zxArray const* const address = source.get();

@@ -106,7 +106,7 @@ TEST(Array, RefusesShapesThatNoMemoryHolds) {
         EXPECT_THROW(zxCreateStringObjectArray(shape), std::length_error);
         EXPECT_THROW(zxCreateNativeObjectArray("C", shape, zxtest::byNumber), std::length_error);
     }
-    // Countable, but not in bytes.
+    // The number of elements fits, the number of bytes doesn't.
     EXPECT_THROW(zxCreateNumericMatrix(std::size_t{1} << 59U, 1, zxDoubleClass, 1), std::length_error);
     for (auto const& shape : {std::vector<std::size_t>{}, std::vector<std::size_t>{3}}) {
         EXPECT_THROW(zxCreateCellArray(shape), std::invalid_argument);

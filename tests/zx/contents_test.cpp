@@ -124,7 +124,7 @@ TEST(Structs, AreAsGoodWithManyFieldsAsWithFew) {
     zx::Array array(zxCreateStructMatrix(1, 2));
     std::vector<std::string> names;
     for (int step = 0; step < 3000; ++step) {
-        // Now more come, now more go, so that the number passes all sizes in both directions.
+        // Mostly adds and mostly removes in turns, so that the number passes all sizes in both directions.
         bool const comes = draw() % 10 < (step / 600 % 2 == 0 ? 8U : 1U);
         std::string const name = "f" + std::to_string(draw() % 100);
         auto const place = std::find(names.begin(), names.end(), name);

@@ -1,4 +1,4 @@
-// One array of each kind, for tests that go over all of them.
+// One array of each kind, for tests that run over all kinds.
 #pragma once
 
 #include <zx/zx.h>
@@ -12,7 +12,7 @@
 
 namespace zxtest {
 
-/// A native object that counts how many of it there are.
+/// A native object whose class counts how many exist.
 struct Counted {
     explicit Counted(int n) : number(n) { ++alive; }
     Counted(Counted const& other) : number(other.number) { ++alive; }
@@ -22,7 +22,7 @@ struct Counted {
     int number;
 
     static inline int alive = 0;
-    /// The copying of this many more objects works; none if it is negative.
+    /// The number of copies that still succeed; negative: none.
     static inline int copiesLeft = 1000000;
 };
 
@@ -102,7 +102,7 @@ struct Sample {
     char const* className;
 };
 
-/// At least two elements in each.
+/// Each sample has at least two elements.
 inline std::vector<Sample> samples() {
     using Complex = std::complex<double>;
     return {

@@ -1,4 +1,4 @@
-// Functions by name, their arguments by number, and the states that they reach.
+// Checks references to functions by name, to their arguments by number, and to the states that they access.
 #include <ModelRefInfoRepo/ArgIndexMap.h>
 #include <ModelRefInfoRepo/ArgNameMap.h>
 #include <ModelRefInfoRepo/CallerToStateAccessInfo.h>

@@ -1,4 +1,4 @@
-// Parameters, types, states and data stores by name.
+// Checks references to parameters, types, states and data stores by name.
 #include <ModelRefInfoRepo/ArgumentValue.h>
 #include <ModelRefInfoRepo/ArgumentValueMap.h>
 #include <ModelRefInfoRepo/ArgumentValueSource.h>

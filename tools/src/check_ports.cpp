@@ -1,4 +1,4 @@
-// Ports and port groups, by number.
+// Checks references to ports and port groups by number.
 #include <ModelRefInfoRepo/DataPortGroup.h>
 #include <ModelRefInfoRepo/FcnCallPortGroup.h>
 #include <ModelRefInfoRepo/GrCompIOPortMaps.h>
@@ -40,12 +40,12 @@ void Checks::checkPortGroup(DataPortGroup const& group) {
 }
 
 void Checks::checkFunctionCallGroup(FcnCallPortGroup const& group) {
-    // A group that stands for a function has no port of its own.
+    // A group that represents a function has no port of its own.
     if (!group->getIsVarlowFunction()) {
         number(group, "fcnCallInputPort", group->getFcnCallInputPort(), inports_, "inport");
         number(group, "compFcnCallInputPort", group->getCompFcnCallInputPort(), inports_, "inport");
     }
-    // -1 says that there is none.
+    // -1 means that there is none.
     if (int const port = group->getServiceInputPort(); port != -1) {
         number(group, "serviceInputPort", port, inports_, "inport");
     }

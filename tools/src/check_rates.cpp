@@ -1,4 +1,4 @@
-// Rates by number.
+// Checks references to rates by number.
 #include <ModelRefInfoRepo/InportInformation.h>
 #include <ModelRefInfoRepo/ModelRefInfoRoot.h>
 #include <ModelRefInfoRepo/OutportInformation.h>
@@ -16,14 +16,14 @@ namespace modelref {
 
 using namespace ModelRefInfoRepo;
 
-/// A negative number of them says nothing.
+/// The number of sample times; a negative number is ignored.
 std::size_t Checks::sampleTimes() const {
     auto const told = std::max<std::int64_t>(root_->getNumTs().value_or(0), 0);
     return std::max(rates_, static_cast<std::size_t>(told));
 }
 
 void Checks::checkRates() {
-    // A rate that isn't one of the model's own has -1.
+    // A rate that isn't one of the model's own rates has the number -1.
     auto const check = [&](ModelElement const& element, std::string const& property, auto const& rates) {
         std::size_t position = 0;
         for (RateInfo const& rate : rates) {

@@ -1,5 +1,5 @@
-// References by text and number that point nowhere. Records name one another only so, and nothing checks it when they
-// are written.
+// Finds references by text or number whose target doesn't exist. Elements of records refer to one another in no other
+// way, and writing them checks nothing.
 #pragma once
 
 #include <ModelRefInfoRepo/Handles.h>
@@ -24,7 +24,7 @@ class Checks {
 public:
     explicit Checks(ModelRefInfoRepo::ModelRefInfoRoot const& root);
 
-    /// Everything, in the order of the schema's domains.
+    /// Runs all checks, in the order of the schema's domains.
     std::vector<Finding> run();
 
 private:
@@ -51,12 +51,12 @@ private:
     void checkDataStores();
 
     void report(ModelElement const& element, std::string const& property, std::string const& message);
-    /// A number that must be below `count`, of things of that kind.
+    /// Reports a number that isn't below `count`, the number of things of that kind.
     void number(ModelElement const& element, std::string const& property, std::int64_t value, std::size_t count,
                 char const* kind);
     void numbers(ModelElement const& element, std::string const& property, Numbers const& values, std::size_t count,
                  char const* kind);
-    /// A text that must be among the known ones; an empty one names nothing.
+    /// Reports a text that isn't among the known names; an empty text is no reference.
     void name(ModelElement const& element, std::string const& property, std::u16string const& text, Names const& known,
               char const* kind);
     void name(ModelElement const& element, std::string const& property, std::string const& text, Names const& known,

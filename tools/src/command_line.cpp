@@ -17,10 +17,10 @@ namespace {
 
 constexpr int kFailed = 2;
 
-/// What the command line asks for; set while it is being read.
+/// The command to run; set while the command line is parsed.
 using Action = std::function<int()>;
 
-/// The options of a command, which live as long as the command line's description. The command runs with them.
+/// The options of a command, which live as long as the parser. The command runs with them.
 template <class Options>
 Options& optionsOf(CLI::App& command, Action& action, int (*run)(Options const&)) {
     auto const options = std::make_shared<Options>();

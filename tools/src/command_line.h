@@ -1,9 +1,9 @@
-// The command line: what the program is called with, by command.
+// The command line of the program.
 #pragma once
 
 namespace modelref {
 
-/// The whole program: reads the command line, runs the command that it asks for and gives the exit code.
+/// The whole program: parses the command line, runs the command and gives the exit code.
 int run(int argc, char const* const* argv);
 
 }  // namespace modelref

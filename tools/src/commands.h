@@ -1,4 +1,4 @@
-// The commands, one file each: what it is asked for, and the function that runs it and gives the exit code.
+// The commands, one source file each: the options of a command, and the function that runs it and gives the exit code.
 #pragma once
 
 #include <cstddef>

@@ -26,7 +26,7 @@ std::string describe(ModelElement const& element) {
     return classOf(element) + (name.empty() ? "" : " " + inQuotes(name));
 }
 
-/// What a property refers to; "" for nothing.
+/// The target of a reference as text; "" for none.
 std::string referenceText(ModelElement const& element, Property const& property, Paths& paths) {
     std::string result;
     for (std::string const& reference : referencesOf(element, property, paths)) {
@@ -35,7 +35,7 @@ std::string referenceText(ModelElement const& element, Property const& property,
     return result;
 }
 
-/// Everything that an element says, without ids.
+/// All values of an element and its children as text, without ids.
 std::string contentOf(ModelElement const& element, Paths& paths) {
     std::string result = classOf(element) + "{";
     for (Property const& property : storedProperties(element)) {
@@ -52,13 +52,13 @@ std::string contentOf(ModelElement const& element, Paths& paths) {
     return result + "}";
 }
 
-/// What elements are matched by, and the parts of their paths that `show` takes.
+/// The names by which elements are matched, and the parts of their paths that `show` accepts.
 struct Named {
     std::vector<std::string> names;
     std::vector<std::string> places;
 };
 
-/// The names of ports, if each has one of its own. One that looks like a position is known by its position.
+/// The names of ports, if all are different. A port whose name looks like a position is named by its position.
 Named portNames(Elements const& ports) {
     Named result;
     std::set<std::string> different;
@@ -71,7 +71,7 @@ Named portNames(Elements const& ports) {
     return result;
 }
 
-/// A map's keys; in a multimap with a number for each entry of the same key.
+/// The keys of a map's entries; in a multimap with a number for each entry of the same key.
 Named keysOf(Elements const& entries, Property const& property) {
     Named result;
     std::map<std::string, std::size_t> count;
@@ -83,10 +83,10 @@ Named keysOf(Elements const& entries, Property const& property) {
     return result;
 }
 
-/// Which of some numbers, all different, make up a longest rising run.
+/// Marks the members of a longest rising subsequence of numbers that are all different.
 std::vector<bool> longestRise(std::vector<std::size_t> const& numbers) {
     constexpr auto kNone = static_cast<std::size_t>(-1);
-    std::vector<std::size_t> ends;  // by length, less one: where the run of that length ends whose end is lowest
+    std::vector<std::size_t> ends;  // by length less one: the position of the lowest end of a rising run of that length
     std::vector<std::size_t> before(numbers.size(), kNone);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         auto const place = std::lower_bound(ends.begin(), ends.end(), numbers[i],
@@ -103,7 +103,7 @@ std::vector<bool> longestRise(std::vector<std::size_t> const& numbers) {
     return result;
 }
 
-/// A root's class and the name of the interface that it tells of; "" without a name.
+/// A root's class and the name of its interface; "" without a name.
 std::string interfaceOf(ModelElement const& root) {
     std::string name = nameOf(root);
     if (auto const record = ModelRefInfoRepo::ModelRefInfoRoot::cast(root)) {
@@ -136,7 +136,7 @@ public:
         }
     }
 
-    /// Roots have no order that means anything: by interface, what is left by content, the rest by position.
+    /// The order of roots has no meaning: they are matched by interface, the others by content, the rest by position.
     void roots(Elements const& before, Elements const& after) {
         std::vector<std::size_t> match(before.size(), kNone);
         std::vector<bool> isTaken(after.size(), false);
@@ -191,7 +191,7 @@ private:
     void value(ModelElement const& before, ModelElement const& after, Property const& property,
                std::string const& path) {
         auto const& tag = ReflectionPrivateTag::PUBLIC_ACCESS;
-        // Most are the same, which is told without their texts.
+        // Most are equal, which a comparison of the values shows without making texts.
         bool const isCollection = isSeveral(property);
         if (!isCollection && before->getPropertyValue(property, tag) == after->getPropertyValue(property, tag)) return;
         std::string const was = io::propertyText(before, property);
@@ -241,12 +241,12 @@ private:
         }
     }
 
-    /// What moved among those that both have: as few as explain the new order.
+    /// Reports the members of both sides that moved: as few as explain the new order.
     void order(Named const& was, Named const& is, std::string const& path) {
         std::map<std::string_view, std::size_t> now;
         for (std::size_t i = 0; i < is.names.size(); ++i) now[is.names[i]] = i;
         std::vector<std::size_t> kept;    // places in `was`
-        std::vector<std::size_t> places;  // and in `is`
+        std::vector<std::size_t> places;  // places in `is`
         for (std::size_t i = 0; i < was.names.size(); ++i) {
             auto const found = now.find(was.names[i]);
             if (found == now.end()) continue;
@@ -261,7 +261,7 @@ private:
     }
 
     void bySet(Elements const& before, Elements const& after, std::string const& path) {
-        std::map<std::string, std::vector<std::size_t>> left;  // content, and where it stands in `after`
+        std::map<std::string, std::vector<std::size_t>> left;  // content, and its positions in `after`
         for (std::size_t i = 0; i < after.size(); ++i) left[contentOf(after[i], afterPaths_)].push_back(i);
         for (std::size_t i = 0; i < before.size(); ++i) {
             auto const found = left.find(contentOf(before[i], beforePaths_));

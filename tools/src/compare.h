@@ -1,4 +1,4 @@
-// What differs between two models by meaning, whatever the ids of their elements.
+// Comparison of two models by meaning, regardless of the ids of their elements.
 #pragma once
 
 #include <string>
@@ -16,9 +16,9 @@ struct Difference {
     std::string after;
 };
 
-/// Ports are matched by name, entries of maps by key, members of sets by content, roots by the interface they tell of
-/// or by content, all else by position; references to elements by the paths of these. Paths are those of the first
-/// model, and of the second one for what it alone has.
+/// The differences between two models. Ports are matched by name, entries of maps by key, members of sets by content,
+/// roots by their interface or by content, all else by position; references are compared by the paths of their targets.
+/// Paths are those of the first model, and of the second one for what only that has.
 std::vector<Difference> compare(Model const& before, Model const& after);
 
 }  // namespace modelref

@@ -1,4 +1,4 @@
-// What a command writes: results on standard output, all else on standard error.
+// Output of commands: results go to standard output, everything else to standard error.
 #pragma once
 
 #include <boost/json/fwd.hpp>
@@ -10,15 +10,15 @@ namespace modelref {
 
 enum class Colour { Plain, Dim, Bold, Red, Green, Yellow, Blue };
 
-/// The text in a colour, if standard output is a terminal that wants it.
+/// The text in a colour, if standard output is a terminal that supports it.
 std::string coloured(Colour colour, std::string_view text);
 
 void print(std::string_view text);
 void printLine(std::string_view text);
 void printJson(boost::json::value const& value);
-/// On standard error.
+/// Prints a line to standard error.
 void note(std::string_view text);
-/// Failure if what was printed couldn't be written.
+/// Throws Failure if output couldn't be written.
 void finishOutput();
 
 }  // namespace modelref

@@ -1,4 +1,4 @@
-// modelref diff: whether two records mean the same.
+// modelref diff: compares two records by meaning.
 #include <boost/json/value.hpp>
 
 #include "commands.h"

@@ -1,4 +1,4 @@
-// Elements by reflection: what they own, what they are called, and where they stand.
+// Access to elements by reflection: their properties, names and paths.
 #pragma once
 
 #include <quay/zero/children.h>
@@ -21,21 +21,21 @@ using quay::zero::Model;
 using quay::zero::ModelElement;
 using quay::zero::meta::Property;
 
-/// The properties of the element's class that hold something of their own, in order of declaration.
+/// The properties of the element's class that are stored, not derived, in order of declaration.
 std::vector<Property> const& storedProperties(ModelElement const& element);
-/// A map or a multimap.
+/// Whether the property is a map or a multimap.
 bool isKeyed(Property const& property);
-/// The part of each child's path that follows the property: an entry's key, with a number after it where several have
-/// that key ("gain", "gain/1"), and the position of any other child.
+/// The last part of each child's path: for an entry its key, with a number after it if several entries have that key
+/// ("gain", "gain/1"); for any other child its position.
 std::vector<std::string> placesOf(std::vector<ModelElement> const& children, Property const& property);
-/// The position that a text is, written as placesOf() writes it.
+/// Parses a position as placesOf() writes it.
 std::optional<std::size_t> positionIn(std::string_view text);
 
-/// The class's name: "InportInformation".
+/// The name of the element's class: "InportInformation".
 std::string classOf(ModelElement const& element);
-/// What people call the element, in UTF-8; see quay::zero::nameOf.
+/// The element's name for people, in UTF-8; see quay::zero::nameOf.
 std::string nameOf(ModelElement const& element);
-/// A text property as it stands, in UTF-8; any other as JSON.
+/// The value of a text property in UTF-8; of any other property as JSON.
 std::string plainText(ModelElement const& element, Property const& property);
 
 /// A key as a part of a path: "~1" stands for a slash, "~0" for a tilde, "~x0a" for a control character's byte, and "~"
@@ -54,11 +54,11 @@ private:
     std::map<Place, std::unordered_map<ModelElement::Impl const*, std::string>> places_;
 };
 
-/// The paths of what a property refers to but the element doesn't own, in order; a set's sorted. An element that isn't
-/// there is told by its id.
+/// The paths of the elements that a property refers to without owning them, in order; a set's sorted. The id of an
+/// element that doesn't exist.
 std::vector<std::string> referencesOf(ModelElement const& element, Property const& property, Paths& paths);
 
-/// The values of fresh elements, as JSON, to tell what was set.
+/// The initial values of elements by class, as JSON, to tell which values were set.
 class Initials {
 public:
     std::string const& of(ModelElement const& element, Property const& property);

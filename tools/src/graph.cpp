@@ -1,4 +1,4 @@
-// modelref graph: ownership or sample times as a picture for Graphviz.
+// modelref graph: draws ownership or sample times for Graphviz.
 #include <ModelRefInfoRepo/ModelRefInfoRoot.h>
 #include <ModelRefInfoRepo/RateInfo.h>
 #include <ModelRefInfoRepo/SampleTimeGraphEdge.h>
@@ -22,7 +22,7 @@ using namespace ModelRefInfoRepo;
 
 namespace {
 
-/// A line feed parts the lines of a label.
+/// Escapes a text for a label, in which a line feed separates lines.
 std::string dotText(std::string const& text) {
     std::string result = "\"";
     for (char const c : text) {
@@ -78,8 +78,8 @@ std::string shortNumber(double number) {
     return {text, std::to_chars(text, text + sizeof text, number).ptr};
 }
 
-/// Rates by number, those of each root apart; an arrow for each edge, and a dashed one from a union rate to what it
-/// contains.
+/// Draws the rates by number, separately for each root; an arrow for each edge, and a dashed one from a union rate to
+/// the rates that it contains.
 std::string drawRates(Model const& model) {
     Dot dot("rates");
     std::size_t roots = 0;
@@ -90,7 +90,7 @@ std::string drawRates(Model const& model) {
         ++roots;
         std::set<std::string> drawn;
         auto const draw = [&](std::string const& number, std::string const& label) {
-            // No id of Graphviz's has a minus inside.
+            // Graphviz ids can't contain a minus.
             std::string id = prefix + number;
             std::replace(id.begin(), id.end(), '-', '_');
             if (drawn.insert(number).second) dot.node(id, label);

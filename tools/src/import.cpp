@@ -1,4 +1,4 @@
-// modelref import: a model description of the FMI standard becomes a record.
+// modelref import: converts a model description of the FMI standard to a record.
 #include <ModelRefInfoRepo/MetaPackageVw_modelref_info.h>
 
 #include <boost/json/value.hpp>

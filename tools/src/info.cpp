@@ -1,4 +1,4 @@
-// modelref info: how much there is of what.
+// modelref info: counts the content of a record.
 #include <boost/json/value.hpp>
 #include <map>
 

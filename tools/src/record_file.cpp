@@ -28,7 +28,7 @@ quay::zero::Model loadRecord(std::filesystem::path const& path) {
 
 namespace {
 
-/// A link to a file that isn't there would be replaced, where one to a file that is there is followed.
+/// Refuses a link to a file that doesn't exist: saving would replace the link, but follows a link to an existing file.
 void requirePlace(std::filesystem::path const& path) {
     std::error_code ignored;
     if (std::filesystem::is_symlink(path, ignored) && !std::filesystem::exists(path, ignored)) {

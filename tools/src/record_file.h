@@ -1,4 +1,4 @@
-// Records in files.
+// Loading and saving of records.
 #pragma once
 
 #include <quay/zero/model.h>
@@ -8,9 +8,9 @@
 
 namespace modelref {
 
-/// The model in a file. Failure with file, place and reason.
+/// Loads the model in a file. Throws Failure with file, place and reason.
 quay::zero::Model loadRecord(std::filesystem::path const& path);
-/// Writes a model to a file; Failure leaves the file as it was.
+/// Writes a model to a file. If it throws Failure, the file is unchanged.
 void saveRecord(quay::zero::Model const& model, std::filesystem::path const& path);
 void saveText(std::string_view text, std::filesystem::path const& path);
 

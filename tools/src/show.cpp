@@ -1,4 +1,4 @@
-// modelref show: one element, collection or value by its path.
+// modelref show: prints one element, collection or value, found by its path.
 #include <keel/text.h>
 #include <quay/zero/io/io.h>
 #include <quay/zero/primitive_collection.h>
@@ -23,7 +23,7 @@ namespace {
 
 using Parts = std::span<std::string const>;
 
-/// What a path leads to: an element, or one of its properties, or one value of a property that has several.
+/// The target of a path: an element, or one of its properties, or one value of a property that has several.
 struct Target {
     ModelElement element;
     Property property;
@@ -52,7 +52,7 @@ Property propertyOf(ModelElement const& element, std::string const& name) {
                   std::to_string(count));
 }
 
-/// By position, else by name. What is found so uses up one part of the path.
+/// Finds a child by position, else by name. Consumes one part of the path.
 ModelElement memberOf(std::vector<ModelElement> const& children, Property const& property, Parts& parts) {
     std::string const& part = parts.front();
     parts = parts.subspan(1);
@@ -64,7 +64,7 @@ ModelElement memberOf(std::vector<ModelElement> const& children, Property const&
     failWithout(part, property, children.size());
 }
 
-/// By key alone, since a key may look like another entry's position; among several of one key by a number after it.
+/// Finds an entry by key only, since a key may look like another entry's position; a number chooses among equal keys.
 ModelElement entryOf(std::vector<ModelElement> const& children, Property const& property, Parts& parts) {
     std::vector<std::string> const places = placesOf(children, property);
     auto const at = [&](std::string const& place) {
@@ -119,7 +119,7 @@ Target find(Model const& model, std::string const& path) {
     return target;
 }
 
-/// The members of a JSON list that has no white space.
+/// The members of a JSON list that contains no white space between tokens.
 std::vector<std::string> membersOf(std::string const& list) {
     std::vector<std::string> members;
     int depth = 0;
@@ -143,7 +143,7 @@ std::vector<std::string> membersOf(std::string const& list) {
     return members;
 }
 
-/// The text of a property's value, or of one of its values.
+/// The text of the property's value, or of one of its values.
 std::string textOf(Target const& target) {
     std::string text = io::propertyText(target.element, target.property);
     if (!target.position) return text;

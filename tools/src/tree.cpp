@@ -1,4 +1,4 @@
-// modelref tree: what owns what.
+// modelref tree: prints which element owns which.
 #include <keel/text.h>
 
 #include <boost/json/value.hpp>
@@ -27,7 +27,7 @@ struct Branch {
     ModelElement element;
 };
 
-/// A line for each child: "inports/0 InportInformation 'speed'". The paths of `show` are made of such places.
+/// One line for each child: "inports/0 InportInformation 'speed'". The paths of `show` consist of such places.
 std::vector<Branch> branchesOf(ModelElement const& element, TreeOptions const& options) {
     std::vector<Branch> result;
     for (Property const& property : storedProperties(element)) {

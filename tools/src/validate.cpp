@@ -1,4 +1,4 @@
-// modelref validate: references within a record that point nowhere.
+// modelref validate: finds references within a record whose target doesn't exist.
 #include <boost/json/value.hpp>
 
 #include "checks.h"

@@ -9,17 +9,17 @@
 
 extern "C" {
 
-/// Registers the script package; called once by the script environment's module loader. The schema is up already.
+/// Registers the script package; the script environment's module loader calls it once. The schema is declared already.
 VW_MODELREF_INFO_API void ZLInitialize_vw_modelref_info() {
     if (omGetOrdoUsingUSM()) {
         mi::ModelRefInfoRepoPackage::registerPackage();
         return;
     }
-    // The flag is this call's own, so this path runs the registration on every call as well.
+    // The flag is local to each call, so this branch runs the registration on every call as well.
     std::once_flag flag;
     std::call_once(flag, &mi::ModelRefInfoRepoPackage::registerPackage);
 }
 
-/// Nothing is torn down through this entry point, on purpose.
+/// Deliberately does nothing.
 VW_MODELREF_INFO_API void ZLTerminate_vw_modelref_info() {}
 }

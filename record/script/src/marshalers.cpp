@@ -27,9 +27,9 @@ void installMarshalers() {
 
 namespace {
 
-/// Brings the schema up, and the marshalers with it, while the library is being loaded. If that fails the load goes on
-/// without it: an exception could not leave a static initialiser, and the next call of getInstance starts anew and
-/// tells its caller why.
+/// Declares the schema, and registers the marshalers, while the library is being loaded. If that fails, loading goes on
+/// without them: an exception can't leave a static initialiser, and the next call of getInstance tries again and throws
+/// the reason.
 class MarshalerRegistrar {
 public:
     MarshalerRegistrar() noexcept {
@@ -43,7 +43,7 @@ public:
             for (quay::zero::meta::Type const& type : marshaledTypes()) {
                 EmptyParentPackage::Registrar::unregisterTypeMarshaler(type);
             }
-        } catch (std::exception const&) {  // NOLINT(bugprone-empty-catch): the schema never came up
+        } catch (std::exception const&) {  // NOLINT(bugprone-empty-catch): the schema was never declared
         }
     }
     MarshalerRegistrar(MarshalerRegistrar const&) = delete;

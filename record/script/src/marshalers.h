@@ -10,7 +10,7 @@ namespace ModelRefInfoRepo::mi {
 /// The eight enumerations, then the two data types.
 std::array<quay::zero::meta::Type, 10> marshaledTypes();
 
-/// Registers a marshaler for each type; those that are there already are left alone.
+/// Registers a marshaler for each type that has none yet.
 void installMarshalers();
 
 }  // namespace ModelRefInfoRepo::mi

@@ -5,15 +5,15 @@
 
 namespace mi {
 
-/// Registers "Varlow.ModelReference.internal.compileInfo". The descriptions are made by one rule from the meta-model
-/// and live in libordo, none of their code here, so that they outlive this library.
+/// Registers "Varlow.ModelReference.internal.compileInfo". Its class descriptions are made from the meta-model by
+/// libordo and contain none of this library's code, so that they can outlive this library.
 class ModelRefInfoRepoPackage {
 public:
     static constexpr std::string_view kName = "Varlow.ModelReference.internal.compileInfo";
 
     ModelRefInfoRepoPackage() = delete;
 
-    /// What the library's entry point does. Any number of calls; each registers a package object.
+    /// Called by the library's entry point, any number of times; each call registers a package object.
     static void registerPackage();
 };
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Another type may have been given the name that this one would get.
+/// Whether the entry is the wanted type: another type may have the name that the wanted one would get.
 bool isThat(VWTypeSys::DataType const& type, fxpDataTypeProp const& wanted) {
     return !type.isAlias() && type.category() == VWTypeSys::Category::FixedPoint && type.getFxpDataTypeProp() == wanted;
 }

@@ -69,7 +69,8 @@ bool ConstructorText::readSlope(fxpDataTypeProp& type) {
     }
     if (hasPower) {
         auto const number = takeNumber<int>();
-        // Beyond what any factor can make good, and far from overflowing below.
+        // Refuse exponents that no factor can bring into range; the limit also keeps the computation below from
+        // overflowing.
         if (!number || std::abs(*number) > 4 * fxpDataTypeProp::maxExponent) return false;
         power = *number;
     }

@@ -8,22 +8,22 @@
 
 namespace VWTypeSys {
 
-/// A text that is read from the front.
+/// A constructor text that is parsed from its beginning.
 class ConstructorText {
 public:
     explicit ConstructorText(std::string_view text) : rest_(text) {}
 
-    /// The type, or nothing if the text has another form. What it says of a well-formed type may still be wrong.
+    /// Parses the type; nothing if the text has another form. A well-formed text may still describe an invalid type.
     std::optional<fxpDataTypeProp> read();
 
 private:
-    /// Takes that token, if it comes next.
+    /// Consumes this token, if it comes next, and returns whether it did.
     bool take(std::string_view token);
-    /// Takes the number that comes next. Nothing if there is none or it doesn't fit.
+    /// Consumes the number that comes next. Nothing if there is none or it doesn't fit.
     template <class T>
     std::optional<T> takeNumber();
     std::optional<fxpDataTypeProp> readFixed();
-    /// Whether a slope was read, which is normalised.
+    /// Parses a slope and normalises it; returns whether there was one.
     bool readSlope(fxpDataTypeProp& type);
 
     std::string_view rest_;

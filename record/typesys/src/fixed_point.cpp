@@ -10,7 +10,7 @@ namespace {
 using VWTypeSys::DataTypeException;
 using VWTypeSys::DataTypeMessage;
 
-/// The shortest text that reads back as that number.
+/// The shortest text that parses to this number.
 template <class T>
 std::string toText(T number) {
     char buffer[32];
@@ -51,7 +51,7 @@ std::optional<std::string> fxpDataTypeFault(fxpDataTypeProp const& type) {
         return "the word length is from 1 to " + toText(fxpDataTypeProp::maxWordLength) + ", not " +
                toText(type.wordLength);
     }
-    // Written so that a fraction that is not a number fails too.
+    // Written so that NaN fails too.
     if (!(type.slopeFraction >= 1 && type.slopeFraction < 2)) return "the slope's fraction is at least 1 and below 2";
     if (type.exponent < fxpDataTypeProp::minExponent || type.exponent > fxpDataTypeProp::maxExponent) {
         return "the slope is too large or too small";

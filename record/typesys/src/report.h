@@ -1,11 +1,11 @@
-// From exceptions to diagnostics.
+// Conversion of exceptions to diagnostics.
 #pragma once
 
 #include <typesys/diagnostic.h>
 
 namespace VWTypeSys {
 
-/// Runs `work` and gives null, or what the type system failed with as a diagnostic. Other exceptions pass through.
+/// Runs `work` and returns null, or a diagnostic if the type system failed. Other exceptions pass through.
 template <class Work>
 vwsvDiagnosticImpl* reporting(Work&& work) {
     try {

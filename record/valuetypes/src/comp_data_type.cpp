@@ -1,4 +1,4 @@
-// The two operations of CompDataType, which carry a data type between the record and the environment's type system.
+// The two operations of CompDataType, which convert a data type between the record and the environment's type system.
 #include <ModelRefInfoRepo/CompDataType.h>
 #include <quay/zero/report.h>
 #include <quay0/messages.h>
@@ -15,8 +15,8 @@ struct Description {
     std::string name;
 };
 
-/// What is recorded of a type. The first case that applies counts: an alias of a number is an alias, one of an
-/// enumeration, bus or string isn't.
+/// Describes a type for the record. The first case that applies counts: an alias of a number is recorded as an alias,
+/// one of an enumeration, bus or string isn't.
 Description describe(VWTypeSys::DataTypeTable const& table, int id) {
     using VWTypeSys::Category;
     if (id == VWTypeSys::inheritedId) return {DataClass::Inherit, "auto"};
@@ -32,7 +32,7 @@ Description describe(VWTypeSys::DataTypeTable const& table, int id) {
     if (type.category() == Category::String) return {DataClass::String, DtGetStringDataTypeExpression(&table, id)};
     if (isAlias) return {DataClass::Alias, name};
     if (type.category() == Category::BuiltIn) {
-        // Of the other built-ins that aren't numbers there is nothing to record.
+        // Nothing is recorded of the other built-ins that aren't numbers.
         return id == VWTypeSys::pointerId ? Description{DataClass::Pointer, name} : Description();
     }
     if (DtIsImageType(&table, id)) return {DataClass::Image, name};
@@ -67,7 +67,7 @@ int CompDataType::registerDataTypeForBlock(VWBlock* block, CompDataType const& d
     if (dtm->getDataClass() == DataClass::Inherit) return VWTypeSys::inheritedId;
     if (block == nullptr || dataTypeTable == nullptr) quay::zero::reportException(quay0::messages::InvalidValue());
 
-    // The environment takes names that end with a NUL; one with a NUL inside counts as far as that.
+    // The environment takes NUL-terminated names, so a name that contains a NUL is cut there.
     std::string const name = dtm->getDataTypeName().c_str();
     int id = VWTypeSys::notRegistered;
     vwsvDiagnosticImpl* diagnostic = nullptr;

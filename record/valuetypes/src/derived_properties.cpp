@@ -13,9 +13,9 @@ RateInfo RootIOPortInformation::Impl::getRateInfo() const {
     return rates.empty() ? RateInfo() : rates[0];
 }
 
-// Two changes of the sequence, also when the value is there already.
+// Clears the sequence and adds the value, also when the value is there already.
 void RootIOPortInformation::Impl::setRateInfo(RateInfo const& value) {
-    RateInfo const rate = value;  // it may be the one that is cleared away
+    RateInfo const rate = value;  // copied first: `value` may be a member of the sequence
     auto* const rates = getRateInfosMutable();
     rates->clear();
     rates->push_back(rate);

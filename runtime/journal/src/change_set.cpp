@@ -47,7 +47,7 @@ ChangeSet::ChangeSet(ElementDirectory const& elements, UndoLog& log, std::uint64
 }
 
 ChangeSet::ChangeSet(UndoLog& log, LifeChanges lives)
-    : log_(log), created_(std::move(lives.revived)), destroyed_(std::move(lives.buried)) {
+    : log_(log), created_(std::move(lives.revived)), destroyed_(std::move(lives.died)) {
     // Elements that were born and destroyed within the transaction are dead, and are in both lists.
     std::unordered_set<ModelElement::Impl const*> revived;
     for (ModelElement const& e : created_) revived.insert(e.impl());

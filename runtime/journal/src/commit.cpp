@@ -30,7 +30,7 @@ void Journal::commitInner() {
             link = &s.tracking().next;
         }
     }
-    dropStepsOfNewborn(inner.steps, outer);
+    eraseStepsOfNewborn(inner.steps, outer);
     close();
     mergeAt(inner);
 }
@@ -38,7 +38,7 @@ void Journal::commitInner() {
 /// Erases, from a position on, the steps of elements that were born at the savepoint of that serial or later. That
 /// savepoint doesn't record its own changes of such elements, so these steps would be reversed on content that has
 /// changed since.
-void Journal::dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept {
+void Journal::eraseStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept {
     auto const first = log_.steps.begin() + static_cast<std::ptrdiff_t>(from);
     auto const isOfNewborn = [&](Step const& step) { return step.changed().track_.isBornSince(serial); };
     log_.steps.erase(std::remove_if(first, log_.steps.end(), isOfNewborn), log_.steps.end());
@@ -77,7 +77,7 @@ void Journal::commitOutermost() {
             history_->resolved().reserveSteps(log_.steps.size());
             log_.moveSteps(history_->resolved());
         }
-        commitUnheard(system);
+        commitUnrecorded(system);
         return;
     }
     std::uint64_t const bornSince = savepoints_.front().serial;
@@ -108,7 +108,7 @@ void Journal::commitOutermost() {
     if (onlyResolves) {
         log_.moveSteps(history_->resolved());
     } else if (history_ && nothingLeft) {
-        takeBackLeftovers();
+        reverseSteps();
     }
     changes.reset();
     finish(keep);
@@ -117,7 +117,7 @@ void Journal::commitOutermost() {
 /// For a transaction that changed nothing in the end. Logs of the history refer to the entries of maps and sets by
 /// address, and an entry that was removed and added again has another address; reversing the steps restores the former
 /// entries. Containers stay as they are: a container that changed while the collections didn't counts as no change.
-void Journal::takeBackLeftovers() noexcept {
+void Journal::reverseSteps() noexcept {
     for (auto step = log_.steps.rbegin(); step != log_.steps.rend(); ++step) {
         if (step->as<ContainerStep>() == nullptr) step->exchange();
     }
@@ -125,7 +125,7 @@ void Journal::takeBackLeftovers() noexcept {
 
 /// Commits without telling listeners and without keeping the log. A system transaction clears the history, since
 /// undoing older changes would have to undo its work as well.
-void Journal::commitUnheard(bool system) noexcept {
+void Journal::commitUnrecorded(bool system) noexcept {
     bool const nothingDone = log_.empty();
     while (log_.storages != nullptr) {
         Storage& s = *log_.storages;

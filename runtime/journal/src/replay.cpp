@@ -29,9 +29,9 @@ bool Journal::replay(bool redo) {
     if (listeners_.any()) {
         std::size_t const most = log->lifeCount();
         lives.revived.reserve(most);
-        lives.buried.reserve(most);
+        lives.died.reserve(most);
     }
-    log->turn(elements_, listeners_.any() ? &lives : nullptr);
+    log->reverse(elements_, listeners_.any() ? &lives : nullptr);
 
     CountedHandle const alive(&owner_);  // a listener may release the last handle of the model
     std::unique_ptr<ChangeSet> changes;
@@ -39,7 +39,7 @@ bool Journal::replay(bool redo) {
         try {
             changes.reset(new ChangeSet(*log, std::move(lives)));
         } catch (...) {
-            log->turn(elements_, nullptr);
+            log->reverse(elements_, nullptr);
             throw;
         }
     }

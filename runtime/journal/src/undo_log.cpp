@@ -29,7 +29,7 @@ void UndoLog::discardFrom(std::size_t step, std::size_t life, Disposal& to) noex
     }
 }
 
-void UndoLog::turn(ElementDirectory& elements, LifeChanges* changes) noexcept {
+void UndoLog::reverse(ElementDirectory& elements, LifeChanges* changes) noexcept {
     // If an element has two storages, their order matters, so the list is reversed as well.
     Storage* turned = nullptr;
     while (Storage* const s = storages) {
@@ -55,7 +55,7 @@ void UndoLog::exchangeLives(std::size_t from, ElementDirectory& elements, LifeCh
     auto const exchange = [&](LifeEntry& entry) {
         if (entry.born) {
             for (auto* e = entry.last; changes != nullptr; e = ElementList::previous(*e)) {
-                changes->buried.emplace_back(e);
+                changes->died.emplace_back(e);
                 if (e == entry.first) break;
             }
             elements.takeOut(*entry.first, *entry.last, entry.count);

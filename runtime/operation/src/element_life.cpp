@@ -50,7 +50,7 @@ void ModelElement::Impl::destroy() {
     if (!isAlive()) return;
     ModelElement const alive(this);
     Savepoint savepoint(model_->journal());
-    takeDown(false, true, false);
+    destroyNow(false, true, false);
     savepoint.commit();
 }
 
@@ -58,12 +58,12 @@ void ModelElement::Impl::destroyRecursively(bool a, bool detach, bool b) {
     if (!isAlive()) return;
     ModelElement const alive(this);
     ImplicitTransaction transaction(model_->journal());
-    takeDown(a, detach, b);
+    destroyNow(a, detach, b);
     transaction.commit();
 }
 
 /// Destroys the element in an open transaction. The caller holds a reference.
-void ModelElement::Impl::takeDown(bool a, bool detach, bool b) {
+void ModelElement::Impl::destroyNow(bool a, bool detach, bool b) {
     aboutToDestroy();
     model_->proxies().leaveReferences(*this);
     if (detach && container_ != nullptr) {

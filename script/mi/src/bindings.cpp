@@ -21,7 +21,8 @@ using ordo::factory::basic::BindingRegistry;
 
 namespace {
 
-/// What one binding keeps alive: the element, or the collection's owner, and the model, without which they were dead.
+/// What one binding keeps alive: the element, or the collection's owner, and the model, without which they would be
+/// dead.
 struct Held {
     CountedHandle object;
     Model model;
@@ -36,7 +37,7 @@ void hold(void const* native, ModelElement const& element) {
     held().try_emplace(native, Held{element, element->getModel()});
 }
 
-/// The class of a collection of elements: the first yes decides.
+/// The class of a collection of elements: the first interface that the collection has decides.
 char const* classOf(ReferenceCollection const& collection) {
     GenericCollectionInterface const* const generic = collection.getGenericInterface();
     if (generic == nullptr) return names::kSet;
@@ -51,7 +52,7 @@ InternedName classNameOf(AbstractOwnedCollection const& collection) {
     if (auto const* const elements = dynamic_cast<ReferenceCollection const*>(&collection)) {
         return ordo::internName(classOf(*elements));
     }
-    // A third kind, of values by key, has a class as well, but no property here is of it.
+    // Collections of values by key have a script class as well, but no property here has that kind.
     bool const isSequence = static_cast<AbstractPrimitiveCollection const&>(collection).getKind() ==
                             AbstractPrimitiveCollection::Kind::Sequence;
     return isSequence ? primitiveSequence : primitiveSet;
@@ -60,7 +61,7 @@ InternedName classNameOf(AbstractOwnedCollection const& collection) {
 }  // namespace
 
 InternedName scriptNameOf(meta::Class const& metaClass) {
-    // Meta objects are never deleted, so an address stands for the same class for ever.
+    // Meta objects are never deleted, so an address identifies the same class for the rest of the process.
     static auto* const known = new boost::unordered_flat_map<void const*, InternedName>;
     auto const [place, isNew] = known->try_emplace(metaClass.ModelElement::impl());
     if (isNew) {
@@ -141,7 +142,7 @@ void bindConstructed(Model const& model, ordo::OrdoInterface& scriptObject) {
 void releaseHeld(void const* native) noexcept {
     auto const found = held().find(native);
     if (found == held().end()) return;
-    // Out of the table first: what goes with the last reference may come back here.
+    // Remove the entry from the table first: releasing the last reference may call this function again.
     Held const last = std::move(found->second);
     held().erase(found);
 }

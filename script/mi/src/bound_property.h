@@ -11,8 +11,8 @@
 
 namespace quay::zero::mi {
 
-/// Stays good when the schema is declared again, because its library was unloaded and loaded: then it becomes the new
-/// declaration's property of the same class and name.
+/// A property that stays usable when its schema is declared again because the library was unloaded and loaded: it then
+/// refers to the new declaration's property of the same class and name.
 class BoundProperty {
 public:
     explicit BoundProperty(meta::Property const& property);
@@ -58,7 +58,7 @@ private:
     std::string scriptName_;
 };
 
-/// The type of a script name. NoSuchType if there is none.
+/// The type with this script name. Throws NoSuchType if there is none.
 meta::Type typeOfScriptName(std::string_view scriptName);
 /// A type's script name; empty if it has none.
 std::string scriptNameOfType(meta::Type const& type);

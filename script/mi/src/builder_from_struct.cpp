@@ -22,13 +22,13 @@ using ordo::OrdoValue;
 
 namespace {
 
-/// How deep structs may lie in one another: far deeper than any record is, and shallow enough for any stack.
+/// How deep structs may be nested: far deeper than any record is, and shallow enough for any stack.
 constexpr int kDeepest = 200;
 
 std::unique_ptr<ModelElement::Builder> build(zxArray const* array, std::size_t index, Model const& model,
                                              meta::Class const& metaClass, int depth);
 
-/// What a script's "nothing" becomes: no elements, and not of a class that says more, such as an empty text or list.
+/// Whether the array is what a script's "nothing" becomes: empty, and of a numeric class. An empty text or list isn't.
 bool isNothing(zxArray const* array) { return zxIsEmpty(array) && (array == nullptr || zxIsNumeric(array)); }
 
 void giveChildren(ModelElement::Builder& builder, meta::Property const& property, zxArray const* array, int depth) {

@@ -13,8 +13,8 @@
 
 namespace quay::zero::mi {
 
-/// A class of collections; which, follows from its short name. A script object holds an `AbstractOwnedCollection*`; the
-/// binding keeps the owner, and with a dead owner the object can't be used.
+/// The script class of one kind of collection, which follows from the class's short name. A script object holds an
+/// `AbstractOwnedCollection*`; the binding keeps the owner alive, and an object whose owner is dead can't be used.
 class CollectionClassInfo final : public ordo::factory::HandleClassInfo<AbstractOwnedCollection, false> {
 public:
     using Define = void (*)(ordo::OrdoClass&, std::string const& fullName);
@@ -37,16 +37,16 @@ private:
     std::string_view description_;
 };
 
-/// Registers all seven.
+/// Registers all seven collection classes.
 void addCollectionClasses(ordo::OrdoPackage& package);
 
 /// The collection behind a method's first argument. InvalidHandle if its owner is dead.
 AbstractOwnedCollection& collectionOf(ordo::OrdoValue const& self);
-/// A position in a collection of `size`, or up to so many behind its end. A negative one counts back from the end.
-/// IndexOutOfRange.
+/// The position that a script gave, in a collection of `size` members. A negative one counts back from the end. Throws
+/// IndexOutOfRange unless it is below `size + behind`.
 std::size_t positionIn(ordo::OrdoValue const& value, std::size_t size, std::size_t behind = 0);
 
-// The protocols and methods, in a file each: collections of elements, and of values.
+// The protocols and methods of collections; those for elements and those for values have a source file each.
 
 extern ordo::OrdoCollection const& elementSequenceProtocol;
 extern ordo::OrdoCollection const& elementSetProtocol;

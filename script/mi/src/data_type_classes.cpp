@@ -38,7 +38,7 @@ meta::DatatypeSerializer const& serializerOf(meta::Type const& type) {
     return *found;
 }
 
-/// Which script value a field is: both adapters go through the marshaler of the field's type.
+/// Reads and writes one field; the adapters for both use the marshaler of the field's type.
 class Field {
 protected:
     explicit Field(BoundProperty property) : property_(std::move(property)) {}
@@ -74,7 +74,7 @@ public:
     }
 };
 
-/// -1, 0 or 1, by the fields in order: numbers by < alone, texts by code unit.
+/// Compares by the fields in order and gives -1, 0 or 1. Numbers are compared by < alone, texts by code unit.
 int compare(Value const& a, Value const& b) {
     meta::DatatypeSerializer const& serializer = serializerOf(a.getType());
     for (meta::Property const& property : *a.getType()->getOwnedProperties()) {

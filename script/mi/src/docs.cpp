@@ -11,8 +11,8 @@ namespace {
 
 using Docs = std::map<std::string, std::map<std::string, std::string, std::less<>>, std::less<>>;
 
-/// Docs by type and member; the type's own stand under the empty name. Replaced texts stay where they are, since
-/// somebody may hold a view of them: equal texts are left alone, and others are kept beside.
+/// Docs by type and member; the type's own doc has the empty name. A replaced text is kept, since callers may hold a
+/// view of it; an equal text isn't replaced.
 Docs& docs() {
     static auto* const all = new Docs;
     return *all;

@@ -1,4 +1,4 @@
-// quay.zero.ModelElement, and the packages of the runtime.
+// The script class quay.zero.ModelElement, and the registration of the runtime's packages.
 #include <ordo/factory/text.h>
 
 #include <quay/zero/mi/bindings.h>

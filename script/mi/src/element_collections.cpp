@@ -1,4 +1,4 @@
-// Collections of elements: what hosts do with them, and their methods.
+// Script protocol and methods of collections of elements.
 #include <ordo/class.h>
 #include <ordo/error.h>
 
@@ -22,7 +22,7 @@ ReferenceCollection& collectionAt(void* native) {
     return static_cast<ReferenceCollection&>(*static_cast<AbstractOwnedCollection*>(native));
 }
 
-/// The generic interface, after the collection had its chance to resolve proxies.
+/// The generic interface of a collection, after its proxies have been resolved where the interface requires it.
 template <class I>
 I& interfaceOf(void* native) {
     collectionAt(native).prepareForReading();
@@ -36,7 +36,7 @@ std::vector<OrdoValue> scriptsOf(std::vector<ModelElement> const& elements) {
     return result;
 }
 
-/// Sets and what the others share: members are elements.
+/// The protocol of sets, and base of the other protocols: members are elements.
 class SetProtocol : public ordo::OrdoCollection {
 public:
     CollectionKind kind() const noexcept override { return CollectionKind::Set; }
@@ -93,7 +93,7 @@ private:
         try {
             value = marshalerOf(keyed).fromScript(key);
         } catch (keel::core::except::Error const&) {
-            return {};  // what can't be a key isn't one
+            return {};  // a value of another type can't be a key
         }
         if constexpr (kIsMap) {
             ModelElement const one = keyed.genericGet(value);
@@ -115,7 +115,7 @@ ReferenceCollection& selfOf(MethodCall const& call) {
     return static_cast<ReferenceCollection&>(collectionOf(call.argument(0)));
 }
 
-/// A method's element. Nothing is no element.
+/// The element argument of a method. Throws if the argument is nothing.
 ModelElement elementOf(MethodCall const& call) {
     if (call.argument(1).isEmpty()) ordo::raiseWith(ordo::failures::NoValue, {"an element"});
     return elementIn(call.argument(1));

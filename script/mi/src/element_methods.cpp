@@ -20,7 +20,7 @@ namespace {
 
 using BuilderPointer = std::unique_ptr<ModelElement::Builder>;
 
-/// "createInto" and the property's name with its first letter raised.
+/// "createInto" and the property's name with its first letter in upper case.
 std::string creatorName(meta::Property const& property) {
     std::string name = ordo::factory::bytesOf(property->getName());
     if (!name.empty() && name[0] >= 'a' && name[0] <= 'z') name[0] = static_cast<char>(name[0] - 'a' + 'A');
@@ -100,10 +100,10 @@ void CreateInto::call(ordo::MethodCall& call) const {
     Model const model = parent->getModel();
     auto const metaClass = [&] { return meta::Class::cast(property_.get()->getType()); };
 
-    // One change, so that a child that finds no place leaves no trace.
+    // One savepoint, so that a child that can't be added to the property is rolled back as well.
     Savepoint savepoint(model->journal());
     BuilderPointer builder;
-    boost::uuids::uuid id{};  // nil has the model draw one
+    boost::uuids::uuid id{};  // for a nil id, the model generates one
     OrdoValue const& first = call.argument(1);
     if (call.count() > 1 && first.isStruct()) {
         builder = builderFrom(first, model, metaClass());

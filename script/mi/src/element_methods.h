@@ -1,4 +1,4 @@
-// The methods of elements' classes that make elements.
+// Methods of script classes that create elements.
 #pragma once
 
 #include <ordo/factory/method.h>
@@ -35,8 +35,8 @@ private:
 
     BoundProperty property_;
     ordo::InternedName owner_;
-    // The class of the children, and how builders of it are made: known once the first child was made, and as long as
-    // the class lives.
+    // The class of the children and the way to make builders of it: looked up when the first child is made, and valid
+    // as long as the class exists.
     mutable meta::Class childClass_;
     mutable ClassTable::BuilderFactory makeBuilder_ = nullptr;
 };

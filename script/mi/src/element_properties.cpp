@@ -29,7 +29,7 @@ ModelElement::Impl& elementAt(void* self) { return *static_cast<ModelElement::Im
 
 // --- Numbers, truth values, texts, and optional ones -----------------------------------------------------------------
 
-/// Reads a V. Nearly every descriptor of a plain value is one with a field, which is read in place.
+/// Reads a V. Nearly every descriptor of a plain value has a field, which is read in place.
 template <class V>
 class FieldGetter final : public PropertyGetter {
 public:
@@ -47,7 +47,7 @@ public:
             return ValueType<V>::toScript(field_->read(element));
         V const value = property_.read(element).template getValue<V>();
         OrdoValue borrowed = ValueType<V>::toScript(value);
-        return OrdoValue(std::as_const(borrowed));  // a copy has its text to itself
+        return OrdoValue(std::as_const(borrowed));  // a copy owns its text
     }
 
 private:
@@ -94,7 +94,7 @@ public:
 
     void set(void* self, OrdoValue const& value) const override {
         std::int32_t const number = ordo::factory::enumerationNumber(*enumeration_, value);
-        // The present value with another number in it: so the C++ type stays with those who know it.
+        // Change the number in a copy of the present value, so that only the schema's library needs the C++ type.
         Value changed = property_.read(elementAt(self));
         putNumber(changed, number);
         property_.write(elementAt(self), changed);
@@ -164,7 +164,8 @@ private:
     BoundProperty property_;
 };
 
-/// The declared word is only a base: the object's class follows from the collection.
+/// Gives a collection's script object. The declared type is only a base: the object's class follows from the
+/// collection.
 class CollectionGetter final : public PropertyGetter {
 public:
     CollectionGetter(BoundProperty property, std::string word)
@@ -219,7 +220,7 @@ std::unique_ptr<ordo::OrdoPropInfo> makeElementProperty(meta::Property const& pr
     std::unique_ptr<ordo::OrdoPropInfo> made;
     visitPrimitive(type, [&]<class T>(std::type_identity<T>) {
         if (property->getFlags() == ValueFlags::Optional) {
-            // Texts have no optional form in scripts.
+            // Optional texts have no form of their own in scripts.
             if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, unsigned int>) {
                 using Held = boost::optional<T>;
                 made = makeAdapted<FieldGetter<Held>, FieldSetter<Held>>(property, description);

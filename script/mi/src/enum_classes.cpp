@@ -44,7 +44,7 @@ std::int32_t selfNumber(MethodCall const& call, ordo::OrdoClass*& enumeration) {
     return number;
 }
 
-/// The literal's name, which is its public identifier as well: no schema here gives another one.
+/// Gives the literal's name, which is its public identifier as well: schemas here have no separate ones.
 void getLiteral(MethodImpl::Function /*function*/, MethodCall& call) {
     ordo::OrdoClass* enumeration = nullptr;
     std::int32_t const number = selfNumber(call, enumeration);
@@ -81,7 +81,7 @@ void QUAY0EnumInfo::defineClass(ordo::OrdoClass& ordoClass) {
 
     std::vector<meta::EnumLiteral> literals;
     for (meta::EnumLiteral const& literal : *type->getLiterals()) literals.push_back(literal);
-    // The map has them by name; schemas declare them by rising value.
+    // The map is ordered by name; scripts see literals in the order of their values.
     std::stable_sort(literals.begin(), literals.end(),
                      [](auto const& a, auto const& b) { return a->getValue() < b->getValue(); });
     for (meta::EnumLiteral const& literal : literals) {

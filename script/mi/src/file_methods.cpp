@@ -20,7 +20,7 @@ using ordo::OrdoValue;
 
 namespace {
 
-/// The system would take a path for ended at a zero.
+/// A path from a script. Rejects a null character, at which the operating system would end the path.
 std::string pathIn(OrdoValue const& value) {
     std::string path = value.toBytes();
     if (path.find('\0') != std::string::npos) {

@@ -1,4 +1,4 @@
-// Properties of the runtime's classes: read-only, around a plain function.
+// Read-only properties of the runtime's script classes, each read by a plain function.
 #pragma once
 
 #include <ordo/class.h>
@@ -12,7 +12,7 @@
 
 namespace quay::zero::mi {
 
-/// Reads what a function makes of an element. A text in its answer may be borrowed from the element.
+/// Reads the result of a function of an element. A text in the result may be borrowed from the element.
 class FunctionGetter final : public ordo::factory::impl::PropertyGetter {
 public:
     using Function = ordo::OrdoValue (*)(ModelElement::Impl&);

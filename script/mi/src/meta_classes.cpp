@@ -1,4 +1,4 @@
-// quay.zero.meta: meta objects as scripts see them, read only.
+// The script package quay.zero.meta: meta objects, read only.
 #include <ordo/class.h>
 #include <ordo/factory/text.h>
 
@@ -132,7 +132,7 @@ public:
           define_(define),
           description_(description) {}
 
-    /// Scripts find meta objects and make none.
+    /// Scripts find meta objects and can't create any.
     bool isAbstract() const noexcept override { return true; }
     std::string_view getDescription() const noexcept override { return description_; }
     std::string describeInstance(void const* native) const override {

@@ -15,7 +15,7 @@ MetaMarshalerRegistry& MetaMarshalerRegistry::getInstance() {
 }
 
 MetaMarshalerRegistry::MetaMarshalerRegistry() {
-    meta::MetaRegistry::getInstance();  // brings the standard types up
+    meta::MetaRegistry::getInstance();  // registers the standard types
     for (auto& marshaler : makePrimitiveMarshalers()) {
         meta::Type const type = marshaler->getType();
         registerTypeMarshaler(type, std::move(marshaler));

@@ -1,4 +1,4 @@
-// quay.zero.Model and quay.zero.Transaction.
+// The script classes quay.zero.Model and quay.zero.Transaction.
 #include <ordo/class.h>
 #include <ordo/error.h>
 #include <ordo/factory/class_info.h>
@@ -47,7 +47,8 @@ void commit(MethodCall& call) {
 }
 
 void rollback(MethodCall& call) {
-    // What isn't committed is taken back when it goes; what was ended by an outer one is ended.
+    // Destroying an uncommitted transaction rolls it back; if an outer one has ended already, there is nothing left to
+    // do.
     Transaction const ended = std::move(transactionOf(call).transaction);
 }
 

@@ -15,8 +15,8 @@ namespace {
 using ordo::OrdoValue;
 using ordo::factory::ValueType;
 
-/// Numbers, truth values and texts. Several numbers make one row of their class, several texts a cell
-/// row.
+/// The marshaler of numbers, truth values and texts. Several numbers become a 1 by n array of their class, several
+/// texts a 1 by n cell array.
 template <class T>
 class PrimitiveMarshaler final : public TypedValueMarshaler {
     static constexpr bool kIsNumber = std::is_arithmetic_v<T>;
@@ -56,8 +56,8 @@ public:
     }
 };
 
-/// Refuses an array that holds, at any depth, an object with identity. An element that held another one, its model or a
-/// transaction of that would keep alive what keeps it alive, and end a transaction by being changed in it.
+/// Throws if the array holds, at any depth, an object with identity. An element whose value held another element, its
+/// model or a transaction would keep itself alive, and changing it could end a transaction.
 void requirePlain(zxArray const* whole) {
     std::vector<zxArray const*> pending{whole};
     while (!pending.empty()) {
@@ -81,8 +81,8 @@ void requirePlain(zxArray const* whole) {
     }
 }
 
-/// Arrays cross as they are, unless there is more than values in them. What `unmarshal` gives points at a copy, which
-/// whoever stores the value destroys once it is stored: an element keeps a copy of its own.
+/// The marshaler of arrays, which pass unchanged unless they hold objects with identity. The value that `unmarshal`
+/// gives points to a copy, which the caller destroys after storing the value: an element keeps a copy of its own.
 class ArrayMarshaler final : public TypedValueMarshaler {
 public:
     ArrayMarshaler() : TypedValueMarshaler(meta::StandardTypes::zxArrayMeta, "any") {}
@@ -90,7 +90,7 @@ public:
     OrdoValue toScript(Value const& value) const override {
         return OrdoValue::borrowedArray(value.getValue<zxArray_tag*>());
     }
-    /// An empty array without content gives null.
+    /// An empty array without content becomes null.
     Value fromScript(OrdoValue const& value) const override {
         zx::Array array = value.isNothing() ? zx::Array() : value.toArray();
         requirePlain(array.get());

@@ -10,8 +10,8 @@
 
 namespace quay::zero::mi {
 
-/// Calls f(tag) with a std::type_identity of the C++ type that stands for a primitive type; false for any other type,
-/// and for arrays.
+/// Calls f(tag) with a std::type_identity of the C++ type of a primitive type; false for any other type, and for
+/// arrays.
 template <class F>
 bool visitPrimitive(meta::Type const& type, F&& f) {
     auto const tried = [&]<class T>(std::type_identity<T> tag) {

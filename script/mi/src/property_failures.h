@@ -1,4 +1,4 @@
-// Failures of values, told with the property that the value was for.
+// Adds the property to the failures of values that are read or written.
 #pragma once
 
 #include <keel/exception.h>
@@ -7,11 +7,11 @@
 
 namespace quay::zero::mi {
 
-/// Throws a failure that a value was refused with again, as what it is, with "Class.property" as its subject. Leaves
-/// those that have a subject, and failures of any other kind.
+/// Rethrows the failure of a refused value with "Class.property" as its subject, keeping its type. Does nothing for a
+/// failure that has a subject already or is of another kind.
 void rethrowAbout(keel::core::except::Error const& failure, meta::Property const& property);
 
-/// Runs `use()`, whose failures don't know which property the value is for.
+/// Runs `use()` and adds the property to the failures that it throws.
 template <class F>
 void forProperty(meta::Property const& property, F const& use) {
     try {

@@ -37,10 +37,10 @@ void addClass(ordo::OrdoPackage& package, std::string const& scriptName) {
     package.addClass(std::make_unique<Info>(shortNameOf(scriptName), scriptName).release(), 2);
 }
 
-/// Registers an enumeration's class, and what turns texts into its values.
+/// Registers an enumeration's class, and the conversion of texts to its values.
 void addEnumeration(ordo::OrdoPackage& package, meta::Enum const& type, std::string const& scriptName) {
     addClass<QUAY0EnumInfo>(package, scriptName);
-    // Before anything refers to the class, it stands defined.
+    // Define the class now, before other classes refer to it.
     ordo::OrdoClass* const enumeration = ordo::OrdoClass::getClass(ordo::internName(scriptName));
     ordo::InternedName const any = ordo::internName("any");
     for (char const* ending : {"", " property", " scalar"}) {

@@ -1,4 +1,4 @@
-// Collections of values: what hosts do with them, and their methods.
+// Script protocol and methods of collections of values.
 #include <ordo/class.h>
 #include <ordo/error.h>
 

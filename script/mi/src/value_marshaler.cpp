@@ -53,7 +53,7 @@ void ValueMarshaler::refuse() const {
 
 namespace {
 
-/// Runs `combine(serializer, values)` for the type's serializer of whichever kind.
+/// Runs `combine(serializer, values)` with the type's serializer, whatever its kind.
 template <class F>
 Value combined(meta::Type const& type, F const& combine) {
     auto* const serializers = meta::PropertySerializerRegistry::getInstance();

@@ -11,7 +11,7 @@ namespace {
 using Bindings = boost::unordered_flat_map<void const*, OrdoInterface*>;
 
 Bindings& bindings() {
-    static auto* const instance = new Bindings;  // never destroyed: script objects end while the process does
+    static auto* const instance = new Bindings;  // never destroyed: script objects are while the process exits
     return *instance;
 }
 
@@ -36,7 +36,7 @@ OrdoObject BindingRegistry::announce(void* object, InternedName className, bool&
     if (OrdoInterface* const bound = entry != bindings().end() ? inChain(entry->second, className) : nullptr) {
         return OrdoObject(bound);
     }
-    // Defining the class may bind other objects, so the place is looked up again when that is done.
+    // Defining the class may bind other objects, so the place must be looked up again afterwards.
     OrdoObject made = OrdoInterface::make(classNamed(className));
     entry = bindings().try_emplace(object).first;
     made->native_ = object;

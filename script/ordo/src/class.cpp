@@ -1,4 +1,4 @@
-// How classes come to be defined, and what is found in them.
+// Definition of classes, and look-up of their members.
 #include <ordo/class.h>
 #include <ordo/error.h>
 #include <ordo/type_repository.h>
@@ -23,7 +23,7 @@ constinit OrdoClass::Finder* OrdoClass::finder_ = nullptr;
 
 OrdoClass* OrdoClass::getClass(InternedName name, OrdoPackage* context) {
     OrdoClass* const found = finder_ != nullptr ? finder_(name, context) : nullptr;
-    // A class that is being defined may be asked for by what its definition needs.
+    // The definition of a class may ask for the class itself, which is then in another state.
     if (found != nullptr && found->state_ == State::Undefined) {
         found->define();
     }

@@ -16,7 +16,7 @@ bool derivesFrom(std::string_view className, std::string_view ancestor) {
 }  // namespace
 
 void ClassTable::add(std::unique_ptr<OrdoClassInfo> description) {
-    // The arrays are told by the first class that there is.
+    // The first class that is registered passes the class hierarchy to the arrays.
     [[maybe_unused]] static auto* const former = zx::setClassHierarchy(derivesFrom);
     InternedName const name = internName(description->getFullName());
     if (!name) {
@@ -24,7 +24,7 @@ void ClassTable::add(std::unique_ptr<OrdoClassInfo> description) {
     }
     OrdoClass*& place = name.entry_->ordoClass;
     if (place == nullptr) {
-        // Never destroyed, as no class is: script objects refer to theirs.
+        // Never destroyed, like all classes: script objects refer to their classes.
         place = new OrdoClass(name, *description);
         static_cast<void>(description.release());
     } else if (place->state_ == OrdoClass::State::Undefined) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr char16_t escapedByte = 0xDC00;
 
-/// Reads one well-formed sequence that starts at `bytes`; 0 if there is none, else its length.
+/// Decodes the well-formed UTF-8 sequence at the start of `bytes`; returns its length, 0 if there is none.
 std::size_t decode(std::string_view bytes, char32_t& character) {
     auto const at = [&](std::size_t index) { return static_cast<unsigned char>(bytes[index]); };
     unsigned char const lead = at(0);
@@ -54,7 +54,7 @@ bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 }  // namespace
 
 std::u16string unitsOf(std::string_view bytes) {
-    // Most texts are ASCII for most of their length.
+    // Fast path: most texts are ASCII, at least in their first part.
     auto const end = std::find_if(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
     std::u16string result(bytes.begin(), end);
     bytes.remove_prefix(result.size());

@@ -61,7 +61,7 @@ void PropertyImpl::set(void* self, OrdoValue const& value) const {
     try {
         setter_->set(self, value);
     } catch (keel::core::except::Exception<Failure> const& failure) {
-        // The conversion doesn't know which property it is for.
+        // The conversion doesn't know its property, so the name is added here.
         Failure message = failure.message();
         if (!message.subject()) {
             message.about(unitsOf(std::string(className) + '.' + std::string(name().text())));

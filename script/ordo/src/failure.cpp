@@ -67,7 +67,7 @@ Kinds::Kinds()
 }
 
 Kinds& kinds() {
-    static auto* const instance = new Kinds;  // never destroyed: failures can still be told while the process ends
+    static auto* const instance = new Kinds;  // never destroyed: failures can still be reported while the process exits
     return *instance;
 }
 
@@ -82,7 +82,7 @@ bool enterSentences() {
 }  // namespace
 
 void raise(std::string_view id, std::vector<std::u16string> arguments) {
-    // The sentences are entered by the first who needs one, so that loading costs nothing.
+    // The sentences are registered when one is first needed, so that loading the library costs nothing.
     [[maybe_unused]] static bool const entered = enterSentences();
     throw keel::core::except::Exception<Failure>(Failure(catalogue, id, std::move(arguments)));
 }

@@ -36,7 +36,7 @@ void OrdoInterface::end() noexcept {
         class_->info().freeInstance(native_);
     }
     if (unbind_ != nullptr) {
-        unbind_(*this);  // for a description that didn't see to it
+        unbind_(*this);  // for a class description that didn't remove the binding
     }
     delete this;
 }

@@ -21,13 +21,13 @@ InternedName internName(std::string_view text) {
     };
     struct Names {
         std::mutex mutex;
-        std::unordered_set<InternedName::Entry, Hash, Equal> entries;  // whose addresses stay
+        std::unordered_set<InternedName::Entry, Hash, Equal> entries;  // addresses of entries are stable
     };
 
     if (text.empty()) {
         return InternedName();
     }
-    // Never destroyed: names are used while the process ends.
+    // Never destroyed: names are used while the process exits.
     static auto* const names = new Names;
     std::scoped_lock const lock(names->mutex);
     auto found = names->entries.find(text);

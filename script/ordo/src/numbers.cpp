@@ -1,5 +1,5 @@
-// Which numbers and texts a value in transit can be taken for. Nothing is ever wrapped, cut or rounded but what becomes
-// a double.
+// Conversions of a value in transit to numbers and texts. No number is wrapped, cut or rounded, except when it is
+// converted to double.
 #include <ordo/error.h>
 #include <ordo/factory/encoding.h>
 #include <ordo/value.h>
@@ -93,7 +93,7 @@ std::string spell(Number const& number) {
 
 template <class T>
 bool fits(double value) {
-    // Both limits are powers of two or zero, so they are exact; NaN fails both comparisons.
+    // Both limits are powers of two or zero, so they are exact as doubles; NaN fails both comparisons.
     double const past = std::ldexp(1.0, std::numeric_limits<T>::digits);
     return value >= static_cast<double>(std::numeric_limits<T>::min()) && value < past;
 }

@@ -10,7 +10,7 @@
 namespace ordo {
 namespace {
 
-/// Looks for a class in a package, which may bring it in.
+/// Looks for a class in a package, which may register it when asked.
 OrdoClass* findIn(OrdoPackage& package, std::string_view shortName) {
     InternedName const name = internName(std::string(package.name().text()) + '.' + std::string(shortName));
     OrdoClass* const found = ClassTable::find(name);
@@ -39,7 +39,7 @@ OrdoClass* findByName(InternedName name, OrdoPackage* context) {
 
 struct PackageTree {
     static PackageTree& instance() {
-        static auto* const tree = new PackageTree;  // never destroyed, as classes aren't
+        static auto* const tree = new PackageTree;  // never destroyed, like all classes
         return *tree;
     }
 
@@ -47,7 +47,7 @@ struct PackageTree {
 
     std::unordered_map<InternedName, OrdoPackage*> byName;
     std::vector<OrdoPackage*> outermost;
-    std::vector<std::unique_ptr<OrdoPackageInfo>> further;  // descriptions of packages that had one
+    std::vector<std::unique_ptr<OrdoPackageInfo>> further;  // descriptions for names already in use
 
 private:
     PackageTree() { ClassTable::setFinder(findByName); }
@@ -70,7 +70,7 @@ OrdoPackage* PackageTree::add(OrdoPackageInfo& info, OrdoPackage* parent, std::v
     place = added;
     siblings.push_back(added);
     try {
-        // It stands in the tree by now, so that its classes are found while it registers more.
+        // The package is in the tree by now, so that its classes are found while it registers more.
         info.initializePackage(added);
     } catch (...) {
         std::erase(siblings, added);

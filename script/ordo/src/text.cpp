@@ -6,7 +6,7 @@ namespace ordo::factory {
 
 std::u16string extractString(zxArray const* array) {
     if (!zxIsText(array)) {
-        return OrdoValue::borrowedArray(array).toText();  // which fails and says why
+        return OrdoValue::borrowedArray(array).toText();  // throws, with a message that says why
     }
     return std::u16string(zx::textOf(array));
 }

@@ -11,7 +11,7 @@ using Key = std::pair<std::string_view, std::string_view>;
 using Table = std::map<Key, std::unique_ptr<OrdoTypeConverter>>;
 
 Table& table() {
-    static auto* const instance = new Table;  // conversions stay for the rest of the process
+    static auto* const instance = new Table;  // never destroyed: conversions stay for the rest of the process
     return *instance;
 }
 

@@ -1,4 +1,4 @@
-// The life of values in transit, and their form as arrays.
+// Copying and destroying values in transit, and converting them to arrays.
 #include <ordo/class_identity.h>
 #include <ordo/factory/encoding.h>
 #include <ordo/value.h>
@@ -59,7 +59,7 @@ void OrdoValue::drop() noexcept {
             word_.object->dropReference();
             break;
         case Kind::Array:
-            zxDestroyArray(const_cast<zxArray*>(word_.array));  // what is owned came in as not const
+            zxDestroyArray(const_cast<zxArray*>(word_.array));  // an owned array was given as non-const
             break;
         default:
             break;
@@ -184,7 +184,7 @@ zx::Array OrdoValue::toArray() const {
         case Kind::Enumeration: {
             zx::Array number = zx::scalar(enumerationNumber());
             zx::Array result(zxCreateObjectFromUnderlying(word_.enumeration->name().text(), number.get()));
-            static_cast<void>(number.release());  // the object array has it
+            static_cast<void>(number.release());  // the object array owns it now
             return result;
         }
         case Kind::Object:

@@ -1,4 +1,4 @@
-// Properties and methods are taken straight from the type, and who names something that isn't there gets help.
+// Attribute access: properties and methods are read directly from the type, and a missing name gets a suggestion.
 #include "attributes.h"
 
 #include "errors.h"
@@ -23,7 +23,7 @@ std::string lower(std::string text) {
     return text;
 }
 
-/// How many letters must be put in, left out, replaced or exchanged with their neighbour.
+/// The edit distance: how many letters must be inserted, removed, replaced or swapped with their neighbour.
 std::size_t distance(std::string const& left, std::string const& right) {
     std::vector<std::size_t> before;
     std::vector<std::size_t> line(right.size() + 1);
@@ -43,7 +43,7 @@ std::size_t distance(std::string const& left, std::string const& right) {
     return line.back();
 }
 
-/// The name among a type's attributes that is nearest to one that isn't there; empty if none is near.
+/// The attribute of a type whose name is most similar to `name`; empty if none is similar.
 std::string nearestName(PyTypeObject* type, std::string const& name) {
     std::string const wanted = lower(name);
     std::size_t best = std::max<std::size_t>(1, wanted.size() / 3) + 1;
@@ -71,7 +71,7 @@ std::string nearestName(PyTypeObject* type, std::string const& name) {
     return nearest;
 }
 
-/// Whether a member is a property, and one of objects of this type, wherever it was found.
+/// Whether a member is a property of objects of this type; the member may come from another class's dictionary.
 bool isProperty(PyObject* member, PyTypeObject* type) {
     if (!Py_IS_TYPE(member, propertyType)) {
         return false;

@@ -1,4 +1,4 @@
-// Attributes of script objects and of their classes.
+// Attribute access of script objects and of their classes.
 #pragma once
 
 #include "python.h"

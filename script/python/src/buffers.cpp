@@ -23,7 +23,7 @@ struct Format {
     std::size_t size;  // of one element
 };
 
-/// What a format of the `struct` module means here; size 0 if it is nothing of ours.
+/// The array class for a format of the `struct` module; size 0 if the format isn't supported.
 Format formatOf(Py_buffer const& buffer) {
     std::string_view text = buffer.format != nullptr ? buffer.format : "B";
     constexpr std::string_view own = std::endian::native == std::endian::little ? "@=<" : "@=>!";
@@ -41,7 +41,7 @@ Format formatOf(Py_buffer const& buffer) {
         return result;
     }
     auto const integer = [&](zxClassCode smallest) {
-        // Sizes of C's types differ between machines, so the item's size says which one it is.
+        // Sizes of C types differ between machines, so the item size decides which integer type it is.
         unsigned const step = partSize == 1 ? 0 : partSize == 2 ? 2 : partSize == 4 ? 4 : 6;
         result.classCode = static_cast<zxClassCode>(smallest + step);
         result.size = partSize <= 8 ? itemSize : 0;
@@ -62,8 +62,7 @@ Format formatOf(Py_buffer const& buffer) {
     return result;
 }
 
-/// What NumPy calls the type of the elements, such as "float64", ">f8" or "datetime64[D]"; empty for what isn't
-/// NumPy's.
+/// NumPy's name of the element type, such as "float64", ">f8" or "datetime64[D]"; empty for objects of other libraries.
 std::string dtypeOf(PyObject* object) {
     std::string text;
     PyObject* const dtype = PyObject_GetAttrString(object, "dtype");
@@ -83,7 +82,7 @@ std::string dtypeOf(PyObject* object) {
     ordo::raiseWith(ordo::failures::WrongType, {text, "a value or an array of numbers"});
 }
 
-/// Whether it is one date or one span of time of NumPy's, which show their memory as bytes.
+/// Whether the object is a single date or time span of NumPy's; these export their memory as bytes.
 bool isTime(PyObject* object, Format const& format) {
     if (format.classCode != zxUint8Class) {
         return false;
@@ -92,9 +91,9 @@ bool isTime(PyObject* object, Format const& format) {
     return dtype.starts_with("datetime64") || dtype.starts_with("timedelta64");
 }
 
-/// Arrays with elements that are masked say nothing of those.
+/// Throws if the object is an array with masked elements, which have no values.
 void checkMask(PyObject* object) {
-    // An object can be such an array only if the module has been imported.
+    // An object can be a masked array only if NumPy's module for them has been imported.
     PyObject* const module = PyDict_GetItemString(PyImport_GetModuleDict(), "numpy.ma");
     if (module == nullptr) {
         return;
@@ -109,7 +108,7 @@ void checkMask(PyObject* object) {
     }
 }
 
-/// A view of an object's memory, for as long as this lives.
+/// A view of an object's memory, released by the destructor.
 class View {
 public:
     explicit View(PyObject* object) {
@@ -122,7 +121,7 @@ public:
         }
         strided_ = buffer_;
         if (buffer_.strides == nullptr && buffer_.ndim <= PyBUF_MAX_NDIM) {
-            // Without them the elements lie one after the other, the last dimension's closest together.
+            // Without strides the elements are contiguous, in row-major order.
             Py_ssize_t step = buffer_.itemsize;
             for (int d = buffer_.ndim - 1; d >= 0; --d) {
                 strides_[static_cast<std::size_t>(d)] = step;
@@ -139,8 +138,8 @@ public:
     Py_buffer const* operator->() const { return &strided_; }
 
 private:
-    Py_buffer buffer_{};   // as it was given, and is given back
-    Py_buffer strided_{};  // the same with strides
+    Py_buffer buffer_{};   // as the object filled it, for releasing it
+    Py_buffer strided_{};  // a copy with strides filled in
     std::array<Py_ssize_t, PyBUF_MAX_NDIM> strides_{};
 };
 
@@ -186,7 +185,7 @@ zx::Array arrayFromBuffer(PyObject* object) {
     auto* const data = static_cast<char*>(zxGetDataForWriting(array.get()));
     copyElements(*view, format.size, data, count);
     if (format.classCode == zxLogicalClass) {
-        // Only 0 and 1 are logical values, whatever the memory of others holds.
+        // Only 0 and 1 are logical values; the source memory may hold other bytes.
         for (std::size_t i = 0; i < count; ++i) {
             data[i] = data[i] != 0 ? 1 : 0;
         }

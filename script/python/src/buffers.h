@@ -1,4 +1,4 @@
-// Arrays of numbers that come in through the interpreter's buffer protocol, which NumPy's arrays and scalars speak.
+// Conversion of arrays of numbers from the interpreter's buffer protocol, which NumPy's arrays and scalars implement.
 #pragma once
 
 #include "python.h"
@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// A NumPy array or scalar, or any other object that lets its memory be seen as numbers.
+/// An array from a NumPy array or scalar, or from any other object that exports its memory as numbers.
 zx::Array arrayFromBuffer(PyObject* object);
 
 }  // namespace host

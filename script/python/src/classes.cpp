@@ -19,7 +19,7 @@
 namespace host {
 namespace {
 
-PyTypeObject* objectType = nullptr;  // the base of all script classes but enumerations
+PyTypeObject* objectType = nullptr;  // base of all script classes but enumerations
 PyTypeObject* metaType = nullptr;    // the class of script classes
 
 template <class Function>
@@ -30,7 +30,7 @@ PyType_Slot slot(int number, Function* function) {
 void freeInstance(PyObject* self) noexcept {
     PyTypeObject* const type = Py_TYPE(self);
     Instance& object = instance(self);
-    // The script object forgets this instance first: whoever asks for it from here on, even a callback of a weak
+    // Clear the script object's peer first: from here on, code that asks for its instance, such as a callback of a weak
     // reference, gets a new one.
     if (object.object->peer() == self) {
         object.object->setPeer(nullptr);
@@ -54,7 +54,7 @@ int isTrue(PyObject* self) noexcept {
     });
 }
 
-/// Copies of values are values of their own; of objects that have identity there is only one.
+/// Copies an instance: values are copied; an object that has identity is returned itself.
 PyObject* copyInstance(PyObject* self, PyObject*) noexcept {
     return guarded([&] { return wrap(*instance(self).object->copy()).release(); });
 }
@@ -74,7 +74,7 @@ PyObject* makeInstance(PyTypeObject* type, PyObject* arguments, PyObject* keywor
     });
 }
 
-/// Scripts can't derive from script classes: an object of theirs could then have attributes that no schema knows.
+/// Refuses to derive from script classes: instances could then have attributes that the schema doesn't define.
 PyObject* refuseClass(PyTypeObject*, PyObject*, PyObject*) noexcept {
     PyErr_SetString(PyExc_TypeError, "script classes can't be made or derived from in Python");
     return nullptr;
@@ -100,7 +100,7 @@ std::string docOf(ordo::OrdoClassInfo const& info) {
     return text;
 }
 
-/// Gives a type its members, in the order of their definition.
+/// Adds a class's members to its type, in the order of their definition.
 void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     auto const add = [&](ordo::InternedName name, Ref const& member) {
         Ref text = nameToPython(name.text());
@@ -121,7 +121,7 @@ void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     }
 }
 
-/// Makes a type as told, below `base`, which needn't be open to scripts.
+/// Makes a type from a specification, below `base`, which scripts may be unable to derive from.
 PyTypeObject* makeType(PyType_Spec& spec, PyTypeObject* base) {
     bool const isOpen = PyType_HasFeature(base, Py_TPFLAGS_BASETYPE);
     base->tp_flags |= Py_TPFLAGS_BASETYPE;
@@ -175,7 +175,7 @@ PyTypeObject* typeFor(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     return makeType(spec, baseOf(ordoClass));
 }
 
-/// Fills what a type has beside its slots.
+/// Sets what a type has besides its slots.
 void finish(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     PyTypeObject* const type = peer.type;
     addMembers(ordoClass, type);
@@ -195,7 +195,7 @@ void finish(ordo::OrdoClass& ordoClass, ClassPeer& peer) {
     PyType_Modified(type);
 }
 
-/// Ends a peer that nobody has come to know.
+/// Destroys a peer that isn't in use.
 struct Discard {
     void operator()(ClassPeer* peer) const noexcept {
         for (auto const& [number, literal] : peer->literals) {
@@ -213,8 +213,8 @@ void makePeer(ordo::OrdoClass& ordoClass) {
     peer->lessThan = ordoClass.findMethod(ordo::internName("lt"));
     peer->type = typeFor(ordoClass, *peer);
     finish(ordoClass, *peer);
-    // Nobody sees a class that isn't finished. Finishing it may have run code of scripts and let other threads run,
-    // which may have made the class too: the first one stays.
+    // A class becomes visible only when it is finished. Finishing it may have run code of scripts and let other threads
+    // run, which may have made the class as well: the first one is kept.
     if (ordoClass.peer() == nullptr) {
         enterPeer(*peer);
         static_cast<void>(peer.release());

@@ -1,11 +1,11 @@
-// Classes of the class-object system as classes of the interpreter's, made when somebody first asks for one.
+// Python types for classes of the class-object system, made when a class is first asked for.
 #pragma once
 
 #include "python.h"
 
 namespace host {
 
-/// Makes the classes that all others are built on, and puts them into the module.
+/// Makes the base types of all script classes, and adds them to the module.
 void setUpClasses(PyObject* module);
 
 }  // namespace host

@@ -22,7 +22,7 @@ bool isMapping(CollectionKind kind) { return kind == CollectionKind::Map || kind
 
 ordo::OrdoCollection const& collectionOf(PyObject* self) { return *instance(self).object->getClass().collection(); }
 
-/// Whether a member can still be used. Values can always be.
+/// Whether a member can still be used. Values always can.
 bool isAlive(OrdoValue const& member) {
     if (member.kind() != OrdoValue::Kind::Object) {
         return true;
@@ -31,10 +31,10 @@ bool isAlive(OrdoValue const& member) {
     return check == nullptr || check(member.object()->native());
 }
 
-/// What was in a collection at one moment: the members, and for maps their keys.
+/// The content of a collection at one moment: the members, and for maps their keys.
 struct Snapshot {
     std::vector<OrdoValue> members;
-    std::vector<OrdoValue> keys;  // empty unless it is a map's
+    std::vector<OrdoValue> keys;  // empty unless the collection is a map
 };
 
 Snapshot snapshotOf(PyObject* self) {
@@ -48,7 +48,7 @@ Snapshot snapshotOf(PyObject* self) {
     return snapshot;
 }
 
-/// Goes over a snapshot and leaves out what has died meanwhile.
+/// Iterates over a snapshot and skips members that have died since.
 struct Iterator {
     PyObject_HEAD Snapshot* snapshot;
     std::size_t next;
@@ -111,7 +111,7 @@ Py_ssize_t length(PyObject* self) noexcept {
     return guarded(Py_ssize_t{-1}, [&] { return static_cast<Py_ssize_t>(collectionOf(self).size(validNative(self))); });
 }
 
-/// Converts what is looked for; false if it is nothing that could ever be found.
+/// Converts a value to search for; false if no collection could contain it.
 bool isValue(PyObject* object, OrdoValue& value) {
     try {
         value = fromPython(object);
@@ -153,7 +153,7 @@ PyObject* slice(PyObject* self, PyObject* range) {
     Py_ssize_t start = 0;
     Py_ssize_t stop = 0;
     Py_ssize_t step = 0;
-    checked(PySlice_Unpack(range, &start, &stop, &step));  // which may run code of the script's
+    checked(PySlice_Unpack(range, &start, &stop, &step));  // may run code of scripts
     void* const native = validNative(self);
     ordo::OrdoCollection const& collection = collectionOf(self);
     Py_ssize_t const count =
@@ -173,7 +173,7 @@ PyObject* sequenceItem(PyObject* self, PyObject* key) noexcept {
         if (PyIndex_Check(key) == 0) {
             ordo::raiseWith(ordo::failures::WrongType, {describeObject(key), "a position or a slice"});
         }
-        Py_ssize_t const index = PyNumber_AsSsize_t(key, nullptr);  // far outside remains outside
+        Py_ssize_t const index = PyNumber_AsSsize_t(key, nullptr);  // a huge index stays out of range
         if (index == -1 && PyErr_Occurred() != nullptr) {
             throw PythonError();
         }
@@ -198,7 +198,7 @@ Ref membersUnder(PyObject* self, PyObject* key) {
     return collection.kind() == CollectionKind::Map ? toPython(found.front()) : listOf(found);
 }
 
-/// A key as its repr shows it, or what it is if that fails.
+/// The repr of a key, or a description of its type if that fails.
 std::string describeKey(PyObject* key) {
     PyObject* const shown = PyObject_Repr(key);
     if (shown == nullptr) {
@@ -233,7 +233,7 @@ PyObject* mappedItemOr(PyObject* self, PyObject* const* arguments, Py_ssize_t co
 
 enum class Part { Keys, Values, Items };
 
-/// A map as it is now, as a dict.
+/// The present content of a map, as a dict.
 Ref dictOf(Snapshot const& snapshot) {
     Ref dict(PyDict_New());
     for (std::size_t i = 0; i < snapshot.members.size(); ++i) {
@@ -246,7 +246,7 @@ Ref dictOf(Snapshot const& snapshot) {
     return dict;
 }
 
-/// Entries of a multimap as they are now, which no dict could have.
+/// The present entries of a multimap, as a list; a dict can't have a key twice.
 Ref entriesOf(Snapshot const& snapshot, Part part) {
     Ref list(PyList_New(0));
     for (std::size_t i = 0; i < snapshot.members.size(); ++i) {
@@ -298,7 +298,7 @@ PyMethodDef const mapMethods[] = {
 
 void addMethods(PyTypeObject* type, std::span<PyMethodDef const> methods) {
     for (PyMethodDef const& method : methods) {
-        auto* const definition = const_cast<PyMethodDef*>(&method);  // which the interpreter doesn't change
+        auto* const definition = const_cast<PyMethodDef*>(&method);  // the interpreter doesn't change it
         bool const isStatic = (method.ml_flags & METH_STATIC) != 0;
         Ref descriptor(isStatic ? PyCFunction_New(definition, nullptr) : PyDescr_NewMethod(type, definition));
         if (isStatic) {
@@ -308,7 +308,7 @@ void addMethods(PyTypeObject* type, std::span<PyMethodDef const> methods) {
     }
 }
 
-/// Takes over what an abstract class of collections makes of the basic operations.
+/// Copies methods from an abstract class of collections, which implements them by the basic operations.
 void borrowMethods(PyTypeObject* type, PyObject* abstract, std::span<char const* const> names) {
     for (char const* const name : names) {
         Ref const method(PyObject_GetAttrString(abstract, name));

@@ -1,4 +1,4 @@
-// Script objects that hold others, with the manners of the interpreter's own collections.
+// The interface of Python's own collections for script objects that are collections.
 #pragma once
 
 #include "python.h"
@@ -11,9 +11,9 @@ namespace host {
 
 void setUpCollections();
 
-/// Adds the slots that a class of collections has beside those of any script class.
+/// Adds the slots that a class of collections has besides those of every script class.
 void addCollectionSlots(ordo::OrdoCollection const& collection, std::vector<PyType_Slot>& slots);
-/// Adds the methods, and registers the type with the abstract class that it behaves like.
+/// Adds the methods, and registers the type with the abstract base class whose interface it has.
 void finishCollection(ordo::OrdoCollection const& collection, PyTypeObject* type);
 
 }  // namespace host

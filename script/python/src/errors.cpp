@@ -12,7 +12,7 @@
 namespace host {
 namespace {
 
-PyObject* errorClasses = nullptr;  // a tuple, kept for good
+PyObject* errorClasses = nullptr;  // a tuple, never released
 
 void setError(ordo::ErrorKind kind, std::string const& identifier, std::string const& sentence,
               std::vector<std::u16string> const& arguments) {
@@ -74,7 +74,7 @@ void translateException() noexcept {
     try {
         translate();
     } catch (PythonError const&) {
-        // Making the error failed, which is an error of its own and set.
+        // Making the error failed, which has set an error of its own.
     } catch (...) {
         PyErr_NoMemory();
     }

@@ -1,4 +1,4 @@
-// The boundary: no exception of C++ gets past it, and every failure becomes an error of the interpreter's.
+// Translation of failures: no C++ exception reaches the interpreter, and every failure becomes a Python error.
 #pragma once
 
 #include "python.h"
@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// Takes over the classes of errors, by the families of ordo::ErrorKind in order.
+/// Sets the Python classes of errors, ordered as the kinds of ordo::ErrorKind.
 void setErrorClasses(PyObject* classes);
 
 /// Sets the interpreter's error for the exception that is being handled.
@@ -38,7 +38,7 @@ PyObject* guarded(Work&& work) noexcept {
 /// "an object of type 'x'", for messages.
 std::string describeObject(PyObject* object);
 
-/// Whether the error that is set is an AttributeError, which it then isn't any more.
+/// Clears the error that is set if it is an AttributeError, and returns whether it was.
 bool clearAttributeError() noexcept;
 
 }  // namespace host

@@ -31,12 +31,12 @@ using ordo::failures::WrongType;
 
 [[noreturn]] void refuse(PyObject* object) { ordo::raiseWith(WrongType, {describeObject(object), "a value"}); }
 
-/// Bounds what one value may become. Where a script holds one list at many places, each gets a copy, so that a few
-/// small lists in one another could fill any memory.
+/// Limits the memory that one value may take. A list that is referenced in many places is copied for each, so that a
+/// few small nested lists could fill the whole memory.
 class Bulk {
 public:
     static void begin() noexcept { taken = 0; }
-    /// Accounts for about that many bytes.
+    /// Accounts for about this many bytes; throws when the limit is exceeded.
     static void take(std::size_t bytes) {
         taken += bytes;
         if (taken > most) ordo::raise(TooLarge);
@@ -47,7 +47,7 @@ private:
     inline static thread_local std::size_t taken = 0;
 };
 
-/// Keeps a value that is being converted from being met again inside itself, and the nesting within bounds.
+/// Refuses a value that contains itself, and limits the nesting.
 class Nesting {
 public:
     Nesting(PyObject* object, Py_ssize_t items, int depth) {
@@ -69,12 +69,13 @@ private:
     PyObject* object_ = nullptr;
 };
 
-/// The fields of a struct array, which finds them one by one.
+/// The field numbers of a struct array, found by name.
 class Fields {
 public:
     explicit Fields(zxArray* array) : array_(array) {}
 
-    /// The number of a field, which is added if it is new: to every element, so that few of them can be vast.
+    /// The number of a field. A new field is added to every element, so that even a few new fields can take much
+    /// memory.
     std::size_t numberOf(std::string const& name) {
         auto const known = numbers_.find(name);
         if (known != numbers_.end()) return known->second;
@@ -86,17 +87,17 @@ public:
     zxArray* array() const noexcept { return array_; }
 
 private:
-    // An empty place takes a pointer, here and in the copies that storing the array makes.
+    // An empty place takes a pointer, both here and in the copies that are made when the array is stored.
     static constexpr std::size_t bytesOfPlace = 6 * sizeof(void*);
 
     zxArray* array_;
     std::unordered_map<std::string, std::size_t> numbers_;
 };
 
-/// Puts the items of a dict into one element of a struct array.
+/// Converts the items of a dict and stores them in one element of a struct array.
 void fillStruct(Fields& fields, std::size_t index, PyObject* dict, int depth) {
     Nesting const nesting(dict, PyDict_Size(dict), depth);
-    Ref const items(PyDict_Items(dict));  // a list of our own: what is converted may change the dict
+    Ref const items(PyDict_Items(dict));  // a new list: converting may run code that changes the dict
     for (Py_ssize_t i = 0; i < PyList_GET_SIZE(items.get()); ++i) {
         PyObject* const key = PyTuple_GET_ITEM(PyList_GET_ITEM(items.get(), i), 0);
         if (!PyUnicode_Check(key)) {
@@ -127,7 +128,7 @@ zx::Array cellFrom(PyObject* tuple, int depth) {
 }
 
 zx::Array arrayFromList(PyObject* list, int depth) {
-    Ref const tuple(PySequence_Tuple(list));  // of our own: what is converted may change the list
+    Ref const tuple(PySequence_Tuple(list));  // a new tuple: converting may run code that changes the list
     Nesting const nesting(list, PyTuple_GET_SIZE(tuple.get()), depth);
     auto const size = static_cast<std::size_t>(PyTuple_GET_SIZE(tuple.get()));
     if (size == 0) {
@@ -148,7 +149,7 @@ zx::Array arrayFromList(PyObject* list, int depth) {
     return structs;
 }
 
-/// A plain object, as a struct of its attributes; null if it isn't one.
+/// Converts a plain object to a struct of its attributes; null if it isn't a plain object.
 zx::Array structFromObject(PyObject* object, int depth) {
     bool const isOwn = !PyType_Check(object) && !PyModule_Check(object) && PyCallable_Check(object) == 0;
     PyObject** const place = isOwn ? _PyObject_GetDictPtr(object) : nullptr;
@@ -160,11 +161,11 @@ zx::Array structFromObject(PyObject* object, int depth) {
     return PyDict_Check(attributes.get()) ? structFromDict(attributes.get(), depth + 1) : nullptr;
 }
 
-/// The text of a uuid.UUID; null for everything else.
+/// The text of a uuid.UUID; null for any other object.
 Ref uuidText(PyObject* object) {
     static PyObject* uuidClass = nullptr;
     if (uuidClass == nullptr) {
-        // An object can be one only if its module has been imported.
+        // An object can be a UUID only if that module has been imported.
         PyObject* const module = PyDict_GetItemString(PyImport_GetModuleDict(), "uuid");
         uuidClass = module != nullptr ? PyObject_GetAttrString(module, "UUID") : nullptr;
         PyErr_Clear();
@@ -237,7 +238,7 @@ OrdoValue valueOf(PyObject* object, int depth) {
 OrdoValue fromPython(PyObject* object) { return valueOf(object, 0); }
 
 zx::Array arrayFromPython(PyObject* object, int depth) {
-    // An integer keeps its value or is refused: as a double it would be another one.
+    // An integer keeps its value or is refused: converting it to double could change it.
     OrdoValue const value = valueOf(object, depth);
     if (value.kind() == OrdoValue::Kind::Double && PyLong_Check(object)) {
         ordo::raiseWith(OutOfRange, {"an integer of that size", "a 64-bit integer"});

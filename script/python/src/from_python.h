@@ -1,4 +1,4 @@
-// Values of scripts on their way to native code.
+// Conversion of Python objects to values for native code.
 #pragma once
 
 #include "python.h"
@@ -7,11 +7,11 @@
 
 namespace host {
 
-/// The value that an object stands for: numbers, texts and script objects as they are, everything else as an array.
-/// Throws WrongType for objects that stand for no value. The value may borrow from `object`, which must stay.
+/// The value of a Python object: numbers, texts and script objects are passed unchanged, everything else as an array.
+/// Throws WrongType for objects that have no value. The result may borrow from `object`, which must outlive it.
 ordo::OrdoValue fromPython(PyObject* object);
 
-/// A value as an array, for elements of others.
+/// The value of a Python object as an array, for the elements of another array.
 zx::Array arrayFromPython(PyObject* object, int depth);
 
 }  // namespace host

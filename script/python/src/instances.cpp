@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-/// "RateInfo(period=0.1, ...)": what a value consists of.
+/// The fields of a value, as "RateInfo(period=0.1, ...)".
 std::string describeValue(PyObject* self, ordo::OrdoClass const& ordoClass) {
     std::string text(ordoClass.shortName().text());
     text += '(';
@@ -27,7 +27,7 @@ std::string describeValue(PyObject* self, ordo::OrdoClass const& ordoClass) {
     return text + ')';
 }
 
-/// A text as it is but for what a terminal wouldn't show, or would obey, which is shown as repr does.
+/// A text with characters that a terminal can't show, or would interpret, escaped as by repr.
 std::string printable(std::string_view bytes) {
     Ref const text = bytesToPython(bytes);
     std::string result;
@@ -75,7 +75,7 @@ PyObject* represent(PyObject* self) noexcept {
     if (text != nullptr) {
         return text;
     }
-    // Whatever is wrong with the object, it can be shown.
+    // A failed description must not make repr fail.
     PyErr_Clear();
     return PyUnicode_FromFormat("<%s>", Py_TYPE(self)->tp_name);
 }

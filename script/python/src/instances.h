@@ -1,4 +1,4 @@
-// What script objects look like, and when they are equal.
+// Text forms and comparison of script objects.
 #pragma once
 
 #include "python.h"

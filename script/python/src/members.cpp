@@ -42,7 +42,7 @@ void checkNative(PropertyMember const& property, Instance const& self) {
 
 /// The uuid.UUID of a text.
 Ref uuidFromText(Ref const& text) {
-    // Not initialised in one step: while a module is imported other threads run, and must not wait for this one.
+    // Not initialised in one step: importing a module lets other threads run, and they must not wait for this one.
     static PyObject* uuidClass = nullptr;
     if (uuidClass == nullptr) {
         Ref const module(PyImport_ImportModule("uuid"));
@@ -51,7 +51,7 @@ Ref uuidFromText(Ref const& text) {
     return Ref(PyObject_CallOneArg(uuidClass, text.get()));
 }
 
-/// A value as what its type word says: an empty list is a list.
+/// The Python object for a value; if the type word is that of a list, an empty value becomes an empty list.
 Ref shown(OrdoValue const& value, bool isList) {
     return isList && value.isEmpty() ? Ref(PyList_New(0)) : toPython(value);
 }
@@ -61,14 +61,14 @@ OrdoValue valueFor(PropertyMember const& property, PyObject* value) {
         return OrdoValue::logical(_PyLong_Sign(value) != 0);  // whatever its size
     }
     OrdoValue converted = fromPython(value);
-    // An int without a 64-bit form comes as a double, which is near enough for a number and for nothing else.
+    // An int without a 64-bit form is converted to a double. That is close enough for a property of numbers only.
     if (converted.kind() == OrdoValue::Kind::Double && !property.isNumber && PyLong_Check(value)) {
         ordo::raiseWith(ordo::failures::OutOfRange, {"an integer of that size", "a 64-bit integer"});
     }
     return converted;
 }
 
-/// What a method gets for an argument. Where it wants a text, a path stands for its own.
+/// The value for an argument of a method. If the parameter is a text, a path is passed as its text.
 OrdoValue argumentFor(ordo::OrdoMethodInfo const& method, std::size_t index, PyObject* given) {
     std::vector<std::string> const& inputs = method.signature().inputs;
     bool const mayBePath = index < inputs.size() && inputs[index] == "char" && !PyUnicode_Check(given);
@@ -82,7 +82,7 @@ OrdoValue argumentFor(ordo::OrdoMethodInfo const& method, std::size_t index, PyO
     return OrdoValue::text(textFromPython(path.get()));
 }
 
-/// The arguments of one call, without a heap for the usual few.
+/// The arguments of one call. The usual few need no heap allocation.
 class Arguments {
 public:
     explicit Arguments(std::size_t size) : size_(size) {
@@ -108,7 +108,7 @@ void checkArguments(ordo::OrdoMethodInfo const& method, std::size_t count, bool 
     }
 }
 
-/// What a method gets as its object.
+/// The value that a method gets as its object.
 OrdoValue selfValue(MethodMember const& method, PyObject* self) {
     if (PyObject_TypeCheck(self, method.type) == 0) {
         ordo::raiseWith(ordo::failures::WrongType,
@@ -181,7 +181,7 @@ void freeMember(PyObject* self) noexcept {
     Py_DECREF(type);
 }
 
-// What a member tells of itself: its name, its class, its type word and the line of help.
+// Introspection of members: name, class, type word and the line of help.
 
 template <auto Describe>
 PyObject* tell(PyObject* self, void*) noexcept {

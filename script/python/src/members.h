@@ -9,25 +9,25 @@
 
 namespace host {
 
-/// A property. Reading one is a look-up in the type, which the interpreter caches, and a call of the adapter.
+/// A property. Reading one takes a look-up in the type, which the interpreter caches, and a call of the adapter.
 struct PropertyMember {
     PyObject_HEAD ordo::OrdoPropInfo* info;
     ordo::OrdoClass* ordoClass;
     PyTypeObject* type;
     ordo::ValidityCheck isValid;
-    bool isNumber;   // its type word is that of a number
-    bool isLogical;  // that of truth values
-    bool isUuid;     // texts of it are shown as uuid.UUID
-    bool isList;     // an empty one is a list as well
+    bool isNumber;   // whether the type word is that of a number
+    bool isLogical;  // whether the type word is that of truth values
+    bool isUuid;     // whether its texts are shown as uuid.UUID
+    bool isList;     // whether an empty value is shown as an empty list
 };
 
-/// A method, or a constructor's description.
+/// A method, or a constructor.
 struct MethodMember {
     PyObject_HEAD vectorcallfunc call;
     ordo::OrdoMethodInfo* info;
     ordo::OrdoClass* ordoClass;
     PyTypeObject* type;
-    bool isList;  // an empty result is a list as well
+    bool isList;  // whether an empty result is an empty list
 };
 
 extern PyTypeObject* propertyType;
@@ -40,9 +40,9 @@ Ref makeMethod(ordo::OrdoMethodInfo& info, ordo::OrdoClass& ordoClass, PyTypeObj
 
 /// Reads a property of `self`, which is an instance of the property's class or one derived from it.
 PyObject* readProperty(PropertyMember const& property, PyObject* self) noexcept;
-/// Writes one; null `value` deletes, which is refused.
+/// Writes a property of `self`; a null `value` means deletion, which is refused.
 int writeProperty(PropertyMember const& property, PyObject* self, PyObject* value) noexcept;
-/// A method as an attribute of `self`.
+/// Binds a method to `self`.
 PyObject* bindMethod(PyObject* method, PyObject* self) noexcept;
 
 /// Calls a constructor with a type's arguments.

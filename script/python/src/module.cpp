@@ -1,5 +1,5 @@
-// The extension module `ordo._core`: the class-object system as the interpreter sees it. It knows packages, classes,
-// their members and arrays, and no class in particular.
+// The extension module `ordo._core`, which shows the class-object system to Python. It handles packages, classes, their
+// members and arrays in general, and no class in particular.
 #include "classes.h"
 #include "collections.h"
 #include "errors.h"
@@ -13,7 +13,7 @@ PyModuleDef definition{
 
 }  // namespace
 
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the interpreter makes the name out of the module's
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the interpreter derives the name from the module's
 PyMODINIT_FUNC PyInit__core() {
     return host::guarded([] {
         host::Ref module(PyModule_Create(&definition));

@@ -1,9 +1,9 @@
-// How deep values may be nested.
+// The limit for the nesting of values.
 #pragma once
 
 namespace host {
 
-/// Either way: in values on their way to native code and in those on their way to scripts.
+/// For values that are converted from Python and for those that are converted to Python.
 inline constexpr int deepest = 200;
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// NumPy is imported by the first array that goes out, since that takes longer than all else here together.
+// Conversion to NumPy arrays. NumPy is imported when the first array is converted, since the import takes long.
 #include "numpy_arrays.h"
 
 #include <zx/values.h>
@@ -46,7 +46,7 @@ int typeNumberOf(zxArray const* array) {
 
 Ref numbersToPython(zxArray const* array) {
     if (!isImported) {
-        // The import runs code of scripts' and lets other threads run, which may replace the array where it stands.
+        // The import runs code of scripts and lets other threads run, which may replace the array, so copy it first.
         zx::Array const own = zx::copy(array);
         checked(_import_array());
         isImported = true;
@@ -59,7 +59,7 @@ Ref numbersToPython(zxArray const* array) {
     if (shape.size() == 2 && shape.front() == 1) {
         shape.erase(shape.begin());
     }
-    // The class of complex integers has no counterpart there.
+    // NumPy has no complex integers.
     if (zxIsComplex(array) && zxGetClassCode(array) != zxDoubleClass && zxGetClassCode(array) != zxSingleClass) {
         PyErr_SetString(PyExc_TypeError, "NumPy has no complex integers");
         throw PythonError();

@@ -1,4 +1,4 @@
-// Arrays of numbers that go out as NumPy's.
+// Conversion of arrays of numbers to NumPy arrays.
 #pragma once
 
 #include "python.h"

@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-PyTypeObject* baseType = nullptr;  // of all script classes but enumerations
+PyTypeObject* baseType = nullptr;  // base of all script classes but enumerations
 PeerMaker* makePeer = nullptr;
 std::unordered_map<PyTypeObject*, ordo::OrdoClass*>* classes = nullptr;
 
@@ -46,7 +46,7 @@ Ref literalOf(ClassPeer& peer, std::int32_t number) {
     if (peer.ordoClass->findEnumeration(number) == nullptr) {
         return made;
     }
-    // Making it may have run code that made it too: the first one stays.
+    // Making the literal may have run code that made it as well: the first one is kept.
     auto const [place, isNew] = peer.literals.try_emplace(number, made.get());
     return isNew ? Ref::borrow(made.release()) : Ref::borrow(place->second);
 }
@@ -56,7 +56,7 @@ Ref wrap(ordo::OrdoInterface& object) {
         return Ref::borrow(static_cast<PyObject*>(peer));
     }
     PyTypeObject* const type = peerOf(object.getClass()).type;
-    // Making a class may have run code that asked for the object too.
+    // Making the class may have run code that made the instance as well.
     if (void* const peer = object.peer()) {
         return Ref::borrow(static_cast<PyObject*>(peer));
     }

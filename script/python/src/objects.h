@@ -1,5 +1,5 @@
-// Script objects and their classes as the interpreter knows them: an instance for each object, and for each class a
-// peer with its type. How types are made is classes.h's.
+// Python instances of script objects, and peers of classes: a peer holds a class's Python type. Module classes.h makes
+// the types.
 #pragma once
 
 #include "python.h"
@@ -12,15 +12,15 @@
 
 namespace host {
 
-/// An instance of a script class. It holds its script object; the script object knows it as its peer, so that there is
-/// one instance at a time for each.
+/// An instance of a script class. It holds its script object, whose peer it is, so that a script object has at most one
+/// instance at a time.
 struct Instance {
     PyObject_HEAD void* native;
     ordo::OrdoInterface* object;
     PyObject* weakReferences;
 };
 
-/// What a class of `ordo` has as its peer. Lives as long as the process.
+/// The peer of a class of `ordo`. Lives as long as the process.
 struct ClassPeer {
     PyTypeObject* type = nullptr;
     ordo::OrdoClass* ordoClass = nullptr;
@@ -29,34 +29,34 @@ struct ClassPeer {
     std::unordered_map<std::int32_t, PyObject*> literals;
 };
 
-/// Makes the peer of a class that has none yet, and enters it unless the class has got one meanwhile.
+/// Makes the peer of a class that has none, and enters it unless the class has got one meanwhile.
 using PeerMaker = void(ordo::OrdoClass& ordoClass);
 
-/// Sets the type that all instances have as their base, and what makes peers.
+/// Sets the base type of all instances, and the function that makes peers.
 void setUpObjects(PyTypeObject* base, PeerMaker* maker);
-/// Gives a class its peer, whose type is finished, for the rest of the process.
+/// Sets a class's peer, whose type must be finished, for the rest of the process.
 void enterPeer(ClassPeer& peer);
 
-/// The peer of a class, with its type, made now if need be.
+/// The peer of a class, with its type; made if there is none yet.
 ClassPeer& peerOf(ordo::OrdoClass& ordoClass);
-/// The class behind a type; null for types that aren't script classes.
+/// The class of a type; null for types that aren't script classes.
 ordo::OrdoClass* classOf(PyTypeObject* type) noexcept;
 
-/// The one instance for a script object, which has a native object.
+/// The one instance of a script object that has a native object; made if there is none.
 Ref wrap(ordo::OrdoInterface& object);
 
 bool isInstance(PyObject* object) noexcept;
 inline Instance& instance(PyObject* object) noexcept { return *reinterpret_cast<Instance*>(object); }
-/// The native object behind an instance, checked to be usable.
+/// The native object of an instance. Throws InvalidHandle if it can't be used.
 void* validNative(PyObject* self);
-/// Whether an instance can be used; false for a destroyed one.
+/// Whether an instance can be used; false if its native object was destroyed.
 bool isValid(Instance const& self) noexcept;
 
-/// The value of the enumeration behind `peer` with this number; the same object each time for a literal.
+/// The value with this number of the enumeration behind `peer`; the same object each time for a literal.
 Ref literalOf(ClassPeer& peer, std::int32_t number);
 /// The value of an enumeration with this number.
 Ref enumerationToPython(ordo::OrdoClass& enumeration, std::int32_t number);
-/// The enumeration of which an object is a value, null if it is none.
+/// The enumeration that an object is a value of; null if it is none.
 ordo::OrdoClass* enumerationOf(PyObject* object) noexcept;
 
 }  // namespace host

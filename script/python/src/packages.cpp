@@ -44,7 +44,7 @@ PyObject* describePackage(PyObject*, PyObject* name) noexcept {
     });
 }
 
-/// The short names of what is in a package: subpackages and classes.
+/// The short names of a package's subpackages and classes.
 PyObject* listPackage(PyObject*, PyObject* name) noexcept {
     return guarded([&] {
         Ref list(PyList_New(0));
@@ -62,7 +62,7 @@ PyObject* listPackage(PyObject*, PyObject* name) noexcept {
     });
 }
 
-/// The class of a whole dotted name, None if there is none.
+/// The class with this whole dotted name; None if there is none.
 PyObject* findClass(PyObject*, PyObject* name) noexcept {
     return guarded([&]() -> PyObject* {
         ordo::InternedName const interned = nameArgument(name);
@@ -74,7 +74,7 @@ PyObject* findClass(PyObject*, PyObject* name) noexcept {
     });
 }
 
-/// Fails as an access of a name that isn't there.
+/// Raises the error of an access to a member that doesn't exist.
 PyObject* raiseNoSuchMember(PyObject*, PyObject* const* arguments, Py_ssize_t count) noexcept {
     return guarded([&]() -> PyObject* {
         std::vector<std::string> texts;
@@ -85,8 +85,8 @@ PyObject* raiseNoSuchMember(PyObject*, PyObject* const* arguments, Py_ssize_t co
     });
 }
 
-/// Opens a library: a bare name beside libordo first. The loader would look there of itself, but not where a sanitizer
-/// stands between it and this library.
+/// Opens a library; one without a folder in its name is first searched beside libordo. The system's loader would search
+/// there too, but doesn't if a sanitizer intercepts the call.
 void* openLibrary(std::string const& name) {
     Dl_info ours;
     auto const* const known = reinterpret_cast<void const*>(&ordo::internName);
@@ -98,7 +98,7 @@ void* openLibrary(std::string const& name) {
     return dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
-/// Loads a native library for good, and calls its entry point.
+/// Loads a native library, which stays loaded, and calls its entry point.
 PyObject* loadLibrary(PyObject*, PyObject* const* arguments, Py_ssize_t count) noexcept {
     return guarded([&]() -> PyObject* {
         if (count != 2 || !PyUnicode_Check(arguments[0]) || !PyUnicode_Check(arguments[1])) {

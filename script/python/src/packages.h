@@ -1,4 +1,4 @@
-// The functions by which the Python side of the host asks for packages and loads native libraries.
+// The functions by which the Python packages of the host look up packages and load native libraries.
 #pragma once
 
 #include "python.h"

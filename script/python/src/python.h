@@ -1,4 +1,4 @@
-// The interpreter's interface, and the few things that make it safe to use from C++.
+// The interpreter's C interface, and helpers that make it safe to use from C++.
 //
 // Every function of the host runs with the interpreter's lock held. Whatever converts values may run code of scripts,
 // which may do anything, so a native object is checked after its arguments are converted and right before it is used.
@@ -12,14 +12,14 @@
 
 namespace host {
 
-/// Thrown where an error of the interpreter's is set, to get to the boundary.
+/// Thrown when an error of the interpreter is set already; caught where C++ returns to the interpreter.
 struct PythonError {};
 
-/// A counted reference that one owns, or null.
+/// A counted reference to a Python object, or null.
 class Ref {
 public:
     Ref() noexcept = default;
-    /// Takes over what a function of the interpreter gave; null there is an error.
+    /// Takes ownership of a result of the interpreter's functions; throws PythonError for null.
     explicit Ref(PyObject* owned) : object_(owned) {
         if (object_ == nullptr) {
             throw PythonError();
@@ -46,7 +46,7 @@ private:
     PyObject* object_ = nullptr;
 };
 
-/// For functions of the interpreter that answer -1 for an error.
+/// Checks the result of interpreter functions that return -1 for an error; throws PythonError.
 inline int checked(int result) {
     if (result < 0) {
         throw PythonError();

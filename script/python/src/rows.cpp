@@ -23,14 +23,14 @@ using ordo::OrdoValue;
 namespace {
 
 ItemKind kindOf(PyObject* item) {
-    // NumPy's numbers, where they aren't Python's own as well.
+    // NumPy's scalars that aren't subclasses of Python's numbers.
     std::string_view const type = Py_TYPE(item)->tp_name;
     if (PyBool_Check(item) || type == "numpy.bool_" || type == "numpy.bool") return ItemKind::Bool;
     if (PyLong_Check(item)) return enumerationOf(item) != nullptr ? ItemKind::Literal : ItemKind::Integer;
     if (PyFloat_Check(item) || type == "numpy.float32") return ItemKind::Real;
     if (PyComplex_Check(item) || type == "numpy.complex64") return ItemKind::Complex;
     if (PyDict_Check(item)) return ItemKind::Dict;
-    // Arrays may count as integers, and are none.
+    // Arrays may support the index protocol without being integers.
     return PyIndex_Check(item) != 0 && PySequence_Check(item) == 0 ? ItemKind::Integer : ItemKind::Other;
 }
 
@@ -45,7 +45,7 @@ zx::Array row(PyObject* tuple, Convert&& convert) {
     return array;
 }
 
-/// A row of integers, int64 if that holds all of them, else uint64; null if neither does.
+/// A 1 by n array of integers: int64 if that holds all of them, else uint64; null if neither does.
 zx::Array integerRow(PyObject* tuple) {
     std::vector<OrdoValue> values;
     bool fitsInt64 = true;
@@ -71,7 +71,7 @@ zx::Array integerRow(PyObject* tuple) {
     return array;
 }
 
-/// A row of doubles, or of complex ones; null if one of the integers among them has none that is exactly as large.
+/// A 1 by n array of doubles or complex numbers; null if it would change the value of one of the integers.
 template <class T>
 zx::Array realRow(PyObject* tuple) {
     bool exact = true;
@@ -84,7 +84,7 @@ zx::Array realRow(PyObject* tuple) {
             exact = exact && value.kind() != OrdoValue::Kind::Double && std::fabs(real) < 9007199254740992.0;
             return real;
         }
-        // A double's real part is itself.
+        // The real part of a plain double is the double itself.
         Py_complex const number = PyComplex_AsCComplex(item);
         if (number.real == -1.0 && PyErr_Occurred() != nullptr) {
             throw PythonError();

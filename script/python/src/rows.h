@@ -1,4 +1,4 @@
-// Lists of numbers, truth values or literals, which become one array.
+// Conversion of lists of numbers, truth values or literals to one array.
 #pragma once
 
 #include "python.h"
@@ -7,19 +7,20 @@
 
 namespace host {
 
-/// What an item of a list is, as far as that decides what becomes of the list. Numbers are in the order in which each
-/// kind has room for those before it.
+/// The kind of a list's item, which decides what the list is converted to. Each kind of number can represent the kinds
+/// of numbers before it.
 enum class ItemKind { Integer, Real, Complex, Bool, Literal, Dict, Other };
 
-/// What all items of a tuple, which has some, are in common. Numbers of several kinds are of the widest, literals are
-/// of one enumeration.
+/// The common kind of all items of a tuple that isn't empty. For numbers of several kinds it is the widest; literals
+/// must be of one enumeration.
 ItemKind kindOfAll(PyObject* tuple);
 
-/// A row of numbers, truth values or literals out of items that have this in common; null if they are something else,
-/// or if no class of numbers holds all of them as they are.
+/// A 1 by n array of items of this common kind; null for other kinds, and if no class of numbers holds all of them
+/// unchanged.
 zx::Array rowFrom(PyObject* tuple, ItemKind kind);
 
-/// An int of any size: one that no 64-bit integer holds goes as the double nearest to it, and so fits no integer.
+/// The value of an int of any size. An int without a 64-bit form becomes the nearest double, which no integer property
+/// takes.
 ordo::OrdoValue integerValue(PyObject* number);
 
 }  // namespace host

@@ -21,7 +21,7 @@ Ref textToPython(std::u16string_view units) {
     }
     auto const size = static_cast<Py_ssize_t>(units.size());
     if (hasSurrogates) {
-        int order = -1;  // as this machine has it: little-endian
+        int order = -1;  // the machine's byte order: little-endian
         return Ref(
             PyUnicode_DecodeUTF16(reinterpret_cast<char const*>(units.data()), size * 2, "surrogatepass", &order));
     }

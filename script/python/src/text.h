@@ -1,4 +1,4 @@
-// Texts between the interpreter's form and UTF-16, unit by unit.
+// Conversion of texts between Python's str, UTF-16 and UTF-8.
 #pragma once
 
 #include "python.h"
@@ -10,18 +10,18 @@
 
 namespace host {
 
-/// Surrogates that have their other half become one character, others stay as they are.
+/// A str from UTF-16. Surrogate pairs become one character; lone surrogates are kept.
 Ref textToPython(std::u16string_view units);
-/// UTF-8; other bytes become lone surrogates, as by the error handler "surrogateescape".
+/// A str from UTF-8; other bytes become lone surrogates, as by the error handler "surrogateescape".
 Ref bytesToPython(std::string_view bytes);
-/// A text that one gives to people, such as a name: never fails for what is in it.
+/// A str from a text for people, such as a name; no content makes it fail.
 inline Ref nameToPython(std::string_view name) { return bytesToPython(name); }
 
-/// The units of a str.
+/// The UTF-16 units of a str.
 std::u16string textFromPython(PyObject* text);
-/// The value of a str; borrows its units if it has them.
+/// The value of a str; borrows the str's memory where its form allows that.
 ordo::OrdoValue textValue(PyObject* text);
-/// UTF-8 of a str, as in bytesToPython.
+/// The UTF-8 of a str, the reverse of bytesToPython. Throws NotEncodable for lone surrogates that stand for no byte.
 std::string bytesFromPython(PyObject* text);
 
 /// UTF-8 of a str for messages; unpaired surrogates are replaced.

@@ -23,7 +23,7 @@ namespace {
 
 using ordo::OrdoValue;
 
-/// One number of any class.
+/// The one number of an array of any class.
 Ref numberToPython(zxArray const* array) {
     void const* const data = zxGetData(array);
     auto const as = [&]<class T>(T value) {
@@ -63,7 +63,7 @@ Ref numberToPython(zxArray const* array) {
     }
 }
 
-/// A list of what `convert` gives for each element; rows of a matrix become lists of their own.
+/// A list of the results of `convert` for each element; each row of a matrix becomes a nested list.
 template <class Convert>
 Ref listOf(zxArray const* array, Convert&& convert) {
     std::size_t const count = zxGetNumberOfElements(array);
@@ -87,7 +87,7 @@ Ref listOf(zxArray const* array, Convert&& convert) {
     return list;
 }
 
-/// Char arrays of several rows are a text a row.
+/// A char array of several rows becomes one text per row.
 Ref textsToPython(zxArray const* array) {
     if (zxGetRows(array) <= 1) {
         return textToPython(zx::textOf(array));
@@ -120,7 +120,7 @@ Ref objectToPython(zxArray const* array, std::size_t index) {
     return object != nullptr && object->native() != nullptr ? wrap(*object) : none();
 }
 
-/// Objects: script objects, texts, or values of classes that are based on numbers.
+/// An object array: script objects, texts, or values of classes that are based on numbers.
 Ref objectsToPython(zxArray const* array, int depth) {
     bool const isSingle = zxGetNumberOfElements(array) == 1;
     if (zxIsClass(array, "string")) {
@@ -198,8 +198,8 @@ Ref toPython(OrdoValue const& value) {
     if (zxArray const* const array = value.arrayContent(); zxIsNumeric(array) || zxIsLogical(array)) {
         return arrayToPython(array);
     }
-    // What is read is a copy: values in it are the reader's own, and making objects may run code of scripts, which may
-    // replace what stands in the store.
+    // Convert a copy: values in it then belong to the reader, and making objects may run code of scripts, which may
+    // replace the stored array.
     return arrayToPython(value.toArray().get());
 }
 

@@ -1,4 +1,4 @@
-// Values of native code on their way to scripts.
+// Conversion of native values to Python objects.
 #pragma once
 
 #include "python.h"
@@ -7,10 +7,10 @@
 
 namespace host {
 
-/// The interpreter's object for a value; None for nothing.
+/// The Python object for a value; None for "nothing".
 Ref toPython(ordo::OrdoValue const& value);
 
-/// The interpreter's object for an array.
+/// The Python object for an array.
 Ref arrayToPython(zxArray const* array, int depth = 0);
 
 }  // namespace host

@@ -10,7 +10,7 @@ PyObject* enter(PyObject* self, PyObject*) noexcept {
     return self;
 }
 
-/// Whether the error that is set says that the transaction has ended, which then isn't set any more.
+/// Clears the error that is set if it says that the transaction has ended, and returns whether it did.
 bool clearInvalidHandle() noexcept {
     PyObject* type = nullptr;
     PyObject* error = nullptr;

@@ -5,8 +5,8 @@
 
 namespace host {
 
-/// Gives a type whose objects are transactions the methods that a `with` statement calls: a block that ends as it
-/// should commits, one that an exception leaves rolls back.
+/// Adds the methods that a `with` statement calls to a type whose objects are transactions: a block that ends normally
+/// commits, a block that an exception leaves rolls back.
 void addTransactionMethods(PyTypeObject* type);
 
 }  // namespace host

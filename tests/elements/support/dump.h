@@ -1,4 +1,4 @@
-// A model as text, written by reflection alone, so that "as it was before" is one comparison whatever the classes.
+// A model as text, made by reflection alone, so that one comparison tells whether it is unchanged, for any classes.
 #pragma once
 
 #include <quay/zero/collection.h>
@@ -16,9 +16,9 @@ std::string show(boost::uuids::uuid const& id);
 /// An element by its id: "-" for an empty handle; a dead element has a cross before its id.
 std::string nameOf(quay::zero::ModelElement const& element);
 
-/// A value of any type: text in quotes, other plain values as their serializer writes them, elements by id, collections
-/// member by member (a map with its keys, an unordered set by rising id). An empty, untyped value is "nothing", an
-/// empty one "none".
+/// A value of any type: texts in quotes, other plain values as their serializer writes them, elements by id,
+/// collections member by member (a map with its keys, an unordered set by rising id). An empty value without type is
+/// "nothing", one with a type "none".
 std::string show(quay::zero::Value const& value);
 std::string show(quay::zero::AbstractOwnedCollection const& collection);
 
@@ -30,7 +30,7 @@ std::string dumpElements(quay::zero::Model const& model,
                          std::function<std::string(quay::zero::ModelElement::Impl&)> const& more = {});
 /// Whether a transaction is open, and how much can be undone and redone.
 std::string dumpHistory(quay::zero::Model const& model);
-/// All of that.
+/// The elements and the history.
 std::string dump(quay::zero::Model const& model);
 
 }  // namespace records

@@ -1,4 +1,4 @@
-// What a model tells its listeners, as text.
+// The change sets that a model's listeners get, as text.
 #pragma once
 
 #include "dump.h"
@@ -12,7 +12,7 @@
 
 namespace records {
 
-/// Listens to a model for as long as it lives.
+/// Listens to a model for its whole lifetime.
 class Hearer {
 public:
     explicit Hearer(quay::zero::Model model) : model_(std::move(model)) {
@@ -22,8 +22,8 @@ public:
     Hearer(Hearer const&) = delete;
     Hearer& operator=(Hearer const&) = delete;
 
-    /// What was heard since the last call: for each commit "+created -destroyed property: old -> new", with
-    /// the numbers of created and destroyed elements where there are any, and a semicolon.
+    /// The text of all change sets since the last call: for each commit "+created -destroyed property: old -> new",
+    /// with the numbers of created and destroyed elements unless they are 0, and a semicolon.
     std::string take() { return std::exchange(heard_, {}); }
 
 private:

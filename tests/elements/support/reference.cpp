@@ -51,7 +51,7 @@ Plan::Plan(Chosen const& chosen, Make make, bool rekeys) : make_(make), rekeys_(
             kind.slots.push_back(static_cast<int>(known - slots_.begin()));
             if (known != slots_.end()) continue;
             slots_.push_back({p, kind.name + '.' + keel::toUtf8(p->getName()), shapeOf(p), p->isComposite(), -1, {}});
-            // What a new element has is what a fresh one shows; that it is right is tested elsewhere.
+            // A new element's initial values are those of a fresh one; other tests check that they are right.
             if (slots_.back().shape == Shape::Single || slots_.back().shape == Shape::Array) {
                 slots_.back().initial = itemOf(fresh->getPropertyValue(p, ReflectionPrivateTag::PUBLIC_ACCESS));
             }
@@ -203,7 +203,8 @@ std::string Reference::dump() const {
            std::to_string(undone_.size()) + '\n';
 }
 
-/// By the rule of listeners: values by ==, collections of none or one member if that is the same.
+/// Whether two states are equal by the rule for listeners: values by ==, and collections if both have at most one
+/// member and it is the same.
 bool Reference::isSame(State const& a, State const& b, int n, int slot) {
     auto const& x = itemsIn(a, n, slot);
     auto const& y = itemsIn(b, n, slot);
@@ -260,7 +261,7 @@ void Reference::release(int owner, int slot, int child) {
     c.slot = -1;
 }
 
-/// The child leaves unless it stands somewhere else in the collection as well.
+/// Releases the child unless it is in the collection at another position too.
 void Reference::releaseLast(int owner, int slot, int child) {
     auto const& all = items(owner, slot);
     bool const stays = std::any_of(all.begin(), all.end(), [&](Item const& i) { return i.child == child; });
@@ -281,7 +282,7 @@ bool Reference::isTaken(int owner, int slot, Item const& key, int child) const {
                        [&](Item const& i) { return i.child != child && !isLess(i, key) && !isLess(key, i); });
 }
 
-/// Puts a child where a set or map has it; an entry goes last among its equals.
+/// Inserts a child at its position in a set or map; an entry comes after those with the same key.
 void Reference::place(int owner, int slot, int child) {
     auto& all = content(owner, slot);
     Item const entry = entryOf(slot, child);

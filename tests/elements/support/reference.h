@@ -1,6 +1,5 @@
-// What a model ought to do, done the plain and slow way: one list of items per property whatever
-// its shape, and all state copied whole wherever it may be wanted again. Random tests compare the object
-// model with it.
+// The reference model: does what a model must do, in a simple and slow way, with one list of items per property of any
+// shape, and copies of the whole state wherever it may be needed again. Random tests compare the object model with it.
 #pragma once
 
 #include <quay/zero/meta/types.h>
@@ -18,13 +17,14 @@
 
 namespace records {
 
-/// One value, child or entry. Values compare by number and text; `shown` is how a dump writes the value, or the key.
+/// One value, child or entry. Values compare by number and text; `shown` is the text of the value, or of the key, in a
+/// dump.
 struct Item {
     double number = 0;
     std::u16string text;
     std::string shown;
     int child = -1;
-    int serial = 0;  // of an array: told apart by the write that brought it
+    int serial = 0;  // of an array: identifies the write that set it
 };
 Item itemOf(quay::zero::Value const& value);
 Item itemOf(int child);
@@ -63,7 +63,7 @@ public:
     ElementKind const& kindAt(int k) const { return kinds_[static_cast<std::size_t>(k)]; }
     Slot const& slotAt(int s) const { return slots_[static_cast<std::size_t>(s)]; }
     int kinds() const { return static_cast<int>(kinds_.size()); }
-    /// Whether elements of that kind can be children there.
+    /// Whether elements of that kind can be children in the slot.
     bool fits(int kind, Slot const& slot) const;
     quay::zero::ModelElement make(int k, quay::zero::Model const& model, boost::uuids::uuid const& id = {}) const {
         return make_(kindAt(k).type, model, id);
@@ -76,9 +76,9 @@ private:
     bool rekeys_;
 };
 
-/// Elements are known by number, in order of creation. Operations that fail return the message's name or, out
-/// of range, "out_of_range", and change nothing; all others return an empty text. Each is a transaction of
-/// its own when none is open.
+/// Elements are identified by number, in order of creation. Operations that fail return the message's name or, for an
+/// index out of range, "out_of_range", and change nothing; all others return an empty text. Each is a transaction of
+/// its own if none is open.
 class Reference {
 public:
     explicit Reference(Plan const& plan) : plan_(plan) {}
@@ -108,25 +108,25 @@ public:
     std::string redo(bool& did) { return step(did, undone_, done_); }
     void setLimit(std::size_t limit);
 
-    /// A new element with its defaults; answers its number. An earlier element of that name is dead.
+    /// Creates an element with its defaults and returns its number. An earlier element with that name must be dead.
     int create(int kind, std::string name);
     void destroy(int n);
-    /// Whether an element is another one, or contains it.
+    /// Whether an element is `below` itself or contains it.
     bool isAbove(int n, int below) const;
-    /// How many elements go with it.
+    /// The number of elements that are destroyed with it, itself included.
     int subtreeSize(int n) const;
-    /// Writes a single value, an optional (an empty one by nothing) or an array; a key moves its entry.
+    /// Writes a single value, an optional (nothing clears it) or an array; writing a key moves the element's entry.
     std::string write(int n, int slot, std::optional<Item> const& value);
     std::string writeChild(int n, int slot, int child);  // -1 for none
     std::string insert(int n, int slot, std::size_t position, Item const& item);
     std::string erase(int n, int slot, std::size_t position);
     std::string replace(int n, int slot, std::size_t position, Item const& item);
-    /// Takes out the first equal value, or child.
+    /// Removes the first equal value, or child.
     void remove(int n, int slot, Item const& item);
     void clear(int n, int slot);
     /// Adds a child to a set or a map.
     std::string add(int n, int slot, int child);
-    /// Several operations as one.
+    /// Runs several operations as one transaction.
     template <class F>
     void together(F&& f) {
         run(f);
@@ -136,10 +136,10 @@ public:
 private:
     using Touched = std::set<std::pair<int, int>>;
     struct State {
-        std::map<int, Element> elements;  // the dead ones too
+        std::map<int, Element> elements;  // including dead ones
         std::vector<int> order;
         Touched touched;          // in the open transaction
-        bool structural = false;  // elements came or went in it
+        bool structural = false;  // whether elements were created or destroyed in it
     };
     struct Savepoint {
         State before;

@@ -19,7 +19,7 @@ std::unique_ptr<quay::zero::ModelElement::Builder> builderOf(quay::zero::meta::T
 /// An element of the class, or of the first concrete one derived from it.
 quay::zero::ModelElement make(quay::zero::meta::Type const& type, quay::zero::Model const& model,
                               boost::uuids::uuid const& id = {});
-/// An element that is not of that class.
+/// An element that is not of this class.
 quay::zero::ModelElement makeStranger(quay::zero::meta::Type const& type, quay::zero::Model const& model);
 
 }  // namespace records

@@ -13,7 +13,7 @@ using namespace quay::zero;
 
 namespace {
 
-/// The n-th array; it lives as long as the process, so that a value may point at it.
+/// The n-th array. It lives as long as the process, so that values may point to it.
 zxArray_tag* arraySample(unsigned n) {
     static std::map<unsigned, zx::Array> arrays;
     auto& array = arrays[n];

@@ -47,7 +47,7 @@ void World::compare() {
 
 // --- Looking ---------------------------------------------------------------------------------------------------------
 
-/// An id may have gone to a new element; the living one has it.
+/// The number of the element with this id. A new element may have taken the id of a dead one: the living one counts.
 int World::numberOf(boost::uuids::uuid const& id) const {
     int found = -1;
     for (auto const& [n, known] : ids_) {
@@ -64,7 +64,7 @@ ModelElement World::element(int n) const {
     return found;
 }
 
-/// In the form of Reference::dump.
+/// The model as text, in the form of Reference::dump.
 std::string World::text() const {
     std::string out;
     model_->forEachElement([&](ModelElement::Impl& e) {
@@ -147,14 +147,14 @@ void World::createUnderUsedId(Operation const& o) {
 void World::destroy(Operation const& o, int n) {
     both(
         [&] {
-            // Without a savepoint of its own, where there is one.
+            // Without a savepoint of its own, if a transaction is open.
             bool const plain = model_->inTransaction() && o.b % 2 == 0;
             plain ? element(n)->destroyRecursively(false, true, false) : element(n)->destroy();
         },
         [&] { reference_.destroy(n); });
 }
 
-/// What a child is in, it leaves and enters again in one transaction.
+/// Removes a child from its property and adds it again, in one transaction.
 void World::putBack(Operation const& o, int n) {
     int const owner = reference_.at(n).container;
     if (owner < 0) return;
@@ -171,13 +171,13 @@ void World::putBack(Operation const& o, int n) {
     transaction.commit(boost::none);
 }
 
-/// Ends an open transaction, and with it those inside; their objects go after it.
+/// Ends an open savepoint, and with it those inside; their objects are destroyed afterwards.
 void World::endSavepoint(std::size_t number, bool commit) {
     while (reference_.depth() > number + 1) reference_.rollback();
     commit ? reference_.commit() : reference_.rollback();
     if (commit) {
         open_[number]->commit(boost::none);
-        open_[number]->commit(boost::none);  // a second one does nothing
+        open_[number]->commit(boost::none);  // a second commit does nothing
     }
     open_[number].reset();
     open_.resize(number);
@@ -282,7 +282,7 @@ void World::actOnValues(Operation const& o, int n, int s) {
         case 0:
             return both([&] { values.genericAdd(value); }, [&] { return reference_.insert(n, s, size, item); });
         case 1:
-            // Taking a value out of a sequence that hasn't got it is no change at all.
+            // Removing a value that the sequence doesn't contain changes nothing.
             return both([&] { values.genericRemove(value); }, [&] { reference_.remove(n, s, item); });
         case 2:
             return both([&] { values.clear(); }, [&] { reference_.clear(n, s); });
@@ -300,11 +300,11 @@ void World::actOnValues(Operation const& o, int n, int s) {
     }
 }
 
-/// The content becomes that of the same property of another element, or of itself.
+/// Assigns the content of the same property of another element, or of the same one.
 void World::assign(Operation const& o, int n, int s) {
     auto const has = [&](int other) { return std::count(slotsOf(other).begin(), slotsOf(other).end(), s) > 0; };
     int const other = pickIf(o.d, has);
-    // A map's content isn't moved while keys may clash, nor a child into what it contains.
+    // Not for a map while keys may clash, nor when an element would become a child of something that it contains.
     auto const items = reference_.items(other, s);
     for (Item const& i : items) {
         if (i.child >= 0 && reference_.isAbove(i.child, n)) return;
@@ -346,7 +346,7 @@ void World::actOnChildren(Operation const& o, int n, int s) {
         case 3:
             return both([&] { generic.genericClear(); }, [&] { reference_.clear(n, s); });
         case 4:
-            // Members that stand twice aren't counted twice.
+            // Positions aren't counted if a member occurs twice.
             return positions == nullptr ? assign(o, n, s) : void();
         case 5:
             return both([&] { generic.genericEnsureAt(element(child), position); },
@@ -366,7 +366,7 @@ void World::actOnChildren(Operation const& o, int n, int s) {
     }
 }
 
-/// What no element takes: a value of another type, and an element of another class or of another model.
+/// Values that no element takes: a value of another type, and an element of another class or of another model.
 void World::refuse(Operation const& o, int n, int s) {
     Slot const& slot = slotAt(s);
     Value const wrong = wrongValue(slot.property->getType());
@@ -391,7 +391,7 @@ void World::refuse(Operation const& o, int n, int s) {
     auto& generic = *children(element(n), s).getGenericInterface();
     refused("CannotCreateCrossModelAssociation", [&] { generic.genericAdd(foreign); });
     if (stranger) refused("CannotAddIncompatibleTypes", [&] { generic.genericAdd(stranger); });
-    // All or nothing: the present members would go, the new one doesn't fit.
+    // Fails as a whole: the present members would be removed, but the new one isn't accepted.
     ModelElement const other = plan_.make(reference_.at(n).kind, elsewhere);
     children(other, s).getGenericInterface()->genericAdd(foreign);
     Value const theirs = other->getPropertyValue(slot.property, kPublic);

@@ -1,4 +1,4 @@
-// A model to which random operations are done, step by step beside the reference.
+// A model to which random operations are applied, compared step by step with the reference model.
 #pragma once
 
 #include "../../common/expect.h"
@@ -21,9 +21,9 @@ namespace records {
 inline constexpr auto const& kPublic = quay::zero::ReflectionPrivateTag::PUBLIC_ACCESS;
 
 enum class Kind : std::uint8_t {
-    Act,         // on a property, by reflection
-    ActAgain,    // on the same property of the same element
-    Particular,  // what only the classes of one test have
+    Act,         // write or change a property, by reflection
+    ActAgain,    // the same property of the same element again
+    Particular,  // an operation that only one test's classes have
     Create,
     CreateUnderUsedId,
     Refused,
@@ -72,7 +72,7 @@ protected:
     bool any() const { return !reference_.order().empty(); }
     bool full() const { return reference_.order().size() >= 12; }
     int pick(std::uint8_t by) const { return reference_.order()[by % reference_.order().size()]; }
-    /// An element for which that holds, or -1.
+    /// An element for which `fits` holds, or -1.
     template <class Fits>
     int pickIf(std::uint8_t by, Fits&& fits) const {
         std::vector<int> fitting;
@@ -84,12 +84,13 @@ protected:
     int pickChild(Slot const& slot, std::uint8_t by) const {
         return pickIf(by, [&](int n) { return plan_.fits(reference_.at(n).kind, slot); });
     }
-    /// Looked for each time, so that nothing is kept alive, and the index by id is only there if somebody asked it.
+    /// Looked up on each call, so that no handle keeps the element alive and the index by id exists only if it was
+    /// needed.
     quay::zero::ModelElement element(int n) const;
     static quay::zero::Value valueOf(Slot const& s, std::uint8_t by);
     quay::zero::ReferenceCollection& children(quay::zero::ModelElement const& e, int s) const;
 
-    /// The model goes first. A failure leaves no trace in it.
+    /// Runs the operation on the model, then on the reference. A failure must not change the model.
     template <class F, class G>
     void both(F&& inModel, G&& inReference) {
         std::string const failure = failureOf(inModel);
@@ -106,7 +107,7 @@ protected:
     void refused(std::string const& expected, F&& f) {
         both(f, [&] { return expected; });
     }
-    /// Enters the first element that the model made and the reference doesn't know.
+    /// Enters the first element of the model that the reference doesn't have.
     int enter(int kind);
 
     Plan const& plan_;

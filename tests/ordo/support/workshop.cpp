@@ -105,7 +105,7 @@ void method(OrdoClass& ordoClass, char const* name, std::vector<std::string> inp
 
 Item& self(MethodCall const& call) { return *itemOf(call.argument(0)).get(); }
 
-/// Throws what native code might throw.
+/// Throws one of the exceptions that native code may throw.
 void fail(impl::MethodImpl::Function, MethodCall& call) {
     std::u16string const kind = call.argument(1).toText();
     if (kind == u"memory") {

@@ -1,4 +1,4 @@
-// What makes the collections of an item known to hosts.
+// The collection protocols of an item's collections.
 #pragma once
 
 #include "workshop_items.h"

@@ -22,7 +22,7 @@ ItemRef::~ItemRef() {
     }
 }
 
-// Not inline, since the compiler would see uses after the delete that counting rules out.
+// Not inline: otherwise the compiler warns of uses after the delete, which the reference count rules out.
 [[gnu::noinline]] void Item::dropReference() {
     if (--references == 0) {
         delete this;

@@ -26,7 +26,7 @@ struct Extent {
 
 class Item;
 
-/// Counts the items that exist, dead ones included, and keeps what the last transaction did.
+/// The number of items that exist, dead ones included, and the result of the last transaction.
 struct Record {
     static Record& instance();
 
@@ -53,7 +53,7 @@ private:
     Item* item_ = nullptr;
 };
 
-/// A collection of an item's, which scripts see as an object of its own.
+/// A collection of an item, for which scripts have an object of its own.
 struct Members {
     explicit Members(Item* itsOwner) : owner(itsOwner) {}
 
@@ -77,7 +77,7 @@ public:
 
     void addReference() { ++references; }
     void dropReference();
-    /// Ends the item and all that it has; the memory stays for as long as somebody counts it.
+    /// Destroys the item and all its parts; the memory is freed when the last reference is released.
     void destroy();
     bool isTool() const { return isTool_; }
 

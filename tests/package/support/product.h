@@ -1,4 +1,4 @@
-// The product as a process sees it that loads it at run time.
+// The product as a library that a process loads at run time.
 #pragma once
 
 #include <quay/zero/meta/registry.h>
@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-/// The product's library, loaded; closed when the object goes.
+/// The product's library, loaded by the constructor and closed by the destructor.
 class Product {
 public:
-    /// std::runtime_error, with the loader's words, if it can't be loaded.
+    /// Throws std::runtime_error with the loader's text if the library can't be loaded.
     Product();
     ~Product();
     Product(Product const&) = delete;
@@ -20,9 +20,9 @@ public:
     F* function(char const* symbol) const {
         return reinterpret_cast<F*>(find(symbol));
     }
-    /// MetaPackageVw_modelref_info::getInstance().
+    /// Calls MetaPackageVw_modelref_info::getInstance().
     void* getInstance() const;
-    /// Whether the library is anywhere in the process.
+    /// Whether the library is mapped in the process.
     static bool isMapped();
 
 private:
@@ -35,8 +35,8 @@ namespace product {
 using namespace quay::zero::meta;
 
 inline constexpr char16_t const* kUri = u"quay0://quay/quay0/vw_modelref_info/rel7";
-/// Meta objects of the package: all entries of its table but the three primitive types, which are the
-/// runtime's.
+/// The number of the package's meta objects: all entries of its table but the three primitive types, which belong to
+/// the runtime.
 inline constexpr std::size_t kObjects = 796;
 
 inline MetaRegistry& registry() { return *MetaRegistry::getInstance(); }
@@ -46,9 +46,9 @@ inline Package rootPackage() { return registry().findRootPackage(kUri); }
 std::size_t countRootPackages();
 /// The package with every meta object below it, in the order in which they were created.
 std::vector<quay::zero::ModelElement> objectsOf(Package const& root);
-/// Their ids as text, but for the inner package's, which is drawn.
+/// The ids of these objects as text, except the inner package's, which is random.
 std::vector<std::string> idsOf(Package const& root);
-/// Whether the registry is as nobody's declaration leaves it: its mutex free, its model frozen.
+/// Whether no declaration is in progress in the registry: its mutex is free and its model frozen.
 bool isAtRest();
 
 }  // namespace product

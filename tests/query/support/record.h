@@ -12,7 +12,8 @@ using namespace ModelRefInfoRepo;
 namespace qz = quay::zero;
 using Mode = qz::query::SearchClassMatchMode;
 
-/// A root with ports of both kinds and other children, so that each value that a test asks about occurs, and others do.
+/// A root with ports of both kinds and other children, in which each value that a test asks for occurs, and other
+/// values too.
 ModelRefInfoRoot build(qz::Model const& model);
 
 /// The live elements of class X that a plain loop finds.
@@ -30,14 +31,14 @@ std::vector<X> filter(qz::Model const& model, F&& f) {
     return filter<X>(model, Mode::WithSubclasses, f);
 }
 
-/// A constraint on X, and the same as code.
+/// A constraint on X, and a function that tests the same.
 template <class X>
 struct Asked {
     qz::query::Constraint<X> constraint;
     std::function<bool(X const&)> plain;
 };
 
-/// A comparison of a value, in one of six ways.
+/// A comparison with a value, by one of six operators.
 template <class X, class Word, class Get, class V>
 Asked<X> compared(int way, Word const& word, Get get, V const& v) {
     switch (way) {

@@ -6,7 +6,7 @@
 namespace {
 
 thread_local long allocations = 0;
-thread_local long granted = -1;  // below 0: as many as are wanted
+thread_local long granted = -1;  // below 0: unlimited
 
 void* allocate(std::size_t size) {
     ++allocations;

@@ -1,11 +1,11 @@
-// Memory that is counted, and that can run out where a test wants it to. The test program's operator new serves this.
+// Counting of allocations, and allocations that fail on request. The test program's operator new calls this.
 #pragma once
 
 #include <new>
 
 namespace nodes {
 
-/// How often this thread asked for memory since this object was made.
+/// The number of this thread's allocations since the object was made.
 class AllocationCount {
 public:
     AllocationCount();
@@ -15,13 +15,13 @@ private:
     long before_;
 };
 
-/// While it lives, this thread gets memory `granted` times, then std::bad_alloc once, then memory again. They don't
-/// nest.
+/// While it exists, this thread's next `granted` allocations succeed, the one after throws std::bad_alloc, and further
+/// ones succeed. Objects of this class can't be nested.
 class MemoryRunsOut {
 public:
     explicit MemoryRunsOut(long granted);
     ~MemoryRunsOut();
-    /// Whether it has run out.
+    /// Whether an allocation has failed.
     bool happened() const;
     MemoryRunsOut(MemoryRunsOut const&) = delete;
     MemoryRunsOut& operator=(MemoryRunsOut const&) = delete;
@@ -32,7 +32,8 @@ struct Starved {
     bool failed;
 };
 
-/// Runs `f` with memory that runs out after `granted` times. Whether it did, and whether `f` failed for it.
+/// Runs `f` with an allocation that fails after `granted` ones. Returns whether it did, and whether `f` failed because
+/// of it.
 template <class F>
 Starved starve(long granted, F&& f) {
     MemoryRunsOut const memory(granted);

@@ -50,7 +50,7 @@ private:
     C ModelElement::Impl::*field_;
 };
 
-/// Children in any collection; `Base` is KeyedDescriptor for those with keys.
+/// A property with children, of any collection; `Base` is KeyedDescriptor for maps.
 template <class C, class Base = CollectionDescriptor>
 class ChildrenDescriptor final : public OwnedCollectionDescriptor<C, Base> {
 public:
@@ -149,7 +149,7 @@ boost::uuids::uuid idOf(unsigned number) {
 
 namespace {
 
-/// A box as the length of its first side.
+/// Writes a box as the length of its first side.
 class BoxSerializer final : public meta::DefaultPropertySerializer<Box> {
 protected:
     std::u16string toText(Box const& box, meta::Type const& /*type*/) const override { return textOf(box.sides[0]); }

@@ -1,4 +1,4 @@
-// Elements to test the runtime with: written by hand against it, with a property of each family of descriptors.
+// Elements for tests of the runtime: written by hand, with a property of each family of descriptors.
 #pragma once
 
 #include <quay/zero/element_map.h>
@@ -17,7 +17,7 @@
 
 namespace nodes {
 
-/// A structured value that is too large to lie in a cell.
+/// A structured value that is too large for a cell.
 struct Box {
     std::array<double, 5> sides{};
     friend auto operator<=>(Box const&, Box const&) = default;
@@ -51,7 +51,7 @@ enum Index : std::uint16_t {
     kTags,
     kChildren,
     kByName,    // keyed by text
-    kByRank,    // several per rank
+    kByRank,    // keyed by rank, several per key
     kByNumber,  // keyed by number
     kNote,      // of Special
     kParts      // of Special
@@ -64,7 +64,7 @@ public:
     quay::zero::meta::Class const& getMetaClass() const override { return Node::metaClass(); }
     quay::zero::ClassTable const& classTable() const override { return Node::classTable(); }
 
-    // A key is only to be written while the node is in no map.
+    // The key may be written only while the node is in no map.
     std::u16string const& text() const { return text_; }
     void setText(std::u16string const& text);
     double number() const { return number_; }
@@ -83,9 +83,9 @@ public:
     quay::zero::ElementMultimap<int, Node>& byRank() { return byRank_; }
     quay::zero::ElementMap<double, Node>& byNumber() { return byNumber_; }
 
-    /// How many nodes there are in the process, dead ones that somebody holds included.
+    /// The number of nodes in the process, including dead ones that a handle refers to.
     static std::atomic<int> living;
-    /// Called where a host's own class would act; they may throw.
+    /// Called where a class of a host can run code of its own; they may throw.
     static void (*whenCreated)(Impl&);
     static void (*whenDestroying)(Impl&);
 
@@ -124,7 +124,7 @@ private:
     quay::zero::ElementSequence<Node> parts_{this, kParts};
 };
 
-/// The meta objects of the two classes. They stand in the registry's model but are registered nowhere.
+/// The meta objects of the two classes. They are in the registry's model but aren't registered.
 struct NodeMeta {
     quay::zero::meta::Package package;
     quay::zero::meta::Class node;
@@ -135,10 +135,10 @@ struct NodeMeta {
 };
 NodeMeta const& nodeMeta();
 
-/// The id whose last bytes are that number.
+/// The id whose last bytes are this number.
 boost::uuids::uuid idOf(unsigned number);
 
-/// Calls a function where nodes come to be, or are to go, for as long as it lives.
+/// For its lifetime, calls a function when nodes are created or are about to be destroyed.
 class Hook {
 public:
     using Function = void (*)(Node::Impl&);

@@ -24,7 +24,7 @@ std::string texts(T const&... values) {
     return ((text(values) + ' ') + ...);
 }
 
-/// Meta objects don't reflect themselves, so what they hold is asked one by one.
+/// Meta objects can't be read by reflection, so their values are read one by one.
 std::string metaText(meta::MetaElement const& e) {
     std::string out = texts(e->getName());
     if (auto const p = meta::Package::cast(e)) {

@@ -1,4 +1,4 @@
-// A model of nodes or of meta objects as text, so that "as it was before" is one comparison.
+// A model of nodes or of meta objects as text, so that one comparison tells whether it is unchanged.
 #pragma once
 
 #include "../../elements/support/dump.h"
@@ -28,7 +28,7 @@ struct DumpOptions {
 
 /// Every element in order of creation with id, class, container and property, and values.
 std::string dumpElements(quay::zero::Model const& model, DumpOptions options = {});
-/// A dump of the model, with whether a transaction is open and the depths of the history.
+/// A dump of the elements, whether a transaction is open, and the sizes of the history.
 std::string dump(quay::zero::Model const& model, DumpOptions options = {});
 
 }  // namespace nodes

@@ -1,4 +1,4 @@
-// What a model showed before each change, for random tests without a reference model.
+// The texts of a model before and after each change, for random tests without a reference model.
 #pragma once
 
 #include <quay/zero/change_set.h>
@@ -12,7 +12,7 @@
 
 namespace nodes {
 
-/// Makes changes, and holds that whatever is rolled back, undone or done again reads as it did.
+/// Makes changes, and checks that after rolling back, undo and redo the model reads as it did then.
 class Trace {
 public:
     Trace(quay::zero::Model model, std::size_t limit, std::function<std::string()> read)
@@ -41,14 +41,15 @@ public:
         open_.pop_back();
         RC_ASSERT(read_() == last);
         if (!commit || !open_.empty()) return;
-        // What changed is kept; what didn't may be, since no collection of two or more counts as unchanged.
+        // A transaction that changed the text must be in the history. One that didn't may be, since collections of two
+        // or more members always count as changed.
         RC_ASSERT(kept || before == last);
         if (!kept) return;
         undone_.clear();
         done_.emplace_back(before, last);
         if (done_.size() > limit_) done_.erase(done_.begin());
     }
-    /// In a transaction of its own. Refusals change nothing.
+    /// Runs `f` in a transaction of its own. A refused operation must change nothing.
     template <class F>
     void change(F&& f) {
         std::size_t const depth = open_.size();
@@ -62,7 +63,7 @@ public:
         RC_ASSERT(open_.size() == depth + 1);
         end(done);
     }
-    /// Undoes or redoes, and answers whether there was anything.
+    /// Undoes or redoes; returns whether there was anything to undo or redo.
     bool replay(bool redo) {
         if (!open_.empty()) return false;
         auto& from = redo ? undone_ : done_;

@@ -17,7 +17,7 @@ namespace modelref::fmi {
 namespace {
 
 constexpr char kDescription[] = "modelDescription.xml";
-// No description comes near these; what does is made to exhaust memory or time.
+// Limits far above any real description; a file that exceeds them is meant to exhaust memory or time.
 constexpr std::uint64_t kLargestText = std::uint64_t{64} << 20;
 constexpr std::uint64_t kLargestArchive = std::uint64_t{4} << 30;
 constexpr zip_int64_t kMostEntries = 1'000'000;
@@ -48,7 +48,7 @@ Archive open(std::string const& file) {
     return archive;
 }
 
-/// Whether a name stays inside the archive, wherever it is unpacked.
+/// Whether the path of an entry stays inside the folder in which the archive is unpacked.
 bool staysInside(std::string_view name) {
     if (name.empty() || name.front() == '/' || name.find('\\') != std::string_view::npos) return false;
     if (name.size() > 1 && name[1] == ':') return false;
@@ -60,7 +60,7 @@ bool staysInside(std::string_view name) {
     return true;
 }
 
-/// Whether an entry made on Unix is a link.
+/// Whether an entry made on Unix is a symbolic link.
 bool isLink(zip_t* archive, zip_uint64_t index) {
     zip_uint8_t system = 0;
     zip_uint32_t attributes = 0;
@@ -68,7 +68,7 @@ bool isLink(zip_t* archive, zip_uint64_t index) {
     return system == ZIP_OPSYS_UNIX && S_ISLNK(attributes >> 16);
 }
 
-/// The number of the description among the entries, once all their names were looked at.
+/// The index of the description's entry. Checks the names of all entries.
 zip_uint64_t findDescription(std::string const& file, zip_t* archive) {
     zip_int64_t const count = zip_get_num_entries(archive, 0);
     if (count > kMostEntries) fail(file, "the archive has " + std::to_string(count) + " entries, which are too many");
@@ -96,7 +96,7 @@ std::string unpack(std::string const& file, zip_t* archive, zip_uint64_t index) 
     }
     Entry const entry(zip_fopen_index(archive, index, 0));
     if (entry == nullptr) fail(file, name + "can't be unpacked: " + zip_strerror(archive));
-    // What the archive says of the size may be a lie.
+    // The size that the archive states may be wrong.
     std::string text;
     char piece[1 << 16];
     while (true) {
@@ -126,7 +126,7 @@ std::string readDescriptionText(std::filesystem::path const& path) {
     if (S_ISDIR(status.st_mode)) fail(file, systemReason(EISDIR));
     std::ifstream stream(path, std::ios::binary);
     if (!stream) fail(file, systemReason(errno));
-    // What was read stays, since a pipe doesn't give it twice.
+    // Keep what was read, since a pipe can't be read twice.
     std::string text(2, '\0');
     stream.read(text.data(), 2);
     text.resize(static_cast<std::size_t>(stream.gcount()));

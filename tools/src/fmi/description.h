@@ -1,5 +1,5 @@
-// What a model description of the FMI standard says, whatever its version: references are resolved, defaults filled in,
-// and names known to be unique.
+// The content of a model description of the FMI standard, of any version: references are resolved, defaults filled in,
+// and names checked to be unique.
 #pragma once
 
 #include <cstddef>
@@ -33,7 +33,7 @@ enum class Type {
 enum class Causality { Parameter, StructuralParameter, CalculatedParameter, Input, Output, Local, Independent };
 enum class Variability { Constant, Fixed, Tunable, Discrete, Continuous };
 
-/// A number of elements, and the variable that gives it, if it isn't fixed.
+/// The size of a dimension, and the variable that gives it, if it isn't fixed.
 struct Dimension {
     std::uint64_t size = 0;
     std::optional<std::size_t> variable;
@@ -63,8 +63,8 @@ struct Variable {
     std::optional<double> min;
     std::optional<double> max;
     std::vector<Dimension> dimensions;
-    std::vector<std::string> start;           ///< one text an element
-    std::optional<std::size_t> derivativeOf;  ///< variables are known by their position
+    std::vector<std::string> start;           ///< one text per element
+    std::optional<std::size_t> derivativeOf;  ///< the position of the variable
     std::optional<std::size_t> previous;
     std::vector<std::size_t> clocks;
     ClockInterval clock;
@@ -78,7 +78,7 @@ struct Enumeration {
     std::vector<std::pair<std::string, std::int64_t>> items;
 };
 
-/// One way to use the model, with its attributes as they stand.
+/// One interface kind of the model, with its attributes unchanged.
 struct InterfaceKind {
     std::string name;
     std::string identifier;
@@ -88,7 +88,7 @@ struct InterfaceKind {
     bool has(std::string const& flag) const;
 };
 
-/// An output, derivative or indicator, and the variables that it depends on, if that is told.
+/// An output, derivative or indicator, and the variables that it depends on, if the description lists them.
 struct Unknown {
     std::size_t variable = 0;
     std::optional<std::vector<std::size_t>> dependencies;
@@ -116,10 +116,11 @@ struct Description {
     InterfaceKind const* kind(std::string const& name) const noexcept;
 };
 
-/// Reads the description in an FMU or an XML file. Failure, with file and line, for what isn't one of version 2 or 3.
+/// Reads the description in an FMU or an XML file. Throws Failure, with file and line, if it isn't one of version 2 or
+/// 3.
 Description readDescription(std::filesystem::path const& file);
 
-/// The name of a type: that of the record for numbers ("double", "int8"), else "string", "binary", "enumeration",
+/// The name of a type: for numbers that of the record ("double", "int8"), else "string", "binary", "enumeration",
 /// "clock".
 char const* nameOf(Type type) noexcept;
 bool isReal(Type type) noexcept;

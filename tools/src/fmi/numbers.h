@@ -1,4 +1,4 @@
-// Numbers as XML writes them.
+// Parsing of numbers and truth values in XML.
 #pragma once
 
 #include <charconv>
@@ -8,13 +8,13 @@
 
 namespace modelref::fmi {
 
-/// The text without the white space around it.
+/// The text without leading and trailing white space.
 std::string_view trimmed(std::string_view text);
 
-// False if the text isn't such a value.
+// These functions return false if the text isn't such a value.
 bool parseBoolean(std::string_view text, bool& value);
-// Takes the C suffix "F" too, which some tools write. What is too small to tell from 0 is 0, with its sign; what is too
-// large is no value.
+// Accepts the C suffix "F" too, which some tools write. A number too small to tell from 0 becomes 0, with its sign; a
+// number that is too large is refused.
 bool parseReal(std::string_view text, double& value);
 bool parseReal(std::string_view text, float& value);
 

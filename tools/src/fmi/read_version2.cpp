@@ -21,7 +21,7 @@ public:
     using Reader::Reader;
 
 private:
-    /// The element that tells the type, inside of one that has a name.
+    /// The child element that gives the type, in an element that has a name.
     std::pair<pugi::xml_node, Type> typed(pugi::xml_node const& node) const {
         std::pair<pugi::xml_node, Type> result;
         for (auto const& [name, type] : kTypes) {
@@ -61,7 +61,7 @@ private:
         variable.type = type;
         readCommon(node, variable);
         readTyped(attributes, variable);
-        // Version 2 says "continuous" where nothing is said, whatever the type.
+        // In version 2 "continuous" is the default for every type.
         if (variable.variability == Variability::Continuous && type != Type::Float64) {
             variable.variability = Variability::Discrete;
         }
@@ -95,7 +95,7 @@ private:
     void readStructure(pugi::xml_node const& structure) override {
         d_.outputs = unknowns(xml_.child(structure, "Outputs"));
         d_.derivatives = unknowns(xml_.child(structure, "Derivatives"));
-        unknowns(xml_.child(structure, "InitialUnknowns"));  // nothing records them, but they mustn't dangle
+        unknowns(xml_.child(structure, "InitialUnknowns"));  // not recorded, but the references must be valid
         checkDerivatives(structure.child("Derivatives"));
     }
 };

@@ -84,7 +84,7 @@ private:
         readCommon(node, variable);
         readTyped(node, variable);
         if (variable.type == Type::Clock) readClock(node, variable.clock);
-        // Texts and bytes have an element for each start value, all others have a list.
+        // Texts and bytes have an XML element for each start value, all other types have a list.
         if (variable.type == Type::String || variable.type == Type::Binary) {
             for (pugi::xml_node const start : node.children("Start")) {
                 variable.start.emplace_back(start.attribute("value").value());
@@ -147,7 +147,7 @@ private:
         }
     }
 
-    /// A fixed number of elements, or the start of the variable that gives it.
+    /// Reads a dimension: a fixed size, or the start value of the variable that gives it.
     Dimension readDimension(pugi::xml_node const& node) const {
         Dimension result;
         if (auto const size = xml_.natural(node, "start")) {

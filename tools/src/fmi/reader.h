@@ -1,4 +1,4 @@
-// What reading the two versions has in common.
+// The common part of reading both versions.
 #pragma once
 
 #include <limits>
@@ -12,13 +12,13 @@
 
 namespace modelref::fmi {
 
-/// What a declared type says of the variables that name it.
+/// The attributes of a declared type, which apply to the variables that name it.
 struct DeclaredType {
     Type type = Type::Float64;
     pugi::xml_node attributes;
 };
 
-/// Fills a description from a document. A version says how variables, types and the model's structure are told.
+/// Fills a description from a document. Derived classes read what differs between the versions.
 class Reader {
 public:
     Reader(Xml const& xml, Description& description) : xml_(xml), d_(description) {}
@@ -34,7 +34,7 @@ protected:
 
     virtual void readTypes(pugi::xml_node const& definitions) = 0;
     virtual void readVariable(pugi::xml_node const& node, Variable& variable) = 0;
-    /// After all variables are known.
+    /// Called when all variables are known.
     virtual void resolve(pugi::xml_node const& node, Variable& variable) = 0;
     virtual void readStructure(pugi::xml_node const& structure) = 0;
     virtual void enterReference(pugi::xml_node const& node, std::uint64_t reference, std::size_t position) = 0;
@@ -42,14 +42,15 @@ protected:
     void readHead();
     void readKind(pugi::xml_node const& node);
     void readVariables();
-    /// The attributes that both versions have, on the variable's own element or on the one of its type.
+    /// Reads the attributes that both versions have, from the variable's own element or from the one of its type.
     void readCommon(pugi::xml_node const& node, Variable& variable) const;
     void readTyped(pugi::xml_node const& node, Variable& variable) const;
     void readEnumeration(std::string const& name, pugi::xml_node const& node);
     void declare(pugi::xml_node const& node, std::string const& name, DeclaredType type);
-    /// An attribute of the variable or, where it is missing, of its declared type.
+    /// The XML element that has an attribute of the variable: its own or, if the attribute is missing, its declared
+    /// type's.
     pugi::xml_node holderOf(pugi::xml_node const& node, char const* attribute) const;
-    /// Failure unless each derivative is one, is listed once, and is that of a state of its own.
+    /// Throws Failure unless each listed derivative is a derivative, is listed once, and has a state of its own.
     void checkDerivatives(pugi::xml_node const& node) const;
     void checkStart(pugi::xml_node const& node, Variable const& variable);
     void warn(pugi::xml_node const& node, std::string const& text) {
@@ -62,7 +63,7 @@ protected:
     std::unordered_map<std::string, std::unordered_set<std::int64_t>> items_;  ///< by enumeration
 };
 
-/// Each makes a description of its version.
+/// Each function fills a description from a document of its version.
 void readVersion2(Xml const& xml, Description& description);
 void readVersion3(Xml const& xml, Description& description);
 

@@ -1,4 +1,4 @@
-// A model description as a record.
+// Conversion of a model description to a record.
 #pragma once
 
 #include <quay/zero/model.h>
@@ -15,14 +15,14 @@ struct NotPlaced {
     std::string reason;
 };
 
-/// Every variable is either recorded or not placed.
+/// The result of a conversion. Every variable is counted as recorded or listed as not placed.
 struct Record {
     std::size_t recorded = 0;
     std::vector<NotPlaced> notPlaced;
     std::vector<std::string> warnings;
 };
 
-/// Makes the record of a description in the model, in one run of a builder.
+/// Creates the record of a description in the model with a single builder.
 Record makeRecord(quay::zero::Model const& model, Description const& description);
 
 }  // namespace modelref::fmi

@@ -1,4 +1,4 @@
-// The model as a whole: its name, the ways to use it, what it can do, its experiment and its types.
+// Records the model as a whole: its name, interface kinds, capabilities, experiment and types.
 #include <ModelRefInfoRepo/ConfigSettingsForConsistencyChecks.h>
 #include <ModelRefInfoRepo/FMUBlockAssociation.h>
 #include <ModelRefInfoRepo/FMUBlockInfo.h>
@@ -88,7 +88,8 @@ void Recording::recordModel() {
     recordExperiment();
 }
 
-/// A kind's attributes, flags of what it can do among them, as they stand: a struct with a field for each.
+/// Records the attributes of each interface kind, capability flags among them, unchanged: a struct with a field for
+/// each.
 void Recording::recordInterfaceKinds() {
     for (InterfaceKind const& kind : d_.kinds) {
         zx::Array attributes(zxCreateStructMatrix(1, 1));
@@ -117,7 +118,7 @@ void Recording::recordMethods() {
     auto methods = std::make_unique<MethodExistenceInfo::Builder>();
     bool const hasEvents = d_.namelessIndicators > 0 || !d_.eventIndicators.empty() || !d_.isVersion3 ||
                            std::any_of(d_.kinds.begin(), d_.kinds.end(), [](auto& k) { return k.has("hasEventMode"); });
-    // These the FMI standard asks of every model.
+    // The FMI standard requires these of every model.
     methods->setHasStartMethod(true);
     methods->setHasInitializeMethod(true);
     methods->setHasSystemInitializeMethod(true);

@@ -1,4 +1,4 @@
-// Parameters and constants, each by the kind of its type, and their start values.
+// Records parameters and constants, each by the kind of its type, and their start values.
 #include <ModelRefInfoRepo/ArgumentValue.h>
 #include <ModelRefInfoRepo/ArgumentValueMap.h>
 #include <ModelRefInfoRepo/ArgumentValueSource.h>
@@ -34,8 +34,8 @@ std::unique_ptr<B> common(Variable const& v) {
     return parameter;
 }
 
-/// Numbers of up to 32 bits, and truth values, are built-in types; integers of 64 bits are fixed-point ones without
-/// scaling. Texts and bytes are built-in types without a number.
+/// Makes the parameter of a variable. Numbers of up to 32 bits, and truth values, are built-in types; integers of 64
+/// bits are fixed-point types without scaling; texts and bytes are built-in types without a number.
 std::unique_ptr<quay::zero::ModelElement::Builder> parameterOf(Variable const& v) {
     if (v.type == Type::Enumeration) {
         auto parameter = common<EnumParameter::Builder>(v);

@@ -1,4 +1,4 @@
-// Inputs and outputs as ports, numbered from 0 in the order of the file.
+// Records inputs and outputs as ports, numbered from 0 in the order of the file.
 #include <ModelRefInfoRepo/ArgIndexMap.h>
 #include <ModelRefInfoRepo/ArgNameMap.h>
 #include <ModelRefInfoRepo/CompDataType.h>
@@ -25,7 +25,7 @@ using quay::zero::toUtf16;
 
 namespace {
 
-/// What the record has no property for: the variable's own words.
+/// A struct with the attributes of the variable for which the record has no property.
 zx::Array signalObject(Variable const& v, bool isVersion3) {
     zx::Array object(zxCreateStructMatrix(1, 1));
     auto const set = [&](char const* field, zxArray* value) { zxSetField(object.get(), 0, field, value); };
@@ -43,7 +43,7 @@ zx::Array signalObject(Variable const& v, bool isVersion3) {
     return object;
 }
 
-/// A data type as the record names it.
+/// The data type of a variable, named as in the record.
 std::unique_ptr<CompDataType::Builder> dataTypeOf(Variable const& variable) {
     auto type = std::make_unique<CompDataType::Builder>();
     bool const isNumeric = isNumber(variable.type) || variable.type == Type::Boolean;
@@ -55,7 +55,7 @@ std::unique_ptr<CompDataType::Builder> dataTypeOf(Variable const& variable) {
     return type;
 }
 
-/// The names of the variables that give the dimensions, numbers where they are fixed, "" if all are.
+/// The dimensions as text: the names of the variables that give them, numbers for fixed ones; "" if all are fixed.
 std::string symbolicDimensions(Description const& d, Variable const& v) {
     bool isSymbolic = false;
     std::string result;
@@ -74,7 +74,7 @@ void addMapRow(std::unique_ptr<GrCompIOPortMaps::Builder>& row, std::size_t numb
 
 }  // namespace
 
-/// What both directions have.
+/// Fills the properties that ports of both directions have.
 template <class Port>
 void Recording::fillPort(Port& port, std::size_t variable, std::size_t number) {
     Variable const& v = at(variable);
@@ -87,7 +87,7 @@ void Recording::fillPort(Port& port, std::size_t variable, std::size_t number) {
     port.setDiscreteValuedOutput(v.variability != Variability::Continuous);
     port.setResolvedSignalObject(signalObject(v, d_.isVersion3).get());
     port.setResolvedSignalObjectSource(toUtf16(v.declaredType));
-    // The event at which the port's value changes, if a triggered clock says so.
+    // The event at which the port's value changes, if it has a triggered clock.
     std::vector<std::size_t> clocks = v.clocks;
     if (v.type == Type::Clock) clocks.assign(1, variable);
     auto const event = std::find_if(clocks.begin(), clocks.end(), [&](std::size_t c) { return isEvent(c); });
@@ -95,7 +95,7 @@ void Recording::fillPort(Port& port, std::size_t variable, std::size_t number) {
 }
 
 void Recording::recordPorts() {
-    // An input is a derivative port if a derivative depends on it, or may.
+    // An input is a derivative port if a derivative depends on it or may depend on it.
     std::vector<bool> feedsDerivative(d_.variables.size(), false);
     for (Unknown const& derivative : d_.derivatives) {
         if (!derivative.dependencies) {
@@ -132,7 +132,7 @@ void Recording::recordPorts() {
     recordStepFunction();
 }
 
-/// The ports that carry data, all but clocks, and the maps between the two numberings, which are the same here.
+/// Records the ports that carry data, all but clocks, and the maps between the two numberings, which are equal here.
 void Recording::recordDataPortGroup() {
     auto group = std::make_unique<DataPortGroup::Builder>();
     int dataInputs = 0;
@@ -161,7 +161,7 @@ void Recording::recordDataPortGroup() {
     root_.setNumSigs(inports_.size() + outports_.size());
 }
 
-/// The types and dimensions of the ports: arguments of the function that takes the model one step further.
+/// Records types and dimensions of ports as arguments of the function that computes one step of the model.
 void Recording::recordStepFunction() {
     auto arguments = std::make_unique<CompFunctionArgs::Builder>();
     int position = 0;

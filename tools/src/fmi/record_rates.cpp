@@ -1,4 +1,4 @@
-// Clocks: those that tick in time as rates, triggered ones as events, and input clocks as function-call ports.
+// Records clocks: those that tick in time as rates, triggered ones as events, and input clocks as function-call ports.
 #include <ModelRefInfoRepo/FcnCallPortGroup.h>
 #include <ModelRefInfoRepo/RateSpec.h>
 #include <ModelRefInfoRepo/SampleTimeGraphEdge.h>
@@ -22,7 +22,7 @@ namespace {
 
 bool isPeriodic(ClockInterval const& clock) { return clock.kind <= Kind::Tunable; }
 
-/// A periodic clock's own rate; -1, "not known", where the interval comes at run time.
+/// The rate of a periodic clock; its period is -1, "not known", if the interval is determined at run time.
 RateInfo clockRate(Variable const& v, int index) {
     RateInfo rate;
     rate.setPeriod(v.clock.interval.value_or(-1));
@@ -36,8 +36,8 @@ RateInfo clockRate(Variable const& v, int index) {
 
 }  // namespace
 
-/// A variable ticks with its clocks. Without one it is continuous (period 0), discrete at a rate that isn't told (the
-/// period of a fresh rate), or never changes while time runs (period infinity).
+/// The rates of a variable: those of its clocks. Without a clock it is continuous (period 0), discrete at an unknown
+/// rate (the period of a new rate), or constant while the model runs (period infinity).
 std::vector<RateInfo> Recording::ratesOf(std::size_t variable) const {
     Variable const& v = at(variable);
     std::vector<std::size_t> clocks = v.clocks;
@@ -120,7 +120,7 @@ void Recording::recordRateFlags() {
 }
 
 void Recording::recordPortGroups() {
-    // By clock, the ports that tick with it; each clock counts once.
+    // The ports that tick with each clock; each clock counts once.
     auto const tickingOf = [&](std::vector<std::size_t> const& ports) {
         std::map<std::size_t, std::vector<int>> ticking;
         for (std::size_t n = 0; n < ports.size(); ++n) {
@@ -146,7 +146,7 @@ void Recording::recordPortGroups() {
     root_.setIsRootFcnCallPortGroupsEmpty(groups == 0);
 }
 
-/// The ports that the clock at an inport makes tick.
+/// Records the ports that tick with the clock at an inport.
 void Recording::recordPortGroup(std::size_t inport, std::vector<int> const& inputs, std::vector<int> const& outputs) {
     std::size_t const clock = inports_[inport];
     Variable const& v = at(clock);

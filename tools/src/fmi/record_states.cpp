@@ -1,4 +1,4 @@
-// Continuous and discrete states, derivatives, and event indicators as zero crossings.
+// Records continuous and discrete states, derivatives, and event indicators (as zero crossings).
 #include <ModelRefInfoRepo/StateAccessInfo.h>
 #include <ModelRefInfoRepo/StateRecordInfo.h>
 #include <ModelRefInfoRepo/ZeroCrossingInfo.h>
@@ -35,7 +35,7 @@ void Recording::recordStates() {
         std::size_t const state = *at(unknown.variable).derivativeOf;
         root_.addContStateRecordInfo(stateRecord(at(state), d_.modelName, "CSTATE"));
         width += at(state).width();
-        // The derivative is what reaches the state.
+        // The derivative is recorded as the accessor of the state.
         auto access = std::make_unique<StateAccessInfo::Builder>();
         access->setStateOwner(toUtf16(at(state).name));
         access->addStateAccessors(toUtf16(at(unknown.variable).name));
@@ -73,14 +73,14 @@ void Recording::recordIndicators() {
         auto crossing = std::make_unique<ZeroCrossingInfo::Builder>();
         crossing->setName(name);
         crossing->setWidth(static_cast<int>(width));
-        // A word for each signal, unless somebody counts more of them than any model has.
+        // One word per signal, unless there are more signals than any real model has.
         constexpr std::uint64_t kMost = 1 << 16;
         for (std::uint64_t i = 0; i < width && width <= kMost; ++i) crossing->addIsDiscrete(isDiscrete);
         crossing->setNeedsEventNotification(true);
         crossing->setNeedsSolverReset(true);
         root_.addZeroCrossingInfo(std::move(crossing));
     };
-    // Version 2 only counts them.
+    // Version 2 only gives their number.
     if (d_.namelessIndicators > 0) add("eventIndicators", d_.namelessIndicators, false);
     for (Unknown const& unknown : d_.eventIndicators) {
         Variable const& v = at(unknown.variable);

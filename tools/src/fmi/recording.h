@@ -1,4 +1,4 @@
-// The making of one record: the description, the builders, and what became of each variable.
+// The state of one conversion: the description, the builders, and the result for each variable.
 #pragma once
 
 #include <ModelRefInfoRepo/ModelRefInfoRoot.h>
@@ -14,7 +14,7 @@
 namespace modelref::fmi {
 
 /// Each step fills its part of the root's builder and marks the variables that it records. The ports come first, since
-/// the other steps name them by number.
+/// the other steps refer to them by number.
 class Recording {
 public:
     explicit Recording(Description const& description);
@@ -59,10 +59,10 @@ private:
     std::vector<bool> recorded_;
     std::vector<std::string> warnings_;
     std::vector<std::size_t> inports_;           // variables by port number
-    std::vector<std::size_t> outports_;          // likewise
+    std::vector<std::size_t> outports_;          // variables by port number
     std::map<std::size_t, int> rateIndices_;     // by clock
     std::vector<std::size_t> ratedClocks_;       // by rate index
-    std::vector<std::size_t> continuousStates_;  // variables
+    std::vector<std::size_t> continuousStates_;  // positions of variables
 };
 
 }  // namespace modelref::fmi

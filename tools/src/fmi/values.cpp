@@ -10,7 +10,7 @@ using quay::zero::toUtf16;
 
 namespace {
 
-/// The position in row-major order, which the FMI standard uses, of each element in column-major order.
+/// For each element in column-major order, its position in row-major order, which the FMI standard uses.
 std::vector<std::size_t> columnMajor(std::vector<std::size_t> const& dimensions, std::size_t count) {
     std::vector<std::size_t> result(count);
     std::vector<std::size_t> index(dimensions.size(), 0);

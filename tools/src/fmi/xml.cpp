@@ -15,7 +15,7 @@ namespace modelref::fmi {
 
 namespace {
 
-// A fragment, since texts outside of the root would be passed over otherwise.
+// Parse as a fragment: otherwise the parser ignores text outside the root.
 constexpr unsigned kFlags = pugi::parse_default | pugi::parse_doctype | pugi::parse_fragment;
 
 constexpr char kNoCharacter[] = "this isn't XML: there is a character that XML doesn't have";
@@ -25,7 +25,8 @@ bool isCharacter(std::uint32_t code) {
     return code < 0xd800 || (code > 0xdfff && code < 0xfffe) || (code > 0xffff && code < 0x110000);
 }
 
-/// The end of a reference that XML itself knows, such as "&amp;" or "&#65;", at the beginning of a text; or none.
+/// The length of a predefined or numeric reference, such as "&amp;" or "&#65;", at the beginning of a text; 0 if there
+/// is none.
 std::size_t referenceLength(std::string_view text) {
     for (char const* name : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"}) {
         if (text.starts_with(name)) return std::strlen(name);
@@ -46,7 +47,7 @@ Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move
     for (std::size_t i = 0; i < text_.size(); ++i) {
         if (text_[i] == '\n') lineEnds_.push_back(i);
     }
-    // Once without replacing references, to see which there are.
+    // First parse without replacing references, to check which there are.
     parse(document_, kFlags & ~pugi::parse_escapes);
     requireSound();
     parse(document_, kFlags);
@@ -58,13 +59,13 @@ Xml::Xml(std::string file, std::string text, char const* root) : file_(std::move
 void Xml::parse(pugi::xml_document& document, unsigned flags) const {
     pugi::xml_parse_result const result = document.load_buffer(text_.data(), text_.size(), flags);
     if (!result) failAt(result.offset, std::string("this isn't XML: ") + result.description());
-    // A zero byte ends what the parser reads; in encodings of wider units it is part of most characters.
+    // The parser stops at a zero byte; in encodings of wider units most characters contain one.
     bool const isOfBytes = result.encoding == pugi::encoding_utf8 || result.encoding == pugi::encoding_latin1;
     std::size_t const zero = isOfBytes ? text_.find('\0') : std::string::npos;
     if (zero != std::string::npos) failAt(static_cast<std::ptrdiff_t>(zero), kNoCharacter);
 }
 
-/// Walks the document without recursion, since nothing bounds its depth.
+/// Walks the document without recursion, since its depth isn't limited.
 void Xml::requireSound() {
     std::size_t elements = 0;
     for (pugi::xml_node const node : document_.children()) {
@@ -118,7 +119,7 @@ void Xml::requirePlain(pugi::xml_node const& node, std::string_view text) const 
 }
 
 std::size_t Xml::lineOf(std::ptrdiff_t offset) const {
-    // The offset is one in UTF-8; in another encoding it may be off by a few characters.
+    // The offset is correct for UTF-8; for another encoding it may be off by a few characters.
     auto const place = static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0));
     auto const line = std::lower_bound(lineEnds_.begin(), lineEnds_.end(), place);
     return 1 + static_cast<std::size_t>(line - lineEnds_.begin());

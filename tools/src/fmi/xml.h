@@ -1,4 +1,4 @@
-// XML that isn't trusted.
+// Parsing of XML that isn't trusted.
 #pragma once
 
 #include <pugixml.hpp>
@@ -11,11 +11,11 @@
 
 namespace modelref::fmi {
 
-/// A document without document types, entities of its own, or texts that aren't XML's characters in UTF-8; and the
-/// failures that name a line in it.
+/// A document without a document type, entities of its own, or text that isn't valid in XML and UTF-8; and failures
+/// that name a line of it.
 class Xml {
 public:
-    /// Failure unless the text is such a document, with that root.
+    /// Parses the text. Throws Failure unless it is such a document with this root element.
     Xml(std::string file, std::string text, char const* root);
 
     pugi::xml_node root() const { return document_.first_child(); }
@@ -24,13 +24,13 @@ public:
     std::string placeOf(pugi::xml_node const& node) const;
     [[noreturn]] void fail(pugi::xml_node const& node, std::string const& reason) const;
 
-    // Attributes. Failure for a text that isn't such a value.
+    // Attributes. All throw Failure if the text isn't a value of the type.
     std::string required(pugi::xml_node const& node, char const* attribute) const;
     bool flag(pugi::xml_node const& node, char const* attribute, bool otherwise) const;
     std::optional<double> number(pugi::xml_node const& node, char const* attribute) const;
     std::optional<std::uint64_t> natural(pugi::xml_node const& node, char const* attribute) const;
     std::vector<std::uint64_t> naturals(pugi::xml_node const& node, char const* attribute) const;
-    /// The only child of that name, or an empty node. Failure if there are several.
+    /// The only child with this name, or an empty node. Throws Failure if there are several.
     pugi::xml_node child(pugi::xml_node const& node, char const* name) const;
 
 private:
@@ -46,7 +46,7 @@ private:
     pugi::xml_document document_;
 };
 
-/// The words of a text, by white space.
+/// The words of a text, separated by white space.
 std::vector<std::string> words(std::string_view text);
 
 }  // namespace modelref::fmi

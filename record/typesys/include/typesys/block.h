@@ -1,4 +1,4 @@
-// Blocks, and how a type is entered on behalf of one.
+// Blocks, and the registration of types on behalf of a block.
 #pragma once
 
 #include <typesys/data_type_table.h>
@@ -13,7 +13,7 @@ class VWBlock;
 
 namespace VWTypeSys {
 
-/// Options of a resolution. What they mean is up to the owner; others pass them along as they stand.
+/// Options of a resolution. Their meaning is up to the owner; others pass them on unchanged.
 struct ResolveOptions {
     std::int32_t first;
     std::int32_t second;
@@ -24,17 +24,18 @@ struct ResolveOptions {
     std::int32_t seventh;
 };
 
-/// Where a block stands. Both operations write `*id` and give null, or give a diagnostic and leave `*id` alone.
+/// The owner of a block. Both operations either write `*id` and return null, or return a diagnostic and leave `*id`
+/// unchanged.
 class TYPESYS_API BlockOwner {
 public:
     virtual ~BlockOwner();
 
-    /// The id of the type of that name.
+    /// Gets the id of the type with this name.
     virtual vwsvDiagnosticImpl* registerByName(VWBlock* block, char const* name, int* id) = 0;
-    /// The id of the type that `expression`, the value of the block's parameter of that name, comes to.
+    /// Gets the id of the type that `expression`, the value of the block's parameter of that name, evaluates to.
     virtual vwsvDiagnosticImpl* resolveWithOptions(VWBlock* block, char const* expression, char const* parameter,
                                                    ResolveOptions const& options, int* id) = 0;
-    /// The table in which the block's types are entered.
+    /// The table in which the block's types are registered.
     virtual DataTypeTable& typeTable() = 0;
 };
 
@@ -54,7 +55,7 @@ private:
     std::string path_;
 };
 
-/// How the fixed-point layer treats a block's types.
+/// Settings of the fixed-point layer for a block's types.
 class TYPESYS_API fxpBlockProperties {
 public:
     fxpBlockProperties() = default;
@@ -66,10 +67,10 @@ public:
     bool takesBuiltIns = false;
 };
 
-/// Sets the block, and whether a type that is a built-in gets that one's id rather than an entry of its own.
+/// Sets the block, and whether a type that equals a built-in gets the built-in's id rather than an entry of its own.
 TYPESYS_API void Block_fxpBlockProp_SetBuiltin(fxpBlockProperties* properties, VWBlock const* block,
                                                bool takesBuiltIns);
-/// Enters the type in the block's table, unless it is there, and writes its id. Otherwise gives a diagnostic, NoBlock
-/// or InvalidFixedPointType, and leaves `*id` alone.
+/// Registers the type in the block's table, unless it is there, and writes its id. Otherwise returns a diagnostic,
+/// NoBlock or InvalidFixedPointType, and leaves `*id` unchanged.
 TYPESYS_API vwsvDiagnosticImpl* fxpDataTypeRegisterWithCheck(fxpBlockProperties* properties, int* id,
                                                              fxpDataTypeProp const* type);

@@ -10,7 +10,7 @@
 
 namespace VWTypeSys {
 
-/// What an entry is. An alias has the category of what it stands for.
+/// The category of an entry. An alias has the category of the type that it stands for.
 enum class Category : std::int32_t {
     Inherited = 0,
     BuiltIn = 1,
@@ -23,27 +23,27 @@ enum class Category : std::int32_t {
     Custom = 8
 };
 
-/// What the numbers of an overridden type have become. The override stands before the type's name: "dto_double_Engine".
+/// What an override has replaced a type's numbers with. Its prefix stands before the type's name: "dto_double_Engine".
 enum class Override { Double, Single, ScaledDouble };
 
 /// A data type. Only a DataTypeTable makes them.
 class TYPESYS_API DataType {
 public:
-    /// NUL-terminated, and without a NUL before that.
+    /// The name. NUL-terminated, and contains no NUL before its end.
     char const* getName() const noexcept { return name_.c_str(); }
-    /// The name without the override before it, if the type was made by one.
+    /// The name without the prefix of the override, if the type was made by one.
     std::string getNameStripDTOPrefix() const { return name_.substr(prefixLength_); }
 
     Category category() const noexcept { return category_; }
-    /// The id of what an alias stands for.
+    /// The id of the type that an alias stands for; empty for other types.
     std::optional<int> aliasOf() const noexcept { return aliasOf_; }
     bool isAlias() const noexcept { return aliasOf_.has_value(); }
     bool isNumeric() const noexcept { return number_.has_value(); }
     bool isOpaque() const noexcept { return category_ == Category::Opaque; }
 
-    /// Of a numeric type; std::bad_optional_access for others.
+    /// The number of a numeric type; throws std::bad_optional_access for others.
     fxpDataTypeProp const& getFxpDataTypeProp() const { return number_.value(); }
-    /// Of a string type; empty for others.
+    /// The expression of a string type; empty for others.
     std::string const& expression() const noexcept { return expression_; }
 
 private:

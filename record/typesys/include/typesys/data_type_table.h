@@ -14,26 +14,28 @@ namespace VWTypeSys {
 
 /// The id of the table's first entry, which stands for a type that is inherited.
 inline constexpr int inheritedId = -1;
-/// The built-in that isn't a number but has a name worth keeping. The one after it, "event", hasn't.
+/// The id of the built-in "pointer", the only one that isn't a number but is recorded by name. The next, "event",
+/// isn't.
 inline constexpr int pointerId = 11;
-/// What is given in place of an id where there is none and that is no error.
+/// Stands for an id where there is none and that isn't an error.
 inline constexpr int notRegistered = -10;
 
-/// A type table. It starts with the inherited type and the built-ins; others get the next id as they are added, and
-/// none ever goes. One thread at a time changes a table. References to entries stay good. All that adds throws
-/// InvalidName for a name that is empty or has a NUL in it, NameInUse, and NoSuchId for an id that isn't in the table.
+/// A type table. It starts with the inherited type and the built-ins; types that are added get the next id, and none is
+/// ever removed. One thread at a time may change a table. References to entries stay valid. All functions that add a
+/// type throw InvalidName for a name that is empty or contains a NUL, NameInUse, and NoSuchId for an id that isn't in
+/// the table.
 class TYPESYS_API DataTypeTable {
 public:
     DataTypeTable();
     DataTypeTable(DataTypeTable const&) = delete;  // the index refers to the entries
     DataTypeTable& operator=(DataTypeTable const&) = delete;
 
-    /// All entries; that of an id stands at position id + 1.
+    /// All entries; the entry with a given id is at position id + 1.
     std::deque<DataType> const& types() const noexcept { return types_; }
     bool contains(int id) const noexcept;
-    /// The entry of an id. Throws NoSuchId.
+    /// The entry with this id. Throws NoSuchId.
     DataType const& get(int id) const;
-    /// The id of a name as getName gives it. Looking up is hashing.
+    /// The id of the type whose getName gives this name. A hash look-up.
     std::optional<int> find(std::string_view name) const;
 
     int addAlias(std::string_view name, int of);
@@ -42,15 +44,17 @@ public:
     int addImage(std::string_view name) { return add(name, Category::Image); }
     int addOpaque(std::string_view name) { return add(name, Category::Opaque); }
     int addCustom(std::string_view name) { return add(name, Category::Custom); }
-    /// A string type, named by its expression: "string", or "string(20)" for at most 20 characters. InvalidStringType.
+    /// Adds a string type, named by its expression: "string", or "string(20)" for at most 20 characters. Throws
+    /// InvalidStringType.
     int addString(std::string_view expression);
-    /// A number, named by its constructor text. InvalidFixedPointType.
+    /// Adds a number, named by its constructor text. Throws InvalidFixedPointType.
     int addFixedPoint(fxpDataTypeProp const& type);
-    /// Adds the type of `id` once more, under its name with the override before it. CannotOverride for built-ins,
-    /// numbers and strings, whose names aren't given by anybody, and for what is overridden already.
+    /// Adds an override of the type `id`, named by the override's prefix and that type's name. Throws CannotOverride
+    /// for built-ins, numbers and strings, whose names aren't chosen by users, and for types that are overrides
+    /// already.
     int addOverride(int id, Override by);
-    /// The id under which this table has the type of that id in `source`, which is added, with what it is an alias of,
-    /// unless its name is there. NameInUse if the name is there for something else.
+    /// Adds the type `id` of `source`, and the type that it is an alias of, unless this table has its name already;
+    /// returns the id in this table. Throws NameInUse if the name belongs to a different type.
     int addCopy(DataTypeTable const& source, int id);
 
 private:
@@ -58,20 +62,20 @@ private:
     int append(DataType type);
 
     std::deque<DataType> types_;
-    std::unordered_map<std::string_view, int> ids_;  // by the entries' own names
+    std::unordered_map<std::string_view, int> ids_;  // the keys refer to the entries' names
 };
 
-/// What is particular to image types.
+/// Operations of image types.
 class TYPESYS_API ImageDataType {
 public:
-    /// The id of the image type of that name, or notRegistered.
+    /// The id of the image type with this name, or notRegistered.
     static int ImageNameToDataTypeId(std::string const& name, DataTypeTable* table);
 };
 
 }  // namespace VWTypeSys
 
-/// Whether the table has a type of that id. All of these answer false, or an empty text, for a null table and for an id
-/// that the table doesn't have.
+/// Whether the table has a type with this id. All of these functions return false, or an empty text, for a null table
+/// and for an id that the table doesn't have.
 TYPESYS_API bool DtIsDataTypeIdValid(VWTypeSys::DataTypeTable const* table, int id);
 TYPESYS_API bool DtIsAliasType(VWTypeSys::DataTypeTable const* table, int id);
 TYPESYS_API bool DtIsImageType(VWTypeSys::DataTypeTable const* table, int id);

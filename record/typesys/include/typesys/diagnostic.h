@@ -1,4 +1,4 @@
-// What the type system reports: messages, and the diagnostics that carry one from where it arose to where it is thrown.
+// Failures of the type system: messages, and diagnostics, which pass a message on until it is thrown.
 #pragma once
 
 #include <keel/exception.h>
@@ -23,8 +23,8 @@ using DataTypeException = keel::core::except::Exception<DataTypeMessage>;
 
 }  // namespace VWTypeSys
 
-/// A failure on its way to whoever asked. A function that reports by diagnostics gives null for success and otherwise a
-/// new diagnostic, which the caller owns.
+/// A failure that is returned to a caller. A function that reports by diagnostics returns null for success and
+/// otherwise a new diagnostic, which the caller owns.
 class TYPESYS_API vwsvDiagnosticImpl {
 public:
     explicit vwsvDiagnosticImpl(VWTypeSys::DataTypeMessage message) : message_(std::move(message)) {}
@@ -35,6 +35,6 @@ private:
     VWTypeSys::DataTypeMessage message_;
 };
 
-/// Throws the diagnostic's message as DataTypeException. The diagnostic, which must be there, is released and the
-/// variable set to null. `subject`, if not null, is what the failure is about, for people to read.
+/// Throws the diagnostic's message as DataTypeException. The diagnostic, which must not be null, is released and the
+/// variable set to null. `subject`, if not null, says what the failure is about.
 [[noreturn]] TYPESYS_API void vwsvThrowIExceptionFromDiagnostic(vwsvDiagnosticImpl*& diagnostic, char const* subject);

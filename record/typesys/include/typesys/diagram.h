@@ -5,16 +5,16 @@
 
 namespace VWTypeSys {
 
-/// Registers names that its table has, and those of a dictionary, from which they are copied into the table when first
-/// asked for. Both must outlive it. The options of a resolution make no difference to it.
+/// Registers types whose names its table has, and those of a dictionary, which are copied into the table when they are
+/// first asked for. The table and the dictionary must outlive it. The options of a resolution have no effect.
 class TYPESYS_API Diagram final : public BlockOwner {
 public:
     explicit Diagram(DataTypeTable& table, DataTypeTable const* dictionary = nullptr)
         : table_(&table), dictionary_(dictionary) {}
 
-    /// NoSuchType, if neither the table nor the dictionary has the name.
+    /// Returns NoSuchType if neither the table nor the dictionary has the name.
     vwsvDiagnosticImpl* registerByName(VWBlock* block, char const* name, int* id) override;
-    /// Takes the expressions of string types, and enters those that are new. InvalidStringType.
+    /// Takes expressions of string types, and registers new ones. Returns InvalidStringType for any other expression.
     vwsvDiagnosticImpl* resolveWithOptions(VWBlock* block, char const* expression, char const* parameter,
                                            ResolveOptions const& options, int* id) override;
     DataTypeTable& typeTable() override { return *table_; }

@@ -1,4 +1,4 @@
-// The export mark of libtypesys.
+// The export macro of libtypesys.
 #pragma once
 
 #define TYPESYS_API [[gnu::visibility("default")]]

@@ -1,4 +1,4 @@
-// The texts that stand for the numbers that a data type can be.
+// Constructor texts: the texts for the numbers that a data type can be.
 //
 //     bool
 //     float(32)  float(64)
@@ -6,7 +6,7 @@
 //     fixed(unsigned,8,2^-3)                  the stored integer times a slope
 //     fixed(signed,32,1.25*2^-5,-0.5)         ... plus a bias
 //
-// A text reads back to the type that it was made of, to the last bit.
+// Parsing a text gives exactly the type that it was made from.
 #pragma once
 
 #include <typesys/diagnostic.h>
@@ -20,27 +20,27 @@
 
 namespace FxpDT {
 
-/// Which of its texts a type gets that is also a built-in.
+/// Which text a type gets if it equals a built-in.
 enum class baseCtorPrefer : int { Constructor = 0, BuiltInName = 1 };
 /// How a slope is written: 1.25*2^-5, or 0.0390625.
 enum class scalingRepPrefer : int { FractionAndExponent = 0, WholeSlope = 1 };
 
 }  // namespace FxpDT
 
-/// A built-in number under its name.
+/// A built-in number and its name.
 struct fxpBuiltIn {
     char const* name = nullptr;
     fxpDataTypeProp type;
 };
-/// In the order of their ids, from 0.
+/// All built-in numbers, in the order of their ids from 0.
 TYPESYS_API std::vector<fxpBuiltIn> const& fxpBuiltIns();
 
-/// What is wrong with the type, or nothing if it can be used.
+/// The fault of the type as a sentence, or nothing if it can be used.
 TYPESYS_API std::optional<std::string> fxpDataTypeFault(fxpDataTypeProp const& type);
 
-/// The type's text. InvalidFixedPointType if there is no such type.
+/// The type's text. Throws InvalidFixedPointType if there is no such type.
 TYPESYS_API std::string fxpDataTypeToConstructorString(fxpDataTypeProp const& type, FxpDT::baseCtorPrefer base,
                                                        FxpDT::scalingRepPrefer scaling);
-/// The type of a text in any of its forms, the names of built-ins included; blanks between its parts don't matter.
+/// Parses a type's text in any of its forms, the names of built-ins included; blanks between its parts are ignored.
 /// Throws InvalidConstructorText.
 TYPESYS_API fxpDataTypeProp constructorStringToFxpDataType(std::string const& text);

@@ -3,13 +3,13 @@
 
 #include <typesys/export.h>
 
-/// A number: its value is the stored integer * slopeFraction * 2^exponent + bias. Of a bool or floating-point number
-/// only the word length counts, and the other members stay as they are at the start.
+/// A number: its value is the stored integer * slopeFraction * 2^exponent + bias. For a bool or floating-point number
+/// only the word length counts, and the other members keep their initial values.
 struct TYPESYS_API fxpDataTypeProp {
     enum class Kind { FixedPoint, FloatingPoint, Boolean };
 
     static constexpr int maxWordLength = 128;
-    /// Of a normal double, so that the whole slope is one.
+    /// The range of a normal double's exponent, so that the whole slope is a normal double.
     static constexpr int minExponent = -1022;
     static constexpr int maxExponent = 1023;
 

@@ -10,8 +10,8 @@
 
 namespace ModelRefInfoRepo {
 
-/// A plain value: copied, compared and hashed, without identity or model. No field depends on another; isEmpty too is a
-/// field of its own. Setters only assign. An element that records a rate by itself is a RateSpec.
+/// A plain value: copied, compared and hashed, without identity or model. Its fields are independent of each other;
+/// isEmpty too is stored. Setters only assign. An element that records a rate of its own is a RateSpec.
 class VW_MODELREF_INFO_API RateInfo {
 public:
     /// Seconds between two hits; -1 at the start.
@@ -26,7 +26,7 @@ public:
     void setClockedByExternalRuntimeEvent(bool value) noexcept { clockedByExternalRuntimeEvent_ = value; }
     bool getTaskedExplicitly() const noexcept { return taskedExplicitly_; }
     void setTaskedExplicitly(bool value) noexcept { taskedExplicitly_ = value; }
-    /// -1 at the start, as is the priority.
+    /// Initially -1, as is the priority.
     int getRateIdx() const noexcept { return rateIdx_; }
     void setRateIdx(int value) noexcept { rateIdx_ = value; }
     int getPriority() const noexcept { return priority_; }
@@ -38,7 +38,7 @@ public:
     bool getIsEmpty() const noexcept { return isEmpty_; }
     void setIsEmpty(bool value) noexcept { isEmpty_ = value; }
 
-    /// -1, 0 or 1, by the fields in order; a NaN counts as equal to anything here, but not in ==.
+    /// Compares by the fields in order and gives -1, 0 or 1. A NaN counts as equal to anything here, but not in ==.
     int compareWith(RateInfo const& other) const;
     bool operator==(RateInfo const& other) const;
     bool operator<(RateInfo const& other) const { return compareWith(other) < 0; }

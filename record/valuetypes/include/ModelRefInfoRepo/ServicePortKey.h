@@ -1,4 +1,4 @@
-// Which port a service port is, by block and port.
+// The key of a service port: its block and port.
 #pragma once
 
 #include <quay/zero/structured_value.h>
@@ -22,7 +22,7 @@ public:
     int getStartElemIdx() const noexcept { return startElemIdx_; }
     void setStartElemIdx(int value) noexcept { startElemIdx_ = value; }
 
-    /// -1, 0 or 1, by the fields in order.
+    /// Compares by the fields in order and gives -1, 0 or 1.
     int compareWith(ServicePortKey const& other) const;
     bool operator==(ServicePortKey const& other) const;
     bool operator<(ServicePortKey const& other) const { return compareWith(other) < 0; }

@@ -21,25 +21,25 @@ namespace ordo {
 
 class OrdoPackage;
 
-/// A class. It lives as long as the process. Members stay in the order in which they were added.
+/// A class of scripts. It lives as long as the process. Members stay in the order in which they were added.
 class ORDO_API OrdoClass : public ClassIdentity {
 public:
-    /// Finds a class by its whole name and defines it unless it is defined. Null if nobody registered it. A name is
-    /// looked for in `context` first, if that is given. Throws what the definition throws.
+    /// Finds a class by its whole name, first in `context` if that is given, and defines it unless it is defined. Null
+    /// if no such class is registered. Throws what the definition throws.
     static OrdoClass* getClass(InternedName name, OrdoPackage* context = nullptr);
 
     bool isDefined() const noexcept { return state_ == State::Defined; }
 
-    // For the definition step.
+    // Called by class descriptions while they define the class.
 
-    /// Adds a superclass: one that is registered, which gets defined, or the built-in class that objects are based
-    /// on, such as "int32". The three numbers are kept as they stand.
+    /// Adds a superclass: a registered class, which is defined first, or the built-in class that objects are based on,
+    /// such as "int32". The three numbers are stored and have no effect here.
     void addSuperclass(std::string_view name, int first, int second, int third);
     OrdoPropInfo& addProperty(std::unique_ptr<OrdoPropInfo> property);
     OrdoMethodInfo& addMethod(std::unique_ptr<OrdoMethodInfo> method);
     OrdoEnumInfo& addEnumeration(std::unique_ptr<OrdoEnumInfo> literal);
 
-    // What is defined here; inherited members are the superclasses'.
+    // Members that this class defines; superclasses have the inherited ones.
 
     /// The three numbers with which each superclass was added, built-in ones included.
     struct SuperclassWords {
@@ -55,7 +55,7 @@ public:
     /// The built-in class that objects are based on; null if there is none.
     InternedName builtInBase() const noexcept { return builtInBase_; }
 
-    // Found here or in a superclass; null if there is none.
+    // Look-ups in this class and its superclasses; null if there is no such member.
 
     OrdoPropInfo* findProperty(InternedName name) const noexcept;
     OrdoMethodInfo* findMethod(InternedName name) const noexcept;
@@ -67,22 +67,22 @@ public:
     ValidityCheck validityCheck() const noexcept { return validityCheck_; }
 
     using ClassIdentity::isA;
-    /// Whether it is that class or derives from it.
+    /// Whether this is `other` or derives from it.
     bool isA(OrdoClass const& other) const noexcept;
 
-    /// Calls the constructor, and answers the object made. Throws AbstractClass if there is no constructor.
+    /// Calls the constructor and returns the new object. Throws AbstractClass if there is no constructor.
     OrdoValue construct(std::span<OrdoValue const> arguments);
     /// An enumeration's value from one of its values, a literal's name, or a number that a literal has.
     OrdoValue constructEnumeration(OrdoValue const& input);
 
-    /// Throws InvalidHandle unless the native object is there and valid.
+    /// Throws InvalidHandle if the native object is null or no longer valid.
     void checkValid(void const* native) const {
         if (native == nullptr || (validityCheck_ != nullptr && !validityCheck_(native))) {
             raiseInvalid();
         }
     }
 
-    /// What the host keeps with the class, such as its own class for it.
+    /// Data that the host keeps with the class, such as its own class for it. Not owned.
     void* peer() const noexcept { return peer_; }
     void setPeer(void* peer) noexcept { peer_ = peer; }
 
@@ -100,7 +100,7 @@ private:
     void clear() noexcept;
     [[noreturn]] static void raiseInvalid();
 
-    static Finder* finder_;  // the packages' own; null until there is a package
+    static Finder* finder_;  // set by the packages; null until the first package is added
 
     State state_ = State::Undefined;
     ValidityCheck validityCheck_ = nullptr;

@@ -1,4 +1,4 @@
-// What script objects and values know of their class.
+// The part of a class that script objects and values refer to.
 #pragma once
 
 #include <ordo/class_info.h>
@@ -9,8 +9,8 @@
 
 namespace ordo {
 
-/// The base of OrdoClass, and of nothing else: its names, its description and its ancestors. Objects and values refer
-/// to their class by it; class.h brings the class's members.
+/// The base of OrdoClass only: the class's names, its description and its ancestors. Objects and values refer to their
+/// class by it; members of the class need class.h.
 class ORDO_API ClassIdentity {
 public:
     ClassIdentity(ClassIdentity const&) = delete;
@@ -20,7 +20,7 @@ public:
     InternedName shortName() const noexcept { return shortName_; }  ///< the constructor's name too
     OrdoClassInfo& info() const noexcept { return *info_; }
 
-    /// Whether it is the class of this name or derives from it. Built-in classes count.
+    /// Whether this is the class with this name or derives from it. Built-in classes count.
     bool isA(InternedName name) const noexcept;
 
 private:
@@ -34,7 +34,7 @@ private:
     InternedName name_;
     InternedName shortName_;
     OrdoClassInfo* info_;
-    std::vector<InternedName> ancestors_;  // at every distance, each once or several times
+    std::vector<InternedName> ancestors_;  // of all distances; a class may occur more than once
 };
 
 }  // namespace ordo

@@ -1,4 +1,4 @@
-// Class descriptions: what is known of a class before anybody uses it.
+// Class descriptions: what is known of a class before it is used.
 #pragma once
 
 #include <ordo/export.h>
@@ -15,18 +15,18 @@ class OrdoCollection;
 /// instructions.
 using ValidityCheck = bool (*)(void const* native) noexcept;
 
-/// A class as its maker describes it. Descriptions are cheap; the members come into being with defineClass, which is
-/// called once, when the class is used for the first time.
+/// The description of a class, made when the class is registered. It is cheap; the members are made by defineClass,
+/// which is called once, when the class is used for the first time.
 class ORDO_API OrdoClassInfo {
 public:
     OrdoClassInfo(OrdoClassInfo const&) = delete;
     OrdoClassInfo& operator=(OrdoClassInfo const&) = delete;
     virtual ~OrdoClassInfo();
 
-    /// The name within the package, and the whole dotted one.
+    /// The name within the package, then the whole dotted name.
     virtual std::string_view getName() const noexcept = 0;
     virtual std::string_view getFullName() const noexcept = 0;
-    /// One line for people who ask for help, and all there is to say.
+    /// One line for help texts, and the complete description.
     virtual std::string_view getDescription() const noexcept { return {}; }
     virtual std::string_view getDetailedDescription() const noexcept { return {}; }
 
@@ -42,19 +42,21 @@ public:
 
     /// A default native object, or null if the class makes none without its constructor.
     virtual void* makeInstance() { return nullptr; }
-    /// Called when the last holder of a script object has let go; `native` isn't null.
+    /// Called when the last reference to a script object is released; `native` isn't null.
     virtual void freeInstance(void* native) noexcept = 0;
 
-    /// Null: objects are valid for as long as they are held. Members of objects that fail the check can't be used.
+    /// The check for objects that can become invalid. Null: objects are valid while they are held. Members of an object
+    /// that fails the check can't be used.
     virtual ValidityCheck validityCheck() const noexcept { return nullptr; }
 
-    /// Null if objects are no collections. Derived classes have their ancestor's unless they bring one.
+    /// The collection protocol, null if objects aren't collections. Derived classes inherit their ancestor's unless
+    /// they define one.
     virtual OrdoCollection const* collection() const noexcept { return nullptr; }
     /// Whether objects are transactions: they have methods `commit` and `rollback` without inputs, of which a host
     /// calls one at the end of a block of statements.
     virtual bool isTransaction() const noexcept { return false; }
 
-    /// What tells one object from the others, in few words: a name, an id. Only asked of valid objects.
+    /// A short text that distinguishes the object from others: a name, an id. Called for valid objects only.
     virtual std::string describeInstance(void const* native) const;
 
 protected:

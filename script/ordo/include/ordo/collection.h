@@ -1,4 +1,4 @@
-// What a host needs in order to give script objects that hold others the manners of its own collections.
+// The collection protocol, through which a host gives script objects the interface of its own language's collections.
 #pragma once
 
 #include <ordo/export.h>
@@ -13,11 +13,11 @@ enum class CollectionKind {
     Sequence,  ///< in order, by position
     Set,
     Map,       ///< by key
-    Multimap,  ///< by key, with any number of members a key
+    Multimap,  ///< by key, with any number of members per key
 };
 
-/// The collection protocol of a class, which its description answers with. One object serves all instances, and lives
-/// as long as the class. `native` is the native object behind the script object, which the host has checked to be
+/// The collection protocol of a class, which the class's description returns. One object serves all instances, and
+/// lives as long as the class. `native` is the native object behind the script object; the host has checked that it is
 /// valid. Changing operations (`add`, `remove`, `clear`, ...) are ordinary methods of the class.
 class ORDO_API OrdoCollection {
 public:
@@ -25,11 +25,11 @@ public:
 
     virtual CollectionKind kind() const noexcept = 0;
 
-    /// Counts members; in a multimap those of all keys.
+    /// The number of members; in a multimap, of all keys.
     virtual std::size_t size(void* native) const = 0;
     /// All members at this moment: by position, or in the collection's own order.
     virtual std::vector<OrdoValue> members(void* native) const = 0;
-    /// Whether a value is a member, or a key of a map. A value that could never be one isn't.
+    /// Whether a value is a member, or a key of a map. False for a value that can't be one.
     virtual bool contains(void* native, OrdoValue const& value) const = 0;
 
     /// Sequences: the member at `index`, which is less than size().

@@ -23,7 +23,7 @@ public:
     virtual InternedName getName() const noexcept = 0;
     virtual OrdoClass& getClass() const noexcept = 0;
     virtual std::int32_t getNumericValue() const noexcept = 0;
-    /// The value as an object array of the class; stays the literal's.
+    /// The value as an object array of the class; the literal keeps owning it.
     virtual zxArray const* getValue() = 0;
     virtual std::string_view getDescription() const noexcept { return {}; }
 

@@ -1,4 +1,4 @@
-// The failures of failure.h, and throwing them with arguments of UTF-8.
+// Throwing the failures of failure.h with UTF-8 arguments.
 #pragma once
 
 #include <ordo/export.h>
@@ -10,7 +10,7 @@
 
 namespace ordo {
 
-/// As `raise` does, with UTF-8 arguments.
+/// Throws a failure as `raise` does, with arguments in UTF-8.
 [[noreturn]] ORDO_API void raiseWith(std::string_view id, std::vector<std::string> const& arguments);
 
 }  // namespace ordo

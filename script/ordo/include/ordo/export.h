@@ -1,4 +1,4 @@
-// The export mark of libordo, which its two modules (ordo, mi) share. Everything else in the library is hidden.
+// The export macro of libordo, which contains ordo and mi. All other symbols of the library are hidden.
 #pragma once
 
 #define ORDO_API [[gnu::visibility("default")]]

@@ -1,5 +1,5 @@
-// How the class-object system fails: with messages of the catalogue "ordo:messages", which read as sentences and which
-// a host turns into errors of its own language.
+// The failures of the class-object system: messages of the catalogue "ordo:messages". They read as sentences, and hosts
+// turn them into errors of their own language.
 #pragma once
 
 #include <keel/exception.h>
@@ -45,9 +45,9 @@ inline constexpr std::string_view Unexpected = "Unexpected";            ///< the
 /// Throws "ZELDRA:class:InvalidHandle".
 [[noreturn]] ORDO_API void raiseInvalidHandle();
 
-/// The family of errors that a host language has and a failure belongs to.
+/// The kind of error of the host language that a failure is turned into.
 enum class ErrorKind {
-    Plain,      ///< the system's own alone
+    Plain,      ///< the host's error class for all failures only
     Value,      ///< a value of the right type that can't be used
     Type,       ///< a value of the wrong type
     Attribute,  ///< no such member
@@ -55,10 +55,10 @@ enum class ErrorKind {
     Index,      ///< no such position
 };
 
-/// Plain for identifiers that nobody entered. Those of this catalogue, of "quay0:messages" and of "ZELDRA:class" are
-/// entered from the start.
+/// The kind of an identifier; Plain if none was set for it. Kinds of this catalogue, of "quay0:messages" and of
+/// "ZELDRA:class" are set from the start.
 ORDO_API ErrorKind errorKindOf(std::string_view identifier);
-/// Enters an identifier, such as "catalogue:Message", in place of what stood for it.
+/// Sets the kind of an identifier, such as "catalogue:Message", and replaces the one it had.
 ORDO_API void setErrorKind(std::string_view identifier, ErrorKind kind);
 
 }  // namespace ordo

@@ -1,4 +1,4 @@
-// Script objects: what a script holds in its hand for an object of native code.
+// Script objects: how scripts hold objects of native code.
 #pragma once
 
 #include <ordo/export.h>
@@ -19,17 +19,17 @@ namespace factory::basic {
 class BindingRegistry;
 }
 
-/// Gives what another script object can hold: a copy of the native object, for classes of values.
+/// Makes a copy of a native object for another script object to hold; for classes of values.
 using NativeCopier = void* (*)(void const* native);
 
-/// A script object: a class and a pointer to the native object behind it. Objects are counted; when the last holder
-/// lets go, the class description's freeInstance is called. Hold them by OrdoObject.
+/// A script object: a class and a pointer to the native object behind it. References are counted; when the last one is
+/// released, the class description's freeInstance is called. Hold script objects by OrdoObject.
 ///
-/// Script objects belong to the script thread: counts aren't atomic. A class and its ancestors know the native object
-/// by one and the same address.
+/// Script objects belong to the script thread: counts aren't atomic. A native object has the same address for its class
+/// and for all of the class's ancestors.
 class ORDO_API OrdoInterface {
 public:
-    /// A script object of a class; without a native object for now, as a constructor call wants it.
+    /// Makes a script object of a class; without a native object if a constructor call will provide it.
     static OrdoObject make(ClassIdentity& ordoClass, void* native = nullptr, NativeCopier copier = nullptr);
 
     OrdoInterface(OrdoInterface const&) = delete;
@@ -44,18 +44,18 @@ public:
     /// The native object if the object's class is `className` or derives from it, else null.
     void* getNativePointer(InternedName className) const noexcept;
 
-    /// Null for objects that have identity: all holders share those.
+    /// The function that copies the native object; null for objects that have identity, which holders share.
     NativeCopier copier() const noexcept { return copier_; }
 
-    /// This object, or for a value a script object that holds a copy of it.
+    /// This object; for a value, a script object that holds a copy of it.
     OrdoObject copy();
 
-    /// What the host keeps with the object, such as its own object for it. Nothing here looks at it or owns it.
+    /// Data that the host keeps with the object, such as its own object for it. Neither used nor owned here.
     void* peer() const noexcept { return peer_; }
     void setPeer(void* peer) noexcept { peer_ = peer; }
 
     void addReference() noexcept { ++references_; }
-    /// Ends the object with its last reference.
+    /// Releases one reference; the last one destroys the object.
     void dropReference() noexcept {
         if (--references_ == 0) {
             end();
@@ -65,7 +65,7 @@ public:
 private:
     friend factory::basic::BindingRegistry;
 
-    /// Removes what binds the object to its native one.
+    /// Removes the object's binding to its native object.
     using Unbind = void (*)(OrdoInterface& object) noexcept;
 
     OrdoInterface(ClassIdentity& ordoClass, void* native, NativeCopier copier) noexcept
@@ -78,7 +78,7 @@ private:
     void* native_;
     void* peer_ = nullptr;
     NativeCopier copier_;
-    OrdoInterface* nextBound_ = nullptr;  // to the same address, for another class
+    OrdoInterface* nextBound_ = nullptr;  // next object bound to the same address, for another class
     std::size_t references_ = 0;
     Unbind unbind_ = nullptr;  // null for an object that isn't bound
 };
@@ -108,7 +108,7 @@ public:
     OrdoInterface* operator->() const noexcept { return object_; }
     OrdoInterface& operator*() const noexcept { return *object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }
-    /// Gives the reference away.
+    /// Returns the pointer without releasing its reference, which the caller takes over.
     OrdoInterface* release() noexcept { return std::exchange(object_, nullptr); }
 
     friend bool operator==(OrdoObject const&, OrdoObject const&) noexcept = default;
@@ -117,15 +117,15 @@ private:
     OrdoInterface* object_ = nullptr;
 };
 
-/// A 1 by 1 object array that holds the script object; an object without a native one gives an empty array of its
-/// class. Copying such an array shares an object that has identity and copies one that is a value.
+/// A 1 by 1 object array that holds the script object; if that has no native object, an empty array of its class.
+/// Copying the array shares an object that has identity and copies an object that is a value.
 ORDO_API zx::Array toArray(OrdoInterface& object);
 
-/// The script object at a place of an object array; null if there is none, or if it is an array of other things.
+/// The script object at a position of an object array; null if there is none, or if the array holds other things.
 ORDO_API OrdoInterface* objectAt(zxArray const* array, std::size_t index = 0) noexcept;
 
-/// What object arrays do with script objects, which are their native objects: `OrdoInterface*` as `void*`, with one
-/// reference each.
+/// The operations of object arrays for script objects. The arrays' native objects are `OrdoInterface*` as `void*`, with
+/// one reference each.
 ORDO_API zx::NativeOperations const& scriptObjectOperations() noexcept;
 
 }  // namespace ordo

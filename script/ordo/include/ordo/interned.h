@@ -1,4 +1,4 @@
-// Names that are compared by their address.
+// Interned names, which are compared by their addresses.
 #pragma once
 
 #include <ordo/export.h>
@@ -13,11 +13,11 @@ namespace ordo {
 class InternedName;
 class OrdoClass;
 
-/// The one name of this text, from any thread. Takes a lock and a look-up: keep the result.
+/// The one interned name for this text. May be called from any thread. Costs a lock and a look-up, so keep the result.
 ORDO_API InternedName internName(std::string_view text);
 
-/// A name of which the process keeps exactly one copy, or null, which is what an empty text becomes. Copying and
-/// comparing one costs what a pointer costs. The text lives as long as the process.
+/// An interned name: the process keeps exactly one copy of each text. An empty text becomes null. Copying and comparing
+/// cost what they cost for a pointer. The text lives as long as the process.
 class InternedName {
 public:
     constexpr InternedName() noexcept = default;
@@ -34,7 +34,7 @@ private:
     friend InternedName internName(std::string_view text);
     friend struct ClassTable;
 
-    /// A name as the process keeps it, with the class that has it as its whole name.
+    /// The stored name, and the class that has it as its whole name.
     struct Entry {
         explicit Entry(std::string_view name) : text(name) {}
 

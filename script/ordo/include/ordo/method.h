@@ -16,7 +16,7 @@ namespace ordo {
 
 class OrdoClass;
 
-/// What a method takes and gives, for checks and for help.
+/// The inputs and the result of a method, for checks and help texts.
 struct ORDO_API OrdoMethodSignature {
     /// `parameterNames` are separated by blanks; there may be fewer than inputs, also none. Of the inputs, the last
     /// `optionalInputs` may be missing. `result` is empty or "void" if there is none.
@@ -36,8 +36,8 @@ struct ORDO_API OrdoMethodSignature {
     bool variadic = false;  ///< takes any number of arguments
 };
 
-/// One call: the arguments on the way in, the result on the way out. The object is the first argument, except for
-/// constructors and static methods.
+/// One call: its arguments and its result. The object is the first argument, except for constructors and static
+/// methods.
 class MethodCall {
 public:
     explicit MethodCall(std::span<OrdoValue const> arguments, bool wantsResult = true,
@@ -46,7 +46,7 @@ public:
 
     std::span<OrdoValue const> arguments() const noexcept { return arguments_; }
     std::size_t count() const noexcept { return arguments_.size(); }
-    /// Nothing for an argument that wasn't given.
+    /// The argument at this index; the value "nothing" if it wasn't given.
     OrdoValue const& argument(std::size_t index) const noexcept {
         return index < arguments_.size() ? arguments_[index] : missing();
     }
@@ -54,7 +54,7 @@ public:
     /// For a constructor: the script object that was made for the call and has no native object yet.
     OrdoInterface* constructed() const noexcept { return constructed_; }
 
-    /// False if the caller drops the result, which then needn't be made.
+    /// False if the caller ignores the result, which then needn't be made.
     bool wantsResult() const noexcept { return wantsResult_; }
     std::size_t resultCount() const noexcept { return resultCount_; }
     void setResultCount(std::size_t count) noexcept { resultCount_ = count; }
@@ -74,10 +74,10 @@ private:
     bool wantsResult_;
 };
 
-/// The attribute word of methods that belong to the class rather than to an object.
+/// The attribute word of static methods.
 inline constexpr unsigned staticMethodAttributes = 520;
 
-/// A method as a class defines it. The one that has the class's short name is the constructor.
+/// A method as a class defines it. The method that has the class's short name is the constructor.
 class ORDO_API OrdoMethodInfo {
 public:
     OrdoMethodInfo(OrdoMethodInfo const&) = delete;
@@ -90,10 +90,10 @@ public:
 
     virtual unsigned getAttributes() const noexcept { return 0; }
     bool isStatic() const noexcept { return (getAttributes() & staticMethodAttributes) == staticMethodAttributes; }
-    /// One line for people who ask for help.
+    /// One line for help texts.
     virtual std::string_view getDescription() const noexcept { return {}; }
 
-    /// Runs the method. Whoever calls has held the number of arguments to the signature.
+    /// Runs the method. The caller has checked the number of arguments against the signature.
     virtual void call(MethodCall& call) const = 0;
 
 protected:

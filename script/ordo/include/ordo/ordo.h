@@ -1,5 +1,6 @@
 // The class-object system: packages, classes with properties, methods and enumerations, and the bindings between script
-// objects and native ones. It knows no script language and no native classes: hosts bring the one, factories the other.
+// objects and native ones. It depends on no script language and no native classes: hosts connect it to a language,
+// factories to native classes.
 #pragma once
 
 #include <ordo/class.h>

@@ -16,7 +16,7 @@ class OrdoMethodInfo;
 class OrdoPackage;
 struct PackageTree;
 
-/// A package as its maker describes it. Nothing is taken back that was registered.
+/// A package as its creator describes it. Registrations are never reverted.
 class ORDO_API OrdoPackageInfo {
 public:
     OrdoPackageInfo() = default;
@@ -29,17 +29,18 @@ public:
     virtual std::string_view getDescription() const noexcept { return {}; }
     virtual std::string_view getDetailedDescription() const noexcept { return {}; }
 
-    // A package may bring in a member at the moment when it is looked for in vain, and says whether it did.
+    // The attemptToLoad functions are called when a member isn't found: the package may register it then, and returns
+    // whether it did.
 
     virtual bool attemptToLoadSubPackage(InternedName) { return false; }
-    /// Called when a name is defined that is taken; does nothing, as a rule, and so accepts it.
+    /// Called when a name is defined that exists already; by default it does nothing, which accepts the definition.
     virtual void throwErrorForDefinitionOfExistingName(InternedName) {}
     virtual bool attemptToLoadClass(InternedName) { return false; }
     virtual bool attemptToLoadFunction(InternedName) { return false; }
     virtual bool attemptToLoadType(InternedName) { return false; }
     virtual OrdoMethodInfo* getMethodSelector() { return nullptr; }
 
-    /// Called once, when the package stands in the tree, to register its classes.
+    /// Called once, when the package has been added to the tree, to register its classes.
     virtual void initializePackage(OrdoPackage*) {}
 
     virtual bool isDestructible() const noexcept { return false; }
@@ -52,9 +53,9 @@ public:
 class ORDO_API OrdoPackage {
 public:
     /// Registers an outermost package and initializes it. The tree owns the description from then on, unless the call
-    /// throws. On a taken name the package there is initialized with this description as well.
+    /// throws. If the name is taken, the existing package is initialized with this description as well.
     static OrdoPackage* addPackage(OrdoPackageInfo* package);
-    /// Finds a package by its dotted name, null if there is none.
+    /// Finds a package by its dotted name; null if there is none.
     static OrdoPackage* getPackage(InternedName dottedName);
     /// The outermost packages, in the order of their registration.
     static std::span<OrdoPackage* const> getPackages();
@@ -62,11 +63,10 @@ public:
     OrdoPackage(OrdoPackage const&) = delete;
     OrdoPackage& operator=(OrdoPackage const&) = delete;
 
-    /// Hangs a package under this one; otherwise like addPackage.
+    /// Adds a package below this one; otherwise like addPackage.
     OrdoPackage* addSubPackage(OrdoPackageInfo* package);
-    /// Registers a class description, which the package owns from the call on. `mode` means nothing here and is
-    /// passed as 2 by all callers. On a taken name the description replaces the former one, unless that class is
-    /// defined already.
+    /// Registers a class description, which the package owns from the call on. `mode` has no effect; all callers pass
+    /// 2. If the name is taken, the description replaces the former one, unless that class is defined already.
     void addClass(OrdoClassInfo* description, int mode);
 
     InternedName name() const noexcept { return name_; }            ///< the dotted name
@@ -76,9 +76,9 @@ public:
 
     std::span<OrdoPackage* const> subPackages() const noexcept { return subPackages_; }
     OrdoPackage* findSubPackage(InternedName shortName);
-    /// The short names of all classes that are registered, in order; no class is defined for it.
+    /// The short names of all registered classes, in the order of registration. Defines no class.
     std::span<InternedName const> classNames() const noexcept { return classNames_; }
-    /// The class of this short name, defined; null if there is none.
+    /// Finds the class with this short name and defines it; null if there is none.
     OrdoClass* findClass(InternedName shortName);
 
 private:
@@ -98,5 +98,5 @@ private:
 
 }  // namespace ordo
 
-/// Whether the object system runs the registration of libraries itself. It makes no difference to what they do.
+/// Whether the object system runs the registration of libraries itself. The answer has no effect on what libraries do.
 extern "C" ORDO_API bool omGetOrdoUsingUSM() noexcept;

@@ -12,8 +12,8 @@ namespace ordo {
 
 class OrdoClass;
 
-/// A property as a class defines it. `self` is the native object behind a script object of the class or a derived
-/// one, checked by whoever calls.
+/// A property as a class defines it. `self` is the native object behind a script object of the class or a derived one;
+/// the caller has checked it.
 class ORDO_API OrdoPropInfo {
 public:
     OrdoPropInfo(OrdoPropInfo const&) = delete;
@@ -27,13 +27,14 @@ public:
     /// The word by which the property names its type, such as "int32 scalar".
     virtual std::string getTypeWord() const = 0;
     virtual unsigned getAttributes() const noexcept { return 0; }
-    /// One line for people who ask for help.
+    /// One line for help texts.
     virtual std::string_view getDescription() const noexcept { return {}; }
     virtual bool isReadOnly() const noexcept { return false; }
 
-    /// Texts in the answer may be borrowed from `self`: use them before anything else is done with it.
+    /// Reads the property. Texts in the answer may be borrowed from `self`: use them before anything else is done with
+    /// it.
     virtual OrdoValue get(void* self) const = 0;
-    /// Converts and writes. A value that is refused has changed nothing.
+    /// Converts the value and writes it. A refused value throws and changes nothing.
     virtual void set(void* self, OrdoValue const& value) const = 0;
 
 protected:

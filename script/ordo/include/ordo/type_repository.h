@@ -17,24 +17,24 @@ public:
     OrdoTypeConverter& operator=(OrdoTypeConverter const&) = delete;
     virtual ~OrdoTypeConverter();
 
-    /// Throws if the value has no counterpart.
+    /// Makes the value; throws if the given one has no counterpart.
     virtual zx::Array convert(zxArray const* value) = 0;
 
 protected:
     OrdoTypeConverter() = default;
 };
 
-/// The process's table of conversions, keyed by two type words. Beside classes themselves, the words "C property" and
-/// "C scalar" name what a property or a single place of class C takes.
+/// The process's table of conversions, keyed by two type words. Besides the names of classes, the words "C property"
+/// and "C scalar" name what a property or a single place of class C takes.
 class ORDO_API OrdoTypeRepository {
 public:
     OrdoTypeRepository() = delete;
 
-    /// Null if there is none. It stays the table's.
+    /// Finds a conversion, which the table keeps owning; null if there is none.
     static OrdoTypeConverter* getConversion(InternedName from, InternedName to);
-    /// Takes a conversion out, null if there is none.
+    /// Removes a conversion and returns it; null if there is none.
     static std::unique_ptr<OrdoTypeConverter> removeConversion(InternedName from, InternedName to);
-    /// Puts a conversion in, in place of any there was.
+    /// Adds a conversion and replaces the one of the same types.
     static void addConversion(InternedName from, InternedName to, std::unique_ptr<OrdoTypeConverter> conversion);
 };
 

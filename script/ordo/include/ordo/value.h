@@ -1,4 +1,4 @@
-// One value on its way between a script and native code, in the cheapest form that it has.
+// One value in transit between a script and native code, in the cheapest form that it has.
 #pragma once
 
 #include <ordo/export.h>
@@ -16,11 +16,11 @@ namespace ordo {
 class ClassIdentity;
 class OrdoClass;
 
-/// A value in transit. Any value has a form as an array, but numbers, texts and script objects, which is what mostly
-/// crosses, travel without one: making and reading one of those allocates nothing.
+/// A value in transit. Every value has a form as an array, but numbers, texts and script objects, the most frequent
+/// ones, are held without one: making and reading one of those allocates nothing.
 ///
-/// Whoever takes a value asks for what it needs (`toInt32()`, `object()`, `array()`) and needn't look at the kind: the
-/// conversions take every form that can mean such a value, check its range, and fail with the messages of error.h.
+/// A receiver asks for what it needs (`toInt32()`, `object()`, `array()`) without looking at the kind: the conversions
+/// take every form that can mean such a value, check its range, and fail with the messages of failure.h.
 class ORDO_API OrdoValue {
 public:
     enum class Kind : std::uint8_t {
@@ -38,10 +38,10 @@ public:
         Array,        ///< anything else
     };
 
-    /// Nothing: an empty array of this class.
+    /// The value "nothing": an empty array of this class.
     OrdoValue(zxClassCode emptyClass = zxDoubleClass) noexcept  // NOLINT(google-explicit-constructor)
         : emptyClass_(static_cast<std::uint8_t>(emptyClass)) {}
-    /// The copy owns all that it has, whatever the other one borrows.
+    /// The copy owns all of its content, even if `other` borrows it.
     OrdoValue(OrdoValue const& other);
     OrdoValue(OrdoValue&& other) noexcept
         : word_(other.word_), kind_(other.kind_), emptyClass_(other.emptyClass_), extra_(other.extra_) {
@@ -53,7 +53,7 @@ public:
         return *this = std::move(copy);
     }
     OrdoValue& operator=(OrdoValue&& other) noexcept {
-        OrdoValue former(std::move(*this));  // ends what was here last of all
+        OrdoValue former(std::move(*this));  // destroyed last, on return
         word_ = other.word_;
         extra_ = other.extra_;
         emptyClass_ = other.emptyClass_;
@@ -88,7 +88,7 @@ public:
     /// The text is copied.
     static OrdoValue text(std::u16string_view text);
     static OrdoValue bytes(std::string_view text);
-    /// The text must stay as it is until the value is gone.
+    /// The value borrows the text, which must stay unchanged while the value exists.
     static OrdoValue borrowedText(std::u16string_view text) noexcept {
         OrdoValue result(Kind::Text);
         result.word_.text = text.data();
@@ -107,16 +107,16 @@ public:
         result.extra_ = static_cast<std::size_t>(number);
         return result;
     }
-    /// Nothing if there is no object, or no native object behind it.
+    /// A value for a script object; "nothing" if it is null or has no native object.
     static OrdoValue fromObject(OrdoObject object) noexcept;
-    /// Takes the array over; null is nothing. An array stays an array, whatever is in it.
+    /// Takes ownership of the array; null becomes "nothing". An array stays an array, whatever its content.
     static OrdoValue fromArray(zx::Array array) noexcept;
-    /// The array must live until the value is gone.
+    /// The value borrows the array, which must outlive it.
     static OrdoValue borrowedArray(zxArray const* array) noexcept;
 
     Kind kind() const noexcept { return kind_; }
     bool isNothing() const noexcept { return kind_ == Kind::Nothing; }
-    /// The class of the empty array that nothing stands for.
+    /// The class of the empty array that "nothing" becomes.
     zxClassCode emptyClass() const noexcept { return static_cast<zxClassCode>(emptyClass_); }
 
     /// The number of elements of the array form: 0 for nothing, 1 for a number or an object.
@@ -135,7 +135,7 @@ public:
     /// A count or a position: an integer from 0.
     std::size_t toSize() const;
 
-    /// A text of either width.
+    /// Whether the value is a text, of 16-bit or 8-bit units.
     bool isText() const noexcept;
     std::u16string toText() const;
     /// The text as UTF-8, in which a lone surrogate U+DC80 to U+DCFF stands for a byte that isn't UTF-8.
@@ -146,13 +146,13 @@ public:
 
     /// The script object, or the first one of an array; null if there is none.
     OrdoInterface* object() const noexcept;
-    /// The native object behind that if it is of `className`, else null.
+    /// The native object behind `object()` if its class is `className` or derives from it, else null.
     void* native(InternedName className) const noexcept;
-    /// The number of an enumeration value of just this class: an enumeration, or the first of an object array.
-    /// False if it is something else.
+    /// Gets the number if the value is one of exactly this class: an enumeration, or the first of an object array.
+    /// Returns false for anything else.
     bool enumerationOf(ClassIdentity const& enumeration, std::int32_t& number) const noexcept;
 
-    // What the kind says; undefined for another kind.
+    // The content as its kind stores it; undefined for a value of another kind.
     bool logicalContent() const noexcept { return word_.int64 != 0; }
     std::int64_t integerContent() const noexcept { return word_.int64; }     ///< Int32, UInt32, Int64
     std::uint64_t unsignedContent() const noexcept { return word_.uint64; }  ///< UInt32, UInt64
@@ -163,19 +163,19 @@ public:
     std::int32_t enumerationNumber() const noexcept { return static_cast<std::int32_t>(extra_); }
     zxArray const* arrayContent() const noexcept { return word_.array; }
 
-    /// The array form: what the value holds already, or one made and kept in `storage`.
+    /// The array form: the array that the value holds, or one that is made and kept in `storage`.
     zxArray const* array(zx::Array& storage) const;
-    /// The array form for the caller to keep: a copy of what is held.
+    /// The array form as a copy that the caller owns.
     zx::Array toArray() const;
 
-    /// Copies what is borrowed, so that the value can stay.
+    /// Replaces borrowed content with a copy, so that the value may outlive its source.
     void own() {
         if (!owns_ && (kind_ == Kind::Text || kind_ == Kind::Bytes || kind_ == Kind::Array)) {
             *this = OrdoValue(static_cast<OrdoValue const&>(*this));
         }
     }
 
-    /// What it is, for messages: "a number", "a text", "an object of class 'A'".
+    /// The kind of value in words, for messages: "a number", "a text", "an object of class 'A'".
     std::string describe() const;
 
 private:
@@ -198,8 +198,8 @@ private:
         zxArray const* array;
     };
 
-    // In this order, so that the compiler doesn't copy both words in one go: that would have to wait for what was
-    // written to one of them just before.
+    // The small members lie between `word_` and `extra_`, so that the compiler doesn't copy both in one load: that
+    // would have to wait for a recent store to one of them.
     Word word_;
     Kind kind_ = Kind::Nothing;
     bool owns_ = false;

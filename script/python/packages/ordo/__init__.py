@@ -1,7 +1,7 @@
 """Classes of native libraries as classes of Python.
 
-Packages of the class-object system are imported by their dotted names; their classes come into being when somebody
-first asks for one. What goes wrong is an `Error`.
+Packages of the class-object system are imported by their dotted names. Each class is made when it is first accessed.
+Failures raise `Error`.
 """
 
 from ordo import _errors
@@ -9,7 +9,7 @@ from ordo._core import Class, Method, Object, Property, count_bindings
 from ordo._errors import Error
 from ordo._packages import Package, attach, load
 
-# Errors that are Python's own as well show themselves as `ordo.ValueError` and so on.
+# So that the error classes which derive from a built-in one are displayed as `ordo.ValueError` and so on.
 ValueError = _errors.ValueError
 TypeError = _errors.TypeError
 AttributeError = _errors.AttributeError

@@ -1,4 +1,4 @@
-"""What failures of native code become: one class for all, and one more for each family that Python has its own for."""
+"""The errors that failures of native code become: one base class, and a subclass for each kind of built-in error."""
 
 from __future__ import annotations
 
@@ -10,8 +10,8 @@ from ordo import _core
 class Error(Exception):
     """A failure of native code, or of a conversion on the way to it. Its text is a readable sentence.
 
-    `identifier` tells failures apart for programs, such as "quay0:messages:UniquenessConstraint", and `arguments` are
-    what the sentence is made with.
+    `identifier` identifies the failure for programs, such as "quay0:messages:UniquenessConstraint", and `arguments` are
+    the arguments of the sentence.
     """
 
     identifier: str
@@ -34,7 +34,7 @@ class ValueError(Error, builtins.ValueError):
 
 
 class TypeError(Error, builtins.TypeError):
-    """The value is of another type than is wanted, or can't be left out."""
+    """The value is of another type than required, or is missing."""
 
 
 class AttributeError(Error, builtins.AttributeError):

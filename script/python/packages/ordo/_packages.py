@@ -1,4 +1,4 @@
-"""Packages of the class-object system as modules."""
+"""Packages of the class-object system as Python modules."""
 
 from __future__ import annotations
 
@@ -13,7 +13,8 @@ from ordo import _core
 
 
 class Package(types.ModuleType):
-    """A module whose contents are those of a package: subpackages and classes, each found when it is first asked for."""
+    """A module whose contents are the subpackages and classes of a package, each looked up when it is first
+    accessed."""
 
     def __getattr__(self, name: str) -> object:
         full = f"{self.__name__}.{name}"
@@ -34,7 +35,7 @@ class Package(types.ModuleType):
 
 
 class _Loader:
-    """Makes the module of a package that has no file."""
+    """Creates the module of a package that has no file."""
 
     def create_module(self, spec: importlib.machinery.ModuleSpec) -> types.ModuleType:
         return Package(spec.name, _core.describe_package(spec.name))
@@ -44,7 +45,7 @@ class _Loader:
 
 
 class _Finder:
-    """Finds packages below those that are loaded; or, at the end of the path, outermost ones too."""
+    """Finds packages below loaded ones; as the last finder of `sys.meta_path`, it also finds outermost packages."""
 
     def __init__(self, outermost: bool) -> None:
         self._outermost = outermost
@@ -53,7 +54,7 @@ class _Finder:
         self, name: str, path: Sequence[str] | None = None, target: types.ModuleType | None = None
     ) -> importlib.machinery.ModuleSpec | None:
         top, _, below = name.partition(".")
-        # A module of that name that is found elsewhere comes first, and keeps what is below it.
+        # If another finder has a module of that name, that module is used, and so is everything below it.
         ours = self._outermost if not below else isinstance(sys.modules.get(top), Package)
         if not ours or not _core.has_package(name):
             return None
@@ -61,7 +62,7 @@ class _Finder:
 
 
 def attach(name: str) -> None:
-    """Makes the module `name`, which is being imported, show the package of the same name beside what it has."""
+    """Adds the contents of the package of the same name to the module `name`, which is being imported."""
     module = sys.modules[name]
     module.__class__ = Package
     description = _core.describe_package(name)
@@ -69,8 +70,8 @@ def attach(name: str) -> None:
 
 
 def load(library: str | os.PathLike[str], entry_point: str) -> None:
-    """Loads a native library, which stays for the rest of the process, and calls the function that registers what is
-    in it. `library` is a path, or a name that is looked for beside this package's own libraries."""
+    """Loads a native library, which stays loaded for the rest of the process, and calls the function that registers its
+    classes. `library` is a path, or a name that is searched beside this package's own libraries."""
     _core.load(os.fspath(library), entry_point)
 
 

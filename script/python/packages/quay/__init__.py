@@ -1,6 +1,6 @@
 """The modelling runtime and the record of a referenced model's interface.
 
-Importing this brings in the native libraries. `quay.zero` has models, elements and collections; the record's classes
+Importing this package loads the native libraries. `quay.zero` has models, elements and collections; the record's classes
 are in `Varlow.ModelReference.internal.compileInfo`.
 """
 

@@ -235,7 +235,7 @@ private:
     friend class IdIndex;
     friend class query::ClassIndex;
 
-    void takeDown(bool a, bool detach, bool b);
+    void destroyNow(bool a, bool detach, bool b);
     [[noreturn]] void refuseWrite() const;
     [[noreturn]] void refuseProxy() const;
 

@@ -180,11 +180,11 @@ private:
     void close() noexcept;
     void rollBackTo(OpenSavepoint const& savepoint) noexcept;
     void commitInner();
-    void dropStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept;
+    void eraseStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept;
     void mergeAt(OpenSavepoint const& savepoint) noexcept;
     void commitOutermost();
-    void commitUnheard(bool system) noexcept;
-    void takeBackLeftovers() noexcept;
+    void commitUnrecorded(bool system) noexcept;
+    void reverseSteps() noexcept;
     void finish(bool keep) noexcept;
     void tell(ChangeSet const& changes) noexcept;
     void endHistory();

@@ -31,7 +31,7 @@ struct LifeEntry {
 /// The elements that a reversal made alive again, and those that it made dead, in order.
 struct LifeChanges {
     std::vector<ModelElement> revived;
-    std::vector<ModelElement> buried;
+    std::vector<ModelElement> died;
 };
 
 /// Everything that one transaction did; the history keeps these. A log must be discarded before it is destroyed.
@@ -85,7 +85,7 @@ public:
     }
     /// Reverses everything: undoes what was done, or redoes it. Adds the elements that become alive or dead to
     /// `changes`, unless it is null; memory for `lifeCount` elements of either kind must be reserved there.
-    void turn(ElementDirectory& elements, LifeChanges* changes) noexcept;
+    void reverse(ElementDirectory& elements, LifeChanges* changes) noexcept;
     /// Reverses the steps from a position on, the latest first if they are done.
     void exchangeSteps(std::size_t from) noexcept;
     /// Reverses the births and deaths from a position on.

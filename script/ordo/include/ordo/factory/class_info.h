@@ -13,7 +13,7 @@
 
 namespace ordo::factory {
 
-/// A description that has nothing but its two names until it is asked to define the class.
+/// A description that holds only its two names until it is asked to define the class.
 class ORDO_API OrdoFactoryClassInfo : public OrdoClassInfo {
 public:
     OrdoFactoryClassInfo(std::string shortName, std::string fullName)
@@ -30,8 +30,8 @@ private:
     InternedName internedName_;
 };
 
-/// A class of objects that have identity and are counted by native code. `T` tells descriptions of different native
-/// classes apart, `Destructible` says whether scripts may end objects directly.
+/// A class of objects that have identity and whose references are counted by native code. `T` tells descriptions of
+/// different native classes apart; `Destructible` says whether scripts may destroy objects directly.
 template <class T, bool Destructible>
 class HandleClassInfo : public OrdoFactoryClassInfo {
 public:
@@ -39,7 +39,7 @@ public:
 
     bool isHandleClass() const noexcept override { return true; }
     void* makeInstance() override { return nullptr; }
-    /// Removes the binding, and with it the reference that it owned.
+    /// Removes the binding, and releases the reference that it owned.
     void freeInstance(void* native) noexcept override {
         if (basic::BindingRegistry::remove(native, internedName())) {
             dropReference(native);
@@ -47,12 +47,12 @@ public:
     }
 
 protected:
-    /// Drops one counted reference of the native object.
+    /// Releases one counted reference to the native object.
     virtual void dropReference(void* native) noexcept = 0;
 };
 
-/// A class of values: `T`s of native code, of which each script object has one of its own. `U` is what the value
-/// converts to, `T` itself as a rule. Enumerations have no native objects and override both operations.
+/// A class of values: each script object has a native `T` of its own. `U` is what the value converts to, usually `T`
+/// itself. Enumerations have no native objects and override both operations.
 template <class T, class U>
 class NonHandleClassInfo : public OrdoFactoryClassInfo {
 public:

@@ -1,4 +1,4 @@
-// Between UTF-16 and texts of bytes, which are UTF-8 as a rule and come back as they were in any case.
+// Conversion between UTF-16 and 8-bit texts. These are usually UTF-8; any bytes survive a round trip.
 #pragma once
 
 #include <ordo/export.h>
@@ -8,10 +8,10 @@
 
 namespace ordo::factory {
 
-/// UTF-16 of an 8-bit text. Each byte that isn't part of well-formed UTF-8 becomes the unit U+DC00 plus the byte, so
-/// that every text comes back as it was.
+/// Converts an 8-bit text to UTF-16. Each byte that isn't part of well-formed UTF-8 becomes the unit U+DC00 plus the
+/// byte, so that every text survives the round trip.
 ORDO_API std::u16string unitsOf(std::string_view bytes);
-/// The other way. NotEncodable for a lone surrogate that stands for no byte.
+/// Converts UTF-16 to an 8-bit text. Throws NotEncodable for a lone surrogate that stands for no byte.
 ORDO_API std::string bytesOf(std::u16string_view units);
 
 }  // namespace ordo::factory

@@ -1,11 +1,11 @@
-// How native values that cross as objects of their own are copied.
+// Copying of native values that scripts hold as objects.
 #pragma once
 
 #include <memory>
 
 namespace ordo::factory {
 
-/// Values that a script object holds a copy of.
+/// The policy of data types: each script object holds a copy.
 struct DataTypePolicy {
     template <class T>
     static void* copy(void const* value) {
@@ -15,7 +15,7 @@ struct DataTypePolicy {
 
 template <class Policy>
 struct Marshaler {
-    /// Makes another `T`, for the receiver to delete.
+    /// Makes another `T`, which the caller deletes.
     template <class T>
     static void* copier(void const* value) {
         return Policy::template copy<T>(value);

@@ -10,12 +10,12 @@
 
 namespace ordo::factory {
 
-/// The attribute word of a method: 0, or what the method's maker gives, such as staticMethodAttributes.
+/// The attribute word of a method: 0, or what the method's creator passes, such as staticMethodAttributes.
 struct MethodAttributes {
     unsigned word = 0;
 };
 
-/// A method of a native class; derived classes bring the call. `description` must live as long as the process.
+/// A method of a native class; derived classes implement the call. `description` must live as long as the process.
 class ORDO_API OrdoMethod : public OrdoMethodInfo {
 public:
     OrdoMethod(std::string_view name, MethodAttributes attributes, OrdoMethodSignature signature,
@@ -33,10 +33,10 @@ private:
 
 namespace impl {
 
-/// A method around a plain function.
+/// A method that calls a plain function.
 class ORDO_API MethodImpl final : public OrdoMethod {
 public:
-    /// The function behind the method, as the call thunk gets it back.
+    /// The function behind the method, in the type-erased form in which the call thunk receives it.
     using Function = void (*)();
     /// Takes the call's arguments, calls the function with them and sets the result.
     using CallThunk = void (*)(Function function, MethodCall& call);
@@ -52,11 +52,11 @@ private:
     Function function_;
 };
 
-/// The constructor of a class of values: no inputs, gives the script object the default value that the class
-/// description makes, with no entry in the registry.
+/// The constructor of a class of values: it has no inputs and gives the script object the default value that the class
+/// description makes, without a binding.
 class ORDO_API OrdoConstructor final : public OrdoMethod {
 public:
-    /// `copier` as for BindingRegistry::announceWithoutStoring.
+    /// `copier` is used as by BindingRegistry::announceWithoutStoring.
     OrdoConstructor(std::string_view shortName, std::string_view fullName, NativeCopier copier,
                     std::string_view description = {});
 

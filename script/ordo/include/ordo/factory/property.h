@@ -1,4 +1,4 @@
-// Properties of native classes: an object each, with adapters around plain functions.
+// Properties of native classes: one object each, with adapters that call plain functions.
 #pragma once
 
 #include <ordo/error.h>
@@ -22,7 +22,7 @@ inline void validateSelfPointer(void const* self) {
     }
 }
 
-/// What properties of native classes have in common.
+/// Base of the properties of native classes.
 class ORDO_API PropertyImplBase : public OrdoPropInfo {
 public:
     PropertyImplBase(std::string_view name, unsigned attributes, std::string_view description = {})
@@ -32,12 +32,12 @@ public:
     unsigned getAttributes() const noexcept override { return attributes_; }
     std::string_view getDescription() const noexcept override { return description_; }
 
-    /// Releases an array that the property has made.
+    /// Destroys an array that the property has made.
     virtual void release(zxArray* array) const noexcept { zxDestroyArray(array); }
 
 private:
     std::string_view description_;  // lives as long as the process
-    std::string second_;            // part of the form, always empty
+    std::string second_;            // always empty; required by the interface
     unsigned attributes_;
 };
 
@@ -54,7 +54,7 @@ public:
     virtual void set(void* self, OrdoValue const& value) const = 0;
 };
 
-/// A property that reads through one adapter and writes through another, or not at all.
+/// A property that reads through one adapter and, unless it is read-only, writes through another.
 class ORDO_API PropertyImpl final : public PropertyImplBase {
 public:
     /// `description` must live as long as the process.
@@ -75,8 +75,8 @@ private:
     std::unique_ptr<PropertySetter> setter_;
 };
 
-/// Reads a `V` of an `X` by the plain function `F`, which gives an `R`: a `V` or a reference to one. There is one
-/// class for all properties of a type; the function tells them apart.
+/// Reads a `V` of an `X` by the plain function `F`, which gives an `R`: a `V` or a reference to one. All properties of
+/// a type share this class; they differ in the function object.
 template <class V, class X, class F = V (*)(X*), class R = std::invoke_result_t<F, X*>>
 class AdaptedClassGetter final : public PropertyGetter {
 public:
@@ -87,7 +87,7 @@ public:
         if constexpr (std::is_reference_v<R>) {
             return ValueType<V>::toScript(function_(static_cast<X*>(self)));
         } else {
-            // The value ends here, so the answer can't borrow from it.
+            // The value is destroyed on return, so the answer can't borrow from it.
             R const value = function_(static_cast<X*>(self));
             OrdoValue result = ValueType<V>::toScript(value);
             result.own();
@@ -100,7 +100,7 @@ private:
     [[maybe_unused]] std::uintptr_t spare_ = 0;
 };
 
-/// Writes a `V` by the plain function `F`, once the value is converted.
+/// Converts the script's value and writes it as a `V` by the plain function `F`.
 template <class V, class X, class F = void (*)(X*, V)>
 class AdaptedClassSetter final : public PropertySetter {
 public:

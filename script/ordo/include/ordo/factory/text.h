@@ -1,4 +1,4 @@
-// Texts as native code wants them.
+// Extraction of texts for native code.
 #pragma once
 
 #include <ordo/export.h>
@@ -11,7 +11,7 @@
 
 namespace ordo::factory {
 
-/// The units of a text array or a text in transit; WrongType if it isn't one text.
+/// The UTF-16 units of a text array or a text in transit; throws WrongType if it isn't one text.
 ORDO_API std::u16string extractString(zxArray const* array);
 inline std::u16string extractString(OrdoValue const& value) { return value.toText(); }
 

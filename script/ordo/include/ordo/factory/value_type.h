@@ -1,4 +1,4 @@
-// How C++ types of properties and arguments cross to scripts and back.
+// Conversion of the C++ types of properties and arguments to script values and back.
 #pragma once
 
 #include <ordo/export.h>
@@ -12,17 +12,18 @@
 
 namespace ordo::factory {
 
-/// What adapters must know of a C++ type `V`. Other modules specialise it for theirs, with three functions:
+/// The conversions of a C++ type `V` that adapters use. Other modules specialise it for their types, with three
+/// functions:
 ///
 ///     static std::string typeWord();
 ///     static OrdoValue toScript(V const& value);       // may borrow a text from `value`
 ///     static V fromScript(OrdoValue const& value);     // throws if the value doesn't fit
 ///
-/// A type without fromScript can only be read.
+/// A type without fromScript is read-only.
 template <class V>
 struct ValueType;
 
-/// A type word without its ending " scalar", which "OrdoFactoryString scalar" keeps.
+/// A type word without its ending " scalar", which only "OrdoFactoryString scalar" keeps.
 ORDO_API std::string withoutScalar(std::string_view typeWord);
 
 template <>
@@ -79,10 +80,10 @@ struct ValueType<std::string> {
     static std::string fromScript(OrdoValue const& value) { return value.toBytes(); }
 };
 
-/// The first element of an array of several, and any other value as it is. A text is one value.
+/// The first element if the value is an array of several, else the value itself. A text is one value.
 ORDO_API OrdoValue firstOf(OrdoValue const& value);
 
-/// An optional crosses as an array: empty if it isn't set, and of several elements the first counts. An empty text is a
+/// An optional is an array in scripts: empty if it isn't set; of several elements the first counts. An empty text is a
 /// text, and no number.
 template <class T>
 struct ValueType<boost::optional<T>> {
@@ -96,8 +97,9 @@ struct ValueType<boost::optional<T>> {
     }
 };
 
-/// The number behind what a script may give for an enumeration: nothing (the zero literal), a value of the class, a
-/// number that a literal has, or what the conversion from "any" to the property of the class takes, such as a name.
+/// The number for what a script may give as an enumeration: nothing (the literal 0), a value of the class, a number
+/// that a literal has, or what the conversion from "any" to the class's property takes, such as a name. Throws for
+/// anything else.
 ORDO_API std::int32_t enumerationNumber(OrdoClass& enumeration, OrdoValue const& value);
 
 }  // namespace ordo::factory

@@ -10,7 +10,7 @@
 
 namespace vwexec::mm::sto {
 
-/// A plain value with one 8-bit text.
+/// A plain value that holds one 8-bit text.
 class VWEXEC_MM_STO_API TaskHierarchyElementId {
 public:
     std::string const& getText() const noexcept { return text_; }

@@ -9,8 +9,9 @@
 
 namespace quay::zero::mi {
 
-/// A data type of a schema, found by its script name. Behind a script object is a `Value` of its own: changing a field
-/// changes that copy alone. It has the fields as properties, a constructor without inputs, and eq, ne and lt.
+/// The script class of a data type of a schema, found by its script name. Behind each script object is a `Value` of its
+/// own: changing a field changes that copy alone. The class has the fields as properties, a constructor without inputs,
+/// and eq, ne and lt.
 class ORDO_API DataTypeWrapper final : public ordo::factory::NonHandleClassInfo<Value, Value> {
 public:
     using NonHandleClassInfo::NonHandleClassInfo;

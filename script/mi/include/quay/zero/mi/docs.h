@@ -1,4 +1,4 @@
-// One-line docs of script classes, for people who ask for help.
+// One-line docs of script classes, which help texts show.
 #pragma once
 
 #include <ordo/export.h>
@@ -8,23 +8,24 @@
 
 namespace quay::zero::mi {
 
-/// A name and what is said of it.
+/// The name of a type's member and its doc.
 struct Doc {
     char const* name;
     char const* text;
 };
 
-/// A type, by its script name, and its members.
+/// A type's script name, the docs of its members, and its own.
 struct TypeDocs {
     Doc type;
     std::span<Doc const> members;
 };
 
-/// Enters docs, in place of those that the same names have. The texts are copied, so that the library that brings them
-/// can be unloaded.
+/// Adds docs and replaces those of the same names. The texts are copied, so that the library that passed them can be
+/// unloaded.
 ORDO_API void registerDocs(std::span<TypeDocs const> docs);
 
-/// What is said of a type, or of one of its members; empty if nothing is. Good as long as the process lives.
+/// The doc of a type, or of one of its members; empty if there is none. The view stays valid for the rest of the
+/// process.
 ORDO_API std::string_view docOf(std::string_view type, std::string_view member = {});
 
 }  // namespace quay::zero::mi

@@ -1,4 +1,4 @@
-// The script classes of elements: one rule for all classes of all schemas.
+// The script classes of elements, built by one rule for all classes of all schemas.
 #pragma once
 
 #include <ordo/factory/class_info.h>
@@ -15,10 +15,10 @@ class ORDO_API QUAY0WrapperInfo : public ordo::factory::HandleClassInfo<ModelEle
 public:
     using HandleClassInfo::HandleClassInfo;
 
-    /// A `destroy` method alone: what quay.zero.ModelElement offers to all.
+    /// Adds only a `destroy` method, which quay.zero.ModelElement offers for all elements.
     void defineClass(ordo::OrdoClass& ordoClass) override;
     ordo::ValidityCheck validityCheck() const noexcept override;
-    /// A name, if the class has a property for one, and the id.
+    /// The element's name, if its class has a property for one, and its id.
     std::string describeInstance(void const* native) const override;
     std::string_view getDescription() const noexcept override;
 
@@ -26,9 +26,9 @@ protected:
     void dropReference(void* native) noexcept override;
 };
 
-/// A class of a schema: all that there is to it follows from its meta class, which is found by the script name. In this
-/// order it has a superclass, a constructor unless it is abstract, properties with one value, collections, a
-/// `createInto` for each owned property, those for collections first, and StaticMetaClass.
+/// The script class of a class of a schema. Its members follow from the meta class, which is found by the script name;
+/// they are added in this order: the superclass, a constructor unless the class is abstract, properties with one value,
+/// collections, a `createInto` for each owned property (those for collections first), and StaticMetaClass.
 class ORDO_API ElementWrapper final : public QUAY0WrapperInfo {
 public:
     using QUAY0WrapperInfo::QUAY0WrapperInfo;

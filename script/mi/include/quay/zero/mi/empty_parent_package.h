@@ -11,19 +11,20 @@
 
 namespace quay::zero::mi {
 
-/// A package that knows where it belongs. It also is what stands in for outer packages that nobody registered.
+/// A script package with a parent path. It also stands in for outer packages that aren't registered.
 class ORDO_API EmptyParentPackage : public ordo::OrdoPackageInfo {
 public:
     class Registrar;
 
-    /// The text behind the last dot is the name, the text before it the parent path. Without a dot, all is name.
+    /// The text behind the last dot is the name, the text before it the parent path. Without a dot, the whole text is
+    /// the name.
     explicit EmptyParentPackage(std::string_view dottedName);
 
     std::string_view getName() const noexcept override { return name_; }
     std::string const& parentPath() const noexcept { return parentPath_; }
 
-    /// Puts a package into the tree, below its parent, which is made if it isn't there. Every call adds the
-    /// description: on a name that is taken, the package there is initialized with it as well.
+    /// Adds a package to the tree, below its parent, which is created if it doesn't exist. Every call adds the
+    /// description: if the name is taken, the existing package is initialized with this description as well.
     static ordo::OrdoPackage* registerPackage(std::unique_ptr<EmptyParentPackage> package);
 
 private:
@@ -31,7 +32,7 @@ private:
     std::string parentPath_;
 };
 
-/// What libraries register marshalers with.
+/// Libraries register their marshalers through this class.
 class ORDO_API EmptyParentPackage::Registrar {
 public:
     static void registerTypeMarshaler(meta::Type const& type, std::unique_ptr<ValueMarshaler> marshaler) {

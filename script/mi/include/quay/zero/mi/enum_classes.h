@@ -14,8 +14,8 @@
 
 namespace quay::zero::mi {
 
-/// An enumeration of a schema, found by its script name. In this order it has the superclass, a constructor, a literal
-/// for each of the schema's, and the methods getValue, getLiteral and getPublicIdentifier.
+/// The script class of an enumeration of a schema, found by its script name. Members are added in this order: the
+/// superclass, a constructor, the literals of the schema, and the methods getValue, getLiteral and getPublicIdentifier.
 class ORDO_API QUAY0EnumInfo final : public ordo::factory::OrdoFactoryClassInfo {
 public:
     using OrdoFactoryClassInfo::OrdoFactoryClassInfo;
@@ -24,12 +24,12 @@ public:
     bool isEnumeration() const noexcept override { return true; }
     bool isConstructedOnLoad() const noexcept override { return false; }
     void defineClass(ordo::OrdoClass& ordoClass) override;
-    /// Values have no native objects.
+    /// Enumeration values have no native objects.
     void freeInstance(void* /*native*/) noexcept override {}
     std::string_view getDescription() const noexcept override;
 
 private:
-    std::string underlyingWord_;  // once it was asked for
+    std::string underlyingWord_;  // empty until it is first asked for
 };
 
 /// One literal. The value object is made when it is first asked for.
@@ -65,7 +65,8 @@ private:
     ordo::OrdoClass* class_;
 };
 
-/// Makes values of an enumeration from whatever may stand for one: what lets a script assign a literal's name.
+/// Converts a value of any type (a literal's name, a number) to a value of an enumeration, so that a script can assign
+/// a literal's name.
 class ORDO_API FromAnyAsStringTypeConverter final : public ordo::OrdoTypeConverter {
 public:
     FromAnyAsStringTypeConverter(ordo::OrdoClass* enumeration, meta::Enum const& type)

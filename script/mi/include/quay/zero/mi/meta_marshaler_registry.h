@@ -8,11 +8,11 @@
 
 namespace quay::zero::mi {
 
-/// Those of the primitive types stand in it from the start. Libraries enter theirs when they are loaded and take them
-/// out when they go; everything else is for the script thread.
+/// The marshalers of all types. Those of the primitive types are present from the start. Libraries register theirs when
+/// they are loaded and remove them when they are unloaded; everything else belongs to the script thread.
 class ORDO_API MetaMarshalerRegistry {
 public:
-    /// Never destroyed, so that libraries may call it while the process exits.
+    /// The registry is never destroyed, so that libraries may call it while the process exits.
     static MetaMarshalerRegistry& getInstance();
 
     MetaMarshalerRegistry(MetaMarshalerRegistry const&) = delete;
@@ -23,7 +23,7 @@ public:
     /// NoSuchType if there is none.
     ValueMarshaler& getPropertyMarshaler(meta::Type const& type) const;
 
-    /// A second one takes the place of the first.
+    /// Registers a marshaler and replaces the one that the type had.
     void registerTypeMarshaler(meta::Type const& type, std::unique_ptr<ValueMarshaler> marshaler);
     void unregisterTypeMarshaler(meta::Type const& type) noexcept;
 

@@ -11,8 +11,8 @@
 
 namespace quay::zero::mi {
 
-/// Values of a type that has a script class of its own. Used as it stands for data types, which cross as objects that
-/// hold a copy: behind each is a `Value`.
+/// The marshaler of a type that has a script class of its own. Data types use it unchanged: their script objects hold a
+/// copy, a `Value` each.
 class ORDO_API PolicyBasedValueMarshaler : public TypedValueMarshaler {
 public:
     /// An empty name stands for the class's full script name.
@@ -24,26 +24,27 @@ public:
 
 protected:
     ordo::InternedName className() const noexcept { return className_; }
-    /// Raises NoSuchClass if the class isn't registered.
+    /// The type's script class. Throws NoSuchClass if it isn't registered.
     ordo::OrdoClass& scriptClass() const;
 
 private:
     ordo::InternedName className_;
 };
 
-/// Enumerations: objects of a class that is based on int32. Vectors of them never pass through single objects.
+/// The marshaler of an enumeration, whose script class is based on int32. Vectors of enumeration values are converted
+/// without making an object for each.
 class ORDO_API PolicyBasedEnumValueMarshaler final : public PolicyBasedValueMarshaler {
 public:
     using PolicyBasedValueMarshaler::PolicyBasedValueMarshaler;
 
     zx::Array fromCollection(AbstractPrimitiveCollection const& collection) const override;
     zx::Array fromValueVector(std::vector<Value> const& values) const override;
-    /// An empty input gives a value without content. A text is converted first; another object than one of the
-    /// enumeration reads as the literal of value 0.
+    /// An empty input gives a value without content. A text is converted first; an object of another class is read as
+    /// the literal of value 0.
     Value unmarshal(zxArray const* array) const override;
-    /// No text is converted here.
+    /// Unlike `unmarshal`, this doesn't convert texts.
     std::vector<Value> toValueVector(zxArray_tag* array) const override;
-    /// Char, `string` and cell inputs as well.
+    /// Accepts char, `string` and cell inputs as well.
     bool isCorrectType(zxArray_tag const* array) const override;
     ordo::OrdoValue toScript(Value const& value) const override;
     Value fromScript(ordo::OrdoValue const& value) const override;

@@ -1,4 +1,4 @@
-// Properties that cross by reflection and a marshaler.
+// Properties that scripts read and write by reflection and a marshaler.
 #pragma once
 
 #include <ordo/factory/property.h>
@@ -13,7 +13,8 @@ namespace quay::zero::mi {
 
 class BoundProperty;
 
-/// A property of elements without an adapter of its own, such as one whose value is an array. Writes are a transaction.
+/// A property of elements that has no adapter of its own, such as one whose value is an array. A write is a transaction
+/// of its own.
 class ORDO_API PrimitiveProperty final : public ordo::factory::impl::PropertyImplBase {
 public:
     /// `description` must live as long as the process.

@@ -1,4 +1,4 @@
-// How script classes come into being: those of the runtime, and those of any schema.
+// Registration of script classes: those of the runtime, and those of any schema.
 #pragma once
 
 #include <quay/zero/mi/empty_parent_package.h>
@@ -13,10 +13,9 @@ namespace quay::zero::mi {
 /// Registers the packages "quay.zero" and "quay.zero.meta". Further calls do nothing.
 ORDO_API void registerRuntimeClasses();
 
-/// The script package of a schema's types whose script names begin with its own name: the classes first, then the
-/// enumerations, then the data types, each in the order in which the schema declares them. Descriptions are a name each
-/// and don't refer to the library that declared the schema, so the package outlives that. It adds no data of its own
-/// to what EmptyParentPackage has but the schema's package.
+/// The script package of a schema's types whose script names begin with the package's name: first the classes, then the
+/// enumerations, then the data types, each in the order of the schema. The descriptions hold names only and don't refer
+/// to the library that declared the schema, so the package can outlive that library.
 class ORDO_API SchemaPackage : public EmptyParentPackage {
 public:
     SchemaPackage(std::string_view dottedName, meta::Package const& root);
@@ -28,8 +27,8 @@ private:
     meta::Package root_;
 };
 
-/// Registers the script packages of a schema, and marshalers of its enumerations and data types, as far as they aren't
-/// there. For schemas whose libraries know no scripts.
+/// Registers the script packages of a schema, and marshalers of its enumerations and data types, unless they are
+/// registered already. For schemas whose own libraries don't register them.
 ORDO_API void registerSchema(meta::Package const& root);
 
 /// A marshaler for an enumeration or a data type.

@@ -1,5 +1,5 @@
-// How values of one type cross to scripts and back where no typed accessor is at hand: in collections, in structs that
-// fill builders, in arrays.
+// Conversion of values of one type to scripts and back, for callers that have no typed accessor: collections, structs
+// that fill builders, arrays.
 #pragma once
 
 #include <ordo/export.h>
@@ -17,9 +17,9 @@
 
 namespace quay::zero::mi {
 
-/// Base of all marshalers. A value of another type, and an array that doesn't fit, is CannotCastIncompatibleTypes or a
-/// message of ordo; nothing was changed then. Marshalers live in libordo, so that none of their code goes with the
-/// library that registered them.
+/// Base of all marshalers. A value of another type, and an array that doesn't fit, throws CannotCastIncompatibleTypes
+/// or a message of ordo, before anything is changed. Marshaler classes are part of libordo, so that their code stays
+/// loaded when the library that registered them is unloaded.
 class ORDO_API ValueMarshaler {
 public:
     ValueMarshaler(ValueMarshaler const&) = delete;
@@ -29,9 +29,9 @@ public:
     /// Called when a class that uses the marshaler is being defined.
     virtual void initializeDependencies() {}
 
-    /// A collection's values as one array: by default what fromValueVector makes of them.
+    /// A collection's values as one array: by default, what fromValueVector makes of them.
     virtual zx::Array fromCollection(AbstractPrimitiveCollection const& collection) const;
-    /// Values as one array: by default a row of cells with an array in each.
+    /// Values as one array: by default a 1 by n cell array that holds one array per value.
     virtual zx::Array fromValueVector(std::vector<Value> const& values) const;
 
     /// One value as an array that the caller releases by `release`. A value without content gives an empty array.
@@ -45,7 +45,7 @@ public:
     virtual Value fromZxArray(zxArray_tag* array) const { return unmarshal(array); }
     /// A value for each element of the array, or for each cell.
     virtual std::vector<Value> toValueVector(zxArray_tag* array) const;
-    /// One unmanaged value that holds all of an array's elements: as a vector, and as a set.
+    /// One unmanaged value that holds all elements of an array, as a vector or as a set.
     virtual Value toUnmanagedSequenceValue(zxArray_tag* array) const = 0;
     virtual Value toUnmanagedSetValue(zxArray_tag* array) const = 0;
 
@@ -54,23 +54,23 @@ public:
     virtual bool isCorrectType(zxArray_tag const* array) const;
     virtual meta::Type getType() const = 0;
 
-    // Values in transit, which is how most of them cross.
+    // Conversions to and from values in transit, which most values pass through.
 
     /// Texts in the answer may be borrowed from `value`.
     virtual ordo::OrdoValue toScript(Value const& value) const = 0;
     virtual Value fromScript(ordo::OrdoValue const& value) const = 0;
 
-    /// Raises NoValue for a value without content: an empty array gives one, and few places have a use for it.
+    /// Throws NoValue for a value without content, which an empty array gives and most callers can't use.
     void requireContent(Value const& value) const;
 
 protected:
     ValueMarshaler() = default;
 
-    /// Raises CannotCastIncompatibleTypes with the marshaler's type name.
+    /// Throws CannotCastIncompatibleTypes with the marshaler's type name.
     [[noreturn]] void refuse() const;
 };
 
-/// What all marshalers of a named type share: the type, its name and the unmanaged forms.
+/// Base of the marshalers of named types: the type, its name and the unmanaged forms.
 class ORDO_API TypedValueMarshaler : public ValueMarshaler {
 public:
     /// An empty name stands for the one that the class gives.

@@ -1,10 +1,10 @@
-# The meta objects that scripts see. They find them, through StaticMetaClass, and make none.
+# The meta objects that scripts see. Scripts find them through StaticMetaClass and can't create any.
 from typing import NoReturn
 
 from quay.zero import ModelElement
 
 class MetaElement(ModelElement):
-    """What every meta object has."""
+    """Base of all meta objects."""
 
     def __init__(self, *nothing: NoReturn) -> None: ...
     @property
@@ -57,7 +57,7 @@ class EnumLiteral(MetaElement):
     def value(self) -> int: ...
 
 class TypedElement(MetaElement):
-    """What has a name, a type and bounds."""
+    """Base of what has a name, a type and bounds."""
 
     @property
     def type(self) -> Type | None: ...

@@ -109,7 +109,7 @@ class GARDEN_API Bed::Impl : public quay::zero::elements::Level<Bed, quay::zero:
   quay::zero::ElementMultimap<double, Plant> byHeight_;
 };
 
-/// Fills a new Bed before it exists; every setter returns the builder.
+/// Collects the content of a new Bed; every setter returns the builder.
 template <class B>
 class Bed::Impl::BuilderBase : public quay::zero::elements::BuilderBase<B, quay::zero::ModelElement> {
  public:
