@@ -53,7 +53,6 @@ class PlannedClass:
     doc: str
     sources: str
     base: str
-    qualified_base: str
     # For a class without superclass the builder's base comes from the pattern, otherwise from the superclass.
     base_is_element: bool
     abstract: bool
@@ -120,7 +119,6 @@ def plan_class(scope: Scope, cls: ClassType, maps: Maps, meta_header: str) -> Pl
         doc=entry.doc or "",
         sources=_sources(cls),
         base=cpp.type_name(base, scope) if base else _ELEMENT,
-        qualified_base=cpp.qualified(base) if base else _ELEMENT,
         base_is_element=base is None,
         abstract=entry.abstract,
         first_index=scope.first_index(cls),

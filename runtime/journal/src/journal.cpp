@@ -120,8 +120,8 @@ void Journal::setContainer(Element& child, Element* container, std::uint16_t ind
     if (admit(child) == Admission::Recorded) {
         reserveSteps(1);
         bool const entered = ElementDirectory::wasEntered(child);
-        record(Step(ContainerStep{&child, child.container_, child.containmentIndex_,
-                                  entered ? ModelElement() : ModelElement(&child)}));
+        record(ContainerStep{&child, child.container_, child.containmentIndex_,
+                             entered ? ModelElement() : ModelElement(&child)});
     }
     child.container_ = container;
     child.containmentIndex_ = index;
@@ -145,12 +145,6 @@ UndoLog* Journal::resolutionLog() noexcept {
 
 void Journal::reserveResolution(std::size_t steps) {
     if (UndoLog* const log = resolutionLog()) log->reserveSteps(steps);
-}
-
-void Journal::recordResolution(Step::Change&& change, Element const& changed) noexcept {
-    UndoLog* const log = resolutionLog();
-    if (log == nullptr || (inTransaction() && isBornHere(changed))) return;
-    log->steps.emplace_back(std::move(change), true);
 }
 
 void Journal::resolveContainer(Element& child, Element* container, std::uint16_t index) noexcept {

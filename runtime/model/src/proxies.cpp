@@ -106,8 +106,7 @@ void Proxies::noteReference(Element& found, Element& owner, std::uint16_t index)
     }
 }
 
-void Proxies::leaveReferences(Element& e) {
-    if ((e.flags_ & Element::kReferenced) == 0) return;
+void Proxies::leaveAllReferences(Element& e) {
     std::vector<Reference> const places = references_[&e];  // a copy: the original may change meanwhile
     for (Reference const& place : places) {
         if (!place.owner || place.owner->isProxy()) continue;

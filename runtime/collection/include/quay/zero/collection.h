@@ -42,9 +42,13 @@ protected:
     bool recording() const { return !isDetached() && journal().admit(*owner()) == Admission::Recorded; }
     /// Reserves memory for one step, so that `record` can't fail.
     void reserveStep() const { journal().reserveSteps(1); }
-    void record(Step::Change&& change) noexcept { journal().record(Step(std::move(change))); }
+    template <class C>
+    void record(C&& change) noexcept {
+        journal().record(std::move(change));
+    }
     /// Records a step of the resolution in progress, if the owner's changes are recorded.
-    void recordResolution(Step::Change&& change) noexcept {
+    template <class C>
+    void recordResolution(C&& change) noexcept {
         if (!isDetached()) journal().recordResolution(std::move(change), *owner());
     }
     /// To be called when elements enter: notes in the owner that it owns elements.

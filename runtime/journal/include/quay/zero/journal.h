@@ -119,7 +119,10 @@ public:
     /// Reserves memory for further steps, so that recording them can't fail.
     void reserveSteps(std::size_t more) { log_.reserveSteps(more); }
     /// Records a change for which `admit` returned Recorded. Memory for the step must be reserved.
-    void record(Step&& step) noexcept { log_.steps.push_back(std::move(step)); }
+    template <class C>
+    void record(C&& change) noexcept {
+        log_.steps.emplace_back(std::move(change));
+    }
     /// The last step if it was recorded at the innermost savepoint and is of that collection and kind, so that the next
     /// change may be merged into it; else null.
     template <class C>
@@ -141,7 +144,12 @@ public:
     /// Reserves memory for that many steps of a resolution.
     void reserveResolution(std::size_t steps);
     /// Records a step of the resolution in progress, if changes of `changed` are recorded. Memory must be reserved.
-    void recordResolution(Step::Change&& change, Element const& changed) noexcept;
+    template <class C>
+    void recordResolution(C&& change, Element const& changed) noexcept {
+        UndoLog* const log = resolutionLog();
+        if (log == nullptr || (inTransaction() && isBornHere(changed))) return;
+        log->steps.emplace_back(std::move(change), true);
+    }
     /// Sets the child's container as part of a resolution. Memory for the step must be reserved.
     void resolveContainer(Element& child, Element* container, std::uint16_t index) noexcept;
 

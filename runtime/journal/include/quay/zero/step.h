@@ -102,8 +102,9 @@ public:
     using Change =
         std::variant<RunStep, MemberStep, EntryStep, ProxyStep, ContentStep, AnnouncementStep, ContainerStep, SlotStep>;
 
-    explicit Step(Change&& change, bool isResolution = false) noexcept
-        : change_(std::move(change)), isResolution_(isResolution) {}
+    template <class C>
+    explicit Step(C&& change, bool isResolution = false) noexcept
+        : change_(std::in_place_type<C>, std::move(change)), isResolution_(isResolution) {}
 
     /// The change, if it is of that kind; else null.
     template <class C>

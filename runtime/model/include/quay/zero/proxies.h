@@ -74,7 +74,9 @@ public:
 
     /// To be called before an element is destroyed: removes it from the collections that refer to it without containing
     /// it. A slot of one child isn't changed, since its handle tests false afterwards.
-    void leaveReferences(Element& e);
+    void leaveReferences(Element& e) {
+        if ((e.flags_ & Element::kReferenced) != 0) leaveAllReferences(e);
+    }
     /// To be called when an element is released.
     void forget(Element const& e) noexcept;
     /// To be called when the model is destroyed: calls f(Element&) for each proxy and forgets everything. Returns the
@@ -93,6 +95,7 @@ private:
         std::uint16_t index;
     };
 
+    void leaveAllReferences(Element& e);
     ModelElement askResolver(ModelElement const& proxy);
     void noteReference(Element& found, Element& owner, std::uint16_t index) noexcept;
 

@@ -65,7 +65,8 @@ protected:
     template <class V>
     void replace(Element& e, V&& value) const {
         Journal& journal = e.model().journal();
-        switch (journal.admit(e, *this)) {
+        Admission const admission = journal.admit(e, *this);
+        switch (admission) {
             case Admission::Unrecorded:
                 assign(e.*field_, std::forward<V>(value));
                 break;
@@ -73,7 +74,7 @@ protected:
                 storeRecorded(e, std::forward<V>(value), [&]() -> Cell& { return journal.record(e, *this); });
                 break;
             default:
-                replaceAlone(journal, e, std::forward<V>(value));
+                replaceAlone(journal, admission, e, std::forward<V>(value));
         }
     }
 
@@ -82,8 +83,8 @@ private:
 
     /// Stores a value in a transaction of its own.
     template <class V>
-    [[gnu::noinline]] void replaceAlone(Journal& journal, Element& e, V&& value) const {
-        if (journal.admit(e, *this) == Admission::Alone) {
+    [[gnu::noinline]] void replaceAlone(Journal& journal, Admission admission, Element& e, V&& value) const {
+        if (admission == Admission::Alone) {
             storeRecorded(e, std::forward<V>(value), [&]() -> Cell& { return journal.recordAlone(e, *this); });
             return;
         }

@@ -98,5 +98,4 @@ auto Bed::byHeight() -> ConstrainableRelation<Plant> const& { static Constrainab
 
 }  // namespace Garden
 
-template class quay::zero::elements::Level<Garden::Bed, quay::zero::ModelElement>;
 template class quay::zero::elements::ConcreteBuilder<Garden::Bed>;
