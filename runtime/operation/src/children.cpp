@@ -13,10 +13,12 @@ bool isSeveral(meta::Property const& property) {
 std::vector<ModelElement> membersOf(ModelElement::Impl const& element, PropertyDescriptor const& descriptor) {
     std::vector<ModelElement> members;
     if (descriptor.kind() == PropertyKind::Child) {
+        if (!descriptor.has(element)) return members;
         if (ModelElement child = descriptor.child(element)) members.push_back(std::move(child));
         return members;
     }
     auto& collection = static_cast<ReferenceCollection&>(*descriptor.collection(element));
+    if (collection.holdsNothing()) return members;
     collection.resolveAll();
     members = collection.getAllValuesAndProxies();
     std::erase_if(members, [](ModelElement const& e) { return !e; });  // they are contained elsewhere, and died there

@@ -58,23 +58,23 @@ private:
 /// transaction. Every setter returns the builder. Functions that aren't inline are defined in definitions.h and
 /// instantiated only in the source of the class.
 template <class X>
-class QUAY_ZERO_API ConcreteBuilder final : public X::Impl::template BuilderBase<ConcreteBuilder<X>> {
+class ConcreteBuilder final : public X::Impl::template BuilderBase<ConcreteBuilder<X>> {
     using Setters = typename X::Impl::template BuilderBase<ConcreteBuilder<X>>;
 
 public:
     using Element = X;
 
     /// A builder without a model, to be set later.
-    ConcreteBuilder();
-    explicit ConcreteBuilder(Model const& model);
-    ~ConcreteBuilder() override;
+    QUAY_ZERO_API ConcreteBuilder();
+    QUAY_ZERO_API explicit ConcreteBuilder(Model const& model);
+    QUAY_ZERO_API ~ConcreteBuilder() override;
 
     meta::Class const& getMetaClass() const override;
     ClassTable const& classTable() const override;
 
     /// Creates the element with everything below it, in one transaction; see ModelElement::Builder::create.
-    X create();
-    X create(boost::uuids::uuid const& id);
+    QUAY_ZERO_API X create();
+    QUAY_ZERO_API X create(boost::uuids::uuid const& id);
 
 protected:
     ModelElement::Impl* allocate(boost::uuids::uuid const& id) const override;
