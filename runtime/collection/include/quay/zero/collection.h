@@ -43,12 +43,12 @@ protected:
     /// Reserves memory for one step, so that `record` can't fail.
     void reserveStep() const { journal().reserveSteps(1); }
     template <class C>
-    void record(C&& change) noexcept {
+    void record(C change) noexcept {
         journal().record(std::move(change));
     }
     /// Records a step of the resolution in progress, if the owner's changes are recorded.
     template <class C>
-    void recordResolution(C&& change) noexcept {
+    void recordResolution(C change) noexcept {
         if (!isDetached()) journal().recordResolution(std::move(change), *owner());
     }
     /// To be called when elements enter: notes in the owner that it owns elements.

@@ -120,7 +120,7 @@ public:
     void reserveSteps(std::size_t more) { log_.reserveSteps(more); }
     /// Records a change for which `admit` returned Recorded. Memory for the step must be reserved.
     template <class C>
-    void record(C&& change) noexcept {
+    void record(C change) noexcept {
         log_.steps.emplace_back(std::move(change));
     }
     /// The last step if it was recorded at the innermost savepoint and is of that collection and kind, so that the next
@@ -145,7 +145,7 @@ public:
     void reserveResolution(std::size_t steps);
     /// Records a step of the resolution in progress, if changes of `changed` are recorded. Memory must be reserved.
     template <class C>
-    void recordResolution(C&& change, Element const& changed) noexcept {
+    void recordResolution(C change, Element const& changed) noexcept {
         UndoLog* const log = resolutionLog();
         if (log == nullptr || (inTransaction() && isBornHere(changed))) return;
         log->steps.emplace_back(std::move(change), true);

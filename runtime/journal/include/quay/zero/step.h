@@ -103,7 +103,7 @@ public:
         std::variant<RunStep, MemberStep, EntryStep, ProxyStep, ContentStep, AnnouncementStep, ContainerStep, SlotStep>;
 
     template <class C>
-    explicit Step(C&& change, bool isResolution = false) noexcept
+    explicit Step(C change, bool isResolution = false) noexcept
         : change_(std::in_place_type<C>, std::move(change)), isResolution_(isResolution) {}
 
     /// The change, if it is of that kind; else null.
