@@ -118,6 +118,7 @@ public:
     /// Whether the step is part of a resolution: an element replaced its proxy. It is reversed in its turn like a
     /// change, but isn't one.
     bool isResolution() const noexcept { return isResolution_; }
+    // NOLINTBEGIN(bugprone-exception-escape): moving a change never throws, so there always is one to visit
     /// The collection that the step changed; null for containers and slots.
     AbstractOwnedCollection* collection() const noexcept;
     /// The element that changed: the collection's owner, the slot's owner, or the child that got another container.
@@ -126,6 +127,7 @@ public:
     void prepare();
     /// Reverses the change. The step then describes the opposite change.
     void exchange() noexcept;
+    // NOLINTEND(bugprone-exception-escape)
 
 private:
     Change change_;

@@ -116,7 +116,7 @@ template <class T, bool optional, class V>
 Condition::Pointer makeComparison(meta::Property const& property, AbstractQuery const* query, Comparison comparison,
                                   V&& operand) {
     auto const make = [&]<Comparison c>(std::integral_constant<Comparison, c> /*known*/) -> Condition::Pointer {
-        return std::make_shared<ComparisonCondition<c, T, optional, V>>(property, query, std::move(operand));
+        return std::make_shared<ComparisonCondition<c, T, optional, V>>(property, query, std::forward<V>(operand));
     };
     using enum Comparison;
     if (comparison == Equal) return make(std::integral_constant<Comparison, Equal>());
