@@ -121,7 +121,7 @@ void addMembers(ordo::OrdoClass& ordoClass, PyTypeObject* type) {
     }
 }
 
-/// Makes a type from a specification, below `base`, which scripts may be unable to derive from.
+/// Makes a type from its slots (PyType_Spec), below `base`, which scripts may be unable to derive from.
 PyTypeObject* makeType(PyType_Spec& spec, PyTypeObject* base) {
     bool const isOpen = PyType_HasFeature(base, Py_TPFLAGS_BASETYPE);
     base->tp_flags |= Py_TPFLAGS_BASETYPE;
