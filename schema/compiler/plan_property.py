@@ -25,6 +25,7 @@ class Shape:
 
 
 _VALUES = "quay/zero/primitive_collection.h"
+_BOOLS = "quay/zero/bool_sequence.h"
 _MAP = "quay/zero/element_map.h"
 _SHAPES = {
     "single": Shape("value", "Single", "Single"),
@@ -40,6 +41,7 @@ _SHAPES = {
     "multimap owned": Shape("keyed_children", "MultimapOwned", "MultimapOwned", "ElementMultimap", _MAP),
 }
 _CONSTRAINABLES = {"single": "Constrainable", "optional": "OptionalConstrainable"}
+_BOOLEANS = Shape("values", "Sequence", "Sequence", "PrimitiveSequence", _BOOLS)
 _ARRAY = Shape("array", "SingleArray", "Single", header="zx/array_holder.h")
 _KEY = Shape("key", "SingleKey", "Single")
 _DERIVED = Shape("derived", "Derived", "Single")
@@ -183,6 +185,8 @@ def _shape(prop: form.Property, maps: tuple[KeyedMap, ...]) -> Shape:
         return _DERIVED
     if prop.type == "ZxArray":
         return _ARRAY
+    if prop.type == "Boolean" and prop.shape == "sequence":
+        return _BOOLEANS
     return _KEY if maps else _SHAPES[prop.shape]
 
 

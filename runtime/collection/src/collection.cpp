@@ -8,14 +8,26 @@
 
 namespace quay::zero {
 
+namespace {
+
+/// The last step of the open savepoint if it is a change of that kind to that collection; else null.
+template <class C>
+C* lastStep(Journal& journal, AbstractOwnedCollection const& collection) noexcept {
+    Step* const last = journal.lastStep();
+    C* const change = last == nullptr ? nullptr : last->as<C>();
+    return change != nullptr && change->collection == &collection ? change : nullptr;
+}
+
+}  // namespace
+
 void RecordedCollection::modifying() {
-    if (!recording() || journal().lastStep<AnnouncementStep>(*this) != nullptr) return;
+    if (!recording() || lastStep<AnnouncementStep>(journal(), *this) != nullptr) return;
     reserveStep();
     record(AnnouncementStep{this});
 }
 
 void RecordedCollection::recordInsertion(std::size_t position) {
-    auto* const last = journal().lastStep<RunStep>(*this);
+    auto* const last = lastStep<RunStep>(journal(), *this);
     RunStep next{this, true, position, 1, {}, nullptr};
     if (last != nullptr && last->continuesWith(next)) {
         ++last->count;
@@ -73,6 +85,12 @@ void ReferenceCollection::assignValue(Value const& value) {
 }
 
 bool ReferenceCollection::isMemberClass(ModelElement const& e) const noexcept { return conformsTo(e, memberTable()); }
+
+std::unique_ptr<AbstractOwnedCollection> ReferenceCollection::filled(ReferenceCollection* made) const {
+    std::unique_ptr<AbstractOwnedCollection> copy(made);
+    made->basicCopyValues(*this);
+    return copy;
+}
 
 void ReferenceCollection::requireMemberClass(ModelElement const& e) const {
     if (isMemberClass(e)) return;

@@ -1,4 +1,4 @@
-#include <quay/zero/meta/property.h>
+#include <quay/zero/meta/meta_element.h>
 #include <quay/zero/value.h>
 
 #include <boost/container_hash/hash.hpp>
@@ -13,7 +13,6 @@ std::size_t combineHashes(std::size_t before, std::size_t next) noexcept {
 
 ValueMeta::ValueMeta(meta::Type const& type, ValueFlags flags) noexcept
     : type_(type.ModelElement::impl()), flags_(flags) {}
-ValueMeta::ValueMeta(meta::Property const& property) : type_(property->type()), flags_(property->getFlags()) {}
 
 meta::Type ValueMeta::getType() const { return meta::Type::of(type_); }
 
@@ -69,16 +68,6 @@ void Value::reportIncompatible() const {
 
 std::size_t Value::hashOf(ModelElement const& element) noexcept {
     return element.impl() == nullptr ? 0 : boost::uuids::hash_value(element->uuid());
-}
-
-ModelElement::Impl* Value::typeOf(meta::Property const& property) noexcept { return property->type(); }
-
-bool Value::isRequired(meta::Property const& property) { return property->getLower() != 0; }
-
-Value Value::createElementValue(meta::Property const& property, ModelElement const& element) {
-    ModelElement::Impl* const type =
-        element.impl() == nullptr ? typeOf(property) : element->getMetaClass().ModelElement::impl();
-    return {type, element, ValueFlags::One};
 }
 
 }  // namespace quay::zero

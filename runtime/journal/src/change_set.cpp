@@ -1,5 +1,6 @@
 #include <quay/zero/change_set.h>
 #include <quay/zero/meta/property.h>
+#include <quay/zero/step.h>
 
 #include <algorithm>
 #include <unordered_map>

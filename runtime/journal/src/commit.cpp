@@ -1,7 +1,9 @@
 // How savepoints and transactions are committed.
 #include <quay/zero/change_set.h>
 #include <quay/zero/handle.h>
+#include <quay/zero/history.h>
 #include <quay/zero/journal.h>
+#include <quay/zero/step.h>
 
 #include <algorithm>
 

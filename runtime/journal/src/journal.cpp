@@ -1,14 +1,28 @@
 // How changes are recorded and rolled back. commit.cpp and replay.cpp have the rest of the journal.
+#include <quay/zero/history.h>
 #include <quay/zero/journal.h>
+#include <quay/zero/step.h>
 
 #include <algorithm>
 
 namespace quay::zero {
 
+Journal::Journal(JournalOwner& owner, ElementDirectory& elements, Listeners& listeners) noexcept
+    : owner_(owner), elements_(elements), listeners_(listeners) {}
+
 Journal::~Journal() {
     history_.reset();
     log_.discard(*this);
 }
+
+Journal::OpenSavepoint::OpenSavepoint(std::uint64_t number, UndoLog const& log, bool isSystem,
+                                      bool ofOperation) noexcept
+    : serial(number),
+      lives(log.lives.size()),
+      steps(log.steps.size()),
+      storages(log.storages),
+      system(isSystem),
+      isOperation(ofOperation) {}
 
 // --- Savepoints -----------------------------------------------------------------------------------------------------
 
@@ -89,6 +103,11 @@ Cell& Journal::recordAlone(Element& element, PropertyDescriptor const& descripto
     s.tracking().next = nullptr;
     history_->push(s);
     return s.add(descriptor);
+}
+
+Step* Journal::lastStep() noexcept {
+    if (savepoints_.empty() || log_.steps.size() <= savepoints_.back().steps) return nullptr;
+    return &log_.steps.back();
 }
 
 void Journal::recordBirth(Element& element) {

@@ -1,6 +1,7 @@
 // How transactions of the history are undone and redone.
 #include <quay/zero/change_set.h>
 #include <quay/zero/handle.h>
+#include <quay/zero/history.h>
 #include <quay/zero/journal.h>
 #include <quay/zero/report.h>
 
@@ -16,6 +17,11 @@ void Journal::enableHistory(std::size_t limit) {
     history_ = std::move(history);
     refresh();
 }
+
+void Journal::forgetHistory() noexcept { history_.reset(); }
+
+std::size_t Journal::undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
+std::size_t Journal::redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }
 
 bool Journal::replay(bool redo) {
     if (inTransaction()) reportException(quay0::messages::TransactionIsOpen());

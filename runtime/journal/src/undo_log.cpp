@@ -1,8 +1,39 @@
+#include <quay/zero/step.h>
 #include <quay/zero/undo_log.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace quay::zero {
+
+UndoLog::UndoLog() noexcept = default;
+UndoLog::~UndoLog() = default;
+
+UndoLog::UndoLog(UndoLog&& other) noexcept { swap(other); }
+UndoLog& UndoLog::operator=(UndoLog&& other) noexcept {
+    swap(other);
+    return *this;
+}
+
+void UndoLog::swap(UndoLog& other) noexcept {
+    lives.swap(other.lives);
+    steps.swap(other.steps);
+    std::swap(storages, other.storages);
+    std::swap(done_, other.done_);
+}
+
+bool UndoLog::empty() const noexcept { return lives.empty() && steps.empty() && storages == nullptr; }
+
+void UndoLog::reserveSteps(std::size_t more) {
+    if (steps.capacity() - steps.size() < more) {
+        steps.reserve(std::max(steps.size() + more, 2 * steps.capacity()));
+    }
+}
+
+void UndoLog::moveSteps(UndoLog& to) noexcept {
+    for (Step& step : steps) to.steps.push_back(std::move(step));
+    steps.clear();
+}
 
 // Storages and steps are discarded first: they refer to elements that discarding births and deaths may release.
 void UndoLog::discard(Disposal& to) noexcept {

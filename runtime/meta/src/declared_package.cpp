@@ -74,7 +74,7 @@ void DeclaredPackage::declareInRegistry(BringUp const& bringUp, Instantiate cons
         root->setName(u"");
         root->setUri(tables_.uri);
         auto* const imports = root->getImportedPackageURIsMutable();
-        boost::container::vector<std::u16string> uris(tables_.imports.begin(), tables_.imports.end());
+        std::vector<std::u16string> uris(tables_.imports.begin(), tables_.imports.end());
         imports->assign(std::move(uris));
         instantiate(registry);
         weave(registry, serializers);

@@ -108,7 +108,7 @@ struct Property::Impl::Descriptors {
     static constexpr FieldDescriptor<bool> composite{7, &Impl::composite_};
     static constexpr FieldDescriptor<bool> unique{8, &Impl::unique_};
     static constexpr FieldDescriptor<bool> derived{9, &Impl::derived_};
-    static constexpr FieldDescriptor<boost::optional<std::u16string>> defaultValue{10, &Impl::defaultValue_};
+    static constexpr FieldDescriptor<std::optional<std::u16string>> defaultValue{10, &Impl::defaultValue_};
     static constexpr FieldDescriptor<int> index{11, &Impl::index_};
     static constexpr FieldDescriptor<ModelElement::Impl*> qualifiedBy{12, &Impl::qualifiedBy_};
     static constexpr FieldDescriptor<bool> qualificationUnique{13, &Impl::qualificationUnique_};
@@ -381,8 +381,12 @@ void Property::Impl::setFlags(ValueFlags flags) {
 void Property::Impl::setIsComposite(bool composite) { Descriptors::composite.write(*this, composite); }
 void Property::Impl::setIsUnique(bool unique) { Descriptors::unique.write(*this, unique); }
 void Property::Impl::setIsDerived(bool derived) { Descriptors::derived.write(*this, derived); }
+boost::optional<std::u16string> Property::Impl::getDefaultValue() const {
+    if (!defaultValue_) return boost::none;
+    return *defaultValue_;
+}
 void Property::Impl::setDefaultValue(boost::optional<std::u16string> const& text) {
-    Descriptors::defaultValue.write(*this, text);
+    Descriptors::defaultValue.write(*this, text ? std::optional(*text) : std::nullopt);
 }
 void Property::Impl::setIndex(int index) { Descriptors::index.write(*this, index); }
 void Property::Impl::setQualifiedBy(Property const& key) { Descriptors::qualifiedBy.write(*this, key.impl()); }

@@ -4,6 +4,8 @@ namespace quay::zero {
 
 Model Model::create() { return Model(new ModelImpl(ElementImpl::generateNewUuid())); }
 
+ModelImpl::ModelImpl(boost::uuids::uuid const& id) : JournalOwner(id) {}
+
 ModelImpl& ModelImpl::closed() noexcept {
     static ModelImpl& model = []() -> ModelImpl& {
         auto& made = *new ModelImpl(boost::uuids::uuid{});
@@ -24,7 +26,7 @@ ModelImpl::~ModelImpl() {
         e.model_ = &closed();
     };
     ModelElement::Impl* const first = elements_.clear();
-    auto const references = proxies_.clear(end);  // most proxies aren't in the list of elements
+    proxies_.endAll(end);  // most proxies aren't in the list of elements
     for (auto* e = first; e != nullptr; e = ElementList::next(*e)) end(*e);
     for (auto* e = first; e != nullptr;) {
         auto* const next = ElementList::next(*e);

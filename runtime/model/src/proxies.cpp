@@ -1,11 +1,13 @@
 #include <quay/zero/proxies.h>
 #include <quay/zero/report.h>
 #include <quay/zero/resolution.h>
+#include <quay/zero/step.h>
 
 #include <quay0/messages.h>
 
 #include <algorithm>
 #include <new>
+#include <unordered_map>
 
 namespace quay::zero {
 
@@ -14,6 +16,27 @@ namespace {
 constinit Proxies::Factory elementFactory = nullptr;
 
 }  // namespace
+
+struct Proxies::Tables {
+    /// A property that refers to an element without containing it.
+    struct Reference {
+        ModelElement owner;
+        std::uint16_t index;
+    };
+
+    std::unordered_map<Element const*, ProxyId> ids;  // an entry is erased when its proxy is released
+    std::unordered_map<Element const*, std::vector<Reference>> references;
+};
+
+Proxies::Proxies(ElementImpl& model, Journal& journal, ElementDirectory const& elements,
+                 Listeners const& listeners) noexcept
+    : model_(model), journal_(journal), elements_(elements), listeners_(listeners) {}
+Proxies::~Proxies() = default;
+
+Proxies::Tables& Proxies::tables() {
+    if (tables_ == nullptr) tables_ = std::make_unique<Tables>();
+    return *tables_;
+}
 
 void Proxies::setFactory(Factory factory) noexcept { elementFactory = factory; }
 
@@ -28,26 +51,36 @@ ModelElement Proxies::create(meta::Class const& metaClass, ProxyId const& id) {
 }
 
 void Proxies::setId(Element& e, ProxyId id) {
-    ids_.insert_or_assign(&e, std::move(id));
+    tables().ids.insert_or_assign(&e, std::move(id));
     e.setFlag(Element::kProxy, true);
 }
 
 ProxyId const* Proxies::idOf(Element const& e) const noexcept {
-    auto const found = ids_.find(&e);
-    return found == ids_.end() ? nullptr : &found->second;
+    if (tables_ == nullptr) return nullptr;
+    auto const found = tables_->ids.find(&e);
+    return found == tables_->ids.end() ? nullptr : &found->second;
 }
+
+bool Proxies::any() const noexcept { return tables_ != nullptr && !tables_->ids.empty(); }
 
 std::vector<ModelElement> Proxies::standingFor(boost::uuids::uuid const& id) const {
     std::vector<ModelElement> result;
-    for (auto const& [proxy, of] : ids_) {
+    if (tables_ == nullptr) return result;
+    for (auto const& [proxy, of] : tables_->ids) {
         if (of.id() == id && proxy->isAlive()) result.emplace_back(const_cast<Element*>(proxy));
     }
     return result;
 }
 
-void Proxies::forget(Element const& e) noexcept {
-    if (!ids_.empty()) ids_.erase(&e);
-    if ((e.flags_ & Element::kReferenced) != 0) references_.erase(&e);
+void Proxies::forgetInTables(Element const& e) noexcept {
+    if (!tables_->ids.empty()) tables_->ids.erase(&e);
+    if ((e.flags_ & Element::kReferenced) != 0) tables_->references.erase(&e);
+}
+
+void Proxies::endAll(void (*end)(Element&)) noexcept {
+    if (tables_ == nullptr) return;
+    for (auto const& entry : tables_->ids) end(const_cast<Element&>(*entry.first));
+    tables_->ids.clear();
 }
 
 // --- Resolving ------------------------------------------------------------------------------------------------------
@@ -96,8 +129,8 @@ void Proxies::takePlace(Element& proxy, Element& found, Element& owner, std::uin
 /// element even after that is destroyed.
 void Proxies::noteReference(Element& found, Element& owner, std::uint16_t index) noexcept {
     try {
-        auto& places = references_[&found];
-        bool const isKnown = std::any_of(places.begin(), places.end(), [&](Reference const& place) {
+        auto& places = tables().references[&found];
+        bool const isKnown = std::any_of(places.begin(), places.end(), [&](Tables::Reference const& place) {
             return place.owner.impl() == &owner && place.index == index;
         });
         if (!isKnown) places.push_back({ModelElement(&owner), index});
@@ -107,8 +140,8 @@ void Proxies::noteReference(Element& found, Element& owner, std::uint16_t index)
 }
 
 void Proxies::leaveAllReferences(Element& e) {
-    std::vector<Reference> const places = references_[&e];  // a copy: the original may change meanwhile
-    for (Reference const& place : places) {
+    std::vector<Tables::Reference> const places = tables().references[&e];  // a copy: the original may change meanwhile
+    for (Tables::Reference const& place : places) {
         if (!place.owner || place.owner->isProxy()) continue;
         PropertyDescriptor const& property = *place.owner->classTable().descriptorAt(place.index);
         if (property.collection(*place.owner.impl()) != nullptr) {

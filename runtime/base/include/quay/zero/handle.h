@@ -37,7 +37,7 @@ public:
         if (impl_ != nullptr) impl_->addRef();
     }
     void removeRef() const noexcept {
-        if (impl_ != nullptr && !impl_->dropShared()) impl_->removeRef();
+        if (impl_ != nullptr) releaseOne(*impl_);
     }
 
     friend bool operator==(CountedHandle const& a, CountedHandle const& b) noexcept { return a.impl_ == b.impl_; }
@@ -47,6 +47,11 @@ public:
 
 protected:
     ElementImpl* impl_ = nullptr;
+
+private:
+    static void releaseOne(ElementImpl const& e) noexcept {
+        if (!e.dropShared()) e.removeRef();
+    }
 };
 
 }  // namespace quay::zero

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -111,6 +112,8 @@ protected:
     /// CannotAddIncompatibleTypes unless the element is of the members' class.
     void requireMemberClass(ModelElement const& e) const;
     bool isMemberClass(ModelElement const& e) const noexcept;
+    /// Takes over a new, detached collection of the same class, and copies the members into it.
+    std::unique_ptr<AbstractOwnedCollection> filled(ReferenceCollection* made) const;
     /// The class table of the members.
     virtual ClassTable const& memberTable() const noexcept = 0;
     virtual meta::Class const& memberClass() const = 0;

@@ -232,9 +232,7 @@ public:
 
     ModelElement genericGet(Value const& key) const override;
     std::unique_ptr<AbstractOwnedCollection> detachedCopy() const override {
-        auto copy = std::make_unique<ElementMap>(this->getCollectionProperty());
-        copy->basicCopyValues(*this);
-        return copy;
+        return this->filled(new ElementMap(this->getCollectionProperty()));
     }
 };
 
@@ -260,9 +258,7 @@ public:
 
     std::vector<ModelElement> genericGet(Value const& key) const override;
     std::unique_ptr<AbstractOwnedCollection> detachedCopy() const override {
-        auto copy = std::make_unique<ElementMultimap>(this->getCollectionProperty());
-        copy->basicCopyValues(*this);
-        return copy;
+        return this->filled(new ElementMultimap(this->getCollectionProperty()));
     }
 };
 

@@ -131,9 +131,7 @@ public:
     const_iterator end() const noexcept { return {*this, size()}; }
 
     std::unique_ptr<AbstractOwnedCollection> detachedCopy() const override {
-        auto copy = std::make_unique<ElementSequence>(getCollectionProperty());
-        copy->basicCopyValues(*this);
-        return copy;
+        return filled(new ElementSequence(getCollectionProperty()));
     }
 
 protected:

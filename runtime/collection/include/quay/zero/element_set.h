@@ -118,9 +118,7 @@ public:
     const_iterator end() const noexcept { return const_iterator(members().end()); }
 
     std::unique_ptr<AbstractOwnedCollection> detachedCopy() const override {
-        auto copy = std::make_unique<UnorderedElementSet>(getCollectionProperty());
-        copy->basicCopyValues(*this);
-        return copy;
+        return filled(new UnorderedElementSet(getCollectionProperty()));
     }
 
 protected:

@@ -6,7 +6,6 @@
 #include <quay/zero/value.h>
 
 #include <algorithm>
-#include <boost/container/vector.hpp>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
@@ -170,12 +169,21 @@ protected:
     Container values_;
 };
 
+/// The container of a sequence of T. That of bool, which holds each value so that it can be read by reference, is
+/// defined in <quay/zero/bool_sequence.h>.
+template <class T>
+struct SequenceContainer {
+    using Type = std::vector<T>;
+};
+template <>
+struct SequenceContainer<bool>;
+
 /// The values of a "sequence" property: ordered, duplicates allowed unless the property is unique.
 template <class T>
-class PrimitiveSequence final : public PrimitiveCollection<T, boost::container::vector<T>, PrimitiveSequence<T>>,
-                                public GenericPrimitiveSequenceInterface {
-    // Boost's vector holds bool as bool, so that a position can be read by reference whatever T is.
-    using Container = boost::container::vector<T>;
+class PrimitiveSequence final
+    : public PrimitiveCollection<T, typename SequenceContainer<T>::Type, PrimitiveSequence<T>>,
+      public GenericPrimitiveSequenceInterface {
+    using Container = typename SequenceContainer<T>::Type;
     using Base = PrimitiveCollection<T, Container, PrimitiveSequence<T>>;
     using Operation = AbstractOwnedCollection::Operation;
 

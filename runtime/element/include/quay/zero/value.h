@@ -50,14 +50,11 @@ class QUAY_ZERO_API Value {
 public:
     /// A value without type and payload.
     Value() noexcept { pointAt(nullptr); }
-    /// Wraps a copy of the payload.
+    /// Wraps a copy of the payload. CannotCastIncompatibleTypes if the flags tell of one value and T isn't of that
+    /// type.
     template <class T>
     Value(meta::Type const& type, T const& payload, ValueFlags flags) : meta_(type, flags) {
-        emplace(payload);
-    }
-    /// Wraps a copy of the payload; the type is a plain pointer, without a reference.
-    template <class T>
-    Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags) {
+        if (flags == ValueFlags::One) checkCompatible<T>();
         emplace(payload);
     }
     /// An empty value of that type.
@@ -128,9 +125,13 @@ public:
         return static_cast<C*>(collection());
     }
 
-    /// A value of that property. An empty optional is InvalidValue unless the property's lower bound is 0.
+    /// A value of that property; defined in <quay/zero/property_value.h>. CannotCastIncompatibleTypes if T isn't of the
+    /// property's type. An empty optional is InvalidValue unless the property's lower bound is 0.
     template <class T>
     static Value createPrimitiveValue(meta::Property const& property, T const& value);
+    /// The same for a T that is known to be of the property's type.
+    template <class T>
+    static Value wrapUnchecked(meta::Property const& property, T const& value);
     /// A value that holds a handle; its type is the element's class, or the property's type for an empty handle.
     static Value createElementValue(meta::Property const& property, ModelElement const& element);
 
@@ -152,6 +153,12 @@ public:
     }
 
 private:
+    /// Wraps a copy of a payload that is of that type.
+    template <class T>
+    Value(ModelElement::Impl* type, T const& payload, ValueFlags flags) : meta_(type, flags) {
+        emplace(payload);
+    }
+
     /// The operations on a payload whose type isn't known. There is one constant for each payload type and library;
     /// types are compared by their meta objects, not by this address.
     struct Operations {
@@ -181,6 +188,15 @@ private:
     bool equals(Value const& other) const;
     bool isElementOf(meta::Class const& metaClass) const;
     static ModelElement::Impl* typeOf(meta::Property const& property) noexcept;
+    /// Whether T, which isn't a class of elements, is the C++ type of that meta type.
+    template <class T>
+    static bool isTypeOf(ModelElement::Impl const* type) {
+        if constexpr (PrimitiveValue<T>) {
+            return type == meta::StandardTypes::of<T>().ModelElement::impl();
+        } else {
+            return type == TypeOf<T>::type().ModelElement::impl();
+        }
+    }
     static bool isRequired(meta::Property const& property);
     static std::size_t hashOf(ModelElement const& element) noexcept;
 
@@ -208,21 +224,8 @@ bool Value::isCompatible() const {
         return one.isCompatible<Member>();
     } else if constexpr (ElementHandle<T>) {
         return getCount() < 2 && isElementOf(T::metaClass());
-    } else if constexpr (PrimitiveValue<T>) {
-        return getCount() == 1 && meta_.type_ == meta::StandardTypes::of<T>().ModelElement::impl();
     } else {
-        return getCount() == 1 && meta_.type_ == TypeOf<T>::type().ModelElement::impl();
-    }
-}
-
-template <class T>
-Value Value::createPrimitiveValue(meta::Property const& property, T const& value) {
-    if constexpr (IsOptional<T>::value) {
-        if (value) return {typeOf(property), *value, ValueFlags::One};
-        if (isRequired(property)) reportException(quay0::messages::InvalidValue());
-        return Value(ValueMeta(typeOf(property), ValueFlags::Optional));
-    } else {
-        return {typeOf(property), value, ValueFlags::One};
+        return getCount() == 1 && isTypeOf<T>(meta_.type_);
     }
 }
 

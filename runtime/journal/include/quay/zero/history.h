@@ -1,6 +1,7 @@
 // The history: the committed transactions that can be undone or redone.
 #pragma once
 
+#include <quay/zero/step.h>
 #include <quay/zero/undo_log.h>
 
 #include <algorithm>
@@ -45,6 +46,7 @@ public:
     /// To be called before a log is pushed: the resolutions since the last log become part of that last log, with which
     /// they are undone and redone.
     void settle() {
+        if (resolved_.steps.empty()) return;
         if (done_ == 0) return resolved_.discard(disposal_);
         at(done_ - 1).reserveSteps(resolved_.steps.size());
         resolved_.moveSteps(at(done_ - 1));

@@ -22,7 +22,6 @@
 #pragma once
 
 #include <quay/zero/element_directory.h>
-#include <quay/zero/history.h>
 #include <quay/zero/listeners.h>
 #include <quay/zero/undo_log.h>
 
@@ -32,6 +31,9 @@
 #include <vector>
 
 namespace quay::zero {
+
+class ChangeSet;
+class History;
 
 /// The interface through which the journal releases elements; the model implements it.
 class QUAY_ZERO_API JournalOwner : public ElementImpl {
@@ -57,8 +59,7 @@ class QUAY_ZERO_API Journal final : private UndoLog::Disposal {
 public:
     using Element = ModelElement::Impl;
 
-    Journal(JournalOwner& owner, ElementDirectory& elements, Listeners& listeners) noexcept
-        : owner_(owner), elements_(elements), listeners_(listeners) {}
+    Journal(JournalOwner& owner, ElementDirectory& elements, Listeners& listeners) noexcept;
     ~Journal();
     Journal(Journal const&) = delete;
     Journal& operator=(Journal const&) = delete;
@@ -123,14 +124,9 @@ public:
     void record(C change) noexcept {
         log_.steps.emplace_back(std::move(change));
     }
-    /// The last step if it was recorded at the innermost savepoint and is of that collection and kind, so that the next
-    /// change may be merged into it; else null.
-    template <class C>
-    C* lastStep(AbstractOwnedCollection const& collection) noexcept {
-        if (savepoints_.empty() || log_.steps.size() <= savepoints_.back().steps) return nullptr;
-        C* const step = log_.steps.back().as<C>();
-        return step != nullptr && step->collection == &collection ? step : nullptr;
-    }
+    /// The last step that was recorded at the innermost savepoint, so that the next change may be merged into it; null
+    /// if there is none.
+    Step* lastStep() noexcept;
     /// Enters the element in the model, and records that.
     void recordBirth(Element& element);
     /// Makes the element dead, and records that. The log takes over the model's reference.
@@ -157,25 +153,19 @@ public:
 
     /// Keeps the last `limit` transactions; 0 discards all and keeps none. Raises ListenerMayNotWrite.
     void enableHistory(std::size_t limit);
-    std::size_t undoDepth() const noexcept { return history_ ? history_->doneCount() : 0; }
-    std::size_t redoDepth() const noexcept { return history_ ? history_->undoneCount() : 0; }
+    std::size_t undoDepth() const noexcept;
+    std::size_t redoDepth() const noexcept;
     /// Undoes or redoes a transaction. Returns whether there was one. Raises TransactionIsOpen, ListenerMayNotWrite,
     /// ModelIsFrozen.
     bool replay(bool redo);
-    void forgetHistory() noexcept { history_.reset(); }
+    void forgetHistory() noexcept;
 
     /// To be called after a listener was added or removed, or a lock changed.
     void refresh() noexcept;
 
 private:
     struct OpenSavepoint {
-        OpenSavepoint(std::uint64_t number, UndoLog const& log, bool isSystem, bool ofOperation) noexcept
-            : serial(number),
-              lives(log.lives.size()),
-              steps(log.steps.size()),
-              storages(log.storages),
-              system(isSystem),
-              isOperation(ofOperation) {}
+        OpenSavepoint(std::uint64_t number, UndoLog const& log, bool isSystem, bool ofOperation) noexcept;
 
         std::uint64_t serial;
         std::size_t lives;

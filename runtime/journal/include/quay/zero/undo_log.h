@@ -6,16 +6,15 @@
 #pragma once
 
 #include <quay/zero/element_directory.h>
-#include <quay/zero/step.h>
 #include <quay/zero/storage.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 namespace quay::zero {
+
+class Step;
 
 /// One birth or death, or several births of elements that are side by side in the model's list.
 struct LifeEntry {
@@ -48,23 +47,15 @@ public:
         ~Disposal() = default;
     };
 
-    UndoLog() = default;
+    UndoLog() noexcept;
     UndoLog(UndoLog const&) = delete;
     UndoLog& operator=(UndoLog const&) = delete;
-    UndoLog(UndoLog&& other) noexcept { swap(other); }
-    UndoLog& operator=(UndoLog&& other) noexcept {
-        swap(other);
-        return *this;
-    }
-    ~UndoLog() = default;
+    UndoLog(UndoLog&& other) noexcept;
+    UndoLog& operator=(UndoLog&& other) noexcept;
+    ~UndoLog();
 
-    void swap(UndoLog& other) noexcept {
-        lives.swap(other.lives);
-        steps.swap(other.steps);
-        std::swap(storages, other.storages);
-        std::swap(done_, other.done_);
-    }
-    bool empty() const noexcept { return lives.empty() && steps.empty() && storages == nullptr; }
+    void swap(UndoLog& other) noexcept;
+    bool empty() const noexcept;
     /// Whether the recorded changes are in effect; false once they were undone.
     bool isDone() const noexcept { return done_; }
 
@@ -73,16 +64,9 @@ public:
     /// Discards the steps, and the births and deaths, from these positions on.
     void discardFrom(std::size_t step, std::size_t life, Disposal& to) noexcept;
     /// Reserves memory for that many more steps.
-    void reserveSteps(std::size_t more) {
-        if (steps.capacity() - steps.size() < more) {
-            steps.reserve(std::max(steps.size() + more, 2 * steps.capacity()));
-        }
-    }
+    void reserveSteps(std::size_t more);
     /// Moves the steps to the end of another log, which must have memory reserved for them.
-    void moveSteps(UndoLog& to) noexcept {
-        for (Step& step : steps) to.steps.push_back(std::move(step));
-        steps.clear();
-    }
+    void moveSteps(UndoLog& to) noexcept;
     /// Reverses everything: undoes what was done, or redoes it. Adds the elements that become alive or dead to
     /// `changes`, unless it is null; memory for `lifeCount` elements of either kind must be reserved there.
     void reverse(ElementDirectory& elements, LifeChanges* changes) noexcept;

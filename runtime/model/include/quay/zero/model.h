@@ -53,7 +53,7 @@ public:
     using Listener = Listeners::Listener;
     using ProxyResolver = Proxies::Resolver;
 
-    explicit ModelImpl(boost::uuids::uuid const& id) : JournalOwner(id) {}
+    explicit ModelImpl(boost::uuids::uuid const& id);
     ~ModelImpl() override;
     /// The model of elements that have been released from theirs: it has no elements and refuses every transaction.
     static ModelImpl& closed() noexcept;

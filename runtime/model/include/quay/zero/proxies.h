@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,8 +27,9 @@ public:
     /// class is missing or abstract.
     using Factory = ModelElement (*)(meta::Class const& metaClass, ElementImpl& model);
 
-    Proxies(ElementImpl& model, Journal& journal, ElementDirectory const& elements, Listeners const& listeners) noexcept
-        : model_(model), journal_(journal), elements_(elements), listeners_(listeners) {}
+    Proxies(ElementImpl& model, Journal& journal, ElementDirectory const& elements,
+            Listeners const& listeners) noexcept;
+    ~Proxies();
     Proxies(Proxies const&) = delete;
     Proxies& operator=(Proxies const&) = delete;
 
@@ -44,7 +44,7 @@ public:
     void setId(Element& e, ProxyId id);
     /// What a proxy stands for; null for any other element.
     ProxyId const* idOf(Element const& e) const noexcept;
-    bool any() const noexcept { return !ids_.empty(); }
+    bool any() const noexcept;
     /// The live proxies that stand for the element of that id.
     std::vector<ModelElement> standingFor(boost::uuids::uuid const& id) const;
 
@@ -78,23 +78,18 @@ public:
         if ((e.flags_ & Element::kReferenced) != 0) leaveAllReferences(e);
     }
     /// To be called when an element is released.
-    void forget(Element const& e) noexcept;
-    /// To be called when the model is destroyed: calls f(Element&) for each proxy and forgets everything. Returns the
-    /// references, whose owners must be kept until no element points at the model any more.
-    template <class F>
-    auto clear(F&& f) noexcept {
-        for (auto const& entry : ids_) f(const_cast<Element&>(*entry.first));
-        ids_.clear();
-        return std::exchange(references_, {});
+    void forget(Element const& e) noexcept {
+        if (tables_ != nullptr) forgetInTables(e);
     }
+    /// To be called when the model is destroyed: calls `end` for each proxy and forgets the proxies. The owners of
+    /// references live until this is destroyed, when no element may point at the model any more.
+    void endAll(void (*end)(Element&)) noexcept;
 
 private:
-    /// A property that refers to an element without containing it.
-    struct Reference {
-        ModelElement owner;
-        std::uint16_t index;
-    };
+    struct Tables;
 
+    Tables& tables();
+    void forgetInTables(Element const& e) noexcept;
     void leaveAllReferences(Element& e);
     ModelElement askResolver(ModelElement const& proxy);
     void noteReference(Element& found, Element& owner, std::uint16_t index) noexcept;
@@ -106,8 +101,7 @@ private:
     std::u16string storeName_;
     Resolver resolver_;
     int holds_ = 0;
-    std::unordered_map<Element const*, ProxyId> ids_;  // an entry is erased when its proxy is released
-    std::unordered_map<Element const*, std::vector<Reference>> references_;
+    std::unique_ptr<Tables> tables_;      // null while there was neither a proxy nor a reference
     std::vector<Element const*> asking_;  // proxies that the resolver is being asked for
 };
 

@@ -1,12 +1,13 @@
-// Properties as meta objects, and what all meta objects have in common: the part of the meta objects that values and
-// property descriptors need. The other classes of meta objects stand in <quay/zero/meta/types.h>.
+// Properties as meta objects: the part of the meta objects that values and property descriptors need. The other classes
+// of meta objects stand in <quay/zero/meta/types.h>.
 #pragma once
 
-#include <quay/zero/meta/handles.h>
+#include <quay/zero/meta/meta_element.h>
 #include <quay/zero/value_flags.h>
 
-#include <boost/optional.hpp>
+#include <boost/optional/optional_fwd.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace quay::zero {
@@ -17,28 +18,6 @@ class PropertyDescriptor;
 }  // namespace quay::zero
 
 namespace quay::zero::meta {
-
-/// Base of all meta objects. They are never deleted, so plain pointers to them stay valid.
-class QUAY_ZERO_API MetaElement::Impl : public ModelElement::Impl {
-public:
-    struct Descriptors;  // of its properties
-
-    void removeRef() const noexcept override;
-    std::u16string identifier() const override;
-
-    std::u16string const& getName() const noexcept { return name_; }
-    void setName(std::u16string const& name);
-    /// The name with those of the packages above it, joined by dots; the bare name where there is no package.
-    virtual std::u16string getQualifiedName() const { return name_; }
-    /// Whether this type is `type` or derived from it.
-    virtual bool isKindOf(ModelElement::Impl const* type) const noexcept { return this == type; }
-
-protected:
-    Impl(Model const& model, boost::uuids::uuid const& id);
-
-private:
-    std::u16string name_;
-};
 
 class QUAY_ZERO_API TypedElement::Impl : public MetaElement::Impl {
 public:
@@ -89,7 +68,7 @@ public:
     bool isDerived() const noexcept { return derived_; }
     void setIsDerived(bool derived);
     /// The text that the type's serializer parses, or none.
-    boost::optional<std::u16string> const& getDefaultValue() const noexcept { return defaultValue_; }
+    boost::optional<std::u16string> getDefaultValue() const;
     void setDefaultValue(boost::optional<std::u16string> const& text);
     /// The index of the property along its class chain, from 1; 0 for a property without index.
     std::uint16_t getIndex() const noexcept { return static_cast<std::uint16_t>(index_); }
@@ -116,7 +95,7 @@ private:
     PropertyDescriptor const* descriptor_ = nullptr;
     ClassTable const* declaringTable_ = nullptr;
     ModelElement::Impl* qualifiedBy_ = nullptr;
-    boost::optional<std::u16string> defaultValue_;
+    std::optional<std::u16string> defaultValue_;
     int flags_ = static_cast<int>(ValueFlags::One);
     int index_ = 0;
     bool composite_ = false;

@@ -1,10 +1,10 @@
 // How elements, builders and collections of a class are made.
 #pragma once
 
+#include <quay/zero/bool_sequence.h>
 #include <quay/zero/element_sequence.h>
 #include <quay/zero/element_set.h>
 #include <quay/zero/meta/types.h>
-#include <quay/zero/primitive_collection.h>
 
 #include <memory>
 

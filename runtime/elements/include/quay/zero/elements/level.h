@@ -1,10 +1,9 @@
 // One level of the inheritance chain of a generated class.
 #pragma once
 
-#include <quay/zero/meta/property.h>
 #include <quay/zero/model.h>
 #include <quay/zero/property_descriptor.h>
-#include <quay/zero/value.h>
+#include <quay/zero/property_value.h>
 
 namespace quay::zero::elements {
 

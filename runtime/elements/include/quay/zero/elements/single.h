@@ -19,7 +19,7 @@ public:
 
     bool has(Element const& /*e*/) const override { return true; }
     Value get(Element const& e, meta::Property const& property, ReflectionPrivateTag const& /*tag*/) const override {
-        return {property->type(), this->read(e), ValueFlags::One};
+        return Value::wrapUnchecked(property, this->read(e));
     }
     /// A reflective write is a typed write. An empty value writes the type's zero.
     void set(Element& e, meta::Property const& /*property*/, Value const& value,
@@ -27,7 +27,7 @@ public:
         set(e, value.getValue<T>());
     }
     Value wrap(Element const& /*e*/, meta::Property const& property, Cell& old) const override {
-        return Value::createPrimitiveValue(property, old.get<T>());
+        return Value::wrapUnchecked(property, old.get<T>());
     }
 
     void give(ModelElement::Builder& builder, meta::Property const& /*property*/, Value const& value) const override {

@@ -7,10 +7,11 @@
 
 #include <quay/zero/element_map.h>
 #include <quay/zero/element_sequence.h>
-#include <quay/zero/meta/property.h>
 #include <quay/zero/meta/standard_types.h>
 #include <quay/zero/primitive_collection.h>
+#include <quay/zero/property_value.h>
 
+#include <boost/optional.hpp>
 #include <memory>
 #include <optional>
 #include <string>
