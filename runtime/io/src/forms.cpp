@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "failures.h"
+#include "scalars.h"
 
 namespace quay::zero::io {
 
@@ -59,6 +60,7 @@ FieldForm formOf(meta::Property const& property) {
     FieldForm form{property, keel::toUtf8(property->getName()), valueForm(property->getType())};
     form.isSeveral = flags != ValueFlags::Optional && flags != ValueFlags::One;
     form.isSet = flags == ValueFlags::Set;
+    appendKey(form.key, form.name, true);
     return form;
 }
 

@@ -48,8 +48,15 @@ struct FieldForm {
     ValueForm value;
     bool isSeveral = false;
     bool isSet = false;
+    std::string key{};      // the name as a JSON member's key: in quotes, with the colon
     std::string initial{};  // the text of its value in a new element; only in forms that are prepared for writing
 };
+
+/// Appends the key of a property or field, behind a comma unless it is the first of its object.
+inline void appendKey(std::string& out, FieldForm const& form, bool isFirst) {
+    if (!isFirst) out.push_back(',');
+    out += form.key;
+}
 
 /// A class and its stored properties.
 struct ClassForm {

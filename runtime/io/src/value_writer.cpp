@@ -30,7 +30,7 @@ void appendStructure(std::string& out, ValueForm const& form, Value const& value
         appendValue(initial, field.value, form.structure->getPropertyValue(fresh, field.property));
         appendValue(present, field.value, form.structure->getPropertyValue(value, field.property));
         if (present == initial) continue;
-        appendKey(out, field.name, first);
+        appendKey(out, field, first);
         out += present;
         first = false;
     }

@@ -7,9 +7,9 @@
 #include <quay/zero/value.h>
 
 #include <algorithm>
+#include <array>
 #include <boost/unordered/unordered_flat_set.hpp>
 #include <boost/uuid/uuid_io.hpp>
-#include <iterator>
 
 #include "failures.h"
 #include "scalars.h"
@@ -95,8 +95,9 @@ void Writer::appendClassAnd(std::string_view key, ClassForm const& form, boost::
     out_ += "{\"class\":";
     appendQuoted(out_, form.name);
     out_.append(",\"").append(key).append("\":\"");
-    boost::uuids::to_chars(id, std::back_inserter(out_));
-    out_.push_back('"');
+    std::array<char, 36> text;
+    boost::uuids::to_chars(id, text.begin());
+    out_.append(text.data(), text.size()).push_back('"');
 }
 
 /// Appends a value of a property: as an element where that is contained, otherwise as a reference to it. `again` says
@@ -126,7 +127,7 @@ void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
             continue;
         }
         std::size_t const before = out_.size();
-        appendKey(out_, property.name, first);
+        appendKey(out_, property, first);
         std::size_t const begin = out_.size();
         try {
             appendProperty(out_, property, element.getPropertyValue(property.property, kResolving));
@@ -146,7 +147,7 @@ void Writer::appendValues(ModelElement::Impl& element, ClassForm& form) {
 bool Writer::appendChildren(ModelElement::Impl& element, FieldForm const& property, bool first) {
     Children const children = childrenOf(element, property);
     if (children.elements.empty()) return first;
-    appendKey(out_, property.name, first);
+    appendKey(out_, property, first);
     if (!children.isList) {
         appendChild(element, property, children.elements.front(), false);
         return false;
