@@ -210,6 +210,18 @@ TEST(Values, AreCompatibleWithTheirTypeAlone) {
     })) << "an empty optional for a property that needs a value";
 }
 
+TEST(Values, AreRefusedIfTheyAreNotOfTheGivenType) {
+    auto const& properties = nodeMeta().properties;
+    auto const refuses = [](auto const& make) { return failsWith<msg::CannotCastIncompatibleTypes>(make); };
+    EXPECT_TRUE(refuses([&] { Value::createPrimitiveValue(properties[kRank], 3.7); }));
+    EXPECT_TRUE(refuses([&] { Value::createPrimitiveValue(properties[kRank], 3U); }));
+    EXPECT_TRUE(refuses([&] { Value::createPrimitiveValue(properties[kText], 3); }));
+    EXPECT_TRUE(refuses([&] { Value::createPrimitiveValue(properties[kCount], boost::optional<double>(1.0)); }));
+    EXPECT_TRUE(refuses([] { Value(StandardTypes::realMeta, 3, ValueFlags::One); }));
+    EXPECT_TRUE(refuses([] { Value(StandardTypes::stringMeta, std::string(), ValueFlags::One); }));
+    EXPECT_EQ(Value::createPrimitiveValue(properties[kRank], 3).getValue<int>(), 3);
+}
+
 TEST(Values, OfElementsCountThemAndHashTheirId) {
     Model const model = Model::create();
     Node const node = Node::create(model);
