@@ -272,4 +272,42 @@ TEST(Proxies, AreMadeOfAClassThatCanBeMade) {
     EXPECT_EQ(proxy->container(), group);
 }
 
+TEST(Maps, GiveTheKeyOfAMemberWhoseModelHasGoneToAnother) {
+    using ModelRefInfoRepo::VarTsUIDEntry;
+    using ModelRefInfoRepo::VarTsUIDMap;
+    for (bool const isRekeyed : {true, false}) {
+        SCOPED_TRACE(isRekeyed);
+        Model const model = Model::create();
+        VarTsUIDMap const map = VarTsUIDMap::create(model);
+        Model other = Model::create();
+        VarTsUIDEntry const foreign = VarTsUIDEntry::create(other);
+        foreign->setVarTsIdx(5);
+        model->setProxyResolver([&](ProxyId const&) { return foreign; });
+        map->getEntriesMutable()->add(
+            VarTsUIDEntry::cast(model->createProxy(VarTsUIDEntry::metaClass(), ProxyId(u"plant", foreign->uuid()))));
+        EXPECT_EQ(map->getEntries()->find(5), foreign);
+        other = Model();
+        EXPECT_FALSE(map->getEntries()->find(5));
+
+        model->enableHistory(10);
+        VarTsUIDEntry entry;
+        if (isRekeyed) {
+            entry = map->createIntoEntries();
+            entry->setVarTsIdx(5);
+        } else {
+            VarTsUIDEntry::Builder builder;
+            builder.setVarTsIdx(5);
+            entry = map->createIntoEntries(builder);
+        }
+        EXPECT_EQ(map->getEntries()->find(5), entry);
+        EXPECT_EQ(map->getEntries()->size(), 1U);
+        EXPECT_EQ(entry->basicContainer(), map);
+        while (model->undo()) continue;
+        EXPECT_EQ(map->getEntries()->size(), 1U);
+        EXPECT_FALSE(map->getEntries()->find(5));
+        while (model->redo()) continue;
+        EXPECT_EQ(map->getEntries()->find(5), entry);
+    }
+}
+
 }  // namespace

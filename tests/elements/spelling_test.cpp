@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unordered_set>
+
 namespace {
 
 using namespace ModelRefInfoRepo;
@@ -48,6 +50,8 @@ TEST(PublicSpelling, OfElementsAndCollections) {
     EXPECT_EQ(InportInformation::cast(base), port);
     EXPECT_FALSE(OutportInformation::cast(base));
     EXPECT_EQ(model->findElement(port->uuid(), qz::FindElementBehavior(1)), port);
+    EXPECT_TRUE(std::unordered_set<InportInformation>{port}.contains(port));
+    EXPECT_NE(InportInformation::create(model), port);
     port->destroy();
     EXPECT_FALSE(bool(port));
     root->getInportsMutable()->clear();

@@ -3,6 +3,7 @@
 #include "support/node.h"
 #include "support/node_dump.h"
 
+#include <quay/zero/primitive_collection.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
@@ -122,6 +123,29 @@ TEST(Collections, UndoWhatFailsInsideAnOperationOfACaller) {
     }
     transaction.commit(boost::none);
     EXPECT_EQ(model->elementCount(), before);
+}
+
+TEST(Collections, KeepTheirMembersIfAnAssignmentIsRefused) {
+    Model const model = Model::create();
+    Model const other = Model::create();
+    Special const source = Special::create(other);
+    Special const target = Special::create(model);
+    for (std::uint16_t const index : {kChildren, kByName, kByRank, kParts}) {
+        SCOPED_TRACE(index);
+        meta::Property const& property = nodeMeta().properties[index];
+        auto const contentOf = [&](Special const& e) {
+            return e->getPropertyValue(property, ReflectionPrivateTag::PUBLIC_ACCESS);
+        };
+        auto* const members = contentOf(source).getCollection<ReferenceCollection>();
+        members->getGenericInterface()->genericAdd(Node::create(other));
+        EXPECT_TRUE(failsWith<msg::CannotCreateCrossModelAssociation>(
+            [&] { target->setPropertyValue(property, contentOf(source), ReflectionPrivateTag::PUBLIC_ACCESS); }));
+        EXPECT_EQ(members->size(), 1U);
+        EXPECT_TRUE(failsWith<msg::CannotCastIncompatibleTypes>(
+            [&] { contentOf(source).getCollection<AbstractPrimitiveCollection>(); }));
+    }
+    EXPECT_TRUE(failsWith<msg::InvalidValue>([&] { target->byName().insert(Node::create(model), 7); }));
+    EXPECT_TRUE(target->byName().empty());
 }
 
 TEST(DetachedCollections, HoldAnElementOnceIfUnique) {

@@ -4,6 +4,7 @@
 #include "support/node_dump.h"
 
 #include <quay/zero/change_set.h>
+#include <quay/zero/diagnostics.h>
 #include <quay0/messages.h>
 
 #include <gtest/gtest.h>
@@ -133,9 +134,21 @@ TEST(Listeners, AreToldWhateverTheOthersThrow) {
     s.model->addListener([&](ChangeSet const&) { ++told; });
     s.model->addListener([&](ChangeSet const&) { throw 1; });
     s.model->addListener([&](ChangeSet const&) { ++told; });
+    s.model->addListener([&](ChangeSet const&) { s.root->setRank(7); });
+    std::vector<std::string> diagnostics;
+    setDiagnosticHook([&](Diagnostic const& d) {
+        EXPECT_EQ(d.level, DiagnosticLevel::Error);
+        diagnostics.push_back(d.place + ": " + d.text.substr(0, d.text.rfind(':')));
+        throw 2;  // is ignored
+    });
     s.root->setRank(1);
-    EXPECT_EQ(told, 2);
+    setDiagnosticHook({});
+    s.root->setNumber(1);
+    EXPECT_EQ(told, 4);
     EXPECT_EQ(s.root->rank(), 1);
+    std::string const place = "a listener of a model: ";
+    EXPECT_EQ(diagnostics, (std::vector<std::string>{place + "mine", place + "an exception of an unknown type",
+                                                     place + "quay0:messages:ListenerMayNotWrite"}));
 }
 
 TEST(Listeners, ComeAndGoWhileOthersAreTold) {

@@ -240,6 +240,50 @@ TEST(OutOfMemory, DoesNotKeepFromGoingBack) {
     EXPECT_FALSE(nodes::starve(0, [&] { s.model->redo(); }).ranOut);
 }
 
+/// Three nested transactions, of which each writes some of three properties. Bit p of `writes[level]` is property p.
+void writeNested(Sample& s, unsigned const (&writes)[3]) {
+    Node const& e = s.free();
+    auto const write = [&](unsigned level) {
+        if ((writes[level] & 1U) != 0) e->setRank(10 + static_cast<int>(level));
+        if ((writes[level] & 2U) != 0) e->setNumber(10 + level);
+        if ((writes[level] & 4U) != 0) e->setText(std::u16string(level + 1, u'w'));
+    };
+    write(0);
+    Transaction middle = s.model->beginTransaction(false);
+    write(1);
+    Transaction inner = s.model->beginTransaction(false);
+    write(2);
+    MemoryRunsOut const memory(0, true);
+    inner.commit();
+    middle.commit();
+}
+
+TEST(OutOfMemory, LosesNoOldValueOfNestedTransactions) {
+    for (unsigned pattern = 0; pattern < 512; ++pattern) {
+        SCOPED_TRACE(pattern);
+        unsigned const writes[3] = {pattern & 7U, pattern >> 3U & 7U, pattern >> 6U};
+        Sample s;
+        s.model->enableHistory(2);
+        std::string const before = dump(s.model);
+        std::string const elements = dumpElements(s.model);
+        {
+            Transaction const rolledBack = s.model->beginTransaction(false);
+            writeNested(s, writes);
+        }
+        EXPECT_EQ(dump(s.model), before);
+        {
+            Transaction outer = s.model->beginTransaction(false);
+            writeNested(s, writes);
+            outer.commit();
+        }
+        std::string const after = dumpElements(s.model);
+        EXPECT_EQ(s.model->undo(), pattern != 0);
+        EXPECT_EQ(dumpElements(s.model), elements);
+        EXPECT_EQ(s.model->redo(), pattern != 0);
+        EXPECT_EQ(dumpElements(s.model), after);
+    }
+}
+
 TEST(OutOfMemory, KeepsWhatAnInnerCommitCannotMerge) {
     Sample s;
     std::string told;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <unordered_set>
 
@@ -198,6 +199,35 @@ TEST(Proxies, LeaveTheHostsResolverFree) {
     EXPECT_THROW(map.resolveAll(), int);
     EXPECT_EQ(map.getAllValuesAndProxies(), std::vector<ModelElement>{inMap});
     EXPECT_THROW(map.resolveAll(), int) << "and is asked again";
+}
+
+TEST(Proxies, OutliveTheModelThatTheirResolverReleases) {
+    for (int place = 0; place < 4; ++place) {
+        SCOPED_TRACE(place);
+        auto s = std::make_unique<Sample>();
+        Special const owner = s->owner;
+        Model other = Model::create();
+        Node const found = Node::create(other);
+        Node const proxy = s->outside();
+        boost::uuids::uuid const id = s->target->uuid();
+        if (place == 0) owner->children().add(proxy);
+        if (place == 1) owner->byName().insert(proxy);
+        Model const* const model = &s->model;
+        s->model->setProxyResolver([&](ProxyId const&) {
+            s.reset();  // with the last handle of the model
+            return found;
+        });
+        if (place == 0) owner->children().getAllValues();
+        if (place == 1) owner->byName().getAllValues();
+        if (place == 2) (*model)->resolveProxy(nullptr, proxy);
+        if (place == 3) {
+            s->target->destroy();
+            (*model)->findElement(id, FindElementBehavior::ResolveProxies);
+        }
+        EXPECT_EQ(s, nullptr);
+        EXPECT_FALSE(owner);
+        EXPECT_TRUE(found);
+    }
 }
 
 TEST(Proxies, StandApartInAMap) {

@@ -110,6 +110,50 @@ TEST(Writes, AreRefusedByAFrozenModel) {
     EXPECT_EQ(s.e->rank(), 5);
 }
 
+TEST(Writes, AreRefusedByAFrozenModelInATransaction) {
+    Sample s;
+    Transaction outer = s.model->beginTransaction(false);
+    s.e->setRank(6);
+    Node const born = Node::create(s.model);
+    {
+        Transaction inner = s.model->beginTransaction(false);
+        s.e->setNumber(6);
+        Model::Freezer freezer(s.model);
+        refusesAll<msg::ModelIsFrozen>("frozen", s.model, s.e, s.other);
+        EXPECT_TRUE(failsWith<msg::ModelIsFrozen>([&] { born->setRank(1); }));
+        {
+            Model::Thawer const thawer = freezer.thaw();
+            s.e->setRank(7);
+        }
+        refusesAll<msg::ModelIsFrozen>("frozen again", s.model, s.e, s.other);
+        inner.commit();
+        EXPECT_TRUE(failsWith<msg::ModelIsFrozen>([&] { s.e->setRank(8); }));
+    }
+    born->setRank(9);
+    EXPECT_EQ(s.e->rank(), 7);
+    outer.commit();
+    EXPECT_TRUE(s.model->undo());
+    EXPECT_EQ(s.e->rank(), 1);
+}
+
+TEST(Writes, AreRefusedWhileAnyFreezerFreezes) {
+    Sample s;
+    auto const isFrozen = [&] { return failsWith<msg::ModelIsFrozen>([&] { s.e->setRank(s.e->rank() + 1); }); };
+    Model::Freezer first(s.model);
+    {
+        Model::Freezer second(s.model);
+        EXPECT_TRUE(isFrozen());
+        {
+            Model::Thawer const thawer = second.thaw();
+            EXPECT_TRUE(isFrozen()) << "the first still freezes";
+            Model::Thawer const other = first.thaw();
+            EXPECT_FALSE(isFrozen());
+        }
+        EXPECT_TRUE(isFrozen());
+    }
+    EXPECT_TRUE(isFrozen()) << "the second has gone";
+}
+
 TEST(Writes, AreRefusedToListeners) {
     Sample s;
     s.e->parts().add(Node::create(s.model));

@@ -76,6 +76,7 @@ TEST(Transactions, EndOnceAndWithTheOneAround) {
 
         outer.commit(boost::none);  // the inner one was never committed
         EXPECT_FALSE(moved.isOpen());
+        EXPECT_TRUE(outer.wasCommitted() && !moved.wasCommitted());
         EXPECT_EQ(e->rank(), 0);
         EXPECT_FALSE(model->inTransaction());
         moved.commit(boost::none);
@@ -119,6 +120,73 @@ TEST(Transactions, ReportNaNOverNaNAndNotMinusZeroOverZero) {
     e->setNumber(-0.0);
     EXPECT_EQ(told.times, 2);
     EXPECT_FALSE(std::signbit(e->number()));
+}
+
+TEST(Transactions, GiveBackTheBitsOfValuesThatCameBack) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    e->setBox({{0.0}});
+    model->enableHistory(5);
+    for (bool const isNested : {false, true}) {
+        Transaction transaction = model->beginTransaction();
+        e->setNumber(5.5);
+        e->setBox({{5.5}});
+        {
+            Transaction inner = model->beginTransaction();
+            e->setNumber(-0.0);
+            e->setBox({{-0.0}});
+            if (isNested) inner.commit();
+        }
+        if (!isNested) {
+            e->setNumber(-0.0);
+            e->setBox({{-0.0}});
+        }
+        transaction.commit();
+        EXPECT_FALSE(std::signbit(e->number()));
+        EXPECT_FALSE(std::signbit(e->box().sides[0]));
+        EXPECT_EQ(model->undoDepth(), 0U);
+    }
+}
+
+TEST(Transactions, OfTheSystemThatLeaveNothingKeepTheHistory) {
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    model->enableHistory(5);
+    e->setRank(1);
+    auto const inSystem = [&](auto const& work) {
+        Transaction transaction = model->beginTransaction(true);
+        work();
+        transaction.commit();
+    };
+    inSystem([] {});
+    inSystem([&] {
+        e->setRank(2);
+        e->setRank(1);
+        Node::create(model)->destroy();
+    });
+    EXPECT_EQ(model->undoDepth(), 1U);
+    inSystem([&] { e->setRank(3); });
+    EXPECT_EQ(model->undoDepth(), 0U);
+}
+
+TEST(Transactions, NestDeep) {
+    constexpr int kDepth = 100'000;
+    Model const model = Model::create();
+    Node const e = Node::create(model);
+    model->enableHistory(1);
+    std::vector<Transaction> open;
+    for (int i = 1; i <= kDepth; ++i) {
+        open.push_back(model->beginTransaction());
+        e->setRank(i);
+    }
+    while (!open.empty()) {
+        open.back().commit();
+        EXPECT_TRUE(open.back().wasCommitted());
+        open.pop_back();
+    }
+    EXPECT_EQ(e->rank(), kDepth);
+    EXPECT_TRUE(model->undo());
+    EXPECT_EQ(e->rank(), 0);
 }
 
 }  // namespace

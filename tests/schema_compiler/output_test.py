@@ -48,7 +48,7 @@ include/Garden/Handles.h
       using Builder = quay::zero::elements::ConcreteBuilder<Bed>;
       static quay::zero::meta::Class const& metaClass();
       static quay::zero::ClassTable const& classTable();
-      static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id);
+      static Bed create(quay::zero::Model const& model, boost::uuids::uuid const& id = {});
       static OptionalConstrainable<int> const& waterings();
       static ConstrainableRelation<Frame> const& frame();
     class GARDEN_API RaisedBed : public quay::zero::elements::Handle<RaisedBed, Bed> {

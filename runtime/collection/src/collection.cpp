@@ -57,7 +57,9 @@ void ReferenceCollection::checkCompatibleModel(ModelElement::Impl* e) const {
 }
 
 ModelElement ReferenceCollection::resolveProxy(ModelElement const& e) const {
-    return owner() == nullptr ? e : owner()->model().resolveProxy(owner(), e);
+    if (owner() == nullptr) return e;
+    ModelElement const found = owner()->model().resolveProxy(owner(), e);
+    return owner()->isAlive() ? found : e;  // the resolver may have destroyed the owner, or released the model
 }
 
 ModelElement ReferenceCollection::peekResolveProxy(ModelElement const& e) const {
@@ -75,7 +77,10 @@ void ReferenceCollection::assignValue(Value const& value) {
             : nullptr;
     if (other == nullptr) value.reportIncompatible();
     std::vector<ModelElement> const members = other->getAllValuesAndProxies();
-    for (ModelElement const& e : members) requireMemberClass(e);
+    for (ModelElement const& e : members) {
+        requireMemberClass(e);
+        checkCompatibleModel(e.impl());
+    }
     Operation operation(*this);
     clear();
     // Clearing the other collection first avoids that each member is searched for and removed there singly.

@@ -136,6 +136,11 @@ bool KeyedCore<K>::mayHold(ModelElement::Impl const& e) const noexcept {
 template <class K>
 void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy policy) {
     if (!element) return;
+    if (policy < InsertPolicy::Report || policy > InsertPolicy::Replace) {
+        reportException(quay0::messages::InvalidValue()
+                            .about(this->describe() + u" (insert policy)")
+                            .withValue(textOf(static_cast<int>(policy))));
+    }
     ModelElement const e = element;  // `element` may be a member of this map
     this->checkCompatibleModel(e.impl());
     if (e->isProxy()) {
@@ -155,16 +160,17 @@ void KeyedCore<K>::insertElement(ModelElement const& element, InsertPolicy polic
     } else {
         before = tree_.upper_bound(key);
     }
-    bool const taken = unique_ && first != before && first->second;
+    bool const isFound = unique_ && first != before;
+    bool const taken = isFound && first->second;  // the model of a dead member has gone
     if (taken && policy == InsertPolicy::Keep) return;
     if (taken && policy == InsertPolicy::Report) {
         reportException(quay0::messages::UniquenessConstraint().about(this->describe()).withValue(textOf(key)));
     }
     AbstractOwnedCollection::Operation operation(*this);
-    if (taken) {
+    if (isFound) {
         ModelElement const old = first->second;
         take(first);
-        this->release(old.impl());
+        if (taken) this->release(old.impl());
     }
     put(std::move(key), e, before);
     this->contain(e.impl());
@@ -210,8 +216,10 @@ void KeyedCore<K>::releaseAll() {
 
 template <class K>
 ModelElement const* KeyedCore<K>::findKey(KeyResult<K> key) const {
-    auto const found = tree_.lower_bound(key);
-    return found == tree_.end() || found->first != key ? nullptr : &found->second;
+    for (auto found = tree_.lower_bound(key); found != tree_.end() && found->first == key; ++found) {
+        if (found->second) return &found->second;
+    }
+    return nullptr;
 }
 
 template <class K>
@@ -237,7 +245,10 @@ void KeyedCore<K>::basicAdd(ModelElement const& e) {
         if (std::isnan(key)) return;
     }
     auto const before = tree_.upper_bound(key);
-    if (unique_ && before != tree_.begin() && std::prev(before)->first == key) return;
+    if (unique_ && before != tree_.begin() && std::prev(before)->first == key) {
+        if (std::prev(before)->second) return;
+        take(std::prev(before));  // the model of a dead member has gone
+    }
     hasLoose_ = hasLoose_ || e->containerImpl() != this->owner();
     put(std::move(key), e, before);
 }

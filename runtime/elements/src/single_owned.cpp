@@ -16,8 +16,8 @@ ModelElement ChildDescriptor::read(Element const& e) const {
     if (held->isProxy()) {
         ModelElement const proxy = held;
         ModelElement const found = e.model().resolveProxy(&e, proxy);
-        // The resolver may have written the slot.
-        if (held == proxy && found != proxy)
+        // The resolver may have written the slot, destroyed its owner, or released the model.
+        if (e.isAlive() && held == proxy && found != proxy)
             e.model().proxies().resolveSlot(const_cast<Element&>(e), *this, proxy, found);
     }
     return held;

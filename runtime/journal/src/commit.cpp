@@ -13,17 +13,31 @@ namespace quay::zero {
 
 void Journal::commitInner() {
     OpenSavepoint const inner = savepoints_.back();
-    std::uint64_t const outer = savepoints_[savepoints_.size() - 2].serial;
+    OpenSavepoint const& around = savepoints_[savepoints_.size() - 2];
+    std::uint64_t const outer = around.serial;
 
+    // What the inner savepoint recorded stays as it is if the outer one recorded nothing before it was opened.
+    bool const bearsAny = inner.lives != around.lives;
+    if (bearsAny || inner.storages != around.storages) joinStorages(inner, outer);
+    if (bearsAny) eraseStepsOfNewborn(inner.steps, outer);
+    close();
+    mergeAt(inner);
+}
+
+/// Makes the storages of an inner savepoint part of the savepoint around it, whose serial is `outer`.
+void Journal::joinStorages(OpenSavepoint const& inner, std::uint64_t outer) noexcept {
     // Only the storages of the inner savepoint are visited. If the outer savepoint gave birth to the element, the
     // storage isn't needed. If the outer savepoint has a storage of the element, that storage takes over the values
-    // that it lacks. Otherwise the storage becomes one of the outer savepoint.
+    // that it lacks. Otherwise the storage becomes one of the outer savepoint; so does one that couldn't be taken over
+    // for lack of memory, and the older ones on which it stands.
     Storage** link = &log_.storages;
     while (*link != inner.storages) {
         Storage& s = **link;
         Track const before = s.tracking().outer;
         bool const keptOutside = !before.isBirth() && before.storage().tracking().serial >= outer;
-        if (before.isBornSince(outer) || (keptOutside && before.storage().absorb(s))) {
+        Track const& latest = s.element().track_;
+        bool const isLatest = !latest.isBirth() && &latest.storage() == &s;
+        if (isLatest && (before.isBornSince(outer) || (keptOutside && before.storage().absorb(s)))) {
             s.element().track_ = before;
             *link = s.tracking().next;
             pool_.giveBack(s);
@@ -32,9 +46,6 @@ void Journal::commitInner() {
             link = &s.tracking().next;
         }
     }
-    eraseStepsOfNewborn(inner.steps, outer);
-    close();
-    mergeAt(inner);
 }
 
 /// Erases, from a position on, the steps of elements that were born at the savepoint of that serial or later. That
@@ -74,19 +85,22 @@ void Journal::mergeAt(OpenSavepoint const& inner) noexcept {
 
 void Journal::commitOutermost() {
     bool const system = savepoints_.front().system;
-    if (system || (!history_ && !listeners_.any()) || log_.empty()) {
-        if (history_ && log_.storages == nullptr && log_.onlyResolves()) {
-            history_->resolved().reserveSteps(log_.steps.size());
-            log_.moveSteps(history_->resolved());
-        }
+    std::uint64_t const bornSince = savepoints_.front().serial;
+    if (system && history_ && log_.storages == nullptr && log_.onlyResolves()) {
+        history_->resolved().reserveSteps(log_.steps.size());
+        log_.moveSteps(history_->resolved());
+    }
+    bool const tells = listeners_.any() && !system;
+    bool const isSystemChange = system && history_ && !ChangeSet::isNothingLeft(elements_, log_, bornSince);
+    if (log_.empty() || isSystemChange || (!history_ && !tells)) {
         commitUnrecorded(system);
         return;
     }
-    std::uint64_t const bornSince = savepoints_.front().serial;
 
     // All that can fail is done before anything becomes final.
+    if (mayDiffer_) restoreEqualValues();
     std::unique_ptr<ChangeSet> changes;
-    if (listeners_.any()) changes.reset(new ChangeSet(elements_, log_, bornSince));
+    if (tells) changes.reset(new ChangeSet(elements_, log_, bornSince));
     bool const nothingLeft =
         changes != nullptr ? changes->empty() : ChangeSet::isNothingLeft(elements_, log_, bornSince);
     bool const keep = history_ && !nothingLeft;
@@ -114,6 +128,18 @@ void Journal::commitOutermost() {
     }
     changes.reset();
     finish(keep);
+}
+
+/// Gives back their old bits to values that equal the old ones.
+void Journal::restoreEqualValues() {
+    for (Storage* s = log_.storages; s != nullptr; s = s->tracking().next) {
+        ModelElement::Impl& e = s->element();
+        if (!e.isAlive()) continue;
+        s->forEach([&](PropertyDescriptor const& descriptor, Cell& old) {
+            bool const isValue = descriptor.kind() == PropertyKind::Value;
+            if (isValue && descriptor.unchanged(e, old)) descriptor.restore(e, old);
+        });
+    }
 }
 
 /// For a transaction that changed nothing in the end. Logs of the history refer to the entries of maps and sets by

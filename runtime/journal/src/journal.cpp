@@ -27,15 +27,16 @@ Journal::OpenSavepoint::OpenSavepoint(std::uint64_t number, UndoLog const& log, 
 // --- Savepoints -----------------------------------------------------------------------------------------------------
 
 std::uint64_t Journal::open(bool system, bool isOperation) {
-    if (listeners_.isLocked()) listeners_.requireUnlocked();
+    requireUnlocked();
     savepoints_.emplace_back(lastSerial_ + 1, log_, system, isOperation);
     serial_ = ++lastSerial_;
     return serial_;
 }
 
 bool Journal::isOpen(std::uint64_t serial) const noexcept {
-    return std::any_of(savepoints_.begin(), savepoints_.end(),
-                       [&](OpenSavepoint const& s) { return s.serial == serial; });
+    auto const found = std::lower_bound(savepoints_.begin(), savepoints_.end(), serial,
+                                        [](OpenSavepoint const& s, std::uint64_t n) { return s.serial < n; });
+    return found != savepoints_.end() && found->serial == serial;
 }
 
 void Journal::commit(std::uint64_t serial) {
@@ -58,16 +59,19 @@ void Journal::rollBack(std::uint64_t serial) noexcept {
 
 void Journal::close() noexcept {
     savepoints_.pop_back();
-    if (savepoints_.empty()) {
-        refresh();
-    } else {
-        serial_ = savepoints_.back().serial;
-    }
+    if (savepoints_.empty()) mayDiffer_ = false;
+    refresh();
 }
 
 void Journal::refresh() noexcept {
-    if (!savepoints_.empty()) return;
-    serial_ = listeners_.any() || history_ || listeners_.isLocked() ? UINT64_MAX >> 1 : 0;
+    constexpr std::uint64_t kAboveAll = UINT64_MAX >> 1;
+    if (listeners_.isLocked()) {
+        serial_ = kAboveAll;
+    } else if (!savepoints_.empty()) {
+        serial_ = savepoints_.back().serial;
+    } else {
+        serial_ = listeners_.any() || history_ ? kAboveAll : 0;
+    }
 }
 
 /// Undoes everything since the savepoint was opened, and discards its part of the log.

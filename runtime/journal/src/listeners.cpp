@@ -1,7 +1,10 @@
+#include <quay/zero/diagnostics.h>
 #include <quay/zero/listeners.h>
 #include <quay/zero/report.h>
 
 #include <quay0/messages.h>
+
+#include <exception>
 
 namespace quay::zero {
 
@@ -22,19 +25,24 @@ void Listeners::remove(std::uint64_t id) {
     all_ = next->empty() ? nullptr : std::move(next);
 }
 
+/// A listener that fails doesn't affect the commit, which stands, nor the other listeners.
 void Listeners::callAll(ChangeSet const& changes) noexcept {
+    constexpr char const* kPlace = "a listener of a model";
     auto const all = all_;
     for (Numbered const& listener : *all) {
         try {
             listener.call(changes);
-        } catch (...) {  // NOLINT(bugprone-empty-catch): the commit stands, and the others are told
+        } catch (std::exception const& e) {
+            emitDiagnostic(DiagnosticLevel::Error, e.what(), kPlace);
+        } catch (...) {
+            emitDiagnostic(DiagnosticLevel::Error, "an exception of an unknown type", kPlace);
         }
     }
 }
 
 void Listeners::requireUnlocked() const {
     requireNotTelling();
-    if (frozen_) reportException(quay0::messages::ModelIsFrozen());
+    if (isFrozen()) reportException(quay0::messages::ModelIsFrozen());
 }
 
 void Listeners::requireNotTelling() const {

@@ -127,6 +127,11 @@ StoragePool::~StoragePool() {
     while (free_ != nullptr) delete std::exchange(free_, free_->tracking().next);
 }
 
-void StoragePool::grow() { free_ = new Storage; }
+void StoragePool::grow() {
+    free_ = new Storage;
+    count_ = 1;
+}
+
+void StoragePool::remove(Storage& s) noexcept { delete &s; }
 
 }  // namespace quay::zero

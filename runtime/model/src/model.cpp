@@ -2,16 +2,19 @@
 
 namespace quay::zero {
 
-Model Model::create() { return Model(new ModelImpl(ElementImpl::generateNewUuid())); }
+Model Model::create() {
+    ModelImpl::closed();  // made before the first model, since the end of a model may not fail
+    return Model(new ModelImpl(ElementImpl::generateNewUuid()));
+}
 
 ModelImpl::ModelImpl(boost::uuids::uuid const& id) : JournalOwner(id) {}
 
-ModelImpl& ModelImpl::closed() noexcept {
+ModelImpl& ModelImpl::closed() {
     static ModelImpl& model = []() -> ModelImpl& {
         auto& made = *new ModelImpl(boost::uuids::uuid{});
         made.addRef();
         made.setFlag(kAlive, false);
-        made.setFrozen(true);
+        made.freeze();
         return made;
     }();
     return model;
@@ -63,6 +66,7 @@ std::vector<ModelElement> ModelImpl::getRoots() const {
 ModelElement ModelImpl::findElement(boost::uuids::uuid const& id, FindElementBehavior behavior) const {
     ModelElement found(elements_.find(id));
     if (found || behavior == FindElementBehavior::InMemoryOnly || !proxies_.any()) return found;
+    CountedHandle const alive(const_cast<ModelImpl*>(this));  // the resolver may release the last handle of the model
     for (ModelElement const& proxy : proxies_.standingFor(id)) {  // resolving one may destroy others
         found = const_cast<ModelImpl*>(this)->resolveProxy(nullptr, proxy);
         if (found && !found->isProxy()) return found;
@@ -83,22 +87,29 @@ void ModelImpl::removeListener(std::uint64_t id) {
     journal_.refresh();
 }
 
-void ModelImpl::setFrozen(bool frozen) noexcept {
-    listeners_.setFrozen(frozen);
+void ModelImpl::freeze() noexcept {
+    listeners_.freeze();
     journal_.refresh();
 }
 
-Model::Freezer::Freezer(Model const& model) : model_(model) { model_->setFrozen(true); }
-Model::Freezer::~Freezer() { model_->setFrozen(false); }
+void ModelImpl::thaw() noexcept {
+    listeners_.thaw();
+    journal_.refresh();
+}
+
+Model::Freezer::Freezer(Model const& model) : model_(model) { model_->freeze(); }
+Model::Freezer::~Freezer() {
+    if (thaws_ == 0) model_->thaw();
+}
 
 Model::Thawer Model::Freezer::thaw() { return Thawer(*this); }
 
 Model::Thawer::Thawer(Freezer& freezer) noexcept : freezer_(&freezer) {
-    if (freezer_->thaws_++ == 0) freezer_->model_->setFrozen(false);
+    if (freezer_->thaws_++ == 0) freezer_->model_->thaw();
 }
 
 Model::Thawer::~Thawer() {
-    if (freezer_ != nullptr && --freezer_->thaws_ == 0) freezer_->model_->setFrozen(true);
+    if (freezer_ != nullptr && --freezer_->thaws_ == 0) freezer_->model_->freeze();
 }
 
 Model::ResolutionHold::ResolutionHold(Model const& model) : model_(model) { model_->proxies().hold(); }

@@ -90,6 +90,7 @@ ModelElement Proxies::resolve(Element const* referrer, ModelElement const& proxy
     // Inside a transaction, resolving is recorded, which a frozen model refuses.
     bool const isLocked = listeners_.isTelling() || (listeners_.isFrozen() && journal_.inTransaction());
     if (id == nullptr || holds_ > 0 || isLocked) return proxy;
+    CountedHandle const alive(&model_);  // the resolver may release the last handle of the model
     ModelElement const found =
         id->hasOutsidePart(storeName_) ? askResolver(proxy) : ModelElement(elements_.find(id->id()));
     bool fits = found && !found->isProxy() && found->classTable().conformsTo(proxy->classTable());

@@ -42,6 +42,7 @@ Model ModelElement::Impl::getModel() const { return model_->isAlive() ? Model(mo
 std::u16string ModelElement::Impl::identifier() const { return getMetaClass()->getName() + u" " + textOf(uuid()); }
 
 void ModelElement::Impl::notifyCreated() {
+    if (ElementDirectory::wasEntered(*this)) return;
     model_->journal().recordBirth(*this);
     didCreate();
 }

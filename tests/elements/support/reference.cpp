@@ -113,15 +113,15 @@ void Reference::commit() {
     savepoints_.pop_back();
     if (!savepoints_.empty()) return;
     Touched const touched = std::exchange(now_.touched, {});
-    bool const structural = std::exchange(now_.structural, false);
+    Report report = reportOf(savepoint.before, touched);
     if (savepoint.system) {
-        if (structural || !touched.empty()) {
+        if (!report.empty()) {
             done_.clear();
             undone_.clear();
         }
         return;
     }
-    report_ = reportOf(savepoint.before, touched);
+    report_ = std::move(report);
     if (report_.empty() || limit_ == 0) return;
     undone_.clear();
     done_.push_back({std::move(savepoint.before), touched});
@@ -146,7 +146,6 @@ std::string Reference::step(bool& did, std::deque<Entry>& from, std::deque<Entry
         if (fresh) place->second.alive = false;
     }
     target.touched.clear();
-    target.structural = false;
     entry.other = std::exchange(now_, std::move(target));
     report_ = reportOf(entry.other, entry.touched);
     to.push_back(std::move(entry));
@@ -301,7 +300,6 @@ int Reference::create(int kind, std::string name) {
         for (int s : slotsOf(n)) {
             if (slotAt(s).initial) made.content[s] = {*slotAt(s).initial};
         }
-        now_.structural = true;
         now_.order.push_back(n);
     });
     return n;
@@ -326,7 +324,6 @@ void Reference::destroy(int n) {
     run([&] {
         leave(n);
         kill(n);
-        now_.structural = true;
     });
 }
 

@@ -138,8 +138,7 @@ private:
     struct State {
         std::map<int, Element> elements;  // including dead ones
         std::vector<int> order;
-        Touched touched;          // in the open transaction
-        bool structural = false;  // whether elements were created or destroyed in it
+        Touched touched;  // in the open transaction
     };
     struct Savepoint {
         State before;

@@ -7,10 +7,15 @@ namespace {
 
 thread_local long allocations = 0;
 thread_local long granted = -1;  // below 0: unlimited
+thread_local bool staysOut = false;
 
 void* allocate(std::size_t size) {
     ++allocations;
-    if (granted >= 0 && granted-- == 0) throw std::bad_alloc();
+    if (granted == 0) {
+        if (!staysOut) granted = -1;
+        throw std::bad_alloc();
+    }
+    if (granted > 0) --granted;
     if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
 }
@@ -37,8 +42,14 @@ namespace nodes {
 AllocationCount::AllocationCount() : before_(allocations) {}
 long AllocationCount::soFar() const { return allocations - before_; }
 
-MemoryRunsOut::MemoryRunsOut(long count) { granted = count; }
-MemoryRunsOut::~MemoryRunsOut() { granted = -1; }
+MemoryRunsOut::MemoryRunsOut(long count, bool forGood) {
+    granted = count;
+    staysOut = forGood;
+}
+MemoryRunsOut::~MemoryRunsOut() {
+    granted = -1;
+    staysOut = false;
+}
 bool MemoryRunsOut::happened() const { return granted < 0; }
 
 }  // namespace nodes

@@ -19,7 +19,8 @@ private:
 /// ones succeed. Objects of this class can't be nested.
 class MemoryRunsOut {
 public:
-    explicit MemoryRunsOut(long granted);
+    /// `forGood`: all further ones fail as well.
+    explicit MemoryRunsOut(long granted, bool forGood = false);
     ~MemoryRunsOut();
     /// Whether an allocation has failed.
     bool happened() const;

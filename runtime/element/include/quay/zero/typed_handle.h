@@ -4,6 +4,8 @@
 #include <quay/zero/model_element.h>
 
 #include <boost/uuid/uuid.hpp>
+#include <concepts>
+#include <functional>
 #include <type_traits>
 
 namespace quay::zero {
@@ -51,3 +53,9 @@ X const& asHandle(ModelElement const& member) noexcept {
 }
 
 }  // namespace quay::zero
+
+/// Handles of every class are hashed by identity, as they are compared.
+template <class X>
+requires std::derived_from<X, quay::zero::ModelElement>
+struct std::hash<X> : std::hash<quay::zero::ModelElement> {
+};

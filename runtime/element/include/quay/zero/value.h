@@ -119,10 +119,17 @@ public:
     }
     /// Whether the value points at a collection instead of having a payload of its own.
     bool pointsAtCollection() const noexcept { return collection() != nullptr; }
-    /// The collection that the value points at.
+    /// The collection that the value points at; null if it points at none. CannotCastIncompatibleTypes if that isn't a
+    /// C.
     template <class C>
     C* getCollection() const {
-        return static_cast<C*>(collection());
+        if constexpr (std::is_same_v<std::remove_const_t<C>, AbstractOwnedCollection>) {
+            return collection();
+        } else {
+            C* const found = dynamic_cast<C*>(collection());
+            if (found == nullptr && collection() != nullptr) reportIncompatible();
+            return found;
+        }
     }
 
     /// A value of that property; defined in <quay/zero/property_value.h>. CannotCastIncompatibleTypes if T isn't of the

@@ -5,8 +5,10 @@
 // latest storage.
 //
 // Invariants:
-// - `serial_` is the serial of the innermost open savepoint. While none is open, it is 0 if the model has no listener,
-//   no history and no lock (the model is quiet), and above every serial otherwise. So one comparison tells whether a
+// - `serial_` is the serial of the innermost open savepoint. While none is open, it is 0 if the model has neither
+// listener
+//   nor history (the model is quiet), and above every serial otherwise. While the model is locked, it is above every
+//   serial as well, so that every change asks `admit`, which refuses it. So one comparison tells whether a
 //   value must be recorded: it needn't be if the element was born, or the value kept, at `serial_` or later.
 // - Changes of an element that was born at the innermost savepoint aren't recorded: undoing its birth is enough. When a
 //   savepoint commits, what it recorded of elements that were born at the savepoint around it is discarded.
@@ -71,6 +73,10 @@ public:
     /// ListenerMayNotWrite.
     std::uint64_t open(bool system, bool isOperation = false);
     bool inTransaction() const noexcept { return !savepoints_.empty(); }
+    /// Raises ModelIsFrozen, ListenerMayNotWrite.
+    void requireUnlocked() const {
+        if (listeners_.isLocked()) listeners_.requireUnlocked();
+    }
     /// Whether the innermost savepoint was opened with `isOperation`.
     bool inOperation() const noexcept { return !savepoints_.empty() && savepoints_.back().isOperation; }
     bool isOpen(std::uint64_t serial) const noexcept;
@@ -86,7 +92,8 @@ public:
     /// recorded, and the history is cleared, since older changes couldn't be undone any more. Raises
     /// ListenerMayNotWrite, ModelIsFrozen.
     Admission admit(Element const& changed) {
-        if (inTransaction()) return isBornHere(changed) ? Admission::Unrecorded : Admission::Recorded;
+        if (inTransaction() && !listeners_.isLocked())
+            return isBornHere(changed) ? Admission::Unrecorded : Admission::Recorded;
         if (history_ || listeners_.isLocked()) endHistory();
         return Admission::Unrecorded;
     }
@@ -94,7 +101,7 @@ public:
     /// open, it is a transaction of its own.
     Admission admit(Element const& changed, PropertyDescriptor const& value) const noexcept {
         if (isRecorded(changed, value)) return Admission::Unrecorded;
-        if (inTransaction()) return Admission::Recorded;
+        if (inTransaction() && !listeners_.isLocked()) return Admission::Recorded;
         bool const isForHistoryAlone = history_ && !listeners_.any() && !listeners_.isLocked();
         return isForHistoryAlone ? Admission::Alone : Admission::NeedsTransaction;
     }
@@ -117,6 +124,9 @@ public:
     Cell& record(Element& element, PropertyDescriptor const& descriptor);
     /// Adds a transaction of one old value to the history. The caller fills the cell at once, without throwing.
     Cell& recordAlone(Element& element, PropertyDescriptor const& descriptor);
+    /// To be called when a value is written that may equal the old one without being the same. At the commit, a value
+    /// that equals the old one becomes the old one again, so that a property that counts as unchanged is unchanged.
+    void noteMayDiffer() noexcept { mayDiffer_ = true; }
     /// Reserves memory for further steps, so that recording them can't fail.
     void reserveSteps(std::size_t more) { log_.reserveSteps(more); }
     /// Records a change for which `admit` returned Recorded. Memory for the step must be reserved.
@@ -178,9 +188,11 @@ private:
     void close() noexcept;
     void rollBackTo(OpenSavepoint const& savepoint) noexcept;
     void commitInner();
+    void joinStorages(OpenSavepoint const& inner, std::uint64_t outer) noexcept;
     void eraseStepsOfNewborn(std::size_t from, std::uint64_t serial) noexcept;
     void mergeAt(OpenSavepoint const& savepoint) noexcept;
     void commitOutermost();
+    void restoreEqualValues();
     void commitUnrecorded(bool system) noexcept;
     void reverseSteps() noexcept;
     void finish(bool keep) noexcept;
@@ -197,6 +209,7 @@ private:
     UndoLog log_;
     StoragePool pool_;
     std::uint64_t lastSerial_ = 0;
+    bool mayDiffer_ = false;
     JournalOwner& owner_;
     ElementDirectory& elements_;
     Listeners& listeners_;

@@ -21,8 +21,8 @@ public:
     bool any() const noexcept { return all_ != nullptr; }
     std::uint64_t add(Listener listener);
     void remove(std::uint64_t id);
-    /// Calls every listener. What a listener throws is ignored, and the others are still called. The model is locked
-    /// meanwhile; `lockChanged` is called after it was locked and after it was unlocked.
+    /// Calls every listener. What a listener throws becomes a diagnostic, and the others are still called. The model is
+    /// locked meanwhile; `lockChanged` is called after it was locked and after it was unlocked.
     template <class F>
     void tell(ChangeSet const& changes, F&& lockChanged) noexcept {
         telling_ = true;
@@ -33,9 +33,11 @@ public:
     }
 
     bool isTelling() const noexcept { return telling_; }
-    bool isFrozen() const noexcept { return frozen_; }
-    void setFrozen(bool frozen) noexcept { frozen_ = frozen; }
-    bool isLocked() const noexcept { return telling_ || frozen_; }
+    bool isFrozen() const noexcept { return freezes_ != 0; }
+    /// Adds or removes a freeze. The model is frozen while there is any.
+    void freeze() noexcept { ++freezes_; }
+    void thaw() noexcept { --freezes_; }
+    bool isLocked() const noexcept { return telling_ || isFrozen(); }
     /// Raises ListenerMayNotWrite while listeners are being told, ModelIsFrozen while the model is frozen.
     void requireUnlocked() const;
     /// Raises ListenerMayNotWrite while listeners are being told.
@@ -51,7 +53,7 @@ private:
 
     std::shared_ptr<std::vector<Numbered> const> all_;  // null while there is none
     std::uint64_t last_ = 0;
-    bool frozen_ = false;
+    int freezes_ = 0;
     bool telling_ = false;
 };
 

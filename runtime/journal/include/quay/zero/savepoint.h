@@ -12,6 +12,7 @@ namespace quay::zero {
 class ImplicitTransaction {
 public:
     explicit ImplicitTransaction(Journal& journal) {
+        journal.requireUnlocked();
         if (journal.inTransaction()) return;
         journal.open(false, true);
         opened_ = &journal;

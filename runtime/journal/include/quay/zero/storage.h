@@ -128,7 +128,8 @@ private:
 
 static_assert(sizeof(Storage) <= 96);
 
-/// Storages that are in no log, for reuse.
+/// Storages that are in no log, for reuse: a limited number, so that one large transaction doesn't hold memory for
+/// good.
 class QUAY_ZERO_API StoragePool {
 public:
     StoragePool() = default;
@@ -141,19 +142,26 @@ public:
         if (free_ == nullptr) grow();
         Storage& s = *free_;
         free_ = s.tracking().next;
+        --count_;
         s.setElement(element);
         return s;
     }
     void giveBack(Storage& s) noexcept {
         s.clear();
+        if (count_ == kLimit) return remove(s);
         s.tracking().next = free_;
         free_ = &s;
+        ++count_;
     }
 
 private:
+    static constexpr std::size_t kLimit = 8192;
+
     void grow();
+    static void remove(Storage& s) noexcept;
 
     Storage* free_ = nullptr;
+    std::size_t count_ = 0;
 };
 
 }  // namespace quay::zero

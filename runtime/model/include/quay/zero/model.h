@@ -56,14 +56,15 @@ public:
     explicit ModelImpl(boost::uuids::uuid const& id);
     ~ModelImpl() override;
     /// The model of elements that have been released from theirs: it has no elements and refuses every transaction.
-    static ModelImpl& closed() noexcept;
+    /// Only the first call can fail; Model::create makes it.
+    static ModelImpl& closed();
 
     // --- Transactions and history.
 
     /// Opens a transaction, or a savepoint in the open one. `system`: if it is the outermost one, no listener is told
     /// and nothing enters the history; if it changes something, the history is cleared, since older changes couldn't be
     /// undone any more. Raises ModelIsFrozen on a frozen model, ListenerMayNotWrite in a listener.
-    Transaction beginTransaction(bool system) { return {*this, journal_, journal_.open(system)}; }
+    Transaction beginTransaction(bool system = false) { return {*this, journal_, journal_.open(system)}; }
     bool inTransaction() const noexcept { return journal_.inTransaction(); }
 
     /// Keeps the last `limit` committed transactions for undo; 0, the initial state, discards all and keeps none.
@@ -77,7 +78,8 @@ public:
     std::size_t redoDepth() const noexcept { return journal_.redoDepth(); }
 
     /// The listener is called once for each outermost commit, undo or redo that changed something. It can't write into
-    /// the model. What it throws is ignored: the commit stands, and the other listeners are told.
+    /// the model. What it throws becomes a diagnostic (setDiagnosticHook): the commit stands, and the other listeners
+    /// are told.
     std::uint64_t addListener(Listener listener);
     void removeListener(std::uint64_t id);
 
@@ -120,7 +122,9 @@ public:
     ElementDirectory const& elements() const noexcept { return elements_; }
     Proxies& proxies() noexcept { return proxies_; }
     Proxies const& proxies() const noexcept { return proxies_; }
-    void setFrozen(bool frozen) noexcept;
+    /// Adds or removes a freeze. The model is frozen while there is any.
+    void freeze() noexcept;
+    void thaw() noexcept;
 
 private:
     void release(ModelElement::Impl& e) noexcept override;
@@ -134,8 +138,9 @@ private:
 inline Model::Model(ModelImpl* impl) noexcept : CountedHandle(impl) {}
 inline ModelImpl* Model::impl() const noexcept { return static_cast<ModelImpl*>(impl_); }
 
-/// Keeps a model frozen while it exists, except while one of its Thawers exists. A frozen model refuses every
-/// transaction.
+/// Keeps a model frozen while it exists, except while one of its Thawers exists. A frozen model refuses every change
+/// and every new transaction; one that is open can be committed or rolled back. With several Freezers, the model is
+/// frozen while any of them keeps it frozen.
 class QUAY_ZERO_API Model::Freezer {
 public:
     explicit Freezer(Model const& model);
@@ -143,7 +148,8 @@ public:
     Freezer(Freezer const&) = delete;
     Freezer& operator=(Freezer const&) = delete;
 
-    /// Lifts the freeze until the result, and every other Thawer of this Freezer, is destroyed.
+    /// Lifts the freeze until the result, and every other Thawer of this Freezer, is destroyed. They must be destroyed
+    /// before the Freezer.
     Thawer thaw();
 
 private:

@@ -24,13 +24,17 @@ public:
     /// Rolls back what wasn't committed. Never throws and allocates nothing.
     ~Transaction();
 
-    /// Commits the transaction. A second call does nothing. Inner transactions that are still open are rolled back
-    /// first. If it fails for lack of memory, it throws and the transaction is still open.
-    void commit(boost::none_t);
-    /// Commits the transaction; the value is ignored.
+    /// Commits the transaction. A call for one that isn't open does nothing. Inner transactions that are still open are
+    /// rolled back first. If it fails for lack of memory, it throws and the transaction is still open.
+    void commit();
+    /// The same; the value is ignored.
+    void commit(boost::none_t) { commit(); }
     void commit(boost::optional<Value> const& result);
 
+    /// Whether the transaction was neither committed nor rolled back, nor was one around it.
     bool isOpen() const noexcept;
+    /// Whether `commit` committed this transaction.
+    bool wasCommitted() const noexcept { return wasCommitted_; }
 
 private:
     friend class ModelImpl;
@@ -40,6 +44,7 @@ private:
     CountedHandle model_;
     Journal* journal_;  // null once it was moved from
     std::uint64_t serial_;
+    bool wasCommitted_ = false;
 };
 
 }  // namespace quay::zero

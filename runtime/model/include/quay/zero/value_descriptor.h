@@ -40,7 +40,7 @@ public:
         if (isSameValue(e.*field_, value)) return;
         // The most frequent case of a number is inline; the rest is in another function, so that this one stays small.
         if constexpr (std::is_scalar_v<T>) {
-            if (e.model().journal().isSurelyRecorded(e, *this)) {
+            if (!mayDifferThoughEqual(value) && e.model().journal().isSurelyRecorded(e, *this)) {
                 e.*field_ = value;
                 return;
             }
@@ -65,6 +65,7 @@ protected:
     template <class V>
     void replace(Element& e, V&& value) const {
         Journal& journal = e.model().journal();
+        if (mayDifferThoughEqual(value)) journal.noteMayDiffer();
         Admission const admission = journal.admit(e, *this);
         switch (admission) {
             case Admission::Unrecorded:
@@ -79,6 +80,15 @@ protected:
     }
 
 private:
+    /// Whether another value may be equal to this one without being the same, as 0.0 and -0.0 are.
+    static bool mayDifferThoughEqual(T const& value) noexcept {
+        if constexpr (std::is_floating_point_v<T>) {
+            return value == 0;
+        } else {
+            return std::is_class_v<T> && !std::is_same_v<T, std::string> && !std::is_same_v<T, std::u16string>;
+        }
+    }
+
     [[gnu::noinline]] void writeOther(Element& e, Passed value) const { replace(e, value); }
 
     /// Stores a value in a transaction of its own.

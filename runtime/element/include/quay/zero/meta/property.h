@@ -105,6 +105,3 @@ private:
 };
 
 }  // namespace quay::zero::meta
-
-template <>
-struct std::hash<quay::zero::meta::Property> : std::hash<quay::zero::ModelElement> {};
