@@ -8,10 +8,14 @@
 #include <quay/zero/meta/serializers.h>
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <set>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -119,6 +123,38 @@ TEST(Threads, LookTypesUpWhileOthersRegisterThem) {
         }
     });
     EXPECT_EQ(wrong, 0);
+}
+
+TEST(ForkedProcesses, DrawIdsOfTheirOwn) {
+    constexpr std::size_t kCount = 100;
+    Model const model = Model::create();
+    Node::create(model);
+    auto const draw = [&] {
+        std::vector<boost::uuids::uuid> ids;
+        for (std::size_t i = 0; i < kCount; ++i) {
+            ids.push_back(Node::create(model)->uuid());
+            ids.push_back(ElementImpl::generateNewUuid());
+            ids.push_back(Node::create(Model::create())->uuid());
+        }
+        return ids;
+    };
+    draw();
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    pid_t const child = fork();
+    ASSERT_GE(child, 0);
+    std::vector<boost::uuids::uuid> const mine = draw();
+    std::size_t const bytes = mine.size() * sizeof mine[0];
+    if (child == 0) _exit(write(ends[1], mine.data(), bytes) == static_cast<ssize_t>(bytes) ? 0 : 1);
+    std::vector<boost::uuids::uuid> theirs(mine.size());
+    EXPECT_EQ(read(ends[0], theirs.data(), bytes), static_cast<ssize_t>(bytes));
+    int status = 1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    for (int const end : ends) close(end);
+    std::set<boost::uuids::uuid> all(mine.begin(), mine.end());
+    all.insert(theirs.begin(), theirs.end());
+    EXPECT_EQ(all.size(), 2 * mine.size());
 }
 
 }  // namespace

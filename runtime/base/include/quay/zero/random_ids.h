@@ -3,6 +3,7 @@
 
 #include <keel/export.h>
 
+#include <atomic>
 #include <bit>
 #include <boost/uuid/uuid.hpp>
 #include <cstdint>
@@ -11,13 +12,14 @@
 namespace quay::zero {
 
 /// Draws version 4 ids by xoshiro256++. Ids need to differ but not to be unguessable, so a generator without a lock or
-/// a system call suffices; it makes creating many elements fast.
+/// a system call suffices; it makes creating many elements fast. After a fork, the child's generators are seeded anew.
 class QUAY_ZERO_API RandomIds {
 public:
     /// Seeds from the process's source. Any thread may construct one.
-    RandomIds() noexcept;
+    RandomIds() noexcept { seed(); }
 
     boost::uuids::uuid draw() noexcept {
+        if (forks_ != forks.load(std::memory_order_relaxed)) seed();
         // Version 4 and the usual variant, in bytes 6 and 8.
         std::uint64_t const words[2] = {(next() & ~kVersionMask) | kVersion, (next() & ~kVariantMask) | kVariant};
         boost::uuids::uuid id;
@@ -32,6 +34,9 @@ private:
     static constexpr std::uint64_t kVariantMask = 0xc0;
     static constexpr std::uint64_t kVariant = 0x80;
 
+    static std::atomic<std::uint32_t> forks;  // how often the process, or one that it stems from, was forked off
+
+    void seed() noexcept;
     std::uint64_t next() noexcept {
         std::uint64_t const result = std::rotl(state_[0] + state_[3], 23) + state_[0];
         std::uint64_t const t = state_[1] << 17;
@@ -45,6 +50,7 @@ private:
     }
 
     std::uint64_t state_[4];
+    std::uint32_t forks_ = 0;
 };
 
 }  // namespace quay::zero
