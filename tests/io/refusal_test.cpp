@@ -5,8 +5,13 @@
 #include <quay/zero/io/messages.h>
 #include <zx/zx.h>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -331,6 +336,43 @@ TEST_F(Files, KeepPermissionsAndLinks) {
     EXPECT_EQ(static_cast<unsigned>(fs::status(at("real")).permissions()), 0640U);
     qz::io::save(model, "/dev/null");
     EXPECT_EQ(count(), 2U);
+    fs::create_symlink(at("nothing"), at("dangling"));
+    EXPECT_THAT(sentenceOf([&] { qz::io::save(model, at("dangling")); }),
+                HasSubstr("a link to a file that isn't there"));
+    EXPECT_TRUE(fs::is_symlink(at("dangling")) && !fs::exists(at("nothing")));
+}
+
+TEST_F(Files, LeftByDeadWritersAreRemoved) {
+    qz::Model const model = qz::Model::create();
+    auto const old = fs::file_time_type::clock::now() - std::chrono::minutes(2);
+    for (char const* name : {"record.0123abcd.new", "record.89abcdef.new", "record.12345678.new", "record.0123abcg.new",
+                             "record.0123abcd.old", "other.0123abcd.new"}) {
+        std::ofstream(at(name)) << "left";
+        if (std::string(name) != "record.12345678.new") fs::last_write_time(at(name), old);
+    }
+    int const alive = ::open(at("record.89abcdef.new").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(alive, LOCK_EX), 0);
+    qz::io::save(model, at("record"));
+    EXPECT_FALSE(fs::exists(at("record.0123abcd.new")));
+    EXPECT_TRUE(fs::exists(at("record.89abcdef.new"))) << "its writer lives";
+    EXPECT_TRUE(fs::exists(at("record.12345678.new"))) << "its writer may be about to lock it";
+    EXPECT_EQ(count(), 6U);
+    ::close(alive);
+}
+
+TEST_F(Files, BeyondTheLimitForTheirSizeAreRefused) {
+    qz::Model const model = qz::Model::create();
+    qz::io::save(model, at("record"));
+    std::string const before = contentOf(at("record"));
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    rlimit const low{16, old.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &low), 0);
+    std::string const sentence = sentenceOf([&] { qz::io::save(model, at("record")); });
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &old), 0);
+    EXPECT_THAT(sentence, HasSubstr("File too large"));
+    EXPECT_EQ(contentOf(at("record")), before);
+    EXPECT_EQ(count(), 1U);
 }
 
 }  // namespace

@@ -52,6 +52,11 @@ void reportUnwritable(std::string_view file, int error) {
     reportException(quay0::messages::CannotWriteFile(toUtf16(file), reasonOf(error)));
 }
 
+void reportUnwritable(std::string_view file, std::string_view reason) {
+    enterSentences();
+    reportException(quay0::messages::CannotWriteFile(toUtf16(file), toUtf16(reason)));
+}
+
 std::string inQuotes(std::string_view name) {
     constexpr std::size_t kLongest = 80;
     std::string result = "'";

@@ -24,6 +24,7 @@ public:
 /// `error` is a number of the operating system, whose text for it becomes the reason.
 [[noreturn]] void reportUnreadable(std::string_view file, int error);
 [[noreturn]] void reportUnwritable(std::string_view file, int error);
+[[noreturn]] void reportUnwritable(std::string_view file, std::string_view reason);
 
 /// A name for a message: in quotes, cut if it is long, and with spaces for control characters, which could break the
 /// line.

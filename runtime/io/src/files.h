@@ -43,9 +43,11 @@ private:
     State opened_;
 };
 
-/// A file that is written under another name first. `commit` gives it the name and the permissions of the file that it
-/// replaces; without a commit it is removed. The target of a symbolic link is replaced, not the link. What isn't a
-/// regular file is written in place. Reports CannotWriteFile for whatever fails.
+/// A file that is written under another name first, NAME.xxxxxxxx.new. `commit` gives it the name, and makes it
+/// durable; without a commit it is removed. It has the permissions, and if possible the owner, of the file that it
+/// replaces. The target of a symbolic link is replaced, not the link; a link without a target is refused. What isn't a
+/// regular file is written in place. Such files that were left by processes which ended while writing are removed.
+/// Reports CannotWriteFile for whatever fails, a limit for the size of files included.
 class TargetFile {
 public:
     explicit TargetFile(std::filesystem::path const& path);
@@ -58,6 +60,7 @@ public:
 
 private:
     [[noreturn]] void fail() const;
+    void syncFolder() const;
 
     std::filesystem::path path_;
     std::filesystem::path aside_;  // the name until `commit`; empty after it, and if the file is written in place
