@@ -19,14 +19,14 @@ $(BUILD_DIR)/build.ninja: CMakePresets.json
 
 # Targets that may have installed packages configure anew, since parts are left out whose packages weren't there before.
 demo:
-	@echo "Installs missing packages and builds what the demo runs: 6 to 8 minutes on two cores the first time."
+	@echo "Installs missing packages and builds what the demo runs: 5 to 8 minutes on two cores the first time."
 	dev/install-packages dev/packages-demo.txt
 	cmake --preset $(PRESET)
 	$(BUILD) --target $(DEMO_TARGETS)
 	examples/demo $(BUILD_DIR)
 
 test:
-	@echo "Installs missing packages, builds everything and tests it: 12 to 16 minutes on two cores the first time."
+	@echo "Installs missing packages, builds everything and tests it: 9 to 12 minutes on two cores the first time."
 	dev/install-packages dev/packages-demo.txt dev/packages-test.txt
 	cmake --preset $(PRESET)
 	$(BUILD)

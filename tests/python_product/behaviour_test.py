@@ -4,6 +4,9 @@ from __future__ import annotations
 
 import gc
 import importlib
+import subprocess
+import sys
+import textwrap
 import types
 import uuid
 from collections.abc import Callable
@@ -24,6 +27,7 @@ ID = uuid.UUID("0e54007f-7a55-3c94-a420-4268d173b4cb")
 INVALID = "quay0:messages:InvalidValue"
 UNKNOWN = "quay0:messages:NoSuchProperty"
 DEAD = "ZELDRA:class:InvalidHandle"
+ENDED = "ordo:messages:TransactionEnded"
 
 
 class Plain:
@@ -73,8 +77,9 @@ def test_constructor_needs_a_live_model(model: Any) -> None:
             ModelRefInfoRoot(bad)
     with refused("ordo:messages:WrongArguments", TypeError):
         ModelRefInfoRoot()
-    with refused("ordo:messages:WrongArguments", TypeError):
-        ModelRefInfoRoot(model, {}, ID, 1)
+    ignored = object()
+    assert ModelRefInfoRoot(model, {}, ID, ignored).createIntoInports({}, str(uuid.uuid4()), ignored, ignored)
+    root.model.find(ID).destroy()
     with refused("ordo:messages:WrongArguments", TypeError):
         ModelRefInfoRoot(model, uuid=ID)
     with refused(INVALID):
@@ -257,6 +262,67 @@ def test_transactions_nest_and_roll_back(model: Any) -> None:
     del open_one
     gc.collect()
     assert root.triggerType == 1
+    outer = model.transaction()
+    with refused(ENDED), model.transaction() as inner:
+        root.triggerType = 2
+        outer.rollback()
+    for ended in (outer, inner):
+        with refused(ENDED), ended:
+            pytest.fail("the block isn't entered")
+    with refused(ENDED):
+        inner.commit()
+    assert root.triggerType == 1
+
+
+def run_python(code: str) -> str:
+    done = subprocess.run([sys.executable, "-c", textwrap.dedent(code)], capture_output=True, text=True, check=False)
+    return done.stdout + done.stderr.strip().rpartition("\n")[2]
+
+
+def test_packages_can_be_imported_again_but_not_by_another_interpreter() -> None:
+    again = '''
+        import sys, ordo, quay
+        def purge():
+            for name in [n for n in sys.modules if n.split(".")[0] in ("ordo", "quay")]:
+                del sys.modules[name]
+        kept = ordo.Error
+        purge()
+        import quay, ordo
+        assert ordo.Error is kept
+        try:
+            quay.zero.Model().find(1)
+        except kept as error:
+            print(type(error).__name__)
+    '''
+    assert run_python(again) in ("TypeError\n", "ValueError\n")
+    second = '''
+        import _xxsubinterpreters as interpreters, sys
+        {first}
+        path = f"import sys; sys.path[:] = {sys.path!r}; import ordo"
+        try:
+            interpreters.run_string(interpreters.create(), path)
+        except interpreters.RunFailedError as error:
+            print(error)
+    '''
+    for first in ("pass", "import ordo"):
+        assert "by the main interpreter of a process only" in run_python(second.replace("{first}", first))
+
+
+def test_a_derived_property_is_assigned_in_one_transaction(model: Any) -> None:
+    port = ModelRefInfoRoot(model).createIntoInports()
+    rate = RateInfo()
+    rate.period = 0.5
+    model.enableHistory(10)
+    periods: list[list[float]] = [[]]
+    for period in (0.5, 0.25):
+        rate.period = period
+        port.rateInfo = rate
+        port.rateInfo = rate  # leaves everything as it was
+        periods.append([one.period for one in port.rateInfos])
+    assert periods == [[], [0.5], [0.25]]
+    for before in reversed(periods[:-1]):
+        assert model.undo() and [one.period for one in port.rateInfos] == before
+    assert not model.undo()
 
 
 def test_elements_of_other_models_and_cycles_are_refused(model: Any) -> None:

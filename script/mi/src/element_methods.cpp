@@ -37,14 +37,19 @@ BuilderPointer builderFrom(OrdoValue const& value, Model const& model, meta::Cla
     return detail::createBuilderFromStructFirst(value.arrayContent(), model, metaClass);
 }
 
+OrdoMethodSignature signatureOf(std::string_view parameterNames, std::string const& result,
+                                std::vector<std::string> inputs) {
+    OrdoMethodSignature made = OrdoMethodSignature::createMethodSignature(parameterNames, result, std::move(inputs), 2);
+    made.ignoresFurther = true;
+    return made;
+}
+
 }  // namespace
 
 // --- Construct ------------------------------------------------------------------------------------------------------
 
 Construct::Construct(std::string_view shortName, std::string const& scriptName, std::string_view description)
-    : OrdoMethod(shortName, {},
-                 OrdoMethodSignature::createMethodSignature("model opt_init opt_uuid", scriptName,
-                                                            {names::kModel, "any", "any"}, 2),
+    : OrdoMethod(shortName, {}, signatureOf("model opt_init opt_uuid", scriptName, {names::kModel, "any", "any"}),
                  description),
       class_(scriptName) {}
 
@@ -73,16 +78,16 @@ void Construct::call(ordo::MethodCall& call) const {
         }
     }
     if (builder == nullptr) builder = detail::createEmptyBuilder(model, metaClass);
+    Savepoint savepoint(model->journal());
     bindConstructed(builder->create(id), *call.constructed());
+    savepoint.commit();
 }
 
 // --- CreateInto -----------------------------------------------------------------------------------------------------
 
 CreateInto::CreateInto(meta::Property const& property, std::string const& ownerName, std::string_view description)
     : OrdoMethod(creatorName(property), {},
-                 OrdoMethodSignature::createMethodSignature("", scriptNameOfType(property->getType()),
-                                                            {ownerName, "any", "char"}, 2),
-                 description),
+                 signatureOf("", scriptNameOfType(property->getType()), {ownerName, "any", "char"}), description),
       property_(property),
       owner_(ordo::internName(ownerName)) {}
 
@@ -100,7 +105,7 @@ void CreateInto::call(ordo::MethodCall& call) const {
     Model const model = parent->getModel();
     auto const metaClass = [&] { return meta::Class::cast(property_.get()->getType()); };
 
-    // One savepoint, so that a child that can't be added to the property is rolled back as well.
+    // One savepoint, so that a child that can't be added to the property, or wrapped for the script, is rolled back.
     Savepoint savepoint(model->journal());
     BuilderPointer builder;
     boost::uuids::uuid id{};  // for a nil id, the model generates one
@@ -116,10 +121,9 @@ void CreateInto::call(ordo::MethodCall& call) const {
     }
     ModelElement const child = builder->create(id);
     property_.descriptor().place(*parent.impl(), child);
-    savepoint.commit();
-
     call.setResultCount(1);
     if (call.wantsResult()) call.setResult(toScript(child));
+    savepoint.commit();
 }
 
 }  // namespace quay::zero::mi

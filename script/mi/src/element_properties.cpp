@@ -132,7 +132,11 @@ public:
 
     void set(void* self, OrdoValue const& value) const override {
         if (value.isEmpty()) ordo::raiseWith(ordo::failures::NoValue, {marshaler().getTypeName()});
-        property_.write(elementAt(self), marshaler().fromScript(value));
+        Value const given = marshaler().fromScript(value);
+        // A derived property may write others in several steps. For a script, an assignment is one transaction.
+        Savepoint savepoint(elementAt(self).model().journal(), false);
+        property_.write(elementAt(self), given);
+        savepoint.commit();
     }
 };
 

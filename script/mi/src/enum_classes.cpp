@@ -37,7 +37,7 @@ std::int32_t selfNumber(MethodCall const& call, ordo::OrdoClass*& enumeration) {
     }
     zx::Array storage;
     zxArray const* const array = self.array(storage);
-    if (zxIsObject(array)) enumeration = ordo::OrdoClass::getClass(ordo::internName(zxGetClassName(array)));
+    if (zxIsObject(array)) enumeration = ordo::OrdoClass::getClass(ordo::LookupName(zxGetClassName(array)));
     if (enumeration == nullptr || !self.enumerationOf(*enumeration, number)) {
         ordo::raiseWith(ordo::failures::WrongType, {self.describe(), "an enumeration value"});
     }
@@ -125,7 +125,7 @@ zx::Array FromAnyAsStringTypeConverter::convert(zxArray const* value) {
         ordo::raiseWith(ordo::failures::WrongType, {given.describe(), std::string(class_->name().text())});
     }
     std::string const name = zx::utf8Of(content);
-    ordo::OrdoEnumInfo* const literal = class_->findEnumeration(ordo::internName(name));
+    ordo::OrdoEnumInfo* const literal = class_->findEnumeration(ordo::LookupName(name));
     if (literal == nullptr) {
         ordo::raiseWith(ordo::failures::NoSuchLiteral, {name, ordo::factory::bytesOf(type_->getQualifiedName())});
     }

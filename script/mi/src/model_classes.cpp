@@ -31,6 +31,7 @@ namespace {
 struct ScriptTransaction {
     Model model;
     Transaction transaction;
+    bool wasEndedByScript = false;  // by its own commit or rollback
 };
 
 ScriptTransaction& transactionOf(MethodCall const& call) {
@@ -41,15 +42,19 @@ ScriptTransaction& transactionOf(MethodCall const& call) {
 }
 
 void commit(MethodCall& call) {
-    Transaction& transaction = transactionOf(call).transaction;
-    if (!transaction.isOpen()) ordo::raiseInvalidHandle();
-    transaction.commit(boost::none);
+    ScriptTransaction& own = transactionOf(call);
+    if (own.wasEndedByScript) ordo::raiseInvalidHandle();
+    if (!own.transaction.isOpen()) ordo::raise(ordo::failures::TransactionEnded);
+    own.transaction.commit();
+    own.wasEndedByScript = true;
 }
 
 void rollback(MethodCall& call) {
     // Destroying an uncommitted transaction rolls it back; if an outer one has ended already, there is nothing left to
     // do.
-    Transaction const ended = std::move(transactionOf(call).transaction);
+    ScriptTransaction& own = transactionOf(call);
+    own.wasEndedByScript = true;
+    Transaction const ended = std::move(own.transaction);
 }
 
 class TransactionInfo final : public ordo::factory::OrdoFactoryClassInfo {
@@ -57,6 +62,9 @@ public:
     TransactionInfo() : OrdoFactoryClassInfo("Transaction", names::kTransaction) {}
 
     bool isTransaction() const noexcept override { return true; }
+    bool isOpenTransaction(void const* native) const noexcept override {
+        return static_cast<ScriptTransaction const*>(native)->transaction.isOpen();
+    }
     void freeInstance(void* native) noexcept override { delete static_cast<ScriptTransaction*>(native); }
     std::string_view getDescription() const noexcept override {
         return "An open transaction of a model. It ends without a trace unless it is committed.";
@@ -75,7 +83,7 @@ public:
 void transaction(MethodCall& call) {
     static ordo::InternedName const name = ordo::internName(names::kTransaction);
     Model const model = liveModelIn(call.argument(0));
-    auto made = std::make_unique<ScriptTransaction>(ScriptTransaction{model, model->beginTransaction(false)});
+    auto made = std::make_unique<ScriptTransaction>(ScriptTransaction{model, model->beginTransaction()});
     auto object = ordo::factory::basic::BindingRegistry::announceWithoutStoring(made.get(), name, nullptr);
     static_cast<void>(made.release());
     call.setResult(OrdoValue::fromObject(std::move(object)));

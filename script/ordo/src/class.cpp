@@ -184,7 +184,7 @@ OrdoValue OrdoClass::constructEnumeration(OrdoValue const& input) {
         }
     } else if (input.isText()) {
         std::string const text = input.toBytes();
-        if (OrdoEnumInfo const* const literal = findEnumeration(internName(text))) {
+        if (OrdoEnumInfo const* const literal = findEnumeration(LookupName(text))) {
             return OrdoValue::enumeration(*this, literal->getNumericValue());
         }
         raiseWith(failures::NoSuchLiteral, {text, name});

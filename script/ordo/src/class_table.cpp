@@ -9,8 +9,8 @@ namespace ordo {
 namespace {
 
 bool derivesFrom(std::string_view className, std::string_view ancestor) {
-    OrdoClass const* const found = OrdoClass::getClass(internName(className));
-    return found != nullptr && found->isA(internName(ancestor));
+    OrdoClass const* const found = OrdoClass::getClass(LookupName(className));
+    return found != nullptr && found->isA(LookupName(ancestor));
 }
 
 }  // namespace

@@ -38,6 +38,9 @@ std::vector<Entry> entries() {
         {failures::IndexOutOfRange, ErrorKind::Index, {"position {0} is outside a collection of {1}"}},
         {failures::NestedTooDeep, ErrorKind::Value, {"the value is nested too deep, or holds itself"}},
         {failures::TooLarge, ErrorKind::Value, {"the value is too large"}},
+        {failures::TransactionEnded,
+         ErrorKind::Plain,
+         {"the transaction has ended already: it was committed or rolled back, or one around it was"}},
         {failures::Unexpected, ErrorKind::Plain, {"{0}"}},
     };
 }

@@ -12,10 +12,10 @@ namespace {
 
 /// Looks for a class in a package, which may register it when asked.
 OrdoClass* findIn(OrdoPackage& package, std::string_view shortName) {
-    InternedName const name = internName(std::string(package.name().text()) + '.' + std::string(shortName));
-    OrdoClass* const found = ClassTable::find(name);
-    return found != nullptr || !package.info().attemptToLoadClass(internName(shortName)) ? found
-                                                                                         : ClassTable::find(name);
+    std::string const name = std::string(package.name().text()) + '.' + std::string(shortName);
+    OrdoClass* const found = ClassTable::find(LookupName(name));
+    bool const isLoaded = found == nullptr && package.info().attemptToLoadClass(LookupName(shortName));
+    return isLoaded ? ClassTable::find(LookupName(name)) : found;
 }
 
 OrdoClass* findByName(InternedName name, OrdoPackage* context) {
@@ -31,7 +31,7 @@ OrdoClass* findByName(InternedName name, OrdoPackage* context) {
     if (dot == std::string_view::npos) {
         return nullptr;
     }
-    OrdoPackage* const package = OrdoPackage::getPackage(internName(name.text().substr(0, dot)));
+    OrdoPackage* const package = OrdoPackage::getPackage(LookupName(name.text().substr(0, dot)));
     return package != nullptr ? findIn(*package, name.text().substr(dot + 1)) : nullptr;
 }
 
@@ -99,11 +99,11 @@ OrdoPackage* OrdoPackage::getPackage(InternedName dottedName) {
     }
     std::size_t const dot = dottedName.text().rfind('.');
     OrdoPackage* const parent =
-        dot != std::string_view::npos ? getPackage(internName(dottedName.text().substr(0, dot))) : nullptr;
-    if (parent == nullptr || !parent->info_->attemptToLoadSubPackage(internName(dottedName.text().substr(dot + 1)))) {
+        dot != std::string_view::npos ? getPackage(LookupName(dottedName.text().substr(0, dot))) : nullptr;
+    if (parent == nullptr || !parent->info_->attemptToLoadSubPackage(LookupName(dottedName.text().substr(dot + 1)))) {
         return nullptr;
     }
-    auto const loaded = tree.byName.find(dottedName);
+    auto const loaded = tree.byName.find(LookupName(dottedName.text()));
     return loaded != tree.byName.end() ? loaded->second : nullptr;
 }
 
@@ -125,11 +125,11 @@ void OrdoPackage::addClass(OrdoClassInfo* description, int /*mode*/) {
 }
 
 OrdoPackage* OrdoPackage::findSubPackage(InternedName shortName) {
-    return getPackage(internName(std::string(name_.text()) + '.' + std::string(shortName.text())));
+    return getPackage(LookupName(std::string(name_.text()) + '.' + std::string(shortName.text())));
 }
 
 OrdoClass* OrdoPackage::findClass(InternedName shortName) {
-    return OrdoClass::getClass(internName(std::string(name_.text()) + '.' + std::string(shortName.text())));
+    return OrdoClass::getClass(LookupName(std::string(name_.text()) + '.' + std::string(shortName.text())));
 }
 
 }  // namespace ordo

@@ -65,9 +65,12 @@ void translate() {
 
 }  // namespace
 
-void setErrorClasses(PyObject* classes) {
-    Py_XINCREF(classes);
-    Py_XSETREF(errorClasses, classes);
+PyObject* setErrorClasses(PyObject* classes) {
+    if (errorClasses == nullptr) {
+        Py_INCREF(classes);
+        errorClasses = classes;
+    }
+    return errorClasses;
 }
 
 void translateException() noexcept {

@@ -8,8 +8,9 @@
 
 namespace host {
 
-/// Sets the Python classes of errors, ordered as the kinds of ordo::ErrorKind.
-void setErrorClasses(PyObject* classes);
+/// Sets the Python classes of errors, ordered as the kinds of ordo::ErrorKind, unless they are set already: a program
+/// may refer to them, also after it imported the Python packages again. Returns those that are set.
+PyObject* setErrorClasses(PyObject* classes);
 
 /// Sets the interpreter's error for the exception that is being handled.
 void translateException() noexcept;

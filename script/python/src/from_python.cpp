@@ -53,7 +53,12 @@ public:
     Nesting(PyObject* object, Py_ssize_t items, int depth) {
         if (depth == 0) Bulk::begin();
         Bulk::take(256 + 32 * static_cast<std::size_t>(items));
+        // Converting may run code that converts another value, so the interpreter's own limit holds as well.
+        if (Py_EnterRecursiveCall(" while a value is converted") != 0) {
+            throw PythonError();
+        }
         if (depth >= deepest || Py_ReprEnter(object) != 0) {
+            Py_LeaveRecursiveCall();
             if (PyErr_Occurred() != nullptr) {
                 throw PythonError();
             }
@@ -63,7 +68,10 @@ public:
     }
     Nesting(Nesting const&) = delete;
     Nesting& operator=(Nesting const&) = delete;
-    ~Nesting() { Py_ReprLeave(object_); }
+    ~Nesting() {
+        Py_ReprLeave(object_);
+        Py_LeaveRecursiveCall();
+    }
 
 private:
     PyObject* object_ = nullptr;

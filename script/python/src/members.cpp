@@ -123,8 +123,9 @@ OrdoValue selfValue(MethodMember const& method, PyObject* self) {
 PyObject* callMethod(PyObject* callable, PyObject* const* given, std::size_t flags, PyObject* keywords) noexcept {
     return guarded([&] {
         MethodMember const& method = methodOf(callable);
-        auto const count = static_cast<std::size_t>(PyVectorcall_NARGS(flags));
+        auto count = static_cast<std::size_t>(PyVectorcall_NARGS(flags));
         checkArguments(*method.info, count, keywords != nullptr && PyTuple_GET_SIZE(keywords) != 0);
+        count = method.info->signature().countRead(count);
         Arguments arguments(count);
         std::size_t const first = method.info->isStatic() ? 0 : 1;
         for (std::size_t i = first; i < count; ++i) {
@@ -331,7 +332,8 @@ PyObject* bindMethod(PyObject* method, PyObject* self) noexcept {
 }
 
 PyObject* construct(ordo::OrdoClass& ordoClass, PyObject* given, PyObject* keywords) {
-    auto const count = static_cast<std::size_t>(PyTuple_GET_SIZE(given));
+    auto count = static_cast<std::size_t>(PyTuple_GET_SIZE(given));
+    if (ordoClass.constructor() != nullptr) count = ordoClass.constructor()->signature().countRead(count);
     Arguments arguments(count);
     for (std::size_t i = 0; i < count; ++i) {
         arguments[i] = fromPython(PyTuple_GET_ITEM(given, static_cast<Py_ssize_t>(i)));

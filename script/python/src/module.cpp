@@ -2,6 +2,7 @@
 // members and arrays in general, and no class in particular.
 #include "classes.h"
 #include "collections.h"
+#include "diagnostics.h"
 #include "errors.h"
 #include "members.h"
 #include "packages.h"
@@ -16,11 +17,13 @@ PyModuleDef definition{
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the interpreter derives the name from the module's
 PyMODINIT_FUNC PyInit__core() {
     return host::guarded([] {
+        host::requireMainInterpreter();
         host::Ref module(PyModule_Create(&definition));
         host::setUpMembers(module.get());
         host::setUpClasses(module.get());
         host::setUpCollections();
         host::setUpPackages(module.get());
+        host::logDiagnostics();
         return module.release();
     });
 }

@@ -16,18 +16,18 @@
 namespace host {
 namespace {
 
-ordo::InternedName nameArgument(PyObject* text) {
+std::string nameArgument(PyObject* text) {
     if (!PyUnicode_Check(text)) {
         PyErr_SetString(PyExc_TypeError, "a name is a str");
         throw PythonError();
     }
-    return ordo::internName(nameFromPython(text));
+    return nameFromPython(text);
 }
 
 /// The package of a dotted name, null if there is none.
 ordo::OrdoPackage* packageNamed(PyObject* name) {
-    ordo::InternedName const interned = nameArgument(name);
-    return interned ? ordo::OrdoPackage::getPackage(interned) : nullptr;
+    ordo::LookupName const given(nameArgument(name));
+    return ordo::InternedName(given) ? ordo::OrdoPackage::getPackage(given) : nullptr;
 }
 
 PyObject* hasPackage(PyObject*, PyObject* name) noexcept {
@@ -65,8 +65,8 @@ PyObject* listPackage(PyObject*, PyObject* name) noexcept {
 /// The class with this whole dotted name; None if there is none.
 PyObject* findClass(PyObject*, PyObject* name) noexcept {
     return guarded([&]() -> PyObject* {
-        ordo::InternedName const interned = nameArgument(name);
-        ordo::OrdoClass* const found = interned ? ordo::OrdoClass::getClass(interned) : nullptr;
+        ordo::LookupName const given(nameArgument(name));
+        ordo::OrdoClass* const found = ordo::InternedName(given) ? ordo::OrdoClass::getClass(given) : nullptr;
         if (found == nullptr) {
             Py_RETURN_NONE;
         }
@@ -126,8 +126,14 @@ PyObject* setErrors(PyObject*, PyObject* classes) noexcept {
         PyErr_SetString(PyExc_TypeError, "there is a class of errors for each family");
         return nullptr;
     }
-    setErrorClasses(classes);
-    Py_RETURN_NONE;
+    return Ref::borrow(setErrorClasses(classes)).release();
+}
+
+PyObject* checkInterpreter(PyObject*, PyObject*) noexcept {
+    return guarded([]() -> PyObject* {
+        requireMainInterpreter();
+        Py_RETURN_NONE;
+    });
 }
 
 PyObject* countBindings(PyObject*, PyObject*) noexcept {
@@ -146,12 +152,21 @@ PyMethodDef functions[] = {
     {"find_class", findClass, METH_O, "The class of a whole dotted name, or None."},
     {"no_such_member", asFunction(raiseNoSuchMember), METH_FASTCALL, "Raises the error of a name that isn't there."},
     {"load", asFunction(loadLibrary), METH_FASTCALL, "Loads a native library for good and calls its entry point."},
-    {"set_errors", setErrors, METH_O, "Says which classes errors have, by family."},
+    {"check_interpreter", checkInterpreter, METH_NOARGS, "Raises ImportError in any but the main interpreter."},
+    {"set_errors", setErrors, METH_O,
+     "Says which classes errors have, by family. The first call counts; returns its classes."},
     {"count_bindings", countBindings, METH_NOARGS, "How many native objects have a script object now."},
     {},
 };
 
 }  // namespace
+
+void requireMainInterpreter() {
+    if (PyInterpreterState_Get() != PyInterpreterState_Main()) {
+        PyErr_SetString(PyExc_ImportError, "ordo can be imported by the main interpreter of a process only");
+        throw PythonError();
+    }
+}
 
 void setUpPackages(PyObject* module) { checked(PyModule_AddFunctions(module, functions)); }
 

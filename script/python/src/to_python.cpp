@@ -132,7 +132,7 @@ Ref objectsToPython(zxArray const* array, int depth) {
         auto const one = [&](std::size_t index) { return objectToPython(array, index); };
         return isSingle ? one(0) : listOf(array, one);
     }
-    ordo::OrdoClass* const ordoClass = ordo::OrdoClass::getClass(ordo::internName(zxGetClassName(array)));
+    ordo::OrdoClass* const ordoClass = ordo::OrdoClass::getClass(ordo::LookupName(zxGetClassName(array)));
     if (ordoClass == nullptr || !ordoClass->info().isEnumeration() || zxGetClassCode(underlying) != zxInt32Class) {
         return arrayToPython(underlying, depth);
     }

@@ -1,16 +1,26 @@
 #include "transactions.h"
 
 #include "errors.h"
+#include "objects.h"
+
+#include <ordo/class.h>
+#include <ordo/error.h>
 
 namespace host {
 namespace {
 
 PyObject* enter(PyObject* self, PyObject*) noexcept {
-    Py_INCREF(self);
-    return self;
+    return guarded([&] {
+        void const* const native = validNative(self);
+        if (!instance(self).object->getClass().info().isOpenTransaction(native)) {
+            ordo::raise(ordo::failures::TransactionEnded);
+        }
+        return Ref::borrow(self).release();
+    });
 }
 
-/// Clears the error that is set if it says that the transaction has ended, and returns whether it did.
+/// Clears the error that is set if it says that the script has ended the transaction itself, and returns whether it
+/// did.
 bool clearInvalidHandle() noexcept {
     PyObject* type = nullptr;
     PyObject* error = nullptr;
@@ -39,9 +49,11 @@ PyObject* leave(PyObject* self, PyObject* const* arguments, Py_ssize_t count) no
 }
 
 PyMethodDef methods[] = {
-    {"__enter__", enter, METH_NOARGS, "The transaction itself, which is open already."},
+    {"__enter__", enter, METH_NOARGS,
+     "The transaction itself, which is open already. Raises ordo.Error if it has ended."},
     {"__exit__", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(leave)), METH_FASTCALL,
-     "Commits, or rolls back if an exception leaves the block, unless the transaction has ended."},
+     "Commits, or rolls back if an exception leaves the block. Does nothing if the block ended the transaction itself; "
+     "raises ordo.Error if it was ended otherwise."},
 };
 
 }  // namespace

@@ -55,6 +55,8 @@ public:
     /// Whether objects are transactions: they have methods `commit` and `rollback` without inputs, of which a host
     /// calls one at the end of a block of statements.
     virtual bool isTransaction() const noexcept { return false; }
+    /// Whether a transaction is open. A block of statements can't begin with one that isn't.
+    virtual bool isOpenTransaction(void const* /*native*/) const noexcept { return true; }
 
     /// A short text that distinguishes the object from others: a name, an id. Called for valid objects only.
     virtual std::string describeInstance(void const* native) const;

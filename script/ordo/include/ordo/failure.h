@@ -20,23 +20,24 @@ public:
 /// The ids in "ordo:messages", each with its arguments.
 namespace failures {
 
-inline constexpr std::string_view OutOfRange = "OutOfRange";            ///< value, wanted type
-inline constexpr std::string_view NotInteger = "NotInteger";            ///< value, wanted type
-inline constexpr std::string_view WrongType = "WrongType";              ///< what was given, what is wanted
-inline constexpr std::string_view NoValue = "NoValue";                  ///< wanted type
-inline constexpr std::string_view NotEncodable = "NotEncodable";        ///< the unit that UTF-8 has no form for
-inline constexpr std::string_view NoSuchLiteral = "NoSuchLiteral";      ///< text or number, enumeration
-inline constexpr std::string_view NoSuchClass = "NoSuchClass";          ///< name
-inline constexpr std::string_view NoSuchMember = "NoSuchMember";        ///< name, class, the nearest name if any
-inline constexpr std::string_view ReadOnly = "ReadOnly";                ///< property, class
-inline constexpr std::string_view NotDeletable = "NotDeletable";        ///< member, class
-inline constexpr std::string_view AbstractClass = "AbstractClass";      ///< class
-inline constexpr std::string_view WrongArguments = "WrongArguments";    ///< method, its signature
-inline constexpr std::string_view NoSuchKey = "NoSuchKey";              ///< key
-inline constexpr std::string_view IndexOutOfRange = "IndexOutOfRange";  ///< index, size
-inline constexpr std::string_view NestedTooDeep = "NestedTooDeep";      ///< (none)
-inline constexpr std::string_view TooLarge = "TooLarge";                ///< (none)
-inline constexpr std::string_view Unexpected = "Unexpected";            ///< the failure's own words
+inline constexpr std::string_view OutOfRange = "OutOfRange";              ///< value, wanted type
+inline constexpr std::string_view NotInteger = "NotInteger";              ///< value, wanted type
+inline constexpr std::string_view WrongType = "WrongType";                ///< what was given, what is wanted
+inline constexpr std::string_view NoValue = "NoValue";                    ///< wanted type
+inline constexpr std::string_view NotEncodable = "NotEncodable";          ///< the unit that UTF-8 has no form for
+inline constexpr std::string_view NoSuchLiteral = "NoSuchLiteral";        ///< text or number, enumeration
+inline constexpr std::string_view NoSuchClass = "NoSuchClass";            ///< name
+inline constexpr std::string_view NoSuchMember = "NoSuchMember";          ///< name, class, the nearest name if any
+inline constexpr std::string_view ReadOnly = "ReadOnly";                  ///< property, class
+inline constexpr std::string_view NotDeletable = "NotDeletable";          ///< member, class
+inline constexpr std::string_view AbstractClass = "AbstractClass";        ///< class
+inline constexpr std::string_view WrongArguments = "WrongArguments";      ///< method, its signature
+inline constexpr std::string_view NoSuchKey = "NoSuchKey";                ///< key
+inline constexpr std::string_view IndexOutOfRange = "IndexOutOfRange";    ///< index, size
+inline constexpr std::string_view NestedTooDeep = "NestedTooDeep";        ///< (none)
+inline constexpr std::string_view TooLarge = "TooLarge";                  ///< (none)
+inline constexpr std::string_view TransactionEnded = "TransactionEnded";  ///< (none)
+inline constexpr std::string_view Unexpected = "Unexpected";              ///< the failure's own words
 
 }  // namespace failures
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,7 +33,10 @@ public:
 
 private:
     friend InternedName internName(std::string_view text);
+    friend class LookupName;
     friend struct ClassTable;
+
+    struct Table;
 
     /// The stored name, and the class that has it as its whole name.
     struct Entry {
@@ -45,6 +49,21 @@ private:
     constexpr explicit InternedName(Entry const* entry) noexcept : entry_(entry) {}
 
     Entry const* entry_ = nullptr;
+};
+
+/// A name for looking a text up without keeping a copy of it for good: the interned name if there is one, otherwise a
+/// name that differs from all others and is valid as long as this object. What keeps a name must intern its text.
+class ORDO_API LookupName {
+public:
+    explicit LookupName(std::string_view text);
+    LookupName(LookupName const&) = delete;
+    LookupName& operator=(LookupName const&) = delete;
+
+    operator InternedName() const noexcept { return name_; }  // NOLINT(google-explicit-constructor): it is one
+
+private:
+    std::optional<InternedName::Entry> own_;
+    InternedName name_;
 };
 
 namespace internal {

@@ -24,7 +24,12 @@ struct ORDO_API OrdoMethodSignature {
                                                      std::vector<std::string> inputs, std::size_t optionalInputs = 0);
 
     bool accepts(std::size_t arguments) const noexcept {
-        return variadic || (arguments <= inputs.size() && arguments + optionalInputs >= inputs.size());
+        bool const isEnough = arguments + optionalInputs >= inputs.size();
+        return variadic || (isEnough && (ignoresFurther || arguments <= inputs.size()));
+    }
+    /// How many of so many arguments the method reads.
+    std::size_t countRead(std::size_t arguments) const noexcept {
+        return ignoresFurther && arguments > inputs.size() ? inputs.size() : arguments;
     }
     /// "(model, opt_init=, opt_uuid=) -> Class", with type words where there are no names.
     std::string describe(std::string_view method) const;
@@ -33,7 +38,8 @@ struct ORDO_API OrdoMethodSignature {
     std::string result;
     std::vector<std::string> inputs;
     std::size_t optionalInputs = 0;
-    bool variadic = false;  ///< takes any number of arguments
+    bool variadic = false;        ///< takes any number of arguments
+    bool ignoresFurther = false;  ///< takes arguments beyond its inputs, and doesn't read them
 };
 
 /// One call: its arguments and its result. The object is the first argument, except for constructors and static

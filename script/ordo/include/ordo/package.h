@@ -30,7 +30,7 @@ public:
     virtual std::string_view getDetailedDescription() const noexcept { return {}; }
 
     // The attemptToLoad functions are called when a member isn't found: the package may register it then, and returns
-    // whether it did.
+    // whether it did. The name is valid during the call; to keep it, intern its text.
 
     virtual bool attemptToLoadSubPackage(InternedName) { return false; }
     /// Called when a name is defined that exists already; by default it does nothing, which accepts the definition.

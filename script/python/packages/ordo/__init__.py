@@ -4,6 +4,19 @@ Packages of the class-object system are imported by their dotted names. Each cla
 Failures raise `Error`.
 """
 
+import pathlib
+import sys
+
+try:
+    from ordo import _core
+except ModuleNotFoundError as error:
+    # The extension's file name tells for which Python it was built: _core.cpython-311-x86_64-linux-gnu.so.
+    files = [file.name for file in pathlib.Path(__file__).parent.glob("_core.*")]
+    raise ImportError(
+        f"ordo has no extension for Python {sys.version_info.major}.{sys.version_info.minor}; it has {files}"
+    ) from error
+_core.check_interpreter()
+
 from ordo import _errors
 from ordo._core import Class, Method, Object, Property, count_bindings
 from ordo._errors import Error

@@ -53,4 +53,5 @@ _CLASSES: tuple[type[Error], ...] = (Error, ValueError, TypeError, AttributeErro
 for _class in _CLASSES:
     _class.__module__ = "ordo"
 
-_core.set_errors(_CLASSES)
+# If the packages are imported again, errors keep the classes that they had, to which the program may refer.
+globals().update({kept.__name__: kept for kept in _core.set_errors(_CLASSES)})
