@@ -20,7 +20,8 @@ namespace nodes {
 /// A structured value that is too large for a cell.
 struct Box {
     std::array<double, 5> sides{};
-    friend auto operator<=>(Box const&, Box const&) = default;
+    friend bool operator==(Box const&, Box const&) = default;
+    friend bool operator<(Box const& a, Box const& b) { return a.sides < b.sides; }
 };
 
 class Node : public quay::zero::TypedHandle<Node, quay::zero::ModelElement> {
