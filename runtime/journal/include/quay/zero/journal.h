@@ -5,10 +5,9 @@
 // latest storage.
 //
 // Invariants:
-// - `serial_` is the serial of the innermost open savepoint. While none is open, it is 0 if the model has neither
-// listener
-//   nor history (the model is quiet), and above every serial otherwise. While the model is locked, it is above every
-//   serial as well, so that every change asks `admit`, which refuses it. So one comparison tells whether a
+// - `serial_` is the serial of the innermost open savepoint. While none is open, it is 0 if the model has neither a
+//   listener nor a history (the model is quiet), and above every serial otherwise. While the model is locked, it is
+//   above every serial as well, so that every change asks `admit`, which refuses it. So one comparison tells whether a
 //   value must be recorded: it needn't be if the element was born, or the value kept, at `serial_` or later.
 // - Changes of an element that was born at the innermost savepoint aren't recorded: undoing its birth is enough. When a
 //   savepoint commits, what it recorded of elements that were born at the savepoint around it is discarded.
